@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QDateTime>
+#include <QLocale>
+#include <QString>
+
+#include <functional>
+
+// Message boxes and pickers. The shell installs the real ones; a test answers for the user.
+class Dialogos {
+public:
+    virtual ~Dialogos() = default;
+    enum class Estilo { Informacao, Exclamacao };
+    virtual void mensagem(const QString &texto, Estilo estilo = Estilo::Informacao) = 0;
+    virtual bool pergunta(const QString &texto) = 0; // true: yes
+    // Empty results mean cancelled. Filters have the form "csv (*.csv)|*.csv".
+    virtual QString abrirFicheiro(const QString &filtro, const QString &pasta) = 0;
+    virtual QString gravarFicheiro(const QString &nomeProposto, const QString &pasta, const QString &filtro) = 0;
+    virtual QString escolherPasta(const QString &inicio) = 0;
+};
+
+// What the error road and long routines need of the windows, which core does not know.
+class Apresentador {
+public:
+    virtual ~Apresentador() = default;
+    virtual bool FormEstaActivo(const QString &nome) = 0;
+    // The error dialog: load it with a text, show it (false: could not be shown), bring it to the front.
+    virtual void carregarErro(const QString &mensagem) = 0;
+    virtual bool mostrarErro() = 0;
+    virtual void destacarErro(const QString &mensagem) = 0;
+    virtual void ampulheta(bool ligada) = 0;
+};
+
+// Everything asked of the surroundings, each replaceable. Times are wall-clock times carried as UTC.
+struct Ambiente {
+    Ambiente();
+    std::function<QDateTime()> agora;
+    std::function<bool()> redeLigada;
+    QLocale locale;
+    Dialogos *dialogos = nullptr;
+    Apresentador *apresentador = nullptr;
+};

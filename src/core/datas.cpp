@@ -1,0 +1,122 @@
+#include "core/datas.h"
+
+#include "core/estado.h"
+#include "core/literais.h"
+
+#include <cmath>
+#include <limits>
+
+namespace {
+
+// Two or four digits at p, or -1.
+int digitos(const char *p, int quantos) {
+    int n = 0;
+    for (int i = 0; i < quantos; ++i) {
+        const unsigned d = static_cast<unsigned char>(p[i]) - unsigned('0');
+        if (d > 9)
+            return -1;
+        n = n * 10 + static_cast<int>(d);
+    }
+    return n;
+}
+
+// Days since 1970-01-01 in the proleptic Gregorian calendar (years counted from March).
+qint64 diasCivis(int ano, int mes, int dia) {
+    ano -= mes <= 2 ? 1 : 0;
+    const int era = ano / 400;
+    const int anoDaEra = ano - era * 400;
+    const int diaDoAno = (153 * (mes + (mes > 2 ? -3 : 9)) + 2) / 5 + dia - 1;
+    const int diaDaEra = anoDaEra * 365 + anoDaEra / 4 - anoDaEra / 100 + diaDoAno;
+    return qint64(era) * 146097 + diaDaEra - 719468;
+}
+
+constexpr double semData = std::numeric_limits<double>::quiet_NaN();
+
+} // namespace
+
+namespace datas {
+
+double segundosDe(const char *t, int tamanho) {
+    if (!t || tamanho < 10 || t[4] != '-' || t[7] != '-')
+        return semData;
+    const int ano = digitos(t, 4);
+    const int mes = digitos(t + 5, 2);
+    const int dia = digitos(t + 8, 2);
+    if (ano < 0 || mes < 1 || mes > 12 || dia < 1 || dia > 31)
+        return semData;
+    if (dia > 28 && !QDate::isValid(ano, mes, dia))
+        return semData;
+    int segundos = 0;
+    if (tamanho >= 19) {
+        const int h = digitos(t + 11, 2);
+        const int m = digitos(t + 14, 2);
+        const int s = digitos(t + 17, 2);
+        if (h < 0 || h > 23 || m < 0 || m > 59 || s < 0 || s > 59)
+            return semData;
+        segundos = h * 3600 + m * 60 + s;
+    } else if (tamanho != 10) {
+        return semData;
+    }
+    return double(diasCivis(ano, mes, dia) * 86400 + segundos);
+}
+
+double segundosDe(const QString &texto) {
+    const QByteArray b = texto.toLatin1();
+    return segundosDe(b.constData(), int(b.size()));
+}
+
+double segundosDe(const QDateTime &instante) {
+    return instante.isValid() ? double(QDateTime(instante.date(), instante.time(), Qt::UTC).toSecsSinceEpoch())
+                              : semData;
+}
+
+QDateTime instanteDe(double segundos) {
+    if (!std::isfinite(segundos))
+        return {};
+    return QDateTime::fromSecsSinceEpoch(std::llround(segundos), Qt::UTC);
+}
+
+QString textoBD(const QDateTime &instante) {
+    return instante.toString(u"yyyy-MM-dd HH:mm:ss"_s);
+}
+
+QString textoBD(double segundos) {
+    return textoBD(instanteDe(segundos));
+}
+
+QString formatoData() {
+    QString formato = estado().ambiente.locale.dateFormat(QLocale::ShortFormat);
+    if (!formato.contains(u"yyyy"))
+        formato.replace(u"yy"_s, u"yyyy"_s);
+    return formato;
+}
+
+QString formatoHora() {
+    // Long formats end in the zone's name; the short one has no seconds.
+    QString formato = estado().ambiente.locale.timeFormat(QLocale::ShortFormat);
+    if (!formato.contains(u's')) {
+        const qsizetype m = formato.lastIndexOf(u'm');
+        const QChar separador = formato.contains(u'.') && !formato.contains(u':') ? u'.' : u':';
+        formato.insert(m + 1, separador + u"ss"_s);
+    }
+    return formato;
+}
+
+QString textoData(const QDate &data) {
+    return estado().ambiente.locale.toString(data, formatoData());
+}
+
+QString textoHora(const QTime &hora) {
+    return estado().ambiente.locale.toString(hora, formatoHora());
+}
+
+QString textoDataHora(const QDateTime &instante) {
+    return textoData(instante.date()) + u' ' + textoHora(instante.time());
+}
+
+QDateTime lerDataHora(const QString &texto) {
+    const QDateTime lido = estado().ambiente.locale.toDateTime(texto.trimmed(), formatoData() + u' ' + formatoHora());
+    return lido.isValid() ? QDateTime(lido.date(), lido.time(), Qt::UTC) : QDateTime();
+}
+
+} // namespace datas

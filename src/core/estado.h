@@ -1,0 +1,41 @@
+#pragma once
+
+#include "core/ambiente.h"
+#include "core/literais.h"
+
+#include <QHash>
+#include <QString>
+
+#include <memory>
+
+class Perfil;
+
+// A long-lived service whose kind core need not know (the database connection).
+struct Servico {
+    virtual ~Servico() = default;
+};
+
+// All process-wide state. Nothing else in the program is global; a test makes it anew with renovarEstado().
+struct Estado {
+    QString Lingua;
+    QString CaminhoBD;
+    bool BDLigada = false;
+    qint16 CharsetForms = 0;
+    QString VersaoApp;
+    qint16 ObjectivoPassWord = 0;
+
+    QString PastaPrograma; // no trailing separator
+    QString NomePrograma = u"Vistrel"_s;
+
+    Ambiente ambiente;
+    std::unique_ptr<Servico> cnBD;
+
+    struct PerfilLido {
+        QByteArray assinatura; // empty: do not reuse
+        std::shared_ptr<const Perfil> perfil;
+    };
+    QHash<QString, PerfilLido> perfis; // parsed settings files, valid while the file's signature stands
+};
+
+Estado &estado();
+void renovarEstado();

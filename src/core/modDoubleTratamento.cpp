@@ -1,0 +1,120 @@
+#include "core/modDoubleTratamento.h"
+
+#include "core/estado.h"
+#include "core/falha.h"
+#include "core/literais.h"
+
+#include <charconv>
+#include <cmath>
+
+namespace {
+
+QString comSeparador(const QString &texto, const QString &separador) {
+    QString outros;
+    for (const QChar c : texto)
+        if (!(c >= u'0' && c <= u'9') && c != u'-')
+            outros += c;
+    return outros.isEmpty() ? texto : QString(texto).replace(outros, separador);
+}
+
+// Digits and exponent of a finite number at 15 significant digits: value = 0.d1d2d3... * 10^expoente.
+struct Decimal {
+    bool negativo = false;
+    QByteArray digitos; // no trailing zeros; empty for zero
+    int expoente = 0;
+};
+
+Decimal decimalDe(double numero) {
+    Decimal d;
+    char tampao[40];
+    const auto fim =
+        std::to_chars(tampao, tampao + sizeof tampao, std::fabs(numero), std::chars_format::scientific, 14);
+    const QByteArray texto(tampao, fim.ptr - tampao);
+    const qsizetype e = texto.indexOf('e');
+    d.digitos = texto.left(1) + texto.mid(2, e - 2);
+    d.expoente = texto.mid(e + 1).toInt() + 1;
+    while (d.digitos.endsWith('0'))
+        d.digitos.chop(1);
+    if (d.digitos.isEmpty())
+        d.expoente = 0;
+    d.negativo = std::signbit(numero) && !d.digitos.isEmpty();
+    return d;
+}
+
+QByteArray textoDe(const Decimal &d) {
+    if (d.digitos.isEmpty())
+        return "0";
+    QByteArray t = d.negativo ? "-" : "";
+    if (d.expoente <= 0)
+        t += "0." + QByteArray(-d.expoente, '0') + d.digitos;
+    else if (d.expoente >= d.digitos.size())
+        t += d.digitos + QByteArray(d.expoente - d.digitos.size(), '0');
+    else
+        t += d.digitos.left(d.expoente) + '.' + d.digitos.mid(d.expoente);
+    return t;
+}
+
+} // namespace
+
+namespace modDoubleTratamento {
+
+QString SeparadorDecimal() {
+    const QString metade = estado().ambiente.locale.toString(0.5, 'f', 1);
+    return metade.size() == 3 ? metade.mid(1, 1) : u","_s;
+}
+
+double TextoParaDouble(const QString &texto) {
+    const QString local = comSeparador(texto, SeparadorDecimal()).trimmed();
+    bool ok = false;
+    double valor = estado().ambiente.locale.toDouble(local, &ok);
+    if (!ok) // "-5" is a number in every locale, also where the locale's own minus sign is another character
+        valor = QLocale::c().toDouble(QString(local).replace(SeparadorDecimal(), u"."_s), &ok);
+    if (!ok || !std::isfinite(valor))
+        throw Falha(erros::tipoIncompativel, u"Valor não numérico: \"%1\""_s.arg(texto.left(60)));
+    return valor;
+}
+
+QString TextoComPonto(const QString &texto) {
+    return comSeparador(texto, u"."_s);
+}
+
+bool eND(const QString &texto) {
+    return QStringView(texto).trimmed().compare(u"ND", Qt::CaseInsensitive) == 0;
+}
+
+QByteArray NumeroComPonto(double numero) {
+    return std::isfinite(numero) ? textoDe(decimalDe(numero)) : QByteArray();
+}
+
+QString NumeroParaTexto(double numero) {
+    QString t = QString::fromLatin1(NumeroComPonto(numero));
+    return t.replace(u"."_s, SeparadorDecimal());
+}
+
+double Arredondar(double numero, int casas) {
+    if (!std::isfinite(numero))
+        return numero;
+    Decimal d = decimalDe(numero);
+    const qsizetype ficam = d.expoente + casas;
+    if (ficam >= d.digitos.size())
+        return numero;
+    if (ficam < 0)
+        return 0;
+    const QByteArray resto = d.digitos.mid(ficam);
+    d.digitos.truncate(ficam);
+    const bool impar = !d.digitos.isEmpty() && (d.digitos.back() - '0') % 2 == 1;
+    if (resto > "5" || (resto == "5" && impar)) {
+        qsizetype i = ficam - 1;
+        while (i >= 0 && d.digitos[i] == '9')
+            d.digitos[i--] = '0';
+        if (i >= 0) {
+            ++d.digitos[i];
+        } else {
+            d.digitos.prepend('1');
+            ++d.expoente;
+        }
+    }
+    return textoDe(d).toDouble();
+}
+
+} // namespace modDoubleTratamento

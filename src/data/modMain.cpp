@@ -1,0 +1,99 @@
+#include "data/modMain.h"
+
+#include "core/datas.h"
+#include "core/estado.h"
+#include "core/eventos.h"
+#include "core/falha.h"
+#include "core/literais.h"
+#include "core/modErros.h"
+#include "core/modINI.h"
+#include "core/modTraducoes.h"
+#include "core/rotina.h"
+#include "data/ligacao.h"
+#include "data/recordset.h"
+
+namespace {
+
+const QString seccaoBD = u"BD"_s;
+const QString chaveMAIN = u"MAIN"_s;
+
+void avisarBaseInexistente() {
+    const QString aviso = modTraducoes::texto(u"VISTREL_modMain"_s, u"Aviso"_s, u"AVISO: Base de Dados Inexistente."_s);
+    if (Dialogos *dialogos = estado().ambiente.dialogos)
+        dialogos->mensagem(aviso);
+}
+
+class Ampulheta {
+public:
+    Ampulheta() { ligar(true); }
+    ~Ampulheta() { ligar(false); }
+    Ampulheta(const Ampulheta &) = delete;
+    Ampulheta &operator=(const Ampulheta &) = delete;
+
+private:
+    static void ligar(bool ligada) {
+        if (Apresentador *a = estado().ambiente.apresentador)
+            a->ampulheta(ligada);
+    }
+};
+
+} // namespace
+
+namespace modMain {
+
+QString caminhoBDPorOmissao() {
+    // The test is on the first character: a folder that begins with a backslash gets no separator.
+    QString pasta = estado().PastaPrograma;
+    if (!pasta.startsWith(u'\\'))
+        pasta += u'/';
+    return pasta + u"BD/Kelvark.mdb";
+}
+
+bool carregaGlobaisBD() {
+    const Ampulheta ampulheta;
+    const QString &ficheiro = estado().NomePrograma;
+    Ligacao &ligacao = ligacaoPartilhada();
+    try {
+        estado().CaminhoBD = modINI::GetSetting(ficheiro, seccaoBD, chaveMAIN);
+        if (estado().CaminhoBD.isEmpty())
+            modINI::SaveSetting(ficheiro, seccaoBD, chaveMAIN, caminhoBDPorOmissao());
+        passarEventos();
+        estado().CaminhoBD = modINI::GetSetting(ficheiro, seccaoBD, chaveMAIN);
+        if (estado().BDLigada)
+            ligacao.fechar();
+        ligacao.abrir(estado().CaminhoBD);
+        estado().BDLigada = true;
+        return true;
+    } catch (const Falha &f) {
+        switch (f.numero()) {
+        case erros::objectoAberto:
+            ligacao.fechar();
+            avisarBaseInexistente();
+            estado().BDLigada = false;
+            break;
+        case erros::objectoFechado:
+        case erros::falhaGeralBD:
+            avisarBaseInexistente();
+            estado().BDLigada = false;
+            break;
+        default:
+            modErros::TratarErro(u"modMain.carregaGlobaisBD"_s, f.descricao(), QString::number(f.numero()));
+        }
+    }
+    return false;
+}
+
+QString VerificaDatas(const QString &inicio, const QString &fim) {
+    const QDateTime i = datas::lerDataHora(inicio);
+    const QDateTime f = datas::lerDataHora(fim);
+    return i.isValid() && f.isValid() && i < f ? u"TRUE"_s : u"FALSE"_s;
+}
+
+bool VerificaSeSensorEstaDesactivo(const QString &sensorId) {
+    return Rotina("modMain.VerificaSeSensorEstaDesactivo", [&] {
+        Recordset rs = cnBD().consultar(u"select Seleccionado from Sensores where SensorID = ?"_s, {sensorId});
+        return !rs.avancar() || rs.texto(0) != QLatin1String("SIM");
+    });
+}
+
+} // namespace modMain

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QDateTime>
+#include <QString>
+#include <QStringView>
+
+#include <memory>
+
+struct sqlite3;
+struct sqlite3_stmt;
+class Ligacao;
+class QVariant;
+
+// A forward-only cursor over one query; closes itself. Starts before the first row.
+class Recordset {
+public:
+    Recordset(Recordset &&outro) noexcept;
+    Recordset &operator=(Recordset &&outro) noexcept;
+    ~Recordset();
+
+    bool avancar(); // false after the last row; Falha when the engine fails
+    void fechar();
+
+    int colunas() const;
+    QString nome(int coluna) const;
+    int coluna(const QString &nome) const; // compared without case; Falha when absent
+
+    bool nulo(int coluna) const;
+    bool eNumero(int coluna) const; // stored as a number
+    double real(int coluna) const;  // the stored number, no conversion of texts
+    qint64 inteiro(int coluna) const;
+    QString texto(int coluna) const;                  // "" for Null
+    double numero(int coluna) const;                  // through the number normaliser; NaN for "ND"
+    double segundos(int coluna) const;                // a date as datas::segundosDe; NaN when it is none
+    QDateTime dataHora(int coluna) const;             // invalid when it is none
+    const char *utf8(int coluna, int &tamanho) const; // the raw bytes; valid until the next step
+
+    bool nulo(const QString &c) const { return nulo(coluna(c)); }
+    QString texto(const QString &c) const { return texto(coluna(c)); }
+    double numero(const QString &c) const { return numero(coluna(c)); }
+    qint64 inteiro(const QString &c) const { return inteiro(coluna(c)); }
+
+private:
+    friend class Ligacao;
+    Recordset(Ligacao &ligacao, sqlite3_stmt *instrucao);
+    Ligacao *m_ligacao;
+    sqlite3_stmt *m_instrucao;
+};
