@@ -29,6 +29,7 @@ struct Estado {
 
     Ambiente ambiente;
     std::unique_ptr<Servico> cnBD;
+    std::unique_ptr<Servico> forms; // the registry of windows; made by platform/forms
 
     struct PerfilLido {
         QByteArray assinatura; // empty: do not reuse
