@@ -15,6 +15,7 @@ double valorDe(const Recordset &rs) {
     return rs.nulo(colValor) ? std::numeric_limits<double>::quiet_NaN() : rs.numero(colValor);
 }
 
+// Nothing and one blank are no note.
 bool temNota(const Recordset &rs) {
     int tamanho = 0;
     const char *bytes = rs.utf8(colFlag, tamanho);
@@ -25,10 +26,6 @@ bool temNota(const Recordset &rs) {
 
 Intervalo::Intervalo(const QDateTime &a, const QDateTime &b)
     : inicio(datas::textoBD(std::min(a, b))), fim(datas::textoBD(std::max(a, b))) {}
-
-bool eNota(QStringView flag) {
-    return !flag.isEmpty() && flag != u" ";
-}
 
 double lerLeituras(const PedidoLeituras &pedido, const AoLer &aoLer) {
     const QString sql = u"SELECT Data, "_s + pedido.tabela.valor + u", flag" +

@@ -41,6 +41,3 @@ struct PedidoLeituras {
 // Walks the readings by date and gives back their average; readings without a value do not weigh, and no reading
 // at all gives 0. The callback may throw to stop.
 double lerLeituras(const PedidoLeituras &pedido, const AoLer &aoLer);
-
-// True for a mark that shows on a chart: anything but nothing and one blank.
-bool eNota(QStringView flag);
