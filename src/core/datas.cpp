@@ -42,20 +42,21 @@ double segundosDe(const char *t, int tamanho) {
     const int ano = digitos(t, 4);
     const int mes = digitos(t + 5, 2);
     const int dia = digitos(t + 8, 2);
-    if (ano < 0 || mes < 1 || mes > 12 || dia < 1 || dia > 31)
+    if (ano < 1 || mes < 1 || mes > 12 || dia < 1 || dia > 31)
         return semData;
     if (dia > 28 && !QDate::isValid(ano, mes, dia))
         return semData;
     int segundos = 0;
-    if (tamanho >= 19) {
+    if (tamanho > 10) {
+        const bool comSegundos = tamanho >= 19 && t[16] == ':' && (tamanho == 19 || t[19] == '.');
+        if ((tamanho != 16 && !comSegundos) || (t[10] != ' ' && t[10] != 'T') || t[13] != ':')
+            return semData;
         const int h = digitos(t + 11, 2);
         const int m = digitos(t + 14, 2);
-        const int s = digitos(t + 17, 2);
+        const int s = comSegundos ? digitos(t + 17, 2) : 0;
         if (h < 0 || h > 23 || m < 0 || m > 59 || s < 0 || s > 59)
             return semData;
         segundos = h * 3600 + m * 60 + s;
-    } else if (tamanho != 10) {
-        return semData;
     }
     return double(diasCivis(ano, mes, dia) * 86400 + segundos);
 }
@@ -71,7 +72,8 @@ double segundosDe(const QDateTime &instante) {
 }
 
 QDateTime instanteDe(double segundos) {
-    if (!std::isfinite(segundos))
+    constexpr double demasiado = 1e12; // beyond any year of four digits
+    if (!(std::fabs(segundos) < demasiado))
         return {};
     return QDateTime::fromSecsSinceEpoch(std::llround(segundos), Qt::UTC);
 }
@@ -115,8 +117,16 @@ QString textoDataHora(const QDateTime &instante) {
 }
 
 QDateTime lerDataHora(const QString &texto) {
-    const QDateTime lido = estado().ambiente.locale.toDateTime(texto.trimmed(), formatoData() + u' ' + formatoHora());
-    return lido.isValid() ? QDateTime(lido.date(), lido.time(), Qt::UTC) : QDateTime();
+    // Date and time apart: read together they become a local time, and an hour that summer time skips would shift.
+    const QString t = texto.trimmed();
+    const QLocale &locale = estado().ambiente.locale;
+    for (qsizetype i = t.indexOf(u' '); i > 0; i = t.indexOf(u' ', i + 1)) {
+        const QDate data = locale.toDate(t.left(i), formatoData());
+        const QTime hora = data.isValid() ? locale.toTime(t.mid(i + 1), formatoHora()) : QTime();
+        if (hora.isValid())
+            return {data, hora, Qt::UTC};
+    }
+    return {};
 }
 
 } // namespace datas
