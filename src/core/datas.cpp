@@ -30,6 +30,53 @@ qint64 diasCivis(int ano, int mes, int dia) {
     return qint64(era) * 146097 + diaDaEra - 719468;
 }
 
+using Formatos = Estado::FormatosDeData;
+
+QString escrever(const Formatos &f, const QDate &data) {
+    return f.usado.toString(data, f.data);
+}
+
+QString escrever(const Formatos &f, const QTime &hora) {
+    return f.usado.toString(hora, f.hora);
+}
+
+QDateTime ler(const Formatos &f, const QString &texto) {
+    // Date and time apart: read together they become a local time, and an hour that summer time skips would shift.
+    const QString t = texto.trimmed();
+    for (qsizetype i = t.indexOf(u' '); i > 0; i = t.indexOf(u' ', i + 1)) {
+        const QDate data = f.usado.toDate(t.left(i), f.data);
+        const QTime hora = data.isValid() ? f.usado.toTime(t.mid(i + 1), f.hora) : QTime();
+        if (hora.isValid())
+            return {data, hora, Qt::UTC};
+    }
+    return {};
+}
+
+Formatos formatosDe(const QLocale &locale) {
+    Formatos f{locale, locale, locale.dateFormat(QLocale::ShortFormat), locale.timeFormat(QLocale::ShortFormat)};
+    if (!f.data.contains(u"yyyy"))
+        f.data.replace(u"yy"_s, u"yyyy"_s);
+    // Long formats end in the zone's name; the short one has no seconds.
+    if (!f.hora.contains(u's')) {
+        const QChar separador = f.hora.contains(u'.') && !f.hora.contains(u':') ? u'.' : u':';
+        f.hora.insert(f.hora.lastIndexOf(u'm') + 1, separador + u"ss"_s);
+    }
+    // In a few languages the library cannot read what it writes (their digits, their words for the half of the day).
+    for (const QTime &hora : {QTime(0, 7, 9), QTime(13, 45, 58)}) {
+        const QDateTime instante(QDate(2024, 11, 25), hora, Qt::UTC);
+        if (ler(f, escrever(f, instante.date()) + u' ' + escrever(f, hora)) != instante)
+            return {locale, QLocale::c(), u"yyyy-MM-dd"_s, u"HH:mm:ss"_s};
+    }
+    return f;
+}
+
+const Formatos &formatos() {
+    Formatos &f = estado().formatosDeData;
+    if (f.data.isEmpty() || f.pedido != estado().ambiente.locale)
+        f = formatosDe(estado().ambiente.locale);
+    return f;
+}
+
 constexpr double semData = std::numeric_limits<double>::quiet_NaN();
 
 } // namespace
@@ -87,29 +134,19 @@ QString textoBD(double segundos) {
 }
 
 QString formatoData() {
-    QString formato = estado().ambiente.locale.dateFormat(QLocale::ShortFormat);
-    if (!formato.contains(u"yyyy"))
-        formato.replace(u"yy"_s, u"yyyy"_s);
-    return formato;
+    return formatos().data;
 }
 
 QString formatoHora() {
-    // Long formats end in the zone's name; the short one has no seconds.
-    QString formato = estado().ambiente.locale.timeFormat(QLocale::ShortFormat);
-    if (!formato.contains(u's')) {
-        const qsizetype m = formato.lastIndexOf(u'm');
-        const QChar separador = formato.contains(u'.') && !formato.contains(u':') ? u'.' : u':';
-        formato.insert(m + 1, separador + u"ss"_s);
-    }
-    return formato;
+    return formatos().hora;
 }
 
 QString textoData(const QDate &data) {
-    return estado().ambiente.locale.toString(data, formatoData());
+    return escrever(formatos(), data);
 }
 
 QString textoHora(const QTime &hora) {
-    return estado().ambiente.locale.toString(hora, formatoHora());
+    return escrever(formatos(), hora);
 }
 
 QString textoDataHora(const QDateTime &instante) {
@@ -117,16 +154,7 @@ QString textoDataHora(const QDateTime &instante) {
 }
 
 QDateTime lerDataHora(const QString &texto) {
-    // Date and time apart: read together they become a local time, and an hour that summer time skips would shift.
-    const QString t = texto.trimmed();
-    const QLocale &locale = estado().ambiente.locale;
-    for (qsizetype i = t.indexOf(u' '); i > 0; i = t.indexOf(u' ', i + 1)) {
-        const QDate data = locale.toDate(t.left(i), formatoData());
-        const QTime hora = data.isValid() ? locale.toTime(t.mid(i + 1), formatoHora()) : QTime();
-        if (hora.isValid())
-            return {data, hora, Qt::UTC};
-    }
-    return {};
+    return ler(formatos(), texto);
 }
 
 } // namespace datas
