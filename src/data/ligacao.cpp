@@ -160,7 +160,7 @@ void Ligacao::Interno::falhar(int codigo, const QString &contexto) {
     throw Falha(codigo, descricao);
 }
 
-sqlite3_stmt *Ligacao::Interno::preparar(const QString &sql, Parametros valores) {
+sqlite3_stmt *Ligacao::Interno::preparar(const QString &sql, const Parametros &valores) {
     const QByteArray utf8 = sql.toUtf8();
     sqlite3_stmt *instrucao = nullptr;
     int codigo = sqlite3_prepare_v2(bd->getHandle(), utf8.constData(), int(utf8.size()), &instrucao, nullptr);
@@ -177,7 +177,7 @@ sqlite3_stmt *Ligacao::Interno::preparar(const QString &sql, Parametros valores)
     return instrucao;
 }
 
-Recordset Ligacao::consultar(const QString &sql, Parametros valores) {
+Recordset Ligacao::consultar(const QString &sql, const Parametros &valores) {
     if (!aberta())
         throw Falha(erros::objectoFechado, u"A base de dados não está aberta."_s);
     // A file read without locks must be opened again once somebody starts to write to it.
@@ -189,7 +189,7 @@ Recordset Ligacao::consultar(const QString &sql, Parametros valores) {
     return {*this, m->preparar(sql, valores)};
 }
 
-qint64 Ligacao::executar(const QString &sql, Parametros valores) {
+qint64 Ligacao::executar(const QString &sql, const Parametros &valores) {
     Recordset rs = consultar(sql, valores);
     while (rs.avancar()) {
     }

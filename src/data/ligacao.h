@@ -6,12 +6,11 @@
 #include <QString>
 #include <QVariant>
 
-#include <initializer_list>
 #include <memory>
 
 class Recordset;
 
-using Parametros = std::initializer_list<QVariant>;
+using Parametros = QVariantList;
 
 // The one connection to the shared file. It is created once and opened and closed as the settings say; a missing
 // file is never created. All failures are Falha, with the engine's text and what is known about the file.
@@ -26,9 +25,9 @@ public:
     bool soLeitura() const;
     QString caminho() const;
 
-    Recordset consultar(const QString &sql, Parametros valores = {});
-    qint64 executar(const QString &sql, Parametros valores = {}); // rows changed
-    void executarGuiao(const QString &sql);                       // several statements, no values
+    Recordset consultar(const QString &sql, const Parametros &valores = {});
+    qint64 executar(const QString &sql, const Parametros &valores = {}); // rows changed
+    void executarGuiao(const QString &sql);                              // several statements, no values
 
     struct Interno;
     Interno &interno() const { return *m; }

@@ -16,6 +16,6 @@ struct Ligacao::Interno {
     bool imutavel = false; // read without locks, since no log can be made beside the file
     int transaccoes = 0;
 
-    sqlite3_stmt *preparar(const QString &sql, Parametros valores);
+    sqlite3_stmt *preparar(const QString &sql, const Parametros &valores);
     [[noreturn]] void falhar(int codigo, const QString &contexto = {});
 };
