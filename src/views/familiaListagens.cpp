@@ -232,13 +232,12 @@ ConsultaListagem consulta(const MembroListagem &membro, const Pedido &pedido) {
 
     const QString chave = membro.ligacao == LigacaoListagem::Alarmes ? u"SondaID"_s : u"Sensor"_s;
     const QString doSensor = nome + u" WHERE " + chave + u" = ?";
-    const QString noIntervalo = doSensor + u" AND Data BETWEEN ? AND ?";
     for (const QString &sensor : pedido.sensores) {
         // Without parentheses round the sensors, the date test of the alarms binds the first one only. It stays so.
         if (membro.ligacao == LigacaoListagem::Alarmes && !c.ramos.isEmpty())
-            c.ramos.append({doSensor, {sensor}});
+            c.ramos.append({doSensor, {sensor}, {}, {}});
         else
-            c.ramos.append({noIntervalo, {sensor, pedido.intervalo.inicio, pedido.intervalo.fim}});
+            c.ramos.append({doSensor, {sensor}, pedido.intervalo.inicio, pedido.intervalo.fim});
     }
 
     const int nota = posicaoDe(membro, u"Flag");

@@ -46,11 +46,17 @@ Recordset ModeloListagem::cursor(const QString &desde) const {
     QStringList selecoes;
     QVariantList valores;
     for (const ConsultaListagem::Ramo &ramo : m_consulta.ramos) {
-        QString sql = u"SELECT " + m_consulta.colunas + u" FROM " + ramo.tabelaOndeE;
+        QString sql = u"SELECT " + m_consulta.colunas + u" FROM " + ramo.tabelaOnde;
         valores += ramo.valores;
-        if (!desde.isEmpty()) {
+        if (!ramo.inicio.isEmpty()) {
+            sql += u" AND " + m_consulta.data + u" >= ?";
+            valores += ramo.inicio;
+        }
+        // One upper bound only: with two, the engine may start from the wrong one and skip a million rows.
+        const QString &fim = desde.isEmpty() || (!ramo.fim.isEmpty() && ramo.fim < desde) ? ramo.fim : desde;
+        if (!fim.isEmpty()) {
             sql += u" AND " + m_consulta.data + u" <= ?";
-            valores += desde;
+            valores += fim;
         }
         selecoes.append(sql);
     }

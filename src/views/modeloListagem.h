@@ -15,8 +15,10 @@ class Recordset;
 // page of a million rows costs no more than that of a hundred; the branches are merged by the engine.
 struct ConsultaListagem {
     struct Ramo {
-        QString tabelaOndeE; // "Medias WHERE Data BETWEEN ? AND ? AND Sensor = ?"
+        QString tabelaOnde; // "Medias WHERE Sensor = ?"
         QVariantList valores;
+        QString inicio; // range of dates, both ends included; empty: no bound
+        QString fim;
     };
     QString colunas;  // select list; its last column is the row's number in its table
     int visiveis = 0; // how many of them the listing shows, from the first
