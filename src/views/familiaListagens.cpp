@@ -88,6 +88,19 @@ constexpr auto alarmesOrvalho = colunasAlarme({chavesComuns,
 constexpr QStringView relatorioAlarmes = u"DataReportAlarmes";
 constexpr QStringView lugarDosAlarmes = u"frmListagemAlarmesMediasTemp";
 
+// Verified alarms ----------------------------------------------------------------------------------------------
+
+constexpr QStringView quemVerificou = u"(SELECT Nome FROM MaskUtilizadores WHERE ID = VerefPor)";
+constexpr QStringView campoDescricao = u"Descricao";
+constexpr ColunaListagem alarmesVerificados[] = {
+    {u"DataI", 1550, u"Data.Caption", u"Data Inicio", u"lblDataI", u"Data.Caption", u"Data Inicio", u"txtDataI"},
+    {u"DataF", 1550, u"lblDataFim", u"Data Fim", u"lblDataF", u"lblDataFim", u"Data Fim", u"txtDataF"},
+    {u"VerefData", 1550, u"lblDataVerif", u"Data Verificação", u"lblDataV", u"lblDataVerif", u"Data Verificação",
+     u"txtDataV"},
+    {quemVerificou, 1750, u"lblVerifPor", u"Verificado Por", u"lblVerifPor", u"lblVerifPor", u"Verificado Por",
+     u"txtVerifPor"},
+    {campoDescricao, 5170, u"lblDesc", u"Descrição", u"lblDesc", u"lblDesc", u"Descrição", u"txtDesc"}};
+
 constexpr MembroListagem tabela[] = {
     {.form = u"frmListagemObservacoesTemp",
      .tabela = u"Temperaturas",
@@ -199,6 +212,16 @@ constexpr MembroListagem tabela[] = {
      .ligacao = LigacaoListagem::Alarmes,
      .comFiltro = false,
      .formLugar = lugarDosAlarmes},
+    {.form = u"frmListagemAlarmesMask",
+     .tabela = u"MaskListaAlarmes",
+     .regra = nullptr,
+     .colunas = alarmesVerificados,
+     .titulo = u"Listagem de Alarmes",
+     .tituloImpressao = u"Listagem de Alarmes",
+     .relatorio = u"DataReportListagemAlarmesMask",
+     .ligacao = LigacaoListagem::Verificados,
+     .comFiltro = false,
+     .chaveImpressao = u"frmListagemAlarmesMask.Caption"},
 };
 
 int posicaoDe(const MembroListagem &membro, QStringView campo) {
@@ -262,6 +285,29 @@ ConsultaListagem consulta(const MembroListagem &membro, const Pedido &pedido) {
             cnBD().executar(u"UPDATE "_s + nome + u" SET flag = ? WHERE rowid = ?", {texto, linha});
         };
     }
+    return c;
+}
+
+ConsultaListagem consultaVerificados(const MembroListagem &membro, const Intervalo &intervalo, const QString &ip) {
+    ConsultaListagem c;
+    QStringList colunas;
+    for (const ColunaListagem &coluna : membro.colunas)
+        colunas.append(coluna.campo == campoDescricao && ip.isEmpty()
+                           ? u"'[' || ifnull(IP_Nome, '') || '] > ' || ifnull(Descricao, '')"_s
+                           : coluna.campo.toString());
+    colunas.append(u"rowid"_s);
+    c.colunas = colunas.join(u", "_s);
+    c.visiveis = int(membro.colunas.size());
+    c.data = u"DataI"_s;
+    c.colunaData = posicaoDe(membro, c.data);
+    c.colunaAEsquerda = posicaoDe(membro, campoDescricao);
+    const QString deQuem = membro.tabela + (ip.isEmpty() ? u" WHERE 1 = 1"_s : u" WHERE IP = ?"_s);
+    c.ramos.append({deQuem, ip.isEmpty() ? QVariantList() : QVariantList{ip}, intervalo.inicio, intervalo.fim});
+    c.celula = [](const Recordset &rs, int coluna) -> QVariant {
+        constexpr int colunasDeDatas = 3;
+        const QDateTime instante = coluna < colunasDeDatas ? rs.dataHora(coluna) : QDateTime();
+        return instante.isValid() ? instante.toString(u"dd-MM-yy HH:mm:ss"_s) : rs.texto(coluna);
+    };
     return c;
 }
 

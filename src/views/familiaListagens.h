@@ -22,8 +22,9 @@ struct ColunaListagem {
 
 // How the rows of a listing are asked for.
 enum class LigacaoListagem {
-    Leituras, // sensors and range together
-    Alarmes,  // the range binds the first sensor only
+    Leituras,    // sensors and range together
+    Alarmes,     // the range binds the first sensor only
+    Verificados, // alarms verified by operators, of one device or of all
 };
 
 // One listing of sensors' rows.
@@ -41,6 +42,7 @@ struct MembroListagem {
     bool comMedias = false;   // chkLeiturasMedias
     QStringView formLugar{};  // whose saved place it shares; empty: its own
     QStringView formGrupos{}; // whose section names the row of all sensors; empty: its own
+    QStringView chaveImpressao = u"PrintTitle";
 };
 
 std::span<const MembroListagem> familiaListagens();
@@ -55,5 +57,7 @@ struct Pedido {
 };
 
 ConsultaListagem consulta(const MembroListagem &membro, const Pedido &pedido);
+// The verified alarms of a device; an empty address means all, each with its device's name.
+ConsultaListagem consultaVerificados(const MembroListagem &membro, const Intervalo &intervalo, const QString &ip);
 
 } // namespace listagens

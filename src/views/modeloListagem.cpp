@@ -203,13 +203,8 @@ ModeloListagem::Linha *ModeloListagem::linha(int numero) const {
     return naPagina < p.size() ? &p[naPagina] : nullptr;
 }
 
-void ModeloListagem::percorrer(const std::function<bool(const Recordset &)> &linha) const {
-    if (m_consulta.ramos.isEmpty())
-        return;
-    Recordset rs = cursor({});
-    while (seguinte(rs))
-        if (!linha(rs))
-            return;
+Recordset ModeloListagem::cursorProprio() const {
+    return cursor({});
 }
 
 int ModeloListagem::rowCount(const QModelIndex &pai) const {
@@ -222,7 +217,7 @@ int ModeloListagem::columnCount(const QModelIndex &pai) const {
 
 QVariant ModeloListagem::data(const QModelIndex &indice, int papel) const {
     if (papel == Qt::TextAlignmentRole)
-        return int(Qt::AlignCenter);
+        return int(indice.column() == m_consulta.colunaAEsquerda ? Qt::AlignLeft | Qt::AlignVCenter : Qt::AlignCenter);
     if (papel != Qt::DisplayRole && papel != Qt::EditRole && papel != Qt::ToolTipRole)
         return {};
     return Rotina("ModeloListagem.data", [&]() -> QVariant {

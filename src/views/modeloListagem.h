@@ -27,6 +27,7 @@ struct ConsultaListagem {
     QList<Ramo> ramos;
     std::function<bool(const Recordset &)> aceita;                  // applied to each row; none: all pass
     std::function<QVariant(const Recordset &, int coluna)> celula;  // text of a cell; none: as stored
+    int colunaAEsquerda = -1;                                       // aligned to the left; all others are centred
     int colunaEditavel = -1;                                        // -1: none
     std::function<void(qint64 linha, const QString &texto)> gravar; // writes the editable cell of a row
 };
@@ -44,8 +45,9 @@ public:
     void fechar();
     bool vazio() const { return m_linhas == 0; }
     bool contado() const { return !m_contagem; } // all rows are known
-    // Walks all rows in order with a cursor of its own; the callback says whether to go on.
-    void percorrer(const std::function<bool(const Recordset &)> &linha) const;
+    // All rows in order, for printing: a cursor of its own, and its next row that the listing shows.
+    Recordset cursorProprio() const;
+    bool seguinte(Recordset &rs) const;
     const ConsultaListagem &consulta() const { return m_consulta; }
     QString textoDaCelula(const Recordset &rs, int coluna) const;
 
@@ -75,7 +77,6 @@ private:
     struct Contagem;
 
     Recordset cursor(const QString &desde) const;
-    bool seguinte(Recordset &rs) const;
     Pagina lerPagina(size_t numero) const;
     Pagina &pagina(size_t numero) const;
     Linha *linha(int numero) const;
