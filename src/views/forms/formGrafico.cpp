@@ -47,6 +47,7 @@ FormGrafico::FormGrafico(const MembroGrafico &membro, QWidget *pai)
     m_pilha->addWidget(m_fundo);
     vista->setFocusProxy(m_chart);
     montar(m_painel, vista);
+    criarSaidas();
 
     for (int i = 0; i < seriesFixas; ++i)
         m_chart->AddSeries().Active = false;

@@ -12,8 +12,6 @@
 
 namespace {
 
-// Printing and export are offered from the version on that has them.
-constexpr bool comImpressaoEExportacao = false;
 constexpr int larguraOpccoesFechada = 2515; // twips
 
 QPushButton *criarBotao(const QString &nome, const QString &texto) {
@@ -21,7 +19,6 @@ QPushButton *criarBotao(const QString &nome, const QString &texto) {
     botao->setObjectName(nome);
     botao->setAccessibleName(texto);
     botao->setEnabled(false);
-    botao->setVisible(comImpressaoEExportacao);
     return botao;
 }
 
@@ -52,8 +49,12 @@ void FormVista::criarFaixa() {
     forte.setBold(true);
     m_lblMedia->setFont(forte);
     m_cmdImprimir = criarBotao(u"cmdImprimir"_s, texto(u"ReyFrameImprimir.Caption"_s, u"Imprimir"_s));
-    m_cmdExport =
-        criarBotao(u"cmdExport"_s, modTraducoes::texto(u"VISTREL_frmMain"_s, u"cmdExport"_s, u"Exportação"_s));
+    // Histograms know one form of export only.
+    const bool imagem = m_config.exportacao == Exportacao::Imagem;
+    m_cmdExport = criarBotao(imagem ? u"cmdJPG"_s : u"cmdExport"_s,
+                             modTraducoes::texto(u"VISTREL_frmMain"_s, imagem ? u"mnuExportJPG"_s : u"cmdExport"_s,
+                                                 imagem ? u"JPG"_s : u"Exportação"_s));
+    m_cmdExport->setVisible(m_config.exportacao != Exportacao::Nenhuma);
 }
 
 void FormVista::montar(PainelVista *painel, QWidget *vista) {

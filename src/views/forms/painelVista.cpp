@@ -54,16 +54,16 @@ QLabel *criarEtiqueta(const QString &nome, const QString &texto, QWidget *parcei
 
 } // namespace
 
-PainelVista::PainelVista(const QString &form, QWidget *pai)
-    : QFrame(pai), m_form(form), m_escolha(new QVBoxLayout), m_cmdOpccoes(new QToolButton(pai)),
-      m_deslize(new QVariantAnimation(this)) {
+PainelVista::PainelVista(const QString &form, QWidget *pai, const QString &titulo)
+    : QFrame(pai), m_form(form), m_escolha(new QVBoxLayout), m_opcoes(new QVBoxLayout),
+      m_cmdOpccoes(new QToolButton(pai)), m_deslize(new QVariantAnimation(this)) {
     setObjectName(u"PictOpccoes"_s);
     setFrameStyle(QFrame::StyledPanel | QFrame::Raised);
     setAutoFillBackground(true);
     hide();
 
     m_cmdOpccoes->setObjectName(u"cmdOpccoes"_s);
-    m_cmdOpccoes->setText(texto(u"Opccoes.Caption"_s, u"Opcoes do Grafico"_s));
+    m_cmdOpccoes->setText(texto(u"Opccoes.Caption"_s, titulo));
     m_cmdOpccoes->setAccessibleName(m_cmdOpccoes->text());
     m_cmdOpccoes->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     m_cmdOpccoes->setArrowType(Qt::DownArrow);
@@ -128,6 +128,7 @@ void PainelVista::criarDatas(QVBoxLayout *disposicao) {
     grelha->addWidget(m_horaFim, 1, 2);
     grelha->addWidget(criarPeriodos(), 0, 5);
     grelha->addWidget(confirmar, 1, 5);
+    grelha->addLayout(m_opcoes, 0, 4, 2, 1);
     grelha->setColumnStretch(4, 1);
     disposicao->addLayout(grelha);
 }
@@ -173,6 +174,23 @@ QDateTime PainelVista::inicio() const {
 
 QDateTime PainelVista::fim() const {
     return {m_dataFim->date(), m_horaFim->time(), Qt::UTC};
+}
+
+QString PainelVista::inicioConfirmado() const {
+    return m_dataInicio->property("Tag").toString();
+}
+
+QString PainelVista::fimConfirmado() const {
+    return m_dataFim->property("Tag").toString();
+}
+
+void PainelVista::juntarOpcao(const QList<QWidget *> &controlos) {
+    auto *linha = new QHBoxLayout;
+    linha->addSpacing(fontMetrics().averageCharWidth() * 2);
+    for (QWidget *controlo : controlos)
+        linha->addWidget(controlo);
+    linha->addStretch();
+    m_opcoes->addLayout(linha);
 }
 
 void PainelVista::cmdConfirmar_Click() {

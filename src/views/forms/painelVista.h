@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/literais.h"
+
 #include <QDateTime>
 #include <QFrame>
 
@@ -17,7 +19,7 @@ class PainelVista : public QFrame {
     Q_OBJECT
 public:
     // <form> is the name of the view; the panel's texts are in its section.
-    PainelVista(const QString &form, QWidget *pai);
+    PainelVista(const QString &form, QWidget *pai, const QString &titulo = u"Opcoes do Grafico"_s);
 
     QToolButton *cmdOpccoes() const { return m_cmdOpccoes; }
     // Where the panel may lie; it takes what it needs of the area, from the top left.
@@ -34,6 +36,11 @@ public:
     QString textoFim() const;
     QDateTime inicio() const;
     QDateTime fim() const;
+    // The range as it was last confirmed.
+    QString inicioConfirmado() const;
+    QString fimConfirmado() const;
+    // What a view asks beyond the range, beside it.
+    void juntarOpcao(const QList<QWidget *> &controlos);
     void setPeriodo(const QDate &de, const QDate &ate);
 
 Q_SIGNALS:
@@ -59,6 +66,7 @@ private:
     bool m_aberto = false;
     QRect m_area;
     QVBoxLayout *m_escolha;
+    QVBoxLayout *m_opcoes;
     QToolButton *m_cmdOpccoes;
     QDateEdit *m_dataInicio;
     QTimeEdit *m_horaInicio;
