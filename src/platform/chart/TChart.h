@@ -67,6 +67,14 @@ Q_SIGNALS:
     void OnZoom();
     void OnUndoZoom();
 
+protected:
+    void changeEvent(QEvent *evento) override;
+    void resizeEvent(QResizeEvent *evento) override;
+    void focusInEvent(QFocusEvent *evento) override;
+    void focusOutEvent(QFocusEvent *evento) override;
+    void keyPressEvent(QKeyEvent *evento) override;
+    bool eventFilter(QObject *objecto, QEvent *evento) override;
+
 private:
     struct Interno;
     std::unique_ptr<Interno> m;

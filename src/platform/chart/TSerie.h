@@ -35,20 +35,21 @@ public:
     const QList<double> &x() const { return m_x; }
     const QList<double> &y() const { return m_y; }
 
+    bool Tracejado = false; // limit lines: told apart without colours too
+    bool comMarcas() const; // some point has a label to be shown
+    static bool eMarca(const QString &rotulo);
+
 private:
     friend class PlotSerie;
-    quint8 indiceDeCor(quint32 cor);
-    quint8 indiceDeRotulo(const QString &rotulo);
-
     QList<double> m_x;
     QList<double> m_y;
     QList<quint8> m_cores;   // index into m_paleta; empty while all points have the same colour
     QList<quint8> m_rotulos; // index into m_textos; empty while all labels are the same
     QList<quint32> m_paleta;
-    QStringList m_textos; // bars may have a text each: then held in m_rotulosBarra
-    QStringList m_rotulosBarra;
+    QStringList m_textos;
+    QStringList m_rotulosBarra; // bars have a text each
 };
 
 inline QColor corOLE(quint32 cor) {
-    return QColor(int(cor & 0xFF), int((cor >> 8) & 0xFF), int((cor >> 16) & 0xFF));
+    return {int(cor & 0xFF), int((cor >> 8) & 0xFF), int((cor >> 16) & 0xFF)};
 }
