@@ -110,7 +110,7 @@ void gravarRegras(Historia &h) {
     QList<QVariantList> condicoes;
     for (size_t i = 0; i < 4; ++i) // the first four cold rooms
         condicoes.append(
-            {u"CS%1"_s.arg(i + 1), u"T fora: "_s + h.sensores[i].Descricao.left(12), h.sensores[i].SensorID});
+            {u"CS%1"_s.arg(i + 1), QString(u"T fora: "_s + h.sensores[i].Descricao.left(12)), h.sensores[i].SensorID});
     inserir(h.bd, u"REGRAS_CondicoesSensores"_s, {u"CondicaoID"_s, u"NomeCondicao"_s, u"SensorID"_s}, condicoes);
     inserir(h.bd, u"REGRAS_Emails"_s, {u"Descricao"_s}, {{u"Email Qualidade"_s}, {u"Email Manutenção"_s}});
     inserir(h.bd, u"REGRAS_Outputs"_s, {u"Descricao"_s}, {{u"Accionar sirene"_s}});
@@ -140,7 +140,7 @@ void gravarSensores(Historia &h) {
                             analogico  ? u"SENSUI"_s
                             : humidade ? u"HUMTMP"_s
                                        : u"TMP"_s,
-                            u"NA"_s, u"NA"_s, i % 5 == 3 ? u"-0"_s + s.separador() + u"3"_s : u"0"_s});
+                            u"NA"_s, u"NA"_s, i % 5 == 3 ? QString(u"-0"_s + s.separador() + u"3"_s) : u"0"_s});
         if (s.ordem < 2)
             visores.append({s.SensorID});
         if (s.letra == 'C' && s.ordem < 4)

@@ -27,10 +27,10 @@ constexpr Grupo osGrupos[] = {
 
 constexpr Escala asEscalas[] = {
     {1, u"Nível 0-100 %", 100, 0},
-    {2, u"CO2 0-2000 ppm", 2000, 0},
-    {3, u"Vento 0-120 km/h", 120, 0},
+    {2, u"CO2 400-2000 ppm", 2000, 400},
+    {3, u"Vento 0-60 km/h", 60, 0},
     {4, u"Radiação 0-1400 W/m2", 1400, 0},
-    {5, u"pH 0-14", 14, 0},
+    {5, u"pH 6-9", 9, 6},
     {6, u"Abertura 0-100 %", 100, 0},
     {7, u"Caudal 0-60 m3/h", 60, 0},
     {8, u"Pressão 0-10 bar", 10, 0},
@@ -120,10 +120,10 @@ constexpr Linha linhasD[] = {{u"PO Câmara Frio 1", Refrigerado, 1, 1},    {u"PO
                              {u"PO Sala Preparação", Laboratorio, 13, 3}, {u"PO Cais de Carga", Armazem, 10, 5}};
 constexpr Linha linhasV[] = {{u"Nível Depósito 1", Nivel, 120, 7, 1},   {u"CO2 Sala de Espera", Processo, 121, 4, 2},
                              {u"Radiação Solar", Solar, 122, 8, 4},     {u"Vento Cobertura", Processo, 123, 8, 3},
-                             {u"Bateria UPS", Processo, 124, 4, 0},     {u"pH Piscina", Processo, 125, 7, 5},
+                             {u"Sonda Redox", Processo, 124, 4, 0},     {u"pH Piscina", Processo, 125, 7, 5},
                              {u"Nível Depósito 2", Nivel, 126, 7, 1},   {u"CO2 Auditório", Processo, 127, 4, 2},
                              {u"Válvula Retorno", Processo, 128, 4, 6}, {u"Registo de Ar", Processo, 129, 4, 6},
-                             {u"Humidade Solo", Nivel, 130, 8, 1},      {u"Tensão Gerador", Processo, 131, 4, 0}};
+                             {u"Humidade Solo", Nivel, 130, 8, 1},      {u"Entrada Livre", Processo, 131, 4, 0}};
 constexpr Linha linhasA[] = {{u"Caudal Água Fria", Processo, 140, 7, 7},   {u"Pressão Rede Água", Processo, 141, 7, 8},
                              {u"Nível Gasóleo", Nivel, 142, 7, 10},        {u"Pressão Vácuo", Processo, 143, 2, 9},
                              {u"Potência Chiller", Processo, 144, 4, 11},  {u"Malha Livre", Processo, 145, 7, 0},
@@ -133,15 +133,16 @@ constexpr Linha linhasA[] = {{u"Caudal Água Fria", Processo, 140, 7, 7},   {u"P
 
 struct Familia {
     char letra;
+    int principais;
     QStringView tipo;
     int primeiroID; // of the unit's channels; 0: a 1-Wire device of the capture service
     std::span<const Linha> linhas;
 };
 constexpr Familia familias[] = {
-    {'C', u"P 1250C", 101, linhasC}, {'T', u"1WIRE T", 0, linhasT},   {'%', u"P 1250%", 131, linhasHR},
-    {'K', u"P 1250K", 161, linhasK}, {'D', u"P 1250D", 191, linhasD}, {'V', u"P 1250V", 202, linhasV},
-    {'A', u"P 1250A", 231, linhasA}, {'0', u"P 1250", 501, linhas0},  {'5', u"P RS485", 28201, linhas5},
-    {'E', u"P 1WIRE", 0, linhasE},
+    {'C', 6, u"P 1250C", 101, linhasC}, {'T', 1, u"1WIRE T", 0, linhasT},   {'%', 6, u"P 1250%", 131, linhasHR},
+    {'K', 4, u"P 1250K", 161, linhasK}, {'D', 4, u"P 1250D", 191, linhasD}, {'V', 4, u"P 1250V", 202, linhasV},
+    {'A', 4, u"P 1250A", 231, linhasA}, {'0', 1, u"P 1250", 501, linhas0},  {'5', 1, u"P RS485", 28201, linhas5},
+    {'E', 1, u"P 1WIRE", 0, linhasE},
 };
 
 double meio(double v) {
@@ -164,7 +165,7 @@ void escolherLimites(Sensor &s) {
         s.minimo = 100.5;
         break;
     case 'D':
-        s.maximo = meio(pontoDeOrvalho(p.base + p.epoca + p.dia, std::min(99.0, p.humidade + p.humidadeVariacao / 2)));
+        s.maximo = meio(pontoDeOrvalho(p.maximo - 0.5, std::min(99.0, p.humidade + p.humidadeVariacao * 0.6)));
         s.minimo = meio(pontoDeOrvalho(p.base - p.epoca - p.dia, p.humidade - p.humidadeVariacao));
         break;
     case 'V':
@@ -232,6 +233,7 @@ std::vector<Sensor> sensores(quint64 semente) {
             Sensor s;
             s.letra = f.letra;
             s.ordem = ordem++;
+            s.principal = s.ordem < f.principais;
             s.Tipo = f.tipo.toString();
             s.Descricao = l.nome.toString();
             s.local = l.local;

@@ -46,6 +46,7 @@ struct Sensor {
     int grupo = 0;
     int lugar = 0;
     Local local = Local::Armazem;
+    bool principal = false; // carries the full history
     bool activo = true;
     bool semLeituras = false;
     bool recente = false; // installed long after the others
@@ -54,7 +55,6 @@ struct Sensor {
     double SensUIMax = 20, SensUIMin = 4;
     const Escala *escala = nullptr;
 
-    bool principal() const { return ordem < 6; } // carries the full history
     bool temMaximo() const { return limite == Limite::Ambos || limite == Limite::SoMaximo; }
     bool temMinimo() const { return limite == Limite::Ambos || limite == Limite::SoMinimo; }
     QChar separador() const { return PoseidonIP.startsWith(u'2') ? u',' : u'.'; } // of the program that stores it

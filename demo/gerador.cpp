@@ -37,6 +37,21 @@ qint64 contarLinhas(Ligacao &bd) {
     return n;
 }
 
+// The indexes are made in one go at the end: sooner done than kept up row by row, and without half-empty pages.
+QStringList largarIndices(Ligacao &bd) {
+    QStringList nomes, guiao;
+    {
+        Recordset rs = bd.consultar(u"SELECT name, sql FROM sqlite_master WHERE type = 'index' AND sql IS NOT NULL"_s);
+        while (rs.avancar()) {
+            nomes.append(rs.texto(0));
+            guiao.append(rs.texto(1));
+        }
+    }
+    for (const QString &nome : std::as_const(nomes))
+        bd.executar(u"DROP INDEX "_s + nome);
+    return guiao;
+}
+
 void apagarComDiarios(const QString &caminho) {
     for (const QString &fim : {u""_s, u"-wal"_s, u"-shm"_s, u"-journal"_s})
         QFile::remove(caminho + fim);
@@ -58,6 +73,7 @@ qint64 preencher(const QString &caminho, const Pedido &pedido) {
                .prazos = prazos,
                .aoAvancar = pedido.aoAvancar};
     Transaccao tudo(bd);
+    const QStringList indices = largarIndices(bd);
     gravarLeituras(h);
     if (h.aoAvancar)
         h.aoAvancar(u"alarmes, registos e missões"_s);
@@ -65,8 +81,11 @@ qint64 preencher(const QString &caminho, const Pedido &pedido) {
     gravarAlarmes(h);
     gravarRegistos(h);
     gravarMissoes(h);
+    if (h.aoAvancar)
+        h.aoAvancar(u"índices"_s);
+    for (const QString &sql : indices)
+        bd.executar(sql);
     tudo.confirmar();
-    bd.executar(u"ANALYZE"_s);
     bd.executar(u"PRAGMA journal_mode = WAL"_s);
     return contarLinhas(bd);
 }

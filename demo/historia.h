@@ -21,6 +21,7 @@ struct Alarme {
     const Sensor *sensor;
     qint64 t;
     double valor;
+    double maximo; // in force then
 };
 struct Episodio {
     const Sensor *sensor;
@@ -37,9 +38,9 @@ struct Historia {
     Prazos prazos;
     std::function<void(const QString &)> aoAvancar;
 
-    std::vector<Alarme> alarmesTemperatura, alarmesHumidade, alarmesPressao, alarmesOrvalho;
-    std::vector<Episodio> episodios;
-    std::vector<double> ultimos; // by sensor; NaN: no reading
+    std::vector<Alarme> alarmesTemperatura{}, alarmesHumidade{}, alarmesPressao{}, alarmesOrvalho{};
+    std::vector<Episodio> episodios{};
+    std::vector<double> ultimos{}; // by sensor; NaN: no reading
 
     qint64 inicio() const { return fim - qint64(prazos.diasPrincipais * 86400) / 300 * 300; }
 };

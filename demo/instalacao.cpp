@@ -21,9 +21,8 @@ void escrever(const QString &caminho, const QString &texto) {
 
 // The language files of the source tree or beside the program, whichever there are.
 void copiarLinguas(const QDir &definicoes) {
-    for (const QString &pasta :
-         {QCoreApplication::applicationDirPath(), QCoreApplication::applicationDirPath() + u"/languages"_s,
-          QDir::currentPath() + u"/languages"_s}) {
+    const QDir programa(QCoreApplication::applicationDirPath());
+    for (const QString &pasta : QStringList{programa.path(), programa.filePath(u"languages"_s), u"languages"_s}) {
         const QDir origem(pasta);
         for (const QString &nome : origem.entryList({u"Kelvark-*.ini"_s}, QDir::Files)) {
             const QString destino = definicoes.filePath(nome);

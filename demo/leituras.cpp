@@ -152,7 +152,7 @@ private:
         r.id = s.SensorID.toUtf8();
         r.nome = s.Descricao.toUtf8();
         r.antigo = s.antigo.toUtf8();
-        const double dias = s.principal() ? m_h.prazos.diasPrincipais : m_h.prazos.diasOutros;
+        const double dias = s.principal ? m_h.prazos.diasPrincipais : m_h.prazos.diasOutros;
         // Newly installed ones began late, deactivated ones stopped early.
         r.inicio = m_h.fim - qint64(dias * (s.recente ? 0.4 : 1) * 86400);
         r.fim = m_h.fim - (s.activo ? 0 : qint64(dias * 0.3 * 86400));
@@ -193,8 +193,10 @@ private:
         m_data[18] = char('0' + desvio % 10);
     }
 
+    static double maximoEm(const Serie &s, qint64 t) { return s.maximo + (t < s.mudancaDeLimites ? 1 : 0); }
+
     Juizo julgar(const Serie &s, qint64 t, double valor) const {
-        const double maximo = s.maximo + (t < s.mudancaDeLimites ? 1 : 0);
+        const double maximo = maximoEm(s, t);
         Juizo j;
         if (valor > maximo)
             j.texto = "Máximo de  " + textoNumero(valor - maximo, 2, s.sensor->separador());
@@ -276,7 +278,7 @@ private:
     void seguirAlarme(Serie &s, qint64 t, double valor, bool fora) {
         constexpr qint64 entreAvisos = 1800;
         if (fora && t - s.ultimoAlarme >= entreAvisos) {
-            alarmes().push_back({s.sensor, t, valor});
+            alarmes().push_back({s.sensor, t, valor, maximoEm(s, t)});
             s.ultimoAlarme = t;
         }
         if (fora && s.episodio < 0) {
@@ -327,10 +329,10 @@ Prazos prazosPara(qint64 linhas, const std::vector<Sensor> &sensores) {
         for (const Tabela &t : tabelas)
             for (const Sensor &s : sensores)
                 if (t.letras.find(s.letra) != std::string_view::npos && !s.semLeituras)
-                    n += linhasPorSensor(t, s.principal() ? p.diasPrincipais
-                                                          : p.diasOutros * (s.recente  ? 0.4
-                                                                            : s.activo ? 1
-                                                                                       : 0.7));
+                    n += linhasPorSensor(t, s.principal ? p.diasPrincipais
+                                                        : p.diasOutros * (s.recente  ? 0.4
+                                                                          : s.activo ? 1
+                                                                                     : 0.7));
         return n;
     };
     if (linhas <= 0)

@@ -20,7 +20,7 @@ void gravarTabelaDeAlarmes(Historia &h, const QString &tabela, const std::vector
         const QByteArray data = textoData(a.t);
         i.utf8(2, data);
         if (a.sensor->temMaximo())
-            i.real(3, a.sensor->maximo);
+            i.real(3, a.maximo);
         else
             i.texto(3, u"NA"_s);
         if (a.sensor->temMinimo())
