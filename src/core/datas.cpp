@@ -30,6 +30,53 @@ qint64 diasCivis(int ano, int mes, int dia) {
     return qint64(era) * 146097 + diaDaEra - 719468;
 }
 
+using Formatos = Estado::FormatosDeData;
+
+QString escrever(const Formatos &f, const QDate &data) {
+    return f.usado.toString(data, f.data);
+}
+
+QString escrever(const Formatos &f, const QTime &hora) {
+    return f.usado.toString(hora, f.hora);
+}
+
+QDateTime ler(const Formatos &f, const QString &texto) {
+    // Date and time apart: read together they become a local time, and an hour that summer time skips would shift.
+    const QString t = texto.trimmed();
+    for (qsizetype i = t.indexOf(u' '); i > 0; i = t.indexOf(u' ', i + 1)) {
+        const QDate data = f.usado.toDate(t.left(i), f.data);
+        const QTime hora = data.isValid() ? f.usado.toTime(t.mid(i + 1), f.hora) : QTime();
+        if (hora.isValid())
+            return {data, hora, Qt::UTC};
+    }
+    return {};
+}
+
+Formatos formatosDe(const QLocale &locale) {
+    Formatos f{locale, locale, locale.dateFormat(QLocale::ShortFormat), locale.timeFormat(QLocale::ShortFormat)};
+    if (!f.data.contains(u"yyyy"))
+        f.data.replace(u"yy"_s, u"yyyy"_s);
+    // Long formats end in the zone's name; the short one has no seconds.
+    if (!f.hora.contains(u's')) {
+        const QChar separador = f.hora.contains(u'.') && !f.hora.contains(u':') ? u'.' : u':';
+        f.hora.insert(f.hora.lastIndexOf(u'm') + 1, separador + u"ss"_s);
+    }
+    // In a few languages the library cannot read what it writes (their digits, their words for the half of the day).
+    for (const QTime &hora : {QTime(0, 7, 9), QTime(13, 45, 58)}) {
+        const QDateTime instante(QDate(2024, 11, 25), hora, Qt::UTC);
+        if (ler(f, escrever(f, instante.date()) + u' ' + escrever(f, hora)) != instante)
+            return {locale, QLocale::c(), u"yyyy-MM-dd"_s, u"HH:mm:ss"_s};
+    }
+    return f;
+}
+
+const Formatos &formatos() {
+    Formatos &f = estado().formatosDeData;
+    if (f.data.isEmpty() || f.pedido != estado().ambiente.locale)
+        f = formatosDe(estado().ambiente.locale);
+    return f;
+}
+
 constexpr double semData = std::numeric_limits<double>::quiet_NaN();
 
 } // namespace
@@ -42,20 +89,21 @@ double segundosDe(const char *t, int tamanho) {
     const int ano = digitos(t, 4);
     const int mes = digitos(t + 5, 2);
     const int dia = digitos(t + 8, 2);
-    if (ano < 0 || mes < 1 || mes > 12 || dia < 1 || dia > 31)
+    if (ano < 1 || mes < 1 || mes > 12 || dia < 1 || dia > 31)
         return semData;
     if (dia > 28 && !QDate::isValid(ano, mes, dia))
         return semData;
     int segundos = 0;
-    if (tamanho >= 19) {
+    if (tamanho > 10) {
+        const bool comSegundos = tamanho >= 19 && t[16] == ':' && (tamanho == 19 || t[19] == '.');
+        if ((tamanho != 16 && !comSegundos) || (t[10] != ' ' && t[10] != 'T') || t[13] != ':')
+            return semData;
         const int h = digitos(t + 11, 2);
         const int m = digitos(t + 14, 2);
-        const int s = digitos(t + 17, 2);
+        const int s = comSegundos ? digitos(t + 17, 2) : 0;
         if (h < 0 || h > 23 || m < 0 || m > 59 || s < 0 || s > 59)
             return semData;
         segundos = h * 3600 + m * 60 + s;
-    } else if (tamanho != 10) {
-        return semData;
     }
     return double(diasCivis(ano, mes, dia) * 86400 + segundos);
 }
@@ -71,7 +119,8 @@ double segundosDe(const QDateTime &instante) {
 }
 
 QDateTime instanteDe(double segundos) {
-    if (!std::isfinite(segundos))
+    constexpr double demasiado = 1e12; // beyond any year of four digits
+    if (!(std::fabs(segundos) < demasiado))
         return {};
     return QDateTime::fromSecsSinceEpoch(std::llround(segundos), Qt::UTC);
 }
@@ -85,29 +134,19 @@ QString textoBD(double segundos) {
 }
 
 QString formatoData() {
-    QString formato = estado().ambiente.locale.dateFormat(QLocale::ShortFormat);
-    if (!formato.contains(u"yyyy"))
-        formato.replace(u"yy"_s, u"yyyy"_s);
-    return formato;
+    return formatos().data;
 }
 
 QString formatoHora() {
-    // Long formats end in the zone's name; the short one has no seconds.
-    QString formato = estado().ambiente.locale.timeFormat(QLocale::ShortFormat);
-    if (!formato.contains(u's')) {
-        const qsizetype m = formato.lastIndexOf(u'm');
-        const QChar separador = formato.contains(u'.') && !formato.contains(u':') ? u'.' : u':';
-        formato.insert(m + 1, separador + u"ss"_s);
-    }
-    return formato;
+    return formatos().hora;
 }
 
 QString textoData(const QDate &data) {
-    return estado().ambiente.locale.toString(data, formatoData());
+    return escrever(formatos(), data);
 }
 
 QString textoHora(const QTime &hora) {
-    return estado().ambiente.locale.toString(hora, formatoHora());
+    return escrever(formatos(), hora);
 }
 
 QString textoDataHora(const QDateTime &instante) {
@@ -115,8 +154,7 @@ QString textoDataHora(const QDateTime &instante) {
 }
 
 QDateTime lerDataHora(const QString &texto) {
-    const QDateTime lido = estado().ambiente.locale.toDateTime(texto.trimmed(), formatoData() + u' ' + formatoHora());
-    return lido.isValid() ? QDateTime(lido.date(), lido.time(), Qt::UTC) : QDateTime();
+    return ler(formatos(), texto);
 }
 
 } // namespace datas

@@ -7,7 +7,8 @@
 // zone ever shifts them, or a double of whole seconds since 1970-01-01 00:00:00 of the same clock.
 namespace datas {
 
-// NaN when the text is no date. A date without a time means midnight; fractions of a second are dropped.
+// NaN when the text is no date. A date without a time means midnight; seconds may be missing, fractions of one are
+// dropped.
 double segundosDe(const char *texto, int tamanho);
 double segundosDe(const QString &texto);
 double segundosDe(const QDateTime &instante);

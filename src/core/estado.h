@@ -36,6 +36,14 @@ struct Estado {
         std::shared_ptr<const Perfil> perfil;
     };
     QHash<QString, PerfilLido> perfis; // parsed settings files, valid while the file's signature stands
+
+    struct FormatosDeData {
+        QLocale pedido;
+        QLocale usado;
+        QString data; // empty: not worked out yet
+        QString hora;
+    };
+    FormatosDeData formatosDeData; // of core/datas, for one locale
 };
 
 Estado &estado();

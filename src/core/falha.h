@@ -29,4 +29,5 @@ constexpr int falhaDoFicheiro = 75;
 constexpr int objectoFechado = 3704;
 constexpr int objectoAberto = 3705;
 constexpr int falhaGeralBD = -2147467259;
+constexpr int motorBD = -2147221504; // plus the engine's own code
 } // namespace erros

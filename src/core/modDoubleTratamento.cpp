@@ -97,7 +97,7 @@ double Arredondar(double numero, int casas) {
     Decimal d = decimalDe(numero);
     const qsizetype ficam = d.expoente + casas;
     if (ficam >= d.digitos.size())
-        return numero;
+        return d.digitos.isEmpty() ? 0 : numero;
     if (ficam < 0)
         return 0;
     const QByteArray resto = d.digitos.mid(ficam);

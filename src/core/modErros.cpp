@@ -19,20 +19,19 @@ bool GravarRegistoErro(qint16 tipo, const QString &data, const QString &l1, cons
     const auto id = u"ID"_s;
     bool numero = false;
     const int ultimo = modINI::GetSetting(anel, indice, id).toInt(&numero);
-    int n = numero ? ultimo + 1 : 1;
-    if (n < 1 || n > entradasDoAnel)
-        n = 1;
-    modINI::SaveSetting(anel, indice, id, QString::number(n));
+    const int n = numero && ultimo >= 0 && ultimo < entradasDoAnel ? ultimo + 1 : 1;
     const QString seccao = u'E' + QString::number(n);
-    modINI::SaveSetting(anel, seccao, u"Soft"_s, u"Vistrel"_s);
-    modINI::SaveSetting(anel, seccao, u"Type"_s, tipo == aviso ? u"WARNING"_s : u"ERROR"_s);
-    modINI::SaveSetting(anel, seccao, u"Date"_s, data);
+    QList<modINI::Definicao> valores = {{indice, id, QString::number(n)},
+                                        {seccao, u"Soft"_s, u"Vistrel"_s},
+                                        {seccao, u"Type"_s, tipo == aviso ? u"WARNING"_s : u"ERROR"_s},
+                                        {seccao, u"Date"_s, data}};
     int linha = 0;
     for (const QString &texto : {l1, l2, l3, l4}) {
         ++linha;
         if (!texto.isEmpty())
-            modINI::SaveSetting(anel, seccao, u'L' + QString::number(linha), texto);
+            valores.append({seccao, u'L' + QString::number(linha), texto});
     }
+    modINI::SaveSettings(anel, valores);
     return true;
 }
 
@@ -52,7 +51,7 @@ void TratarErro(const QString &fonte, const QString &descricao, const QString &n
     };
     const QString fim = u"\r\n"_s;
     const QDateTime agora = estado().ambiente.agora();
-    const QString data = datas::textoData(agora.date()) + u' ' + datas::textoHora(agora.time());
+    const QString data = datas::textoDataHora(agora);
     const QString mensagem = u"Vistrel...:" + fim + texto(u"L2"_s, u"Fonte.....: "_s) + fonte + fim +
                              texto(u"L3"_s, u"Número....: "_s) + numero + fim + texto(u"L4"_s, u"Descrição.: "_s) +
                              descricao + fim + texto(u"Lx"_s, u"Data......: "_s) + data;
@@ -78,6 +77,8 @@ void tratarExcepcaoCorrente(const char *fonte) {
         TratarErro(nome, u"Memória insuficiente"_s, QString::number(erros::semMemoria));
     } catch (const std::exception &e) {
         TratarErro(nome, QString::fromUtf8(e.what()), QString::number(erros::chamadaInvalida));
+    } catch (...) {
+        TratarErro(nome, u"Falha desconhecida"_s, QString::number(erros::chamadaInvalida));
     }
 }
 

@@ -6,10 +6,16 @@
 #include "core/rotina.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QSaveFile>
+#include <QThread>
 
+#include <cerrno>
 #include <ctime>
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
@@ -39,22 +45,81 @@ std::shared_ptr<const Perfil> lerPerfil(const QString &caminho) {
     return lido.perfil;
 }
 
-// A missing folder makes the write fail silently: the profile calls' result was never looked at.
-void gravarValor(const QString &seccao, const QString &chave, const QString &valor, const QString &caminho) {
+using Valores = QList<modINI::Definicao>;
+
+// One writer at a time among the programs that share the settings folder. Whoever cannot have it (no permission, a
+// file system without locks, a stopped neighbour) goes on without: the file stays whole in any case.
+class Vez {
+public:
+    explicit Vez(const QString &caminho) {
+        const QByteArray pasta = QFile::encodeName(QFileInfo(caminho).absolutePath());
+        m_pasta = ::open(pasta.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        constexpr int tentativas = 200;
+        for (int i = 0; m_pasta >= 0 && i < tentativas && ::flock(m_pasta, LOCK_EX | LOCK_NB) != 0; ++i) {
+            if (errno != EWOULDBLOCK && errno != EINTR)
+                break;
+            QThread::usleep(1000);
+        }
+    }
+    ~Vez() {
+        if (m_pasta >= 0)
+            ::close(m_pasta);
+    }
+    Vez(const Vez &) = delete;
+    Vez &operator=(const Vez &) = delete;
+
+private:
+    int m_pasta = -1;
+};
+
+bool mesmoFicheiro(const struct stat &a, const struct stat &b) {
+    return a.st_ino == b.st_ino && a.st_size == b.st_size && a.st_ctim.tv_sec == b.st_ctim.tv_sec &&
+           a.st_ctim.tv_nsec == b.st_ctim.tv_nsec;
+}
+
+enum class Resultado { Feito, Impossivel, MudouEntretanto };
+
+Resultado tentarGravar(const Valores &valores, const QString &caminho) {
+    const QByteArray nome = QFile::encodeName(caminho);
+    struct stat lido {};
+    const bool existia = ::stat(nome.constData(), &lido) == 0;
     QByteArray antes;
-    if (QFile atual(caminho); atual.exists()) {
-        if (!atual.open(QIODevice::ReadOnly))
-            return; // never replace a file whose other lines could not be read
-        antes = atual.readAll();
+    if (existia) {
+        QFile actual(caminho);
+        if (!actual.open(QIODevice::ReadOnly))
+            return Resultado::Impossivel; // never replace a file whose other lines could not be read
+        antes = actual.readAll();
+        if (actual.error() != QFileDevice::NoError)
+            return Resultado::Impossivel;
     }
     Perfil perfil(antes);
-    perfil.definir(seccao, chave, valor);
+    for (const modINI::Definicao &v : valores)
+        perfil.definir(v.seccao, v.chave, v.valor);
     const QByteArray depois = perfil.bytes();
     if (depois == antes)
-        return;
+        return Resultado::Feito;
     QSaveFile ficheiro(caminho);
-    if (ficheiro.open(QIODevice::WriteOnly) && ficheiro.write(depois) == depois.size())
-        ficheiro.commit();
+    if (!ficheiro.open(QIODevice::WriteOnly) || ficheiro.write(depois) != depois.size())
+        return Resultado::Impossivel;
+    // Where the system allows it, the group that shares the file keeps it.
+    if (existia && ::fchown(ficheiro.handle(), lido.st_uid, lido.st_gid) != 0 &&
+        ::fchown(ficheiro.handle(), static_cast<uid_t>(-1), lido.st_gid) != 0)
+        errno = 0;
+    // Another program, which knows nothing of the turns, may have written since.
+    struct stat agora {};
+    const bool existe = ::stat(nome.constData(), &agora) == 0;
+    if (existe != existia || (existe && !mesmoFicheiro(agora, lido)))
+        return Resultado::MudouEntretanto;
+    return ficheiro.commit() ? Resultado::Feito : Resultado::Impossivel;
+}
+
+// A missing folder makes the write fail silently: the profile calls' result was never looked at.
+void gravarValores(const Valores &valores, const QString &caminho) {
+    const Vez vez(caminho);
+    constexpr int tentativas = 20;
+    for (int i = 0; i < tentativas; ++i)
+        if (tentarGravar(valores, caminho) != Resultado::MudouEntretanto)
+            break;
     estado().perfis.remove(caminho);
 }
 
@@ -78,7 +143,14 @@ QString GetSetting(const QString &ficheiro, const QString &seccao, const QString
 
 bool SaveSetting(const QString &ficheiro, const QString &seccao, const QString &chave, const QString &valor) {
     return Rotina("modINI.SaveSetting", [&] {
-        gravarValor(seccao, chave, valor, caminhoDoFicheiro(ficheiro));
+        gravarValores({{seccao, chave, valor}}, caminhoDoFicheiro(ficheiro));
+        return true;
+    });
+}
+
+bool SaveSettings(const QString &ficheiro, const QList<Definicao> &valores) {
+    return Rotina("modINI.SaveSetting", [&] {
+        gravarValores(valores, caminhoDoFicheiro(ficheiro));
         return true;
     });
 }
@@ -90,7 +162,7 @@ QString GetSettingINIPATH(const QString &seccao, const QString &chave, const QSt
 
 bool SaveSettingINIPATH(const QString &seccao, const QString &chave, const QString &valor) {
     return Rotina("modINI.SaveSettingINIPATH", [&] {
-        gravarValor(seccao, chave, valor, estado().PastaPrograma + u"/Vistrel.ini");
+        gravarValores({{seccao, chave, valor}}, estado().PastaPrograma + u"/Vistrel.ini");
         return true;
     });
 }

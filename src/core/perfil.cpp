@@ -1,9 +1,10 @@
 #include "core/perfil.h"
 
 #include "core/literais.h"
-#include <QStringDecoder>
-#include <QStringEncoder>
 
+#include <QStringDecoder>
+
+#include <algorithm>
 #include <array>
 
 namespace {
@@ -44,11 +45,31 @@ bool eUtf8Valido(const QByteArray &bytes) {
     return !leitor.hasError();
 }
 
-// "[name]" -> name; anything else -> null.
+// UTF-16 by hand: the text converters replace what is no valid pair, and a line nobody touches must not change.
+QString lerUtf16(const QByteArray &bytes, bool le) {
+    QString texto(bytes.size() / 2, Qt::Uninitialized);
+    for (qsizetype i = 0; i < texto.size(); ++i) {
+        const auto a = static_cast<uchar>(bytes[2 * i]);
+        const auto b = static_cast<uchar>(bytes[2 * i + 1]);
+        texto[i] = QChar(le ? a | b << 8 : a << 8 | b);
+    }
+    return texto;
+}
+
+QByteArray escreverUtf16(const QString &texto, bool le) {
+    QByteArray bytes;
+    bytes.reserve(texto.size() * 2);
+    for (const QChar c : texto) {
+        const char alto = static_cast<char>(c.unicode() >> 8);
+        const char baixo = static_cast<char>(c.unicode() & 0xFF);
+        bytes.append(le ? baixo : alto).append(le ? alto : baixo);
+    }
+    return bytes;
+}
+
+// "[name]" -> name.
 QString nomeDaSeccao(const QString &linha) {
     const QString t = linha.trimmed();
-    if (!t.startsWith(u'['))
-        return {};
     const qsizetype fecho = t.indexOf(u']');
     return fecho < 0 ? t.mid(1).trimmed() : QStringView(t).mid(1, fecho - 1).trimmed().toString();
 }
@@ -57,128 +78,175 @@ bool eSeccao(const QString &linha) {
     return QStringView(linha).trimmed().startsWith(u'[');
 }
 
-bool iguais(QStringView a, QStringView b) {
-    return a.compare(b, Qt::CaseInsensitive) == 0;
+// The name of a "key=value" line; empty for every other one.
+QString nomeDaChave(const QString &linha) {
+    const QString nome = linha.left(qMax(qsizetype(0), linha.indexOf(u'='))).trimmed();
+    return nome.startsWith(u';') ? QString() : nome;
+}
+
+QString dobrado(const QString &nome) {
+    return nome.trimmed().toCaseFolded();
+}
+
+bool entreAspas(const QString &v) {
+    return v.size() >= 2 && (v.front() == u'"' || v.front() == u'\'') && v.back() == v.front();
+}
+
+// A pair of quotes around a value protects its outer blanks, as the profile calls have it; it is written where
+// the value would not be read back as it is.
+QString protegido(const QString &valor) {
+    if (valor.contains(u'\n') || valor.contains(u'\r'))
+        return valor;
+    return valor != valor.trimmed() || entreAspas(valor) ? u'"' + valor + u'"' : valor;
 }
 
 } // namespace
 
 Perfil::Perfil(const QByteArray &bytes) {
-    QString texto;
     if (bytes.startsWith("\xEF\xBB\xBF")) {
         m_codificacao = Codificacao::Utf8Marca;
-        texto = QString::fromUtf8(bytes.mid(3));
+        m_marca = bytes.left(3);
     } else if (bytes.startsWith("\xFF\xFE") || bytes.startsWith("\xFE\xFF")) {
-        const bool le = bytes.startsWith("\xFF\xFE");
-        m_codificacao = le ? Codificacao::Utf16Le : Codificacao::Utf16Be;
-        QStringDecoder leitor(le ? QStringDecoder::Utf16LE : QStringDecoder::Utf16BE);
-        texto = leitor(bytes.mid(2));
-    } else if (eUtf8Valido(bytes)) {
-        texto = QString::fromUtf8(bytes);
-    } else {
+        m_codificacao = bytes.startsWith("\xFF\xFE") ? Codificacao::Utf16Le : Codificacao::Utf16Be;
+        m_marca = bytes.left(2);
+    } else if (!eUtf8Valido(bytes)) {
         m_codificacao = Codificacao::Windows1252;
-        texto = ler1252(bytes);
     }
-    separarLinhas(texto);
+    separarLinhas(bytes.mid(m_marca.size()));
+    indexar();
 }
 
-void Perfil::separarLinhas(const QString &texto) {
-    qsizetype inicio = 0;
-    while (inicio < texto.size()) {
-        qsizetype fim = inicio;
-        while (fim < texto.size() && texto[fim] != u'\n' && texto[fim] != u'\r')
-            ++fim;
-        qsizetype depois = fim;
-        if (depois < texto.size())
-            depois += (texto[fim] == u'\r' && fim + 1 < texto.size() && texto[fim + 1] == u'\n') ? 2 : 1;
-        m_linhas.push_back({texto.mid(inicio, fim - inicio), texto.mid(fim, depois - fim)});
-        inicio = depois;
-    }
-}
-
-QByteArray Perfil::bytes() const {
-    QString texto;
-    for (const Linha &l : m_linhas)
-        texto += l.texto + l.fim;
+QString Perfil::descodificar(const QByteArray &bytes) const {
     switch (m_codificacao) {
     case Codificacao::Utf8:
-        break;
     case Codificacao::Utf8Marca:
-        return "\xEF\xBB\xBF" + texto.toUtf8();
+        break;
     case Codificacao::Utf16Le:
-        return QByteArray("\xFF\xFE") + QByteArray(QStringEncoder(QStringEncoder::Utf16LE)(texto));
     case Codificacao::Utf16Be:
-        return QByteArray("\xFE\xFF") + QByteArray(QStringEncoder(QStringEncoder::Utf16BE)(texto));
+        return lerUtf16(bytes, m_codificacao == Codificacao::Utf16Le);
+    case Codificacao::Windows1252:
+        return ler1252(bytes);
+    }
+    return QString::fromUtf8(bytes);
+}
+
+QByteArray Perfil::codificar(const QString &texto) const {
+    switch (m_codificacao) {
+    case Codificacao::Utf8:
+    case Codificacao::Utf8Marca:
+        break;
+    case Codificacao::Utf16Le:
+    case Codificacao::Utf16Be:
+        return escreverUtf16(texto, m_codificacao == Codificacao::Utf16Le);
     case Codificacao::Windows1252:
         return escrever1252(texto);
     }
     return texto.toUtf8();
 }
 
-int Perfil::procurarSeccao(const QString &seccao) const {
-    for (size_t i = 0; i < m_linhas.size(); ++i)
-        if (eSeccao(m_linhas[i].texto) && iguais(nomeDaSeccao(m_linhas[i].texto), seccao))
-            return static_cast<int>(i);
-    return -1;
+void Perfil::separarLinhas(const QByteArray &bytes) {
+    const qsizetype largura = m_codificacao == Codificacao::Utf16Le || m_codificacao == Codificacao::Utf16Be ? 2 : 1;
+    const qsizetype baixo = m_codificacao == Codificacao::Utf16Be ? 1 : 0;
+    const auto unidade = [&](qsizetype i) -> int {
+        if (i + largura > bytes.size())
+            return -1;
+        const int alto = largura == 2 ? static_cast<uchar>(bytes[i + 1 - baixo]) : 0;
+        return alto << 8 | static_cast<uchar>(bytes[i + baixo]);
+    };
+    qsizetype inicio = 0;
+    while (inicio < bytes.size()) {
+        qsizetype fim = inicio;
+        while (unidade(fim) >= 0 && unidade(fim) != '\n' && unidade(fim) != '\r')
+            fim += largura;
+        qsizetype depois = bytes.size(); // also an odd last byte
+        if (unidade(fim) >= 0)
+            depois = fim + (unidade(fim) == '\r' && unidade(fim + largura) == '\n' ? 2 : 1) * largura;
+        m_linhas.push_back({bytes.mid(inicio, depois - inicio), descodificar(bytes.mid(inicio, fim - inicio))});
+        inicio = depois;
+    }
 }
 
-int Perfil::procurarChave(int aposLinha, const QString &chave) const {
-    for (size_t i = static_cast<size_t>(aposLinha) + 1; i < m_linhas.size(); ++i) {
+void Perfil::indexar() {
+    m_seccoes.clear();
+    Seccao *actual = nullptr;
+    for (size_t i = 0; i < m_linhas.size(); ++i) {
         const QString &t = m_linhas[i].texto;
-        if (eSeccao(t))
-            return -1;
-        const qsizetype igual = t.indexOf(u'=');
-        if (igual > 0 && !QStringView(t).trimmed().startsWith(u';') &&
-            iguais(QStringView(t).left(igual).trimmed(), chave))
-            return static_cast<int>(i);
+        if (eSeccao(t)) {
+            const QString nome = dobrado(nomeDaSeccao(t));
+            actual = m_seccoes.contains(nome) ? nullptr : &(m_seccoes[nome] = {i, i, {}});
+        } else if (actual && !QStringView(t).trimmed().isEmpty()) {
+            actual->ultima = i;
+            if (const QString chave = dobrado(nomeDaChave(t)); !chave.isEmpty() && !actual->chaves.contains(chave))
+                actual->chaves.insert(chave, i);
+        }
     }
-    return -1;
+}
+
+QByteArray Perfil::bytes() const {
+    QByteArray tudo = m_marca;
+    for (const Linha &l : m_linhas)
+        tudo += l.bytes;
+    return tudo;
 }
 
 std::optional<QString> Perfil::valor(const QString &seccao, const QString &chave) const {
-    const int s = procurarSeccao(seccao.trimmed());
-    const int k = s < 0 ? -1 : procurarChave(s, chave.trimmed());
-    if (k < 0)
+    const auto s = m_seccoes.constFind(dobrado(seccao));
+    if (s == m_seccoes.constEnd())
         return std::nullopt;
-    const QString &t = m_linhas[static_cast<size_t>(k)].texto;
-    QString v = t.mid(t.indexOf(u'=') + 1).trimmed();
-    // A pair of quotes around a value protects its outer blanks, as the profile calls have it.
-    if (v.size() >= 2 && (v.front() == u'"' || v.front() == u'\'') && v.back() == v.front())
-        v = v.mid(1, v.size() - 2);
-    return v;
+    const auto k = s->chaves.constFind(dobrado(chave));
+    if (k == s->chaves.constEnd())
+        return std::nullopt;
+    const QString &t = m_linhas[*k].texto;
+    const QString v = t.mid(t.indexOf(u'=') + 1).trimmed();
+    return entreAspas(v) ? v.mid(1, v.size() - 2) : v;
 }
 
 QString Perfil::fimDeLinha() const {
-    for (const Linha &l : m_linhas)
-        if (!l.fim.isEmpty())
-            return l.fim;
-    return u"\r\n"_s;
+    if (m_linhas.empty())
+        return u"\r\n"_s;
+    const Linha &primeira = m_linhas.front();
+    const QString fim = descodificar(primeira.bytes).mid(primeira.texto.size());
+    return fim.isEmpty() ? u"\r\n"_s : fim;
 }
 
 void Perfil::definir(const QString &seccao, const QString &chave, const QString &valor) {
     const QString fim = fimDeLinha();
-    const QString linha = chave.trimmed() + u'=' + valor;
-    int s = procurarSeccao(seccao.trimmed());
-    if (s < 0) {
-        if (!m_linhas.empty() && m_linhas.back().fim.isEmpty())
-            m_linhas.back().fim = fim;
-        m_linhas.push_back({u'[' + seccao.trimmed() + u']', fim});
-        m_linhas.push_back({linha, fim});
-        return;
+    const auto nova = [&](const QString &texto) { return Linha{codificar(texto + fim), texto}; };
+    const auto acabar = [&](Linha &linha) { // a last line without its end gets one before another follows
+        const QString inteira = descodificar(linha.bytes);
+        if (inteira.size() == linha.texto.size())
+            linha.bytes += codificar(fim);
+    };
+    const QString linha = chave.trimmed() + u'=' + protegido(valor);
+    const auto s = m_seccoes.find(dobrado(seccao));
+    bool indiceVale = !valor.contains(u'\n') && !valor.contains(u'\r');
+    if (s == m_seccoes.end()) {
+        if (!m_linhas.empty())
+            acabar(m_linhas.back());
+        m_linhas.push_back(nova(u'[' + seccao.trimmed() + u']'));
+        m_linhas.push_back(nova(linha));
+        const size_t k = m_linhas.size() - 1;
+        m_seccoes.insert(dobrado(seccao), {k - 1, k, {{dobrado(chave), k}}});
+    } else if (const auto k = s->chaves.constFind(dobrado(chave)); k != s->chaves.constEnd()) {
+        Linha &existente = m_linhas[*k];
+        const QString fimActual = descodificar(existente.bytes).mid(existente.texto.size());
+        existente.texto = existente.texto.left(existente.texto.indexOf(u'=') + 1) + protegido(valor);
+        existente.bytes = codificar(existente.texto + fimActual);
+    } else {
+        // After the section's last line that says something, so that blank lines stay between sections.
+        const size_t nesta = ++s->ultima;
+        acabar(m_linhas[nesta - 1]);
+        indiceVale = indiceVale && nesta == m_linhas.size();
+        m_linhas.insert(m_linhas.begin() + static_cast<std::ptrdiff_t>(nesta), nova(linha));
+        s->chaves.insert(dobrado(chave), nesta);
     }
-    if (const int k = procurarChave(s, chave.trimmed()); k >= 0) {
-        Linha &existente = m_linhas[static_cast<size_t>(k)];
-        existente.texto = existente.texto.left(existente.texto.indexOf(u'=') + 1) + valor;
+    if (indiceVale)
         return;
-    }
-    // After the section's last line that says something, so that blank lines stay between sections.
-    auto posicao = static_cast<size_t>(s);
-    for (size_t i = posicao + 1; i < m_linhas.size() && !eSeccao(m_linhas[i].texto); ++i)
-        if (!m_linhas[i].texto.trimmed().isEmpty())
-            posicao = i;
-    if (m_linhas[posicao].fim.isEmpty())
-        m_linhas[posicao].fim = fim;
-    m_linhas.insert(m_linhas.begin() + static_cast<std::ptrdiff_t>(posicao) + 1, Linha{linha, fim});
+    // Lines have moved, or a value with line feeds has become several of them.
+    const QByteArray tudo = bytes().mid(m_marca.size());
+    m_linhas.clear();
+    separarLinhas(tudo);
+    indexar();
 }
 
 QStringList Perfil::seccoes() const {
@@ -191,12 +259,10 @@ QStringList Perfil::seccoes() const {
 
 QStringList Perfil::chaves(const QString &seccao) const {
     QStringList nomes;
-    const int s = procurarSeccao(seccao);
-    for (size_t i = static_cast<size_t>(s + 1); s >= 0 && i < m_linhas.size() && !eSeccao(m_linhas[i].texto); ++i) {
-        const QString &t = m_linhas[i].texto;
-        const qsizetype igual = t.indexOf(u'=');
-        if (igual > 0 && !QStringView(t).trimmed().startsWith(u';'))
-            nomes.append(t.left(igual).trimmed());
-    }
+    const auto s = m_seccoes.constFind(dobrado(seccao));
+    for (size_t i = s == m_seccoes.constEnd() ? m_linhas.size() : s->linha + 1;
+         i < m_linhas.size() && !eSeccao(m_linhas[i].texto); ++i)
+        if (const QString nome = nomeDaChave(m_linhas[i].texto); !nome.isEmpty())
+            nomes.append(nome);
     return nomes;
 }

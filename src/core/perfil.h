@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QHash>
 #include <QStringList>
 
 #include <optional>
@@ -23,14 +24,22 @@ public:
 
 private:
     struct Linha {
-        QString texto; // without its end
-        QString fim;   // "\r\n", "\n", "\r" or empty at the end of the file
+        QByteArray bytes; // as in the file, with its end; only a line that is set anew is encoded again
+        QString texto;    // without its end
     };
-    void separarLinhas(const QString &texto);
-    int procurarSeccao(const QString &seccao) const;
-    int procurarChave(int aposLinha, const QString &chave) const;
+    struct Seccao {
+        size_t linha = 0;
+        size_t ultima = 0; // the last line that says something
+        QHash<QString, size_t> chaves;
+    };
+    void separarLinhas(const QByteArray &bytes);
+    void indexar();
+    QString descodificar(const QByteArray &bytes) const;
+    QByteArray codificar(const QString &texto) const;
     QString fimDeLinha() const;
 
     Codificacao m_codificacao = Codificacao::Utf8;
+    QByteArray m_marca;
     std::vector<Linha> m_linhas;
+    QHash<QString, Seccao> m_seccoes; // by folded name, the first of each
 };

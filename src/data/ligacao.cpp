@@ -4,13 +4,14 @@
 #include "core/falha.h"
 #include "core/literais.h"
 #include "data/esquema.h"
+#include "data/ficheiroBD.h"
 #include "data/ligacao_interno.h"
 #include "data/recordset.h"
 
 #include <SQLiteCpp/Exception.h>
 
+#include <QElapsedTimer>
 #include <QFile>
-#include <QFileInfo>
 
 #include <sqlite3.h>
 
@@ -19,7 +20,10 @@
 namespace {
 
 constexpr int esperaOcupadaMs = 5000;
-constexpr int tamanhoDoCabecalho = 100;
+
+int ligarTexto(sqlite3_stmt *instrucao, int posicao, const QByteArray &t) {
+    return sqlite3_bind_text(instrucao, posicao, t.constData(), int(t.size()), SQLITE_TRANSIENT);
+}
 
 int ligar(sqlite3_stmt *instrucao, int posicao, const QVariant &valor) {
     if (valor.isNull())
@@ -30,142 +34,105 @@ int ligar(sqlite3_stmt *instrucao, int posicao, const QVariant &valor) {
     case QMetaType::UInt:
     case QMetaType::Short:
     case QMetaType::LongLong:
+    case QMetaType::ULongLong:
         return sqlite3_bind_int64(instrucao, posicao, valor.toLongLong());
     case QMetaType::Float:
     case QMetaType::Double:
         return sqlite3_bind_double(instrucao, posicao, valor.toDouble());
     case QMetaType::QDateTime: {
-        const QByteArray t = datas::textoBD(valor.toDateTime()).toUtf8();
-        return sqlite3_bind_text(instrucao, posicao, t.constData(), int(t.size()), SQLITE_TRANSIENT);
+        const QDateTime d = valor.toDateTime();
+        return d.isValid() ? ligarTexto(instrucao, posicao, datas::textoBD(d).toUtf8())
+                           : sqlite3_bind_null(instrucao, posicao);
     }
-    default: {
-        const QByteArray t = valor.toString().toUtf8();
-        return sqlite3_bind_text(instrucao, posicao, t.constData(), int(t.size()), SQLITE_TRANSIENT);
-    }
+    default:
+        return ligarTexto(instrucao, posicao, valor.toString().toUtf8());
     }
 }
 
-quint32 inteiroBE(const QByteArray &b, int posicao) {
-    quint32 n = 0;
-    for (int i = 0; i < 4; ++i)
-        n = (n << 8) | static_cast<uchar>(b[posicao + i]);
-    return n;
-}
+// What the engine's commonest failures mean to the person who reads them.
+struct Explicacao {
+    int codigo;
+    const char16_t *texto;
+};
+constexpr Explicacao explicacoes[] = {
+    {SQLITE_BUSY, u"A base de dados está bloqueada por outro programa"},
+    {SQLITE_LOCKED, u"A base de dados está bloqueada por outra consulta"},
+    {SQLITE_READONLY, u"A base de dados só pode ser lida"},
+    {SQLITE_FULL, u"Não há espaço no disco da base de dados"},
+    {SQLITE_IOERR, u"Falha de leitura ou escrita no disco da base de dados"},
+    {SQLITE_CANTOPEN, u"Não é possível abrir a base de dados"},
+    {SQLITE_PERM, u"Sem permissão de acesso à base de dados"},
+    {SQLITE_CONSTRAINT, u"O registo não respeita as regras da tabela"},
+    {SQLITE_CORRUPT, u"A base de dados está danificada"},
+    {SQLITE_NOTADB, u"A base de dados está danificada"},
+};
 
-// What can be told from the file itself, in constant time, before the engine touches it.
-void examinarFicheiro(const QString &caminho) {
-    const QFileInfo info(caminho);
-    if (!info.exists())
-        throw Falha(erros::falhaGeralBD, u"Não existe o ficheiro \"%1\"."_s.arg(caminho));
-    if (info.isDir())
-        throw Falha(erros::falhaDoFicheiro, u"\"%1\" é uma pasta, não uma base de dados."_s.arg(caminho));
-    QFile ficheiro(caminho);
-    if (!ficheiro.open(QIODevice::ReadOnly))
-        throw Falha(erros::falhaDoFicheiro, u"Não é possível ler \"%1\": %2."_s.arg(caminho, ficheiro.errorString()));
-    const QByteArray cabecalho = ficheiro.read(tamanhoDoCabecalho);
-    const QByteArray motorAntigo = cabecalho.mid(4, 15);
-    if (motorAntigo == "Standard Jet DB" || motorAntigo == "Standard ACE DB")
-        throw Falha(erros::falhaDoFicheiro,
-                    u"\"%1\" está no formato do motor de base de dados antigo (Jet) e tem de ser "
-                    "convertido antes de ser usado. O ficheiro não foi alterado."_s.arg(caminho));
-    if (cabecalho.size() < tamanhoDoCabecalho || !cabecalho.startsWith(QByteArray("SQLite format 3\0", 16)))
-        throw Falha(erros::falhaDoFicheiro,
-                    u"\"%1\" não é uma base de dados. O ficheiro não foi alterado."_s.arg(caminho));
-    const QFileInfo diario(caminho + u"-wal"_s);
-    const int pagina = (static_cast<uchar>(cabecalho[16]) << 8) | static_cast<uchar>(cabecalho[17]);
-    const qint64 esperado = qint64(inteiroBE(cabecalho, 28)) * (pagina == 1 ? 65536 : pagina);
-    if (ficheiro.size() < esperado && (!diario.exists() || diario.size() == 0))
-        throw Falha(erros::falhaDoFicheiro, u"\"%1\" está truncado: tem %2 bytes e devia ter %3. O "
-                                            "ficheiro não foi alterado."_s.arg(caminho)
-                                                .arg(ficheiro.size())
-                                                .arg(esperado));
+QString explicar(int codigo) {
+    for (const Explicacao &e : explicacoes)
+        if (e.codigo == codigo)
+            return QString::fromUtf16(e.texto);
+    return u"A base de dados recusou o pedido"_s;
 }
 
 } // namespace
 
-Ligacao::Ligacao() : m(std::make_unique<Interno>()) {}
-Ligacao::~Ligacao() = default;
-
-bool Ligacao::aberta() const {
-    return m->bd.has_value();
-}
-bool Ligacao::soLeitura() const {
-    return m->soLeitura;
-}
-QString Ligacao::caminho() const {
-    return m->caminho;
-}
-
-void Ligacao::fechar() {
-    if (!aberta())
-        throw Falha(erros::objectoFechado, u"A base de dados já está fechada."_s);
-    m->bd.reset();
-}
-
-void Ligacao::abrir(const QString &caminho) {
-    if (aberta())
-        throw Falha(erros::objectoAberto, u"A base de dados já está aberta."_s);
-    examinarFicheiro(caminho);
-    const std::string nome = QFile::encodeName(caminho).toStdString();
-    m->caminho = caminho;
-    m->soLeitura = !QFileInfo(caminho).isWritable();
-    m->imutavel = false;
-    m->transaccoes = 0;
-    try {
-        if (!m->soLeitura) {
-            m->bd.emplace(nome, SQLite::OPEN_READWRITE, esperaOcupadaMs);
-        } else if (QFileInfo(QFileInfo(caminho).absolutePath()).isWritable() || QFile::exists(caminho + u"-wal"_s)) {
-            m->bd.emplace(nome, SQLite::OPEN_READONLY, esperaOcupadaMs);
-        } else {
-            const QByteArray uri = "file:" + QFile::encodeName(caminho).toPercentEncoding("/") + "?immutable=1";
-            m->bd.emplace(uri.toStdString(), SQLite::OPEN_READONLY | SQLite::OPEN_URI, esperaOcupadaMs);
-            m->imutavel = true;
-        }
-        const int versao = m->bd->execAndGet("PRAGMA user_version").getInt();
-        if (versao > versaoDoEsquema)
-            throw Falha(erros::falhaDoFicheiro,
-                        u"\"%1\" foi criada por uma versão mais recente (esquema %2; esta versão conhece "
-                        "até ao %3). O ficheiro não foi alterado."_s.arg(caminho)
-                            .arg(versao)
-                            .arg(versaoDoEsquema));
-    } catch (const SQLite::Exception &e) {
-        m->bd.reset();
-        throw Falha(e.getErrorCode() > 0 ? e.getErrorCode() : erros::falhaDoFicheiro,
-                    u"Não é possível abrir \"%1\": %2."_s.arg(caminho, QString::fromUtf8(e.what())));
-    } catch (...) {
-        m->bd.reset();
-        throw;
+QString Motor::examinar() {
+    // The check reads the whole file, minutes on a large one: it is stopped after a moment, and made only once.
+    constexpr qint64 maximoMs = 1000;
+    constexpr int instrucoesEntreOlhares = 1000;
+    constexpr auto passouDoTempo = [](void *relogio) -> int {
+        return static_cast<QElapsedTimer *>(relogio)->elapsed() > maximoMs ? 1 : 0;
+    };
+    sqlite3 *motor = bd.getHandle();
+    QElapsedTimer relogio;
+    relogio.start();
+    sqlite3_progress_handler(motor, instrucoesEntreOlhares, passouDoTempo, &relogio);
+    QString achados;
+    sqlite3_stmt *exame = nullptr;
+    int codigo = sqlite3_prepare_v2(motor, "PRAGMA quick_check(3)", -1, &exame, nullptr);
+    while (codigo == SQLITE_OK || codigo == SQLITE_ROW) {
+        codigo = sqlite3_step(exame);
+        if (codigo == SQLITE_ROW)
+            achados += u' ' + QString::fromUtf8(reinterpret_cast<const char *>(sqlite3_column_text(exame, 0)));
     }
+    if (codigo == SQLITE_INTERRUPT)
+        achados += u" (exame interrompido)"_s;
+    else if (codigo != SQLITE_DONE)
+        achados += u' ' + QString::fromUtf8(sqlite3_errmsg(motor));
+    sqlite3_finalize(exame);
+    sqlite3_progress_handler(motor, 0, nullptr, nullptr);
+    return u" Exame:"_s + achados;
 }
 
-void Ligacao::Interno::falhar(int codigo, const QString &contexto) {
-    sqlite3 *motor = bd->getHandle();
-    QString descricao = QString::fromUtf8(sqlite3_errmsg(motor));
+void Motor::falhar(int codigo, const QString &contexto) {
+    const int primario = codigo & 0xFF;
+    QString descricao = u"%1 (%2)."_s.arg(explicar(primario), QString::fromUtf8(sqlite3_errmsg(bd.getHandle())));
     if (!contexto.isEmpty())
         descricao += u" [%1]"_s.arg(contexto.left(200));
-    const int primario = codigo & 0xFF;
-    if (primario == SQLITE_BUSY || primario == SQLITE_LOCKED)
-        descricao = u"A base de dados está bloqueada por outro programa (%1)."_s.arg(descricao);
-    if (primario == SQLITE_READONLY)
-        descricao = u"A base de dados só pode ser lida (%1)."_s.arg(descricao);
     if (primario == SQLITE_CORRUPT || primario == SQLITE_NOTADB) {
-        // Only now: a check of the whole file costs minutes on a large one, so it stops at the first few findings.
-        descricao = u"A base de dados \"%1\" está danificada (%2)."_s.arg(caminho, descricao);
-        sqlite3_stmt *exame = nullptr;
-        if (sqlite3_prepare_v2(motor, "PRAGMA quick_check(3)", -1, &exame, nullptr) == SQLITE_OK)
-            while (sqlite3_step(exame) == SQLITE_ROW)
-                descricao += u' ' + QString::fromUtf8(reinterpret_cast<const char *>(sqlite3_column_text(exame, 0)));
-        sqlite3_finalize(exame);
+        if (exame.isEmpty())
+            exame = examinar();
+        descricao += u" Ficheiro: \"%1\"."_s.arg(caminho) + exame;
     }
-    throw Falha(codigo, descricao);
+    throw Falha(erros::motorBD + codigo, descricao);
 }
 
-sqlite3_stmt *Ligacao::Interno::preparar(const QString &sql, Parametros valores) {
+sqlite3_stmt *Motor::preparar(const QString &sql, const Parametros &valores) {
+    // The engine undoes a transaction by itself on some failures; what follows would then be stored without one.
+    if (transaccoes > 0 && sqlite3_get_autocommit(bd.getHandle()) != 0)
+        throw Falha(erros::falhaDoFicheiro, u"A alteração foi anulada pela base de dados; nada foi gravado."_s);
     const QByteArray utf8 = sql.toUtf8();
     sqlite3_stmt *instrucao = nullptr;
-    int codigo = sqlite3_prepare_v2(bd->getHandle(), utf8.constData(), int(utf8.size()), &instrucao, nullptr);
+    const char *resto = nullptr;
+    int codigo = sqlite3_prepare_v2(bd.getHandle(), utf8.constData(), int(utf8.size()) + 1, &instrucao, &resto);
     if (codigo != SQLITE_OK)
         falhar(codigo, sql);
+    if (!instrucao || sqlite3_bind_parameter_count(instrucao) != valores.size() ||
+        !QByteArray(resto).trimmed().isEmpty()) {
+        sqlite3_finalize(instrucao);
+        throw Falha(erros::chamadaInvalida,
+                    u"A consulta não é uma só instrução com %1 valores: %2"_s.arg(valores.size()).arg(sql.left(200)));
+    }
     int posicao = 0;
     for (const QVariant &valor : valores) {
         codigo = ligar(instrucao, ++posicao, valor);
@@ -177,56 +144,130 @@ sqlite3_stmt *Ligacao::Interno::preparar(const QString &sql, Parametros valores)
     return instrucao;
 }
 
-Recordset Ligacao::consultar(const QString &sql, Parametros valores) {
-    if (!aberta())
-        throw Falha(erros::objectoFechado, u"A base de dados não está aberta."_s);
-    // A file read without locks must be opened again once somebody starts to write to it.
-    if (m->imutavel && QFile::exists(m->caminho + u"-wal"_s)) {
-        const QString caminho = m->caminho;
-        fechar();
-        abrir(caminho);
-    }
-    return {*this, m->preparar(sql, valores)};
+int Motor::executarDirecto(const QByteArray &sql) {
+    return sqlite3_exec(bd.getHandle(), sql.constData(), nullptr, nullptr, nullptr);
 }
 
-qint64 Ligacao::executar(const QString &sql, Parametros valores) {
+Ligacao::Ligacao() : m_esperaMs(esperaOcupadaMs) {}
+
+Ligacao::~Ligacao() {
+    if (aberta())
+        fechar();
+}
+
+bool Ligacao::aberta() const {
+    return m_motor != nullptr;
+}
+bool Ligacao::soLeitura() const {
+    return aberta() && m_motor->soLeitura;
+}
+QString Ligacao::caminho() const {
+    return m_caminho;
+}
+
+void Ligacao::definirEspera(int ms) {
+    m_esperaMs = ms;
+    if (aberta())
+        sqlite3_busy_timeout(m_motor->bd.getHandle(), ms);
+}
+
+Motor &Ligacao::motor() const {
+    if (!aberta())
+        throw Falha(erros::objectoFechado, u"A base de dados não está aberta."_s);
+    return *m_motor;
+}
+
+void Ligacao::fechar() {
+    if (!aberta())
+        throw Falha(erros::objectoFechado, u"A base de dados já está fechada."_s);
+    // A cursor may keep the file open for a while; the write lock must not stay with it.
+    if (m_motor->transaccoes > 0)
+        m_motor->executarDirecto("ROLLBACK");
+    m_motor.reset();
+}
+
+void Ligacao::abrir(const QString &caminho) {
+    if (aberta())
+        throw Falha(erros::objectoAberto, u"A base de dados já está aberta."_s);
+    const FicheiroBD ficheiro = examinarFicheiroBD(caminho);
+    const QByteArray nome = QFile::encodeName(caminho);
+    int modo = ficheiro.gravavel ? SQLite::OPEN_READWRITE : SQLite::OPEN_READONLY;
+    QByteArray endereco = nome;
+    if (ficheiro.imutavel) {
+        modo |= SQLite::OPEN_URI;
+        endereco = "file:" + nome.toPercentEncoding("/") + "?immutable=1";
+    }
+    std::shared_ptr<Motor> novo;
+    try {
+        novo = std::make_shared<Motor>(caminho, endereco.toStdString(), modo, m_esperaMs);
+    } catch (const SQLite::Exception &e) {
+        throw Falha(erros::motorBD + e.getErrorCode(),
+                    u"Não é possível abrir \"%1\" (%2)."_s.arg(caminho, QString::fromUtf8(e.what())));
+    }
+    novo->soLeitura = !ficheiro.gravavel;
+    novo->imutavel = ficheiro.imutavel;
+    Recordset rs(novo, novo->preparar(u"PRAGMA user_version"_s, {}));
+    const qint64 versao = rs.avancar() ? rs.inteiro(0) : 0;
+    if (versao > versaoDoEsquema)
+        throw Falha(erros::falhaDoFicheiro, u"\"%1\" foi criada por uma versão mais recente (esquema %2; esta versão "
+                                            "conhece até ao %3). O ficheiro não foi alterado."_s.arg(caminho)
+                                                .arg(versao)
+                                                .arg(versaoDoEsquema));
+    m_motor = novo;
+    m_caminho = caminho;
+}
+
+Recordset Ligacao::consultar(const QString &sql, const Parametros &valores) {
+    // A file read without locks must be opened again once somebody starts to write to it.
+    if (motor().imutavel && QFile::exists(m_caminho + u"-wal"_s)) {
+        fechar();
+        abrir(m_caminho);
+    }
+    return {m_motor, motor().preparar(sql, valores)};
+}
+
+qint64 Ligacao::executar(const QString &sql, const Parametros &valores) {
     Recordset rs = consultar(sql, valores);
+    sqlite3 *bd = motor().bd.getHandle();
+    const qint64 antes = sqlite3_total_changes64(bd);
     while (rs.avancar()) {
     }
-    return sqlite3_changes64(m->bd->getHandle());
+    return sqlite3_total_changes64(bd) - antes;
 }
 
 void Ligacao::executarGuiao(const QString &sql) {
-    const int codigo = sqlite3_exec(m->bd->getHandle(), sql.toUtf8().constData(), nullptr, nullptr, nullptr);
+    const int codigo = motor().executarDirecto(sql.toUtf8());
     if (codigo != SQLITE_OK)
-        m->falhar(codigo, sql);
+        motor().falhar(codigo, sql);
 }
 
 Transaccao::Transaccao(Ligacao &ligacao) : m_ligacao(ligacao) {
-    const int nivel = m_ligacao.interno().transaccoes;
+    int &nivel = m_ligacao.motor().transaccoes;
     // The outermost one takes the write lock at once, so that it cannot fail half way for want of it.
     m_ligacao.executar(nivel == 0 ? u"BEGIN IMMEDIATE"_s : u"SAVEPOINT n%1"_s.arg(nivel));
-    ++m_ligacao.interno().transaccoes;
+    ++nivel;
+    m_motor = m_ligacao.m_motor;
 }
 
 void Transaccao::confirmar() {
-    const int nivel = m_ligacao.interno().transaccoes - 1;
+    const auto motor = m_motor.lock();
+    if (!motor || motor != m_ligacao.m_motor)
+        throw Falha(erros::objectoFechado, u"A base de dados foi fechada a meio da alteração; nada foi gravado."_s);
+    const int nivel = motor->transaccoes - 1;
     m_ligacao.executar(nivel == 0 ? u"COMMIT"_s : u"RELEASE n%1"_s.arg(nivel));
-    --m_ligacao.interno().transaccoes;
+    motor->transaccoes = nivel;
     m_pendente = false;
 }
 
 Transaccao::~Transaccao() {
-    if (!m_pendente || !m_ligacao.aberta())
+    const auto motor = m_motor.lock();
+    if (!m_pendente || !motor || motor != m_ligacao.m_motor) // closing has undone it
         return;
-    const int nivel = --m_ligacao.interno().transaccoes;
-    try {
-        if (nivel == 0)
-            m_ligacao.executar(u"ROLLBACK"_s);
-        else
-            m_ligacao.executarGuiao(u"ROLLBACK TO n%1; RELEASE n%1"_s.arg(nivel));
-    } catch (const Falha &) { // the engine has rolled back by itself already
-    }
+    const int nivel = --motor->transaccoes;
+    // A failure here means that the engine has undone it by itself already.
+    const QByteArray ponto = QByteArray("n") + QByteArray::number(nivel);
+    motor->executarDirecto(nivel == 0 ? QByteArray("ROLLBACK")
+                                      : QByteArray("ROLLBACK TO " + ponto + "; RELEASE " + ponto));
 }
 
 Ligacao &ligacaoPartilhada() {

@@ -10,8 +10,21 @@
 #include <memory>
 
 class Recordset;
+struct Motor;
 
-using Parametros = std::initializer_list<QVariant>;
+// The values of a statement, in the order of its "?". Written in place, {a, b}, or a list made before.
+class Parametros {
+public:
+    Parametros() = default;
+    Parametros(std::initializer_list<QVariant> valores) : m_valores(valores) {}
+    Parametros(const QVariantList &valores) : m_valores(valores) {}
+    auto begin() const { return m_valores.cbegin(); }
+    auto end() const { return m_valores.cend(); }
+    qsizetype size() const { return m_valores.size(); }
+
+private:
+    QVariantList m_valores;
+};
 
 // The one connection to the shared file. It is created once and opened and closed as the settings say; a missing
 // file is never created. All failures are Falha, with the engine's text and what is known about the file.
@@ -21,20 +34,22 @@ public:
     ~Ligacao() override;
 
     void abrir(const QString &caminho); // Falha objectoAberto when open, falhaGeralBD when the file is missing
-    void fechar();
+    void fechar();                      // undoes a pending transaction; open cursors finish on what they began
     bool aberta() const;
     bool soLeitura() const;
     QString caminho() const;
+    void definirEspera(int ms); // how long a statement waits for another program's lock; 5 s unless set
 
-    Recordset consultar(const QString &sql, Parametros valores = {});
-    qint64 executar(const QString &sql, Parametros valores = {}); // rows changed
-    void executarGuiao(const QString &sql);                       // several statements, no values
-
-    struct Interno;
-    Interno &interno() const { return *m; }
+    Recordset consultar(const QString &sql, const Parametros &valores = {});
+    qint64 executar(const QString &sql, const Parametros &valores = {}); // rows changed
+    void executarGuiao(const QString &sql);                              // several statements, no values
 
 private:
-    std::unique_ptr<Interno> m;
+    friend class Transaccao;
+    Motor &motor() const;
+    std::shared_ptr<Motor> m_motor;
+    QString m_caminho;
+    int m_esperaMs;
 };
 
 // A batch that clears and rewrites: undone as a whole unless confirmar() is reached. May be nested.
@@ -48,6 +63,7 @@ public:
 
 private:
     Ligacao &m_ligacao;
+    std::weak_ptr<Motor> m_motor; // the file it began on
     bool m_pendente = true;
 };
 

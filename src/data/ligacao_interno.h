@@ -4,18 +4,25 @@
 
 #include <SQLiteCpp/Database.h>
 
-#include <optional>
-
 struct sqlite3_stmt;
 
-// Shared by the connection and its cursors; nothing outside data/ includes this.
-struct Ligacao::Interno {
-    std::optional<SQLite::Database> bd;
+// One opened file, shared by the connection and its cursors; nothing outside data/ includes this. A cursor keeps it
+// alive, so that a window in the middle of its rows survives the connection being closed or pointed elsewhere.
+struct Motor {
+    Motor(const QString &caminho, const std::string &nome, int modo, int esperaMs)
+        : bd(nome, modo, esperaMs), caminho(caminho) {}
+
+    SQLite::Database bd;
     QString caminho;
     bool soLeitura = false;
     bool imutavel = false; // read without locks, since no log can be made beside the file
     int transaccoes = 0;
+    QString exame; // findings of the check, made once
 
-    sqlite3_stmt *preparar(const QString &sql, Parametros valores);
+    sqlite3_stmt *preparar(const QString &sql, const Parametros &valores);
+    int executarDirecto(const QByteArray &sql);
     [[noreturn]] void falhar(int codigo, const QString &contexto = {});
+
+private:
+    QString examinar();
 };

@@ -50,16 +50,18 @@ QString caminhoBDPorOmissao() {
 }
 
 bool carregaGlobaisBD() {
-    const Ampulheta ampulheta;
     const QString &ficheiro = estado().NomePrograma;
     Ligacao &ligacao = ligacaoPartilhada();
     try {
+        const Ampulheta ampulheta;
         estado().CaminhoBD = modINI::GetSetting(ficheiro, seccaoBD, chaveMAIN);
         if (estado().CaminhoBD.isEmpty())
             modINI::SaveSetting(ficheiro, seccaoBD, chaveMAIN, caminhoBDPorOmissao());
         passarEventos();
         estado().CaminhoBD = modINI::GetSetting(ficheiro, seccaoBD, chaveMAIN);
-        if (estado().BDLigada)
+        // Asked of the connection too: a failed opening leaves BDLigada as it was, and a good path given after a bad
+        // one must not be met with the warning of a missing database.
+        if (estado().BDLigada && ligacao.aberta())
             ligacao.fechar();
         ligacao.abrir(estado().CaminhoBD);
         estado().BDLigada = true;
@@ -68,17 +70,17 @@ bool carregaGlobaisBD() {
         switch (f.numero()) {
         case erros::objectoAberto:
             ligacao.fechar();
-            avisarBaseInexistente();
-            estado().BDLigada = false;
-            break;
+            [[fallthrough]];
         case erros::objectoFechado:
         case erros::falhaGeralBD:
             avisarBaseInexistente();
             estado().BDLigada = false;
             break;
         default:
-            modErros::TratarErro(u"modMain.carregaGlobaisBD"_s, f.descricao(), QString::number(f.numero()));
+            modErros::tratarExcepcaoCorrente("modMain.carregaGlobaisBD");
         }
+    } catch (...) {
+        modErros::tratarExcepcaoCorrente("modMain.carregaGlobaisBD");
     }
     return false;
 }

@@ -11,14 +11,16 @@
 #include <limits>
 #include <utility>
 
-Recordset::Recordset(Ligacao &ligacao, sqlite3_stmt *instrucao) : m_ligacao(&ligacao), m_instrucao(instrucao) {}
+Recordset::Recordset(std::shared_ptr<Motor> motor, sqlite3_stmt *instrucao)
+    : m_motor(std::move(motor)), m_instrucao(instrucao) {}
 
 Recordset::Recordset(Recordset &&outro) noexcept
-    : m_ligacao(outro.m_ligacao), m_instrucao(std::exchange(outro.m_instrucao, nullptr)) {}
+    : m_motor(std::move(outro.m_motor)), m_instrucao(std::exchange(outro.m_instrucao, nullptr)), m_fim(outro.m_fim) {}
 
 Recordset &Recordset::operator=(Recordset &&outro) noexcept {
-    std::swap(m_ligacao, outro.m_ligacao);
+    std::swap(m_motor, outro.m_motor);
     std::swap(m_instrucao, outro.m_instrucao);
+    std::swap(m_fim, outro.m_fim);
     return *this;
 }
 
@@ -28,17 +30,19 @@ Recordset::~Recordset() {
 
 void Recordset::fechar() {
     sqlite3_finalize(std::exchange(m_instrucao, nullptr));
+    m_motor.reset();
 }
 
 bool Recordset::avancar() {
     if (!m_instrucao)
         throw Falha(erros::objectoFechado, u"A consulta está fechada."_s);
+    if (m_fim) // one more step would run the query again
+        return false;
     const int codigo = sqlite3_step(m_instrucao);
-    if (codigo == SQLITE_ROW)
-        return true;
-    if (codigo != SQLITE_DONE)
-        m_ligacao->interno().falhar(codigo);
-    return false;
+    m_fim = codigo != SQLITE_ROW;
+    if (m_fim && codigo != SQLITE_DONE)
+        m_motor->falhar(codigo, QString::fromUtf8(sqlite3_sql(m_instrucao)));
+    return !m_fim;
 }
 
 int Recordset::colunas() const {
@@ -46,13 +50,13 @@ int Recordset::colunas() const {
 }
 
 QString Recordset::nome(int coluna) const {
-    return QString::fromUtf8(sqlite3_column_name(m_instrucao, coluna));
+    return m_instrucao ? QString::fromUtf8(sqlite3_column_name(m_instrucao, coluna)) : QString();
 }
 
 int Recordset::coluna(const QString &procurado) const {
-    const QByteArray utf8 = procurado.toUtf8();
     for (int i = 0; i < colunas(); ++i)
-        if (sqlite3_stricmp(sqlite3_column_name(m_instrucao, i), utf8.constData()) == 0)
+        if (QAnyStringView::compare(QUtf8StringView(sqlite3_column_name(m_instrucao, i)), procurado,
+                                    Qt::CaseInsensitive) == 0)
             return i;
     throw Falha(erros::chamadaInvalida, u"A consulta não tem a coluna \"%1\"."_s.arg(procurado));
 }

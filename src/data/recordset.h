@@ -6,10 +6,9 @@
 
 #include <memory>
 
-struct sqlite3;
 struct sqlite3_stmt;
 class Ligacao;
-class QVariant;
+struct Motor;
 
 // A forward-only cursor over one query; closes itself. Starts before the first row.
 class Recordset {
@@ -18,7 +17,7 @@ public:
     Recordset &operator=(Recordset &&outro) noexcept;
     ~Recordset();
 
-    bool avancar(); // false after the last row; Falha when the engine fails
+    bool avancar(); // false after the last row and ever after; Falha when the engine fails
     void fechar();
 
     int colunas() const;
@@ -42,7 +41,8 @@ public:
 
 private:
     friend class Ligacao;
-    Recordset(Ligacao &ligacao, sqlite3_stmt *instrucao);
-    Ligacao *m_ligacao;
+    Recordset(std::shared_ptr<Motor> motor, sqlite3_stmt *instrucao);
+    std::shared_ptr<Motor> m_motor;
     sqlite3_stmt *m_instrucao;
+    bool m_fim = false;
 };

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "core/literais.h"
+
+#include <QString>
+
+// The few places where the engines' SQL differs.
+namespace dialecto {
+
+// A condition met by one row at most: the first stored of those that meet <onde>.
+inline QString soUmaLinha(QStringView tabela, const QString &onde) {
+    return u"rowid = (SELECT rowid FROM "_s + tabela + u" WHERE " + onde + u" ORDER BY rowid LIMIT 1)";
+}
+
+} // namespace dialecto

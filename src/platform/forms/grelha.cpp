@@ -1,0 +1,225 @@
+#include "platform/forms/grelha.h"
+
+#include "core/literais.h"
+
+#include <QAbstractTableModel>
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QHeaderView>
+#include <QKeyEvent>
+
+namespace {
+
+struct CorDeEstado {
+    QStringView estado;
+    QRgb cor;
+};
+constexpr CorDeEstado coresDeEstado[] = {
+    {u"res", qRgb(234, 242, 235)}, {u"red", qRgb(238, 156, 136)}, {u"blu", qRgb(219, 219, 219)}};
+constexpr QRgb outraCor = qRgb(253, 251, 232);
+
+const QString &vermelho() {
+    static const QString estado = u"red"_s;
+    return estado;
+}
+
+// The same hue, dark enough for light text: what stands out on white stands out here too.
+QColor escurecer(const QColor &clara) {
+    float h = 0;
+    float s = 0;
+    float l = 0;
+    clara.getHslF(&h, &s, &l);
+    const float distancia = 1 - l;
+    return QColor::fromHslF(std::max(h, 0.0f), s * (0.2f + 1.2f * distancia), 0.14f + 0.75f * distancia);
+}
+
+} // namespace
+
+namespace riscas {
+
+QString trocar(const QString &estado) {
+    return estado.isEmpty() ? u"res"_s : QString();
+}
+
+QColor cor(const QString &estado, const QPalette &paleta) {
+    const QString inicio = estado.trimmed().left(3).toLower();
+    QColor clara(outraCor);
+    for (const CorDeEstado &c : coresDeEstado)
+        if (inicio == c.estado)
+            clara = QColor(c.cor);
+    return paleta.color(QPalette::Base).lightness() < 128 ? escurecer(clara) : clara;
+}
+
+} // namespace riscas
+
+class ModeloGrelha : public QAbstractTableModel {
+public:
+    struct Linha {
+        QStringList celulas;
+        QString estado;
+    };
+
+    explicit ModeloGrelha(Grelha *vista) : QAbstractTableModel(vista), m_vista(vista) {}
+
+    int rowCount(const QModelIndex &pai = {}) const override { return pai.isValid() ? 0 : int(linhas.size()); }
+    int columnCount(const QModelIndex &pai = {}) const override { return pai.isValid() ? 0 : int(titulos.size()); }
+
+    QVariant data(const QModelIndex &i, int papel) const override {
+        const Linha &linha = linhas[i.row()];
+        switch (papel) {
+        case Qt::DisplayRole:
+        case Qt::ToolTipRole:
+            return linha.celulas.value(i.column());
+        case Qt::BackgroundRole:
+            return riscas::cor(linha.estado, m_vista->palette());
+        default:
+            return {};
+        }
+    }
+
+    QVariant headerData(int seccao, Qt::Orientation orientacao, int papel) const override {
+        if (orientacao == Qt::Horizontal && papel == Qt::DisplayRole)
+            return titulos.value(seccao);
+        if (orientacao == Qt::Horizontal && papel == Qt::TextAlignmentRole)
+            return QVariant(Qt::AlignLeft | Qt::AlignVCenter);
+        return {};
+    }
+
+    void setTitulos(const QStringList &novos) {
+        beginResetModel();
+        titulos = novos;
+        endResetModel();
+    }
+    void limpar() {
+        beginResetModel();
+        linhas.clear();
+        endResetModel();
+    }
+    void adicionar(const QStringList &celulas) {
+        beginInsertRows({}, rowCount(), rowCount());
+        linhas.append({celulas, {}});
+        endInsertRows();
+    }
+    void remover(int linha) {
+        beginRemoveRows({}, linha, linha);
+        linhas.removeAt(linha);
+        endRemoveRows();
+    }
+    void setEstado(int linha, const QString &estado) {
+        if (linhas[linha].estado == estado)
+            return;
+        linhas[linha].estado = estado;
+        Q_EMIT dataChanged(index(linha, 0), index(linha, columnCount() - 1), {Qt::BackgroundRole});
+    }
+
+    QStringList titulos;
+    QList<Linha> linhas;
+
+private:
+    Grelha *m_vista;
+};
+
+Grelha::Grelha(const QString &nome, QWidget *pai) : QTableView(pai), m_modelo(new ModeloGrelha(this)) {
+    setObjectName(nome);
+    setModel(m_modelo);
+    setSelectionBehavior(SelectRows);
+    setSelectionMode(SingleSelection);
+    setEditTriggers(NoEditTriggers);
+    setShowGrid(false);
+    setWordWrap(false);
+    setTabKeyNavigation(false);
+    setHorizontalScrollMode(ScrollPerPixel);
+    verticalHeader()->hide();
+    verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
+    horizontalHeader()->setStretchLastSection(true);
+    horizontalHeader()->setHighlightSections(false);
+    connect(this, &QTableView::doubleClicked, this, [this](const QModelIndex &i) { Q_EMIT RequestEdit(i.row()); });
+}
+
+void Grelha::setColunas(const QStringList &titulos) {
+    m_modelo->setTitulos(titulos);
+}
+
+int Grelha::linhas() const {
+    return m_modelo->rowCount();
+}
+
+QString Grelha::celula(int linha, int coluna) const {
+    return m_modelo->linhas[linha].celulas.value(coluna);
+}
+
+int Grelha::linhaActual() const {
+    return selectionModel()->hasSelection() ? currentIndex().row() : -1;
+}
+
+void Grelha::setLinhaActual(int linha) {
+    if (linhas() == 0)
+        return;
+    const int coluna = std::max(0, horizontalHeader()->logicalIndexAt(1));
+    setCurrentIndex(m_modelo->index(std::clamp(linha, 0, linhas() - 1), coluna));
+}
+
+void Grelha::limpar() {
+    m_modelo->limpar();
+}
+
+int Grelha::adicionarLinha(const QStringList &celulas) {
+    m_modelo->adicionar(celulas);
+    return linhas() - 1;
+}
+
+void Grelha::removerLinha(int linha) {
+    m_modelo->remover(linha);
+}
+
+void Grelha::setRowBackColor(int linha, const QString &estado) {
+    m_modelo->setEstado(linha, estado);
+}
+
+QString Grelha::estadoDaLinha(int linha) const {
+    return m_modelo->linhas[linha].estado;
+}
+
+QString Grelha::riscar() {
+    QString estado = riscas::par;
+    for (int i = 0; i < linhas(); ++i) {
+        if (estadoDaLinha(i) == vermelho())
+            continue;
+        setRowBackColor(i, estado);
+        estado = riscas::trocar(estado);
+    }
+    return estado;
+}
+
+void Grelha::keyboardSearch(const QString &procurado) {
+    QElapsedTimer relogio;
+    relogio.start();
+    const qint64 agora = relogio.msecsSinceReference();
+    const bool continua = agora - m_ultimaTecla < 2 * QApplication::keyboardInputInterval();
+    m_ultimaTecla = agora;
+    m_procurado = continua ? m_procurado + procurado : procurado;
+    const int total = linhas();
+    const int inicio = std::max(0, currentIndex().row()) + (continua ? 0 : 1);
+    for (int passo = 0; passo < total; ++passo) {
+        const int linha = (inicio + passo) % total;
+        for (const QString &texto : m_modelo->linhas[linha].celulas)
+            if (texto.contains(m_procurado, Qt::CaseInsensitive))
+                return setLinhaActual(linha);
+    }
+}
+
+void Grelha::keyPressEvent(QKeyEvent *evento) {
+    const bool enter = evento->key() == Qt::Key_Return || evento->key() == Qt::Key_Enter;
+    if (enter && evento->modifiers().testFlag(Qt::ControlModifier) == false && linhaActual() >= 0) {
+        evento->accept();
+        Q_EMIT RequestEdit(linhaActual());
+        return;
+    }
+    QTableView::keyPressEvent(evento);
+}
+
+void Grelha::changeEvent(QEvent *evento) {
+    QTableView::changeEvent(evento);
+    if (evento->type() == QEvent::FontChange)
+        verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
+}

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QStringList>
+#include <QTableView>
+
+class ModeloGrelha;
+
+// A read-only list of text columns with a state for each row, which stripes it or marks it. Activating a row, by a
+// double click or Enter, asks for it. Typing finds the next row that holds the text.
+class Grelha : public QTableView {
+    Q_OBJECT
+public:
+    explicit Grelha(const QString &nome, QWidget *pai = nullptr);
+
+    void setColunas(const QStringList &titulos);
+    int linhas() const;
+    QString celula(int linha, int coluna) const;
+    int linhaActual() const; // -1: none
+    void setLinhaActual(int linha);
+
+    void limpar();
+    int adicionarLinha(const QStringList &celulas);
+    void removerLinha(int linha);
+
+    // A state counts by its first three letters: "res", "red", "blu", anything else.
+    void setRowBackColor(int linha, const QString &estado);
+    QString estadoDaLinha(int linha) const;
+    // Makes the stripes regular again; gives back the state of the next row.
+    QString riscar();
+
+    void keyboardSearch(const QString &procurado) override;
+
+Q_SIGNALS:
+    void RequestEdit(int linha);
+
+protected:
+    void keyPressEvent(QKeyEvent *evento) override;
+    void changeEvent(QEvent *evento) override;
+
+private:
+    ModeloGrelha *m_modelo;
+    QString m_procurado;
+    qint64 m_ultimaTecla = 0;
+};
+
+namespace riscas {
+inline const QString par;
+QString trocar(const QString &estado); // "" and "res" in turn
+QColor cor(const QString &estado, const QPalette &paleta);
+} // namespace riscas

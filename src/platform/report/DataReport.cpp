@@ -1,0 +1,240 @@
+#include "platform/report/DataReport.h"
+
+#include "core/falha.h"
+#include "core/literais.h"
+
+#include <QFontMetricsF>
+#include <QPainter>
+#include <QPdfWriter>
+
+#include <algorithm>
+
+namespace {
+
+// Layout is done once, in units of 1/720 inch, and only scaled afterwards, so every device breaks lines alike.
+constexpr double unidadesPorPonto = 10;
+constexpr double margem = 42 * unidadesPorPonto; // 15 mm
+constexpr double folgaDeLinha = 3 * unidadesPorPonto;
+constexpr double folgaDeColuna = 4 * unidadesPorPonto;
+constexpr double folgaDeSeccao = 6 * unidadesPorPonto;
+const QString seccaoDasLinhas = u"Section1"_s;
+
+constexpr int bandeiras(Qt::Alignment alinhamento) {
+    return int(alinhamento & Qt::AlignHorizontal_Mask) | int(Qt::AlignTop) | Qt::TextWrapAnywhere | Qt::TextWordWrap;
+}
+
+} // namespace
+
+// Fonts and their metrics at the layout's resolution.
+struct DataReport::Medidor {
+    explicit Medidor(double larguraTotal) : largura(larguraTotal) {}
+    double largura;
+
+    QFont fonte(const ControloDeRelatorio &c) const {
+        QFont f(u"DejaVu Sans"_s);
+        f.setPixelSize(int(c.corpo * unidadesPorPonto));
+        f.setBold(c.negrito);
+        return f;
+    }
+    QRectF caixa(const ControloDeRelatorio &c, double topo, double altura) const {
+        return {c.esquerda * largura, topo, c.largura * largura - folgaDeColuna, altura};
+    }
+    double altura(const ControloDeRelatorio &c, const QString &texto) const {
+        if (c.tipo == ControloDeRelatorio::Tipo::Imagem)
+            return c.picture.isNull() ? 0 : c.largura * largura * c.picture.height() / c.picture.width();
+        if (texto.isEmpty())
+            return 0;
+        const QFontMetricsF metrica(fonte(c));
+        const double disponivel = c.largura * largura - folgaDeColuna;
+        // The usual cell is one short line: no need for a full layout.
+        if (!texto.contains(u'\n') && metrica.horizontalAdvance(texto) < disponivel)
+            return metrica.height();
+        return metrica.boundingRect(QRectF(0, 0, disponivel, 1e7), bandeiras(c.alinhamento), texto).height();
+    }
+};
+
+ControloDeRelatorio *SeccaoDeRelatorio::controlo(const QString &nome) {
+    for (ControloDeRelatorio &c : Controls)
+        if (c.Name == nome)
+            return &c;
+    return nullptr;
+}
+
+DataReport::DataReport(QString nome, QPageLayout::Orientation orientacao, QList<SeccaoDeRelatorio> seccoes)
+    : m_nome(std::move(nome)), m_orientacao(orientacao), m_seccoes(std::move(seccoes)) {}
+
+SeccaoDeRelatorio *DataReport::Sections(const QString &nome) {
+    for (SeccaoDeRelatorio &s : m_seccoes)
+        if (s.Name == nome)
+            return &s;
+    return nullptr;
+}
+
+const SeccaoDeRelatorio *DataReport::seccao(const QString &nome) const {
+    return const_cast<DataReport *>(this)->Sections(nome);
+}
+
+void DataReport::rotulo(const QString &seccao, const QString &controlo, const QString &texto) {
+    if (SeccaoDeRelatorio *s = Sections(seccao))
+        if (ControloDeRelatorio *c = s->controlo(controlo))
+            c->Caption = texto;
+}
+
+void DataReport::setDataSource(std::unique_ptr<FonteDeRelatorio> fonte) {
+    m_fonte = std::move(fonte);
+}
+
+QPageLayout DataReport::disposicao() const {
+    return {QPageSize(QPageSize::A4), m_orientacao, QMarginsF(0, 0, 0, 0)};
+}
+
+QSizeF DataReport::interior() const {
+    const QSizeF pontos = disposicao().fullRectPoints().size();
+    return {pontos.width() * unidadesPorPonto - 2 * margem, pontos.height() * unidadesPorPonto - 2 * margem};
+}
+
+// Controls of a section are stacked as they overlap: those side by side share a line.
+double DataReport::alturaDaSeccao(const Medidor &medidor, const SeccaoDeRelatorio *s) const {
+    double total = 0;
+    double linha = 0;
+    double direita = 0;
+    for (const ControloDeRelatorio &c : s ? s->Controls : QList<ControloDeRelatorio>()) {
+        const double altura = medidor.altura(c, c.Caption);
+        if (c.esquerda < direita - 1e-6) {
+            total += linha;
+            linha = 0;
+        }
+        linha = std::max(linha, altura);
+        direita = c.esquerda + c.largura;
+    }
+    total += linha;
+    return total > 0 ? total + folgaDeSeccao : 0;
+}
+
+void DataReport::pintarSeccao(QPainter &pintor, const Medidor &medidor, const SeccaoDeRelatorio *s, double topo) const {
+    double linha = 0;
+    double direita = 0;
+    for (const ControloDeRelatorio &c : s ? s->Controls : QList<ControloDeRelatorio>()) {
+        if (c.esquerda < direita - 1e-6) {
+            topo += linha;
+            linha = 0;
+        }
+        const double altura = medidor.altura(c, c.Caption);
+        if (c.tipo == ControloDeRelatorio::Tipo::Imagem) {
+            if (!c.picture.isNull())
+                pintor.drawImage(QRectF(c.esquerda * medidor.largura, topo, c.largura * medidor.largura, altura),
+                                 c.picture);
+        } else if (altura > 0) {
+            pintor.setFont(medidor.fonte(c));
+            pintor.drawText(medidor.caixa(c, topo, altura + unidadesPorPonto), bandeiras(c.alinhamento), c.Caption);
+        }
+        linha = std::max(linha, altura);
+        direita = c.esquerda + c.largura;
+    }
+}
+
+QStringList DataReport::linha(size_t indice) const {
+    QStringList textos;
+    const size_t caixas = m_campoDaCaixa.size();
+    for (size_t i = indice * caixas; i < (indice + 1) * caixas; ++i) {
+        const qsizetype inicio = i == 0 ? 0 : m_fins[i - 1];
+        textos.append(QString::fromUtf8(QByteArrayView(m_textos).sliced(inicio, m_fins[i] - inicio)));
+    }
+    return textos;
+}
+
+double DataReport::alturaDaLinha(const Medidor &medidor, const QStringList &textos) const {
+    const SeccaoDeRelatorio *s = seccao(seccaoDasLinhas);
+    double altura = 0;
+    for (qsizetype i = 0; i < textos.size(); ++i)
+        altura = std::max(altura, medidor.altura(s->Controls[i], textos[i]));
+    if (altura == 0)
+        altura = QFontMetricsF(medidor.fonte(s->Controls.first())).height();
+    return altura + folgaDeLinha;
+}
+
+bool DataReport::preparar(const std::function<bool(qint64, qint64)> &progresso) {
+    m_inicios.assign(1, 0);
+    m_textos.clear();
+    m_fins.clear();
+    m_campoDaCaixa.clear();
+    const SeccaoDeRelatorio *detalhe = seccao(seccaoDasLinhas);
+    if (!m_fonte || !detalhe || detalhe->Controls.isEmpty())
+        return true;
+    const QStringList campos = m_fonte->campos();
+    for (const ControloDeRelatorio &c : detalhe->Controls)
+        m_campoDaCaixa.push_back(int(campos.indexOf(c.DataField)));
+
+    const QSizeF area = interior();
+    const Medidor medidor(area.width());
+    const double topo = alturaDaSeccao(medidor, seccao(u"Section4"_s)) + alturaDaSeccao(medidor, seccao(u"Section2"_s));
+    const double pe = QFontMetricsF(medidor.fonte(ControloDeRelatorio())).height() + 2 * folgaDeSeccao;
+    const double disponivel = area.height() - topo - pe;
+    double usado = 0;
+    size_t registo = 0;
+    while (m_fonte->seguinte()) {
+        QStringList textos;
+        for (const int campo : m_campoDaCaixa) {
+            textos.append(campo < 0 ? QString() : m_fonte->texto(campo));
+            m_textos += textos.last().toUtf8();
+            m_fins.push_back(m_textos.size());
+        }
+        const double altura = std::min(alturaDaLinha(medidor, textos), disponivel);
+        if (usado + altura > disponivel && usado > 0) {
+            m_inicios.push_back(registo);
+            usado = 0;
+        }
+        usado += altura;
+        ++registo;
+        if (progresso && !progresso(qint64(registo), m_fonte->total())) {
+            m_inicios.clear();
+            return false;
+        }
+    }
+    return true;
+}
+
+void DataReport::pintarPagina(QPainter &pintor, int pagina, const QRectF &destino) const {
+    const QSizeF area = interior();
+    const Medidor medidor(area.width());
+    pintor.save();
+    pintor.translate(destino.topLeft());
+    pintor.scale(destino.width() / (area.width() + 2 * margem), destino.height() / (area.height() + 2 * margem));
+    pintor.translate(margem, margem);
+    pintor.setPen(QPen(Qt::black, unidadesPorPonto / 2));
+    pintor.setRenderHint(QPainter::SmoothPixmapTransform);
+
+    double y = 0;
+    for (const QString &nome : {u"Section4"_s, u"Section2"_s}) {
+        pintarSeccao(pintor, medidor, seccao(nome), y);
+        y += alturaDaSeccao(medidor, seccao(nome));
+    }
+    const SeccaoDeRelatorio *detalhe = seccao(seccaoDasLinhas);
+    if (detalhe && !m_campoDaCaixa.empty()) {
+        pintor.drawLine(QPointF(0, y - folgaDeSeccao / 2), QPointF(area.width(), y - folgaDeSeccao / 2));
+        const auto p = static_cast<size_t>(pagina);
+        const size_t fim = p + 1 < m_inicios.size() ? m_inicios[p + 1] : m_fins.size() / m_campoDaCaixa.size();
+        for (size_t r = m_inicios[p]; r < fim; ++r) {
+            const QStringList textos = linha(r);
+            const double altura = alturaDaLinha(medidor, textos);
+            for (qsizetype i = 0; i < textos.size(); ++i) {
+                const ControloDeRelatorio &c = detalhe->Controls[i];
+                pintor.setFont(medidor.fonte(c));
+                pintor.drawText(medidor.caixa(c, y, altura), bandeiras(c.alinhamento), textos[i]);
+            }
+            y += altura;
+        }
+    }
+
+    ControloDeRelatorio numero;
+    numero.alinhamento = Qt::AlignRight;
+    numero.Caption = u"%1 / %2"_s.arg(pagina + 1).arg(paginas());
+    const double pe = area.height() - QFontMetricsF(medidor.fonte(numero)).height() - unidadesPorPonto;
+    pintor.drawLine(QPointF(0, pe - folgaDeLinha), QPointF(area.width(), pe - folgaDeLinha));
+    pintarSeccao(pintor, medidor, seccao(u"Section3"_s), pe);
+    pintarSeccao(pintor, medidor, seccao(u"Section5"_s), pe);
+    SeccaoDeRelatorio numeros;
+    numeros.Controls.append(numero);
+    pintarSeccao(pintor, medidor, &numeros, pe);
+    pintor.restore();
+}

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "platform/report/DataReport.h"
+
+#include <QWidget>
+
+#include <memory>
+
+class QAction;
+class QComboBox;
+class QLabel;
+class QPrinter;
+class QProgressBar;
+class QScrollArea;
+class QSpinBox;
+class FolhaDeRelatorio;
+
+// The preview of a report: pages on screen, from here to a printer or a PDF file. Laying out a long report shows its
+// progress and can be stopped; a stopped one closes, so that nobody takes a part for the whole.
+class JanelaRelatorio : public QWidget {
+    Q_OBJECT
+public:
+    JanelaRelatorio(std::unique_ptr<DataReport> relatorio, const QString &titulo, QWidget *dono = nullptr);
+    ~JanelaRelatorio() override;
+
+    // Shows the window and lays the report out; false when it was stopped or closed meanwhile.
+    bool mostrar();
+    DataReport &relatorio() { return *m_relatorio; }
+    // Writes all pages; Falha when the file cannot be written. False when stopped.
+    bool gravarPDF(const QString &caminho);
+
+protected:
+    void keyPressEvent(QKeyEvent *evento) override;
+    void resizeEvent(QResizeEvent *evento) override;
+    void closeEvent(QCloseEvent *evento) override;
+
+private:
+    void construirBarra();
+    void irPara(int pagina);
+    void ajustarFolha();
+    void imprimir();
+    void pedirPDF();
+    void parar() { m_parado = true; }
+    bool imprimirEm(QPrinter &impressora, int primeira, int ultima);
+    void ocupado(bool sim, const QString &texto = {});
+    bool progredir(qint64 feitas, qint64 total);
+
+    std::unique_ptr<DataReport> m_relatorio;
+    QAction *m_imprimir = nullptr;
+    QAction *m_pdf = nullptr;
+    QAction *m_anterior = nullptr;
+    QAction *m_seguinte = nullptr;
+    QAction *m_parar = nullptr;
+    QSpinBox *m_pagina = nullptr;
+    QLabel *m_total = nullptr;
+    QComboBox *m_zoom = nullptr;
+    QProgressBar *m_progresso = nullptr;
+    QScrollArea *m_rolo = nullptr;
+    FolhaDeRelatorio *m_folha = nullptr;
+    bool m_parado = false;
+    bool m_ocupado = false;
+};

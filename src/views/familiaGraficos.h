@@ -1,0 +1,32 @@
+#pragma once
+
+#include "views/familiaPontos.h"
+#include "views/leituras.h"
+#include "views/regras.h"
+
+#include <span>
+
+// How the left axis is fitted once there is data.
+enum class EixoEsquerdo { Folga, Percentagem };
+
+// One line chart.
+struct MembroGrafico {
+    QStringView form;
+    TabelaLeituras tabela;
+    const RegraTipo *regra;
+    QStringView unidade; // behind values and the average
+    QStringView tituloEixo;
+    QStringView titulo;
+    QStringView tituloImpressao;
+    QStringView baseCSV;
+    QStringView baseJPG;
+    const MembroPontos *pontos;
+    EixoEsquerdo eixo = EixoEsquerdo::Folga;
+    double (*ler)(const PedidoLeituras &, const AoLer &) = lerLeituras;
+    QStringView chaveTitulo{};                      // empty: the form's name and ".Caption"
+    QStringView formMedia = u"frmGraficoPrincipal"; // whose section holds the text of the average
+};
+
+std::span<const MembroGrafico> familiaGraficos();
+// Null when there is no such form.
+const MembroGrafico *membroGrafico(QStringView form);

@@ -1,0 +1,204 @@
+// The load of a line chart.
+#include "views/forms/formGrafico.h"
+
+#include "core/eventos.h"
+#include "core/falha.h"
+#include "core/literais.h"
+#include "core/modDoubleTratamento.h"
+#include "core/modTraducoes.h"
+#include "core/rotina.h"
+#include "platform/chart/TChart.h"
+#include "views/forms/frmEsperaPraCriarGrafico.h"
+#include "views/forms/painelSensores.h"
+
+#include <QLabel>
+#include <QPushButton>
+#include <QStackedLayout>
+
+namespace {
+
+const QString semMarca = u" "_s;
+const QString marca = u"!"_s;
+constexpr double folga = 4;     // above and below what is drawn
+constexpr double umMinuto = 60; // seconds
+
+} // namespace
+
+void FormGrafico::CarregarDadosDeSeriesSelleccionadas() {
+    if (m_emCarga)
+        return;
+    m_emCarga = true;
+    m_parar = false;
+    if (m_timer1.isActive())
+        ConfigurarGrafico();
+    const Vigia vigia(this);
+    const QByteArray nome = fonte("CarregarDadosDeSeriesSelleccionadas");
+    Rotina(nome.constData(), [this] { carregar(); });
+    if (vigia.vivo())
+        terminarCarga();
+}
+
+// Left by an Interrompido when the form is destroyed or the user stops; the wait window and the main window are put
+// right on every way out.
+void FormGrafico::carregar() {
+    const Vigia vigia(this);
+    const CargaEmCurso carga(this);
+    connect(carga.espera(), &frmEsperaPraCriarGrafico::cancelar, this, [this] { m_parar = true; });
+    vigia.forcar();
+    m_painel->fechar(false);
+    mostrarGrafico(false);
+    limparGrafico();
+    const bool comSensores = !m_painel->seleccionados().isEmpty();
+    m_inicio = comSensores ? m_painel->textoInicio() : QString();
+    m_fim = comSensores ? m_painel->textoFim() : QString();
+    carregarSeleccao(vigia);
+    if (m_chart->MaxXValue() > 0 && m_chart->MinXValue() > 0) {
+        ConfigurarBottomAxis();
+        ajustarEixoEsquerdo();
+    }
+}
+
+void FormGrafico::limparGrafico() {
+    m_indiceCor = 0;
+    m_chart->anularZoom();
+    m_sufixoZoom.clear();
+    while (m_chart->SeriesCount() > seriesFixas)
+        m_chart->RemoveSeries(m_chart->SeriesCount() - 1);
+    for (int i = 0; i < seriesFixas; ++i) {
+        m_chart->Series(i).Clear();
+        m_chart->Series(i).Active = false;
+    }
+    m_chart->Series(serieLeituras).ColorEachPoint = false;
+    mostrarMedia(0);
+}
+
+// Each sensor's routine reports its own failure and ends with 0; the others go on.
+void FormGrafico::carregarSeleccao(const Vigia &vigia) {
+    const QList<Sensor> seleccao = m_painel->seleccionados();
+    const Intervalo intervalo(m_painel->inicio(), m_painel->fim());
+    double soma = 0;
+    int comMedia = 0;
+    for (const Sensor &sensor : seleccao) {
+        const double media = seleccao.size() == 1 ? AdicionarValorAoGrafico(intervalo, sensor.id, sensor.nome)
+                                                  : ConfigurarGraficoComSeries(intervalo, sensor.id, sensor.nome);
+        vigia.passar();
+        if (m_parar)
+            throw Interrompido();
+        if (media != 0) {
+            soma += media;
+            ++comMedia;
+        }
+    }
+    mostrarMedia(comMedia > 0 ? soma / comMedia : 0);
+}
+
+double FormGrafico::AdicionarValorAoGrafico(const Intervalo &intervalo, const QString &sensor,
+                                            const QString &descricao) {
+    const QByteArray nome = fonte("AdicionarValorAoGrafico");
+    return Rotina(nome.constData(), [&] {
+        m_chart->Bottom().Visible = true;
+        TSerie &leituras = m_chart->Series(serieLeituras);
+        TSerie &maximo = m_chart->Series(serieMaximo);
+        TSerie &minimo = m_chart->Series(serieMinimo);
+        maximo.Title = texto(u"Max"_s, u"Max"_s);
+        maximo.Color = cores::vermelho;
+        minimo.Title = texto(u"Min"_s, u"Min"_s);
+        minimo.Color = cores::azul;
+        leituras.Title = descricao;
+        leituras.Color = cores::verde;
+        leituras.ColorEachPoint = true;
+        // The limit lines bear the sensor too: a click on one leads to the sensor's reading.
+        for (TSerie *serie : {&leituras, &maximo, &minimo}) {
+            serie->Name = u'A' + sensor;
+            serie->Active = true;
+        }
+        const Vigia vigia(this);
+        return m_membro.ler({m_membro.tabela, sensor, intervalo, true}, [&](const Leitura &l) {
+            leituras.AddXY(l.data, l.valor, l.comNota ? marca : semMarca, cores::doPonto(l.limites, l.valor));
+            if (!std::isnan(l.valor)) {
+                if (l.limites.temMaximo())
+                    maximo.AddXY(l.data, l.limites.maximo, {}, cores::vermelho);
+                if (l.limites.temMinimo())
+                    minimo.AddXY(l.data, l.limites.minimo, {}, cores::azul);
+            }
+            vigia.passar();
+            if (m_parar)
+                throw Interrompido();
+        });
+    });
+}
+
+double FormGrafico::ConfigurarGraficoComSeries(const Intervalo &intervalo, const QString &sensor,
+                                               const QString &descricao) {
+    const QByteArray nome = fonte("ConfigurarGraficoComSeries");
+    return Rotina(nome.constData(), [&] {
+        m_chart->Bottom().Visible = true;
+        m_chart->Series(serieLeituras).Name = u"A1"_s;
+        for (int i = 0; i < seriesFixas; ++i)
+            m_chart->Series(i).Clear();
+        // A sensor without readings uses its colour up too.
+        const quint32 cor = cores::paleta[m_indiceCor];
+        m_indiceCor = (m_indiceCor + 1) % cores::paleta.size();
+        TSerie &serie = m_chart->AddSeries();
+        serie.Title = descricao;
+        serie.Name = u'A' + sensor;
+        serie.Active = true;
+        serie.Color = cor;
+        const Vigia vigia(this);
+        return m_membro.ler({m_membro.tabela, sensor, intervalo, false}, [&](const Leitura &l) {
+            serie.AddXY(l.data, l.valor, l.comNota ? marca : semMarca, cor);
+            vigia.passar();
+            if (m_parar)
+                throw Interrompido();
+        });
+    });
+}
+
+void FormGrafico::ConfigurarBottomAxis() {
+    TEixo &baixo = m_chart->Bottom();
+    baixo.Automatic = false;
+    baixo.Minimum = m_chart->MinXValue();
+    baixo.Maximum = m_chart->MaxXValue();
+    baixo.Increment = umMinuto;
+}
+
+void FormGrafico::ajustarEixoEsquerdo() {
+    TEixo &esquerdo = m_chart->Left();
+    esquerdo.Automatic = false;
+    const bool percentagem = m_membro.eixo == EixoEsquerdo::Percentagem;
+    esquerdo.Minimum = percentagem ? 0 : m_chart->MinYValue() - folga;
+    esquerdo.Maximum = percentagem ? 100 : m_chart->MaxYValue() + folga;
+}
+
+void FormGrafico::mostrarMedia(double media) {
+    QString legenda;
+    if (media != 0)
+        legenda =
+            modTraducoes::texto(modTraducoes::seccaoDe(m_membro.formMedia.toString()), u"Media"_s, u"Média = "_s) +
+            modDoubleTratamento::NumeroParaTexto(modDoubleTratamento::Arredondar(media, 2)) + m_membro.unidade;
+    lblMedia()->setText(legenda);
+}
+
+void FormGrafico::mostrarGrafico(bool visivel) {
+    m_pilha->setCurrentWidget(visivel ? m_chart : m_fundo);
+}
+
+// What a stopped load has read is a part that nobody asked for: it goes, and the choice is offered again.
+void FormGrafico::terminarCarga() {
+    m_emCarga = false;
+    if (m_parar) {
+        limparGrafico();
+        m_inicio.clear();
+        m_fim.clear();
+        m_chart->Bottom().Visible = false;
+    }
+    m_chart->setLegenda(m_chart->SeriesCount() > seriesFixas);
+    m_chart->actualizar();
+    mostrarGrafico(true);
+    cmdImprimir()->setEnabled(!m_inicio.isEmpty());
+    cmdExport()->setEnabled(!m_inicio.isEmpty());
+    if (m_parar)
+        m_painel->abrir();
+    else
+        m_chart->setFocus();
+}

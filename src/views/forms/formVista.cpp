@@ -1,0 +1,136 @@
+#include "views/forms/formVista.h"
+
+#include "core/literais.h"
+#include "core/modTraducoes.h"
+#include "views/forms/painelVista.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+namespace {
+
+// Printing and export are offered from the version on that has them.
+constexpr bool comImpressaoEExportacao = false;
+constexpr int larguraOpccoesFechada = 2515; // twips
+
+QPushButton *criarBotao(const QString &nome, const QString &texto) {
+    auto *botao = new QPushButton(texto);
+    botao->setObjectName(nome);
+    botao->setAccessibleName(texto);
+    botao->setEnabled(false);
+    botao->setVisible(comImpressaoEExportacao);
+    return botao;
+}
+
+} // namespace
+
+FormVista::FormVista(const Config &config, QWidget *pai) : QWidget(pai), m_config(config) {
+    setObjectName(config.form);
+    setAttribute(Qt::WA_DeleteOnClose);
+    setWindowTitle(texto(config.chaveTitulo, config.titulo));
+    setAccessibleName(windowTitle());
+    criarFaixa();
+}
+
+QString FormVista::texto(const QString &chave, const QString &omissao) const {
+    return modTraducoes::texto(modTraducoes::seccaoDe(m_config.form), chave, omissao);
+}
+
+void FormVista::criarFaixa() {
+    m_picBorder = new QWidget(this);
+    m_picBorder->setObjectName(u"picBorder"_s);
+    m_picBorder->setAutoFillBackground(true);
+    m_lblMedia = new QLabel;
+    m_lblMedia->setObjectName(u"lblMedia"_s);
+    m_lblMedia->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    m_lblMedia->setTextFormat(Qt::PlainText);
+    m_lblMedia->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    QFont forte = m_lblMedia->font();
+    forte.setBold(true);
+    m_lblMedia->setFont(forte);
+    m_cmdImprimir = criarBotao(u"cmdImprimir"_s, texto(u"ReyFrameImprimir.Caption"_s, u"Imprimir"_s));
+    m_cmdExport =
+        criarBotao(u"cmdExport"_s, modTraducoes::texto(u"VISTREL_frmMain"_s, u"cmdExport"_s, u"Exportação"_s));
+}
+
+void FormVista::montar(PainelVista *painel, QWidget *vista) {
+    m_painel = painel;
+    auto *faixa = new QHBoxLayout(m_picBorder);
+    faixa->setContentsMargins(4, 3, 8, 3);
+    faixa->addWidget(painel->cmdOpccoes());
+    faixa->addWidget(m_lblMedia, 1);
+    faixa->addWidget(m_cmdImprimir);
+    faixa->addWidget(m_cmdExport);
+
+    auto *disposicao = new QVBoxLayout(this);
+    disposicao->setContentsMargins(0, 0, 0, 0);
+    disposicao->setSpacing(0);
+    disposicao->addWidget(m_picBorder);
+    disposicao->addWidget(vista, 1);
+
+    // The strip lies above the panel, which slides out from behind it.
+    painel->raise();
+    m_picBorder->raise();
+    connect(painel, &PainelVista::aberturaMudou, this, [this] {
+        arrumar();
+        respeitarMinimo();
+    });
+    connect(painel, &PainelVista::focoParaVista, vista, [vista] { vista->setFocus(); });
+    arrumar();
+}
+
+void FormVista::arrumar() {
+    QToolButton *opccoes = m_painel->cmdOpccoes();
+    int largura = std::max(lugar::pixeis(larguraOpccoesFechada), opccoes->sizeHint().width());
+    if (m_painel->aberto()) {
+        const QMargins margens = m_picBorder->layout()->contentsMargins();
+        int outros = margens.left() + margens.right();
+        for (const QPushButton *botao : {m_cmdImprimir, m_cmdExport})
+            if (!botao->isHidden())
+                outros += botao->sizeHint().width() + m_picBorder->layout()->spacing();
+        largura = std::clamp(m_painel->tamanhoAberto().width() - margens.left(), largura,
+                             std::max(largura, width() - outros));
+    }
+    opccoes->setFixedWidth(largura);
+    const int topo = m_picBorder->sizeHint().height();
+    m_painel->setArea(QRect(0, topo, width(), std::max(0, height() - topo)));
+}
+
+// The design size holds for usual fonts; with larger ones the open panel must still fit.
+void FormVista::respeitarMinimo() {
+    QWidget *janela = lugar::janelaDe(this);
+    if (!m_reposto || !isVisible() ||
+        janela->windowState() & (Qt::WindowMaximized | Qt::WindowMinimized | Qt::WindowFullScreen))
+        return;
+    const QSize moldura = janela->size() - size();
+    const QSize painel = m_painel->tamanhoAberto() + QSize(0, m_picBorder->sizeHint().height()) + moldura;
+    const QSize minimo =
+        QSize(lugar::pixeis(m_config.minimo.width()), lugar::pixeis(m_config.minimo.height())).expandedTo(painel);
+    if (janela->width() < minimo.width() || janela->height() < minimo.height())
+        janela->resize(minimo);
+}
+
+void FormVista::showEvent(QShowEvent *evento) {
+    QWidget::showEvent(evento);
+    if (!m_reposto) {
+        lugar::repor(this, m_config.lugar);
+        m_reposto = true;
+        respeitarMinimo();
+    }
+}
+
+void FormVista::closeEvent(QCloseEvent *evento) {
+    lugar::guardar(this, m_config.lugar);
+    QWidget::closeEvent(evento);
+}
+
+void FormVista::resizeEvent(QResizeEvent *evento) {
+    QWidget::resizeEvent(evento);
+    if (!m_painel)
+        return;
+    arrumar();
+    respeitarMinimo();
+}

@@ -1,0 +1,270 @@
+#include "views/forms/painelVista.h"
+
+#include "core/datas.h"
+#include "core/estado.h"
+#include "core/modTraducoes.h"
+#include "data/modMain.h"
+#include "platform/forms/lugar.h"
+#include "views/periodos.h"
+
+#include <QDateEdit>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QMenu>
+#include <QPushButton>
+#include <QTimer>
+#include <QToolButton>
+#include <QVariantAnimation>
+
+namespace {
+
+constexpr int larguraAberta = 9005; // twips
+constexpr int alturaAberta = 5280;
+constexpr int piscadelas = 40;
+constexpr int intervaloPiscar = 200;
+constexpr int duracaoDoDeslize = 130;
+
+QDateEdit *criarData(const QString &nome, const QString &acessivel) {
+    auto *data = new QDateEdit;
+    data->setObjectName(nome);
+    data->setAccessibleName(acessivel);
+    data->setLocale(estado().ambiente.locale);
+    data->setDisplayFormat(datas::formatoData());
+    data->setCalendarPopup(true);
+    data->setDate(estado().ambiente.agora().date());
+    return data;
+}
+
+QTimeEdit *criarHora(const QString &nome, const QString &acessivel, const QTime &hora) {
+    auto *edicao = new QTimeEdit(hora);
+    edicao->setObjectName(nome);
+    edicao->setAccessibleName(acessivel);
+    edicao->setLocale(estado().ambiente.locale);
+    edicao->setDisplayFormat(datas::formatoHora());
+    return edicao;
+}
+
+QLabel *criarEtiqueta(const QString &nome, const QString &texto, QWidget *parceiro) {
+    auto *etiqueta = new QLabel(texto);
+    etiqueta->setObjectName(nome);
+    etiqueta->setBuddy(parceiro);
+    return etiqueta;
+}
+
+} // namespace
+
+PainelVista::PainelVista(const QString &form, QWidget *pai)
+    : QFrame(pai), m_form(form), m_escolha(new QVBoxLayout), m_cmdOpccoes(new QToolButton(pai)),
+      m_deslize(new QVariantAnimation(this)) {
+    setObjectName(u"PictOpccoes"_s);
+    setFrameStyle(QFrame::StyledPanel | QFrame::Raised);
+    setAutoFillBackground(true);
+    hide();
+
+    m_cmdOpccoes->setObjectName(u"cmdOpccoes"_s);
+    m_cmdOpccoes->setText(texto(u"Opccoes.Caption"_s, u"Opcoes do Grafico"_s));
+    m_cmdOpccoes->setAccessibleName(m_cmdOpccoes->text());
+    m_cmdOpccoes->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    m_cmdOpccoes->setArrowType(Qt::DownArrow);
+    m_cmdOpccoes->setShortcut(QKeySequence(Qt::Key_F4));
+    m_cmdOpccoes->setToolTip(u"F4"_s);
+    connect(m_cmdOpccoes, &QToolButton::clicked, this, &PainelVista::cmdOpccoes_Click);
+
+    auto *disposicao = new QVBoxLayout(this);
+    disposicao->addLayout(m_escolha, 1);
+    criarDatas(disposicao);
+
+    m_deslize->setDuration(duracaoDoDeslize);
+    m_deslize->setEasingCurve(QEasingCurve::OutCubic);
+    connect(m_deslize, &QVariantAnimation::valueChanged, this, [this](const QVariant &v) { colocar(v.toInt()); });
+    connect(m_deslize, &QVariantAnimation::finished, this, [this] { setVisible(m_aberto); });
+}
+
+QString PainelVista::texto(const QString &chave, const QString &omissao) const {
+    return modTraducoes::texto(modTraducoes::seccaoDe(m_form), chave, omissao);
+}
+
+void PainelVista::criarDatas(QVBoxLayout *disposicao) {
+    const QString inicio = texto(u"lblInicio.Caption"_s, u"Inicio:"_s);
+    const QString fim = texto(u"lblFim.Caption"_s, u"Fim:"_s);
+    m_dataInicio = criarData(u"DTPdataInicio"_s, inicio);
+    m_horaInicio = criarHora(u"DTPhoraInicio"_s, inicio, QTime(0, 0));
+    m_dataFim = criarData(u"DTPdataFim"_s, fim);
+    m_horaFim = criarHora(u"DTPHoraFim"_s, fim, QTime(23, 59, 59));
+
+    const QString erro = texto(u"imgErrorDate.ToolTip"_s, u"O início tem de ser anterior ao fim."_s);
+    m_imgErrorDate = new QLabel;
+    m_imgErrorDate->setObjectName(u"imgErrorDate"_s);
+    m_imgErrorDate->setAccessibleName(erro);
+    m_imgErrorDate->setToolTip(erro);
+    const int lado = fontMetrics().height() + 2;
+    const QIcon aviso = style()->standardIcon(QStyle::SP_MessageBoxWarning);
+    m_imgErrorDate->setPixmap(aviso.pixmap(QSize(lado, lado), devicePixelRatioF()));
+    QSizePolicy politica = m_imgErrorDate->sizePolicy();
+    politica.setRetainSizeWhenHidden(true); // blinking must not move its neighbours
+    m_imgErrorDate->setSizePolicy(politica);
+    m_imgErrorDate->hide();
+    m_timerErrorDate = new QTimer(this);
+    m_timerErrorDate->setObjectName(u"TimerErrorDate"_s);
+    m_timerErrorDate->setInterval(intervaloPiscar);
+    connect(m_timerErrorDate, &QTimer::timeout, this, &PainelVista::TimerErrorDate_Timer);
+
+    auto *confirmar = new QPushButton(texto(u"cmdConfirmar.Caption"_s, u"Confirmar"_s));
+    confirmar->setObjectName(u"cmdConfirmar"_s);
+    confirmar->setAccessibleName(confirmar->text());
+    confirmar->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Return));
+    confirmar->setToolTip(QKeySequence(Qt::CTRL | Qt::Key_Return).toString(QKeySequence::NativeText));
+    confirmar->setAutoDefault(true);
+    connect(confirmar, &QPushButton::clicked, this, &PainelVista::cmdConfirmar_Click);
+
+    auto *grelha = new QGridLayout;
+    grelha->addWidget(criarEtiqueta(u"lblInicio"_s, inicio, m_dataInicio), 0, 0);
+    grelha->addWidget(m_dataInicio, 0, 1);
+    grelha->addWidget(m_horaInicio, 0, 2);
+    grelha->addWidget(m_imgErrorDate, 0, 3, 2, 1);
+    grelha->addWidget(criarEtiqueta(u"lblFim"_s, fim, m_dataFim), 1, 0);
+    grelha->addWidget(m_dataFim, 1, 1);
+    grelha->addWidget(m_horaFim, 1, 2);
+    grelha->addWidget(criarPeriodos(), 0, 5);
+    grelha->addWidget(confirmar, 1, 5);
+    grelha->setColumnStretch(4, 1);
+    disposicao->addLayout(grelha);
+}
+
+QToolButton *PainelVista::criarPeriodos() {
+    auto *botao = new QToolButton;
+    botao->setObjectName(u"cmdPeriodos"_s);
+    botao->setText(texto(u"cmdPeriodos.Caption"_s, u"Período"_s));
+    botao->setAccessibleName(botao->text());
+    botao->setPopupMode(QToolButton::InstantPopup);
+    botao->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    auto *menu = new QMenu(botao);
+    for (const Periodo &periodo : periodos::lista) {
+        QAction *entrada = menu->addAction(texto(periodo.chave.toString(), periodo.texto.toString()));
+        entrada->setObjectName(periodo.chave.toString());
+        connect(entrada, &QAction::triggered, this, [this, &periodo] {
+            const QDate hoje = estado().ambiente.agora().date();
+            setPeriodo(periodo.inicio(hoje), hoje);
+        });
+    }
+    botao->setMenu(menu);
+    return botao;
+}
+
+void PainelVista::setPeriodo(const QDate &de, const QDate &ate) {
+    m_dataInicio->setDate(de);
+    m_horaInicio->setTime(QTime(0, 0));
+    m_dataFim->setDate(ate);
+    m_horaFim->setTime(QTime(23, 59, 59));
+}
+
+QString PainelVista::textoInicio() const {
+    return datas::textoDataHora(inicio());
+}
+
+QString PainelVista::textoFim() const {
+    return datas::textoDataHora(fim());
+}
+
+QDateTime PainelVista::inicio() const {
+    return {m_dataInicio->date(), m_horaInicio->time(), Qt::UTC};
+}
+
+QDateTime PainelVista::fim() const {
+    return {m_dataFim->date(), m_horaFim->time(), Qt::UTC};
+}
+
+void PainelVista::cmdConfirmar_Click() {
+    m_timerErrorDate->stop();
+    m_imgErrorDate->hide();
+    if (modMain::VerificaDatas(textoInicio(), textoFim()) == u"TRUE") {
+        m_dataInicio->setProperty("Tag", textoInicio());
+        m_dataFim->setProperty("Tag", textoFim());
+        if (comSeleccao())
+            Q_EMIT carregar();
+    } else {
+        m_timerErrorDate->setProperty("Tag", u"0"_s);
+        m_timerErrorDate->start();
+    }
+}
+
+void PainelVista::TimerErrorDate_Timer() {
+    const int vezes = m_timerErrorDate->property("Tag").toString().toInt() + 1;
+    m_timerErrorDate->setProperty("Tag", QString::number(vezes));
+    m_imgErrorDate->setVisible(m_imgErrorDate->isHidden());
+    if (vezes >= piscadelas) {
+        m_imgErrorDate->hide();
+        m_timerErrorDate->stop();
+    }
+}
+
+QSize PainelVista::tamanhoAberto() const {
+    return QSize(lugar::pixeis(larguraAberta), lugar::pixeis(alturaAberta)).expandedTo(minimumSizeHint());
+}
+
+void PainelVista::setArea(const QRect &area) {
+    m_area = area;
+    if (m_aberto && m_deslize->state() != QAbstractAnimation::Running)
+        colocar(tamanhoAberto().height());
+}
+
+// Slides out from behind the strip above it; only moving, so that nothing inside is laid out again.
+void PainelVista::colocar(int alturaVisivel) {
+    const QSize cheio = tamanhoAberto().boundedTo(m_area.size());
+    const int escondido = std::max(0, cheio.height() - alturaVisivel);
+    setGeometry(QRect(m_area.topLeft() - QPoint(0, escondido), cheio));
+}
+
+void PainelVista::abrir() {
+    if (m_aberto)
+        return;
+    fecharSubpaineis();
+    m_aberto = true;
+    m_cmdOpccoes->setArrowType(Qt::UpArrow);
+    colocar(tamanhoAberto().height());
+    show();
+    Q_EMIT aberturaMudou(true);
+    // The choice starts here; the view gets the focus back on closing.
+    primeiroControlo()->setFocus();
+    m_deslize->stop();
+    if (isVisible()) {
+        m_deslize->setStartValue(0);
+        m_deslize->setEndValue(tamanhoAberto().height());
+        m_deslize->start();
+    }
+}
+
+void PainelVista::fechar(bool deslizar) {
+    if (!m_aberto)
+        return;
+    fecharSubpaineis();
+    m_aberto = false;
+    m_cmdOpccoes->setArrowType(Qt::DownArrow);
+    Q_EMIT aberturaMudou(false);
+    m_deslize->stop();
+    if (deslizar && isVisible()) {
+        m_deslize->setStartValue(height());
+        m_deslize->setEndValue(0);
+        m_deslize->start();
+    } else {
+        hide();
+    }
+    Q_EMIT focoParaVista();
+}
+
+void PainelVista::cmdOpccoes_Click() {
+    if (m_aberto)
+        fechar();
+    else
+        abrir();
+}
+
+void PainelVista::keyPressEvent(QKeyEvent *evento) {
+    if (evento->key() == Qt::Key_Escape)
+        fechar();
+    else if (evento->key() == Qt::Key_Return || evento->key() == Qt::Key_Enter)
+        cmdConfirmar_Click();
+    else
+        QFrame::keyPressEvent(evento);
+}

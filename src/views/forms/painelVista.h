@@ -1,0 +1,70 @@
+#pragma once
+
+#include <QDateTime>
+#include <QFrame>
+
+class QDateEdit;
+class QTimeEdit;
+class QLabel;
+class QTimer;
+class QToolButton;
+class QVBoxLayout;
+class QVariantAnimation;
+
+// The options panel that every view has: the range of dates with its check, the confirm button, and above them what
+// the view chooses from. It slides over the view from under cmdOpccoes.
+class PainelVista : public QFrame {
+    Q_OBJECT
+public:
+    // <form> is the name of the view; the panel's texts are in its section.
+    PainelVista(const QString &form, QWidget *pai);
+
+    QToolButton *cmdOpccoes() const { return m_cmdOpccoes; }
+    // Where the panel may lie; it takes what it needs of the area, from the top left.
+    void setArea(const QRect &area);
+    QSize tamanhoAberto() const;
+
+    bool aberto() const { return m_aberto; }
+    void abrir();
+    void fechar(bool deslizar = true);
+    void cmdOpccoes_Click();
+    void cmdConfirmar_Click();
+
+    QString textoInicio() const;
+    QString textoFim() const;
+    QDateTime inicio() const;
+    QDateTime fim() const;
+    void setPeriodo(const QDate &de, const QDate &ate);
+
+Q_SIGNALS:
+    void carregar(); // a good range was confirmed, and something is chosen
+    void aberturaMudou(bool aberto);
+    void focoParaVista();
+
+protected:
+    virtual bool comSeleccao() const = 0;
+    virtual void fecharSubpaineis() {}
+    virtual QWidget *primeiroControlo() const = 0;
+    QString texto(const QString &chave, const QString &omissao) const;
+    QVBoxLayout *areaDeEscolha() const { return m_escolha; }
+    void keyPressEvent(QKeyEvent *evento) override;
+
+private:
+    void criarDatas(QVBoxLayout *disposicao);
+    QToolButton *criarPeriodos();
+    void TimerErrorDate_Timer();
+    void colocar(int alturaVisivel);
+
+    QString m_form;
+    bool m_aberto = false;
+    QRect m_area;
+    QVBoxLayout *m_escolha;
+    QToolButton *m_cmdOpccoes;
+    QDateEdit *m_dataInicio;
+    QTimeEdit *m_horaInicio;
+    QDateEdit *m_dataFim;
+    QTimeEdit *m_horaFim;
+    QLabel *m_imgErrorDate;
+    QTimer *m_timerErrorDate;
+    QVariantAnimation *m_deslize;
+};

@@ -1,0 +1,129 @@
+#include "views/histograma.h"
+
+#include "core/falha.h"
+#include "core/literais.h"
+#include "core/modDoubleTratamento.h"
+
+#include <QStringList>
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+
+namespace histograma {
+
+namespace {
+
+constexpr quint32 vermelho = 255;
+constexpr quint32 verde = 65280;
+constexpr quint32 azul = 16711680;
+constexpr double desvio = 0.1;
+constexpr qint64 maximoDeBaldes = 2'000'000;
+constexpr size_t valoresPorPasse = 65536;
+
+// A bound travels as text of 15 significant digits and comes back as a number.
+double comoTexto(double numero) {
+    char tampao[40];
+    const auto fim = std::to_chars(tampao, tampao + sizeof tampao, numero, std::chars_format::scientific, 14);
+    double lido = 0;
+    std::from_chars(tampao, fim.ptr, lido);
+    return lido;
+}
+
+struct Limites {
+    double baixo;
+    double alto;
+};
+
+// The counting loop's bounds: x goes from minimum to maximum by repeated addition, with all its rounding.
+std::vector<Limites> limitesDosBaldes(double minimo, double maximo, double intervalo,
+                                      const std::function<void()> &passar) {
+    if ((maximo - minimo) / intervalo > double(maximoDeBaldes))
+        throw Falha(erros::chamadaInvalida,
+                    u"O intervalo %1 é demasiado pequeno para valores de %2 a %3."_s.arg(
+                        modDoubleTratamento::NumeroParaTexto(intervalo), modDoubleTratamento::NumeroParaTexto(minimo),
+                        modDoubleTratamento::NumeroParaTexto(maximo)));
+    std::vector<Limites> limites;
+    for (double x = minimo; x <= maximo; x += intervalo) {
+        const double baixo = comoTexto(x);
+        limites.push_back({limites.empty() ? baixo : comoTexto(baixo + desvio), comoTexto(x + intervalo)});
+        if (passar && limites.size() % 4096 == 0)
+            passar();
+        if (x + intervalo == x)
+            break;
+    }
+    return limites;
+}
+
+} // namespace
+
+QString Balde::rotulo() const {
+    return modDoubleTratamento::NumeroParaTexto(baixo) + u" <> " + modDoubleTratamento::NumeroParaTexto(alto);
+}
+
+double lerIntervalo(const QString &texto) {
+    bool ok = false;
+    const double lido = std::fabs(QString(texto).replace(u',', u'.').trimmed().toDouble(&ok));
+    if (!ok || !(lido > 0) || !std::isfinite(lido))
+        throw Falha(erros::tipoIncompativel, u"Intervalo do histograma inválido: \"%1\""_s.arg(texto));
+    return lido;
+}
+
+QStringList entradasDoCombo() {
+    QStringList entradas{u"0.5"_s};
+    for (int n = 1; n <= 50; ++n) {
+        entradas.append(QString::number(n) + u".0");
+        if (n != 50)
+            entradas.append(QString::number(n) + u".5");
+    }
+    return entradas;
+}
+
+std::optional<quint32> corDoBalde(double baixo, std::optional<double> minimo, std::optional<double> maximo) {
+    if (minimo && baixo <= *minimo)
+        return azul;
+    if (minimo && !maximo)
+        return std::nullopt; // above a lone minimum: lost from the chart and from the total, as it always was
+    if (maximo && baixo >= *maximo)
+        return vermelho;
+    return verde;
+}
+
+std::vector<Balde> contar(std::span<const double> valores, double intervalo, std::optional<double> minimo,
+                          std::optional<double> maximo, const std::function<void()> &passar) {
+    double menor = INFINITY;
+    double maior = -INFINITY;
+    for (const double v : valores) {
+        menor = v < menor ? v : menor; // a NaN compares false and stays out
+        maior = v > maior ? v : maior;
+    }
+    if (!(menor <= maior))
+        return {};
+    menor = comoTexto(menor);
+    maior = comoTexto(maior);
+    const std::vector<Limites> limites = limitesDosBaldes(menor, maior, intervalo, passar);
+    std::vector<qint64> totais(limites.size());
+    const auto ultimo = qint64(limites.size()) - 1;
+    for (size_t i = 0; i < valores.size(); ++i) {
+        const double v = valores[i];
+        if (std::isnan(v))
+            continue;
+        // The sums drift by far less than a bucket, so the right one is the computed one or a neighbour.
+        const auto perto = std::clamp(qint64((v - menor) / intervalo), qint64(0), ultimo);
+        for (qint64 k = std::max<qint64>(0, perto - 1); k <= std::min(ultimo, perto + 1); ++k)
+            if (v >= limites[size_t(k)].baixo && v <= limites[size_t(k)].alto)
+                ++totais[size_t(k)];
+        if (passar && i % valoresPorPasse == valoresPorPasse - 1)
+            passar();
+    }
+    std::vector<Balde> baldes;
+    for (size_t k = 0; k < limites.size(); ++k) {
+        if (totais[k] == 0)
+            continue;
+        if (const auto cor = corDoBalde(limites[k].baixo, minimo, maximo))
+            baldes.push_back({limites[k].baixo, limites[k].alto, totais[k], *cor});
+    }
+    return baldes;
+}
+
+} // namespace histograma

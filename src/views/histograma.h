@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QString>
+
+#include <functional>
+#include <optional>
+#include <span>
+#include <vector>
+
+// The interval arithmetic of the histograms. Values are read once and counted in memory, with the counts that one
+// query an interval would give.
+namespace histograma {
+
+struct Balde {
+    double baixo; // bounds as they travelled: 15 significant digits, closed on both sides
+    double alto;
+    qint64 total;
+    quint32 cor; // OLE number
+    QString rotulo() const;
+};
+
+// The width typed by the user: either separator, sign ignored. Falha when it is no number above zero.
+double lerIntervalo(const QString &texto);
+// The entries of the combo: "0.5", "1.0", ... "50.0".
+QStringList entradasDoCombo();
+
+// The colour of a bucket by its (nudged) lower bound; none when such a bucket is lost on purpose.
+std::optional<quint32> corDoBalde(double baixo, std::optional<double> minimo, std::optional<double> maximo);
+
+// Buckets with at least one value and a colour, in order. The first is [min, min + width], each further one starts
+// 0.1 above the shared edge, so that values between two buckets are counted nowhere. NaN values count nowhere.
+// passar is called now and then, so that events run.
+std::vector<Balde> contar(std::span<const double> valores, double intervalo, std::optional<double> minimo,
+                          std::optional<double> maximo, const std::function<void()> &passar = {});
+
+} // namespace histograma

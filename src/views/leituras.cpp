@@ -1,0 +1,54 @@
+#include "views/leituras.h"
+
+#include "core/datas.h"
+#include "core/literais.h"
+#include "data/ligacao.h"
+#include "data/recordset.h"
+
+namespace {
+
+enum Coluna { colData, colValor, colFlag, colObservacoes };
+
+double valorDe(const Recordset &rs) {
+    if (rs.eNumero(colValor))
+        return rs.real(colValor);
+    return rs.nulo(colValor) ? std::numeric_limits<double>::quiet_NaN() : rs.numero(colValor);
+}
+
+// Nothing and one blank are no note.
+bool temNota(const Recordset &rs) {
+    int tamanho = 0;
+    const char *bytes = rs.utf8(colFlag, tamanho);
+    return tamanho > 1 || (tamanho == 1 && *bytes != ' ');
+}
+
+} // namespace
+
+Intervalo::Intervalo(const QDateTime &a, const QDateTime &b)
+    : inicio(datas::textoBD(std::min(a, b))), fim(datas::textoBD(std::max(a, b))) {}
+
+double lerLeituras(const PedidoLeituras &pedido, const AoLer &aoLer) {
+    const QString sql = u"SELECT Data, "_s + pedido.tabela.valor + u", flag" +
+                        (pedido.comLimites ? u", Observacoes" : u"") + u" FROM " + pedido.tabela.nome +
+                        u" WHERE Data BETWEEN ? AND ? AND Sensor = ? ORDER BY Data";
+    Recordset rs = cnBD().consultar(sql, {pedido.intervalo.inicio, pedido.intervalo.fim, pedido.sensor});
+    CacheLimites limites;
+    double soma = 0;
+    qint64 comValor = 0;
+    while (rs.avancar()) {
+        Leitura leitura{rs.segundos(colData), valorDe(rs), {}, temNota(rs)};
+        if (std::isnan(leitura.data))
+            continue; // has no place on the time axis
+        if (pedido.comLimites) {
+            int tamanho = 0;
+            const char *bytes = rs.utf8(colObservacoes, tamanho);
+            leitura.limites = limites.de(bytes, tamanho);
+        }
+        if (!std::isnan(leitura.valor)) {
+            soma += leitura.valor;
+            ++comValor;
+        }
+        aoLer(leitura);
+    }
+    return comValor > 0 ? soma / double(comValor) : 0;
+}

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "views/limites.h"
+
+#include <QDateTime>
+#include <QString>
+
+#include <functional>
+
+// Bounds of a query in the database's form. A range is symmetric: the earlier bound comes first.
+struct Intervalo {
+    QString inicio;
+    QString fim;
+
+    Intervalo() = default;
+    Intervalo(const QDateTime &a, const QDateTime &b);
+};
+
+// One stored reading on its way to a chart or a file.
+struct Leitura {
+    double data;  // wall-clock seconds
+    double valor; // NaN: the reading could not be taken
+    Limites limites;
+    bool comNota;
+};
+using AoLer = std::function<void(const Leitura &)>;
+
+// Where the readings of a view are stored.
+struct TabelaLeituras {
+    QStringView nome;
+    QStringView valor; // column
+};
+
+struct PedidoLeituras {
+    TabelaLeituras tabela;
+    QString sensor;
+    Intervalo intervalo;
+    bool comLimites = true;
+};
+
+// Walks the readings by date and gives back their average; readings without a value do not weigh, and no reading
+// at all gives 0. The callback may throw to stop.
+double lerLeituras(const PedidoLeituras &pedido, const AoLer &aoLer);

@@ -1,0 +1,43 @@
+#include "views/limites.h"
+
+#include "core/modDoubleTratamento.h"
+
+#include <cstring>
+
+namespace {
+
+double lerLimite(QStringView parte) {
+    const QStringView texto = parte.trimmed();
+    if (texto.isEmpty() || texto == u"NA")
+        return std::numeric_limits<double>::quiet_NaN();
+    return modDoubleTratamento::TextoParaDouble(texto.toString());
+}
+
+} // namespace
+
+Limites lerLimites(QStringView observacoes) {
+    constexpr QStringView separador = u"XXX";
+    const qsizetype primeiro = observacoes.indexOf(separador);
+    if (primeiro < 0)
+        return {};
+    QStringView resto = observacoes.mid(primeiro + separador.size());
+    if (const qsizetype segundo = resto.indexOf(separador); segundo >= 0)
+        resto = resto.left(segundo);
+    return {lerLimite(observacoes.left(primeiro)), lerLimite(resto)};
+}
+
+const Limites &CacheLimites::de(const char *bytes, int tamanho) {
+    if (tamanho != m_ultimo.size() || (tamanho > 0 && std::memcmp(bytes, m_ultimo.constData(), size_t(tamanho)) != 0)) {
+        m_limites = lerLimites(QString::fromUtf8(bytes, tamanho));
+        m_ultimo = QByteArray(bytes, tamanho);
+    }
+    return m_limites;
+}
+
+quint32 cores::doPonto(const Limites &limites, double valor) {
+    if (limites.temMaximo() && limites.maximo <= valor)
+        return vermelho;
+    if (limites.temMinimo() && limites.minimo >= valor)
+        return azul;
+    return verde;
+}

@@ -1,0 +1,89 @@
+#pragma once
+
+#include "data/ligacao.h"
+
+#include <QAbstractTableModel>
+#include <QHash>
+#include <QTimer>
+
+#include <functional>
+#include <vector>
+
+class Recordset;
+
+// What a listing asks of the database. Each branch delivers its rows newest first from an index, so that the first
+// page of a million rows costs no more than that of a hundred; the branches are merged by the engine.
+struct ConsultaListagem {
+    struct Ramo {
+        QString tabelaOndeE; // "Medias WHERE Data BETWEEN ? AND ? AND Sensor = ?"
+        QVariantList valores;
+    };
+    QString colunas; // select list; its last column is the row's number in its table
+    QString data;    // name of the date column that orders the rows, newest first
+    int colunaData = 0;
+    QList<Ramo> ramos;
+    std::function<bool(const Recordset &)> aceita;                  // applied to each row; none: all pass
+    std::function<QVariant(const Recordset &, int coluna)> celula;  // text of a cell; none: as stored
+    int colunaEditavel = -1;                                        // -1: none
+    std::function<void(qint64 linha, const QString &texto)> gravar; // writes the editable cell of a row
+};
+
+// A listing that holds only the pages in sight and one anchor per page of those seen; rows beyond are counted in the
+// background, a slice at a time. The rows stand as they were when they were read.
+class ModeloListagem : public QAbstractTableModel {
+    Q_OBJECT
+public:
+    explicit ModeloListagem(QObject *pai = nullptr);
+    ~ModeloListagem() override;
+
+    // Reads the first page; Falha when the query fails. An earlier query is dropped.
+    void abrir(const ConsultaListagem &consulta);
+    void fechar();
+    bool vazio() const { return m_linhas == 0; }
+    bool contado() const { return !m_contagem; } // all rows are known
+    // Walks all rows in order with a cursor of its own; the callback says whether to go on.
+    void percorrer(const std::function<bool(const Recordset &)> &linha) const;
+    const ConsultaListagem &consulta() const { return m_consulta; }
+    QString textoDaCelula(const Recordset &rs, int coluna) const;
+
+    int rowCount(const QModelIndex &pai = {}) const override;
+    int columnCount(const QModelIndex &pai = {}) const override;
+    QVariant data(const QModelIndex &indice, int papel) const override;
+    QVariant headerData(int seccao, Qt::Orientation orientacao, int papel) const override;
+    bool setHeaderData(int seccao, Qt::Orientation orientacao, const QVariant &valor, int papel) override;
+    bool setData(const QModelIndex &indice, const QVariant &valor, int papel) override;
+    Qt::ItemFlags flags(const QModelIndex &indice) const override;
+
+Q_SIGNALS:
+    void contagemTerminada(int linhas);
+
+private:
+    // Where a page begins: the first row not newer than the date, after skipping its equals already passed.
+    struct Ancora {
+        QString data; // empty: the beginning
+        int iguais = 0;
+    };
+    struct Linha {
+        QVariantList celulas;
+        qint64 numero = 0;
+    };
+    using Pagina = std::vector<Linha>;
+    struct Contagem;
+
+    Recordset cursor(const Ancora &ancora) const;
+    bool saltar(Recordset &rs, const Ancora &ancora) const;
+    const Pagina &pagina(int numero) const;
+    Linha lerLinha(const Recordset &rs) const;
+    void contarFatia();
+    void linhasConhecidas(int linhas);
+
+    ConsultaListagem m_consulta;
+    int m_linhas = 0;
+    int m_colunas = 0;
+    std::vector<Ancora> m_ancoras; // one a page
+    mutable QHash<int, Pagina> m_paginas;
+    mutable std::vector<int> m_recentes; // pages held, oldest first
+    QHash<int, QVariant> m_titulos;
+    std::unique_ptr<Contagem> m_contagem;
+    QTimer m_relogio;
+};
