@@ -51,6 +51,8 @@ ServidorWeb::ServidorWeb(const Definicao &definicao, Registo &registo, QObject *
     : QTcpServer(pai), m_definicao(definicao), m_registo(registo) {
     connect(this, &QTcpServer::newConnection, this, [this] {
         while (QTcpSocket *socket = nextPendingConnection()) {
+            // Pieces that wait for the acknowledgement of the last one take 40 ms each.
+            socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
             connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
             connect(socket, &QTcpSocket::readyRead, this, [this, socket] { receber(socket); });
             receber(socket); // what came together with the connection

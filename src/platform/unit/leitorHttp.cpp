@@ -195,7 +195,7 @@ bool LeitorHttp::lerTamanhoDoPedaco() {
             acabar();
         return true;
     }
-    const QByteArray tamanho = texto.left(texto.indexOf(';')).trimmed();
+    const QByteArray tamanho = texto.split(';').first().trimmed();
     bool lido = !tamanho.isEmpty() && tamanho.size() <= 8 && tamanho.at(0) != '+' && tamanho.at(0) != '-';
     m_falta = lido ? tamanho.toLongLong(&lido, 16) : 0;
     if (!lido)

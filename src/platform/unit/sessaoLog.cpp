@@ -14,6 +14,7 @@ SessaoLog::SessaoLog(QObject *pai) : QObject(pai) {
     connect(&m_socket, &QTcpSocket::readyRead, this, [this] { receber(); });
     connect(&m_socket, &QTcpSocket::errorOccurred, this, [this](auto erro) { socketFalhou(erro); });
     connect(&m_socket, &QTcpSocket::connected, this, [this] {
+        m_socket.setSocketOption(QAbstractSocket::LowDelayOption, 1);
         m_ponto = Ponto::AMudar;
         m_socket.write(protocolo::klog::pedidoDeMudanca(m_anfitriao, m_socket.peerPort()));
     });
