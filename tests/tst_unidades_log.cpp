@@ -236,8 +236,8 @@ void tst_unidades_log::logDeUmMilhao() {
         bytes += linha.size() + 1;
     QCOMPARE(linhas, 1'000'000);
     qInfo("%lld bytes of lines, %lld of memory, longest stall %.1f ms", bytes, gasto, maior);
-    QVERIFY2(gasto < 2 * bytes, qPrintable(QString::number(gasto)));
-    QVERIFY2(maior < 50, qPrintable(QString::number(maior)));
+    QVERIFY2(!medidasContam || gasto < 2 * bytes, qPrintable(QString::number(gasto)));
+    QVERIFY2(maior < paragemMaxima, qPrintable(QString::number(maior)));
 }
 
 // Records that came after the download stay in the unit.

@@ -11,6 +11,14 @@
 #include <ctime>
 #include <memory>
 
+// Sanitizers slow the program down and keep freed memory: what is measured under them says little.
+#ifdef __SANITIZE_ADDRESS__
+constexpr bool medidasContam = false;
+#else
+constexpr bool medidasContam = true;
+#endif
+constexpr double paragemMaxima = medidasContam ? 50 : 500; // milliseconds
+
 // Virtual units on free ports for a test.
 inline std::unique_ptr<simulador::Unidade> ligarUnidade(simulador::Definicao d = {}) {
     auto unidade = std::make_unique<simulador::Unidade>(d);

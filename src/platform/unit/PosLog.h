@@ -22,7 +22,7 @@ public:
         apagamento = 5,    // it refuses to erase
         limpeza = 6,       // erasing was not confirmed
         ligacao = 7,       // no connection, lost before the end, or silent
-        conversao = 8,     // arrived whole, but it is no text
+        conversao = 8,     // a record is no text
     };
     static constexpr int silencioPorOmissao = 30000;
     static constexpr int totalPorOmissao = 30 * 60 * 1000;
