@@ -37,7 +37,7 @@ QByteArray id(int n) {
 }
 
 [[noreturn]] void parar(const char *porque) {
-    std::fprintf(stderr, "carga: %s\n", porque);
+    std::fprintf(stderr, "bench_grafico: %s\n", porque);
     std::exit(1);
 }
 
@@ -180,5 +180,6 @@ int main(int argc, char *argv[]) {
     std::printf("memory of the loaded form: %.1f bytes a point (at most 64)\n", (depois - antes) / leituras);
     std::printf("longest stall of the event loop: %.0f ms (at most 50)\n", mediana(pausas));
     delete form;
-    return 0;
+    const bool dentro = mediana(razoes) <= 1.5 && (depois - antes) / leituras <= 64 && mediana(pausas) <= 50;
+    return dentro ? 0 : 1;
 }
