@@ -14,6 +14,8 @@ namespace {
 constexpr int linhasPorPagina = 256;
 constexpr size_t paginasGuardadas = 24;
 constexpr int fatiaMs = 12;
+// A filter may pass few rows: a page also ends after so many rows read, so that any page is read in a few milliseconds.
+constexpr int lidasPorPagina = 20000;
 constexpr int maximoDeRamos = 400; // the engine merges no more than 500 selections at once
 
 } // namespace
@@ -21,7 +23,9 @@ constexpr int maximoDeRamos = 400; // the engine merges no more than 500 selecti
 // The count in the background: its cursor stands where the last slice ended.
 struct ModeloListagem::Contagem {
     Recordset rs;
+    bool ha; // stands on a row
     int linhas = 0;
+    int lidasNaPagina = 0;
     QString ultimaData;
     int iguais = 0;
 };
@@ -34,36 +38,36 @@ ModeloListagem::ModeloListagem(QObject *pai) : QAbstractTableModel(pai) {
 
 ModeloListagem::~ModeloListagem() = default;
 
-Recordset ModeloListagem::cursor(const Ancora &ancora) const {
+Recordset ModeloListagem::cursor(const QString &desde) const {
+    if (m_consulta.ramos.size() > maximoDeRamos)
+        throw Falha(
+            erros::chamadaInvalida,
+            u"Demasiados sensores numa listagem (%1; máximo %2)."_s.arg(m_consulta.ramos.size()).arg(maximoDeRamos));
     QStringList selecoes;
     QVariantList valores;
     for (const ConsultaListagem::Ramo &ramo : m_consulta.ramos) {
-        QString sql = u"SELECT " + m_consulta.colunas + u" FROM " + ramo.tabelaOndeE;
+        QString sql = u"SELECT " + m_consulta.colunas + u" FROM " + ramo.tabelaOnde;
         valores += ramo.valores;
-        if (!ancora.data.isEmpty()) {
+        if (!ramo.inicio.isEmpty()) {
+            sql += u" AND " + m_consulta.data + u" >= ?";
+            valores += ramo.inicio;
+        }
+        // One upper bound only: with two, the engine may start from the wrong one and skip a million rows.
+        const QString &fim = desde.isEmpty() || (!ramo.fim.isEmpty() && ramo.fim < desde) ? ramo.fim : desde;
+        if (!fim.isEmpty()) {
             sql += u" AND " + m_consulta.data + u" <= ?";
-            valores += ancora.data;
+            valores += fim;
         }
         selecoes.append(sql);
     }
-    if (selecoes.size() > maximoDeRamos)
-        throw Falha(erros::chamadaInvalida,
-                    u"Demasiados sensores numa listagem (%1; máximo %2)."_s.arg(selecoes.size()).arg(maximoDeRamos));
     const QString ordem = u" ORDER BY %1 DESC"_s.arg(m_consulta.colunaData + 1);
     return cnBD().consultar(selecoes.join(u" UNION ALL "_s) + ordem, valores);
 }
 
-bool ModeloListagem::saltar(Recordset &rs, const Ancora &ancora) const {
-    int iguais = ancora.iguais;
-    while (rs.avancar()) {
-        if (m_consulta.aceita && !m_consulta.aceita(rs))
-            continue;
-        if (iguais > 0 && rs.texto(m_consulta.colunaData) == ancora.data) {
-            --iguais;
-            continue;
-        }
-        return true;
-    }
+bool ModeloListagem::seguinte(Recordset &rs) const {
+    while (rs.avancar())
+        if (!m_consulta.aceita || m_consulta.aceita(rs))
+            return true;
     return false;
 }
 
@@ -83,29 +87,23 @@ void ModeloListagem::abrir(const ConsultaListagem &consulta) {
     m_consulta = consulta;
     if (consulta.ramos.isEmpty())
         return;
+    Recordset rs = cursor({});
+    const bool ha = rs.avancar(); // from here on the count sees the database as it is now
+    m_contagem.reset(new Contagem{std::move(rs), ha, 0, 0, {}, 0});
     beginResetModel();
-    try {
-        m_contagem.reset(new Contagem{cursor({}), 0, {}, 0});
-        m_colunas = m_contagem->rs.colunas() - 1;
-        // The first page is tied to the newest row of now: later readings must not push its rows down.
-        Recordset primeiro = cursor({});
-        m_ancoras.push_back({saltar(primeiro, {}) ? primeiro.texto(consulta.colunaData) : QString(), 0});
-        m_linhas = int(pagina(0).size());
-    } catch (...) {
-        m_contagem.reset();
-        endResetModel();
-        throw;
-    }
+    m_colunas = consulta.visiveis;
     endResetModel();
-    if (m_linhas < linhasPorPagina)
-        m_contagem.reset();
-    else
+    contarFatia();
+    if (m_contagem)
         m_relogio.start();
 }
 
 void ModeloListagem::linhasConhecidas(int linhas) {
     if (linhas <= m_linhas)
         return;
+    // The last page may have been read before it was full.
+    for (auto p = m_paginas.begin(); p != m_paginas.end();)
+        p = m_ancoras[p.key()].linha + qsizetype(p->size()) == m_linhas ? m_paginas.erase(p) : std::next(p);
     beginInsertRows({}, m_linhas, linhas - 1);
     m_linhas = linhas;
     endInsertRows();
@@ -115,34 +113,43 @@ void ModeloListagem::contarFatia() {
     QElapsedTimer tempo;
     tempo.start();
     Contagem &c = *m_contagem;
-    while (!tempo.hasExpired(fatiaMs)) {
-        for (int i = 0; i < linhasPorPagina; ++i) {
-            if (!c.rs.avancar()) {
-                const int total = c.linhas;
-                m_relogio.stop();
-                m_contagem.reset(); // gives the read lock back
-                linhasConhecidas(total);
-                Q_EMIT contagemTerminada(total);
-                return;
-            }
-            if (m_consulta.aceita && !m_consulta.aceita(c.rs))
-                continue;
-            const QString data = c.rs.texto(m_consulta.colunaData);
-            c.iguais = data == c.ultimaData ? c.iguais + 1 : 0;
-            c.ultimaData = data;
-            if (c.linhas > 0 && c.linhas % linhasPorPagina == 0)
-                m_ancoras.push_back({data, c.iguais});
-            ++c.linhas;
+    while (c.ha && !tempo.hasExpired(fatiaMs)) {
+        for (int i = 0; c.ha && i < linhasPorPagina; ++i) {
+            contarLinha();
+            c.ha = c.rs.avancar();
         }
     }
-    linhasConhecidas(c.linhas);
+    const int total = c.linhas;
+    const bool terminada = !c.ha;
+    if (terminada) {
+        m_relogio.stop();
+        m_contagem.reset(); // gives the read lock back
+    }
+    linhasConhecidas(total);
+    if (terminada)
+        Q_EMIT contagemTerminada(total);
+}
+
+void ModeloListagem::contarLinha() {
+    Contagem &c = *m_contagem;
+    ++c.lidasNaPagina;
+    if (m_consulta.aceita && !m_consulta.aceita(c.rs))
+        return;
+    const QString data = c.rs.texto(m_consulta.colunaData);
+    c.iguais = c.linhas > 0 && data == c.ultimaData ? c.iguais + 1 : 0;
+    c.ultimaData = data;
+    if (m_ancoras.empty() || c.linhas - m_ancoras.back().linha >= linhasPorPagina || c.lidasNaPagina > lidasPorPagina) {
+        m_ancoras.push_back({c.linhas, data, c.iguais});
+        c.lidasNaPagina = 0;
+    }
+    ++c.linhas;
 }
 
 ModeloListagem::Linha ModeloListagem::lerLinha(const Recordset &rs) const {
     Linha linha;
     for (int i = 0; i < m_colunas; ++i)
         linha.celulas.append(textoDaCelula(rs, i));
-    linha.numero = rs.inteiro(m_colunas);
+    linha.numero = rs.inteiro(rs.colunas() - 1);
     return linha;
 }
 
@@ -150,17 +157,33 @@ QString ModeloListagem::textoDaCelula(const Recordset &rs, int coluna) const {
     return m_consulta.celula ? m_consulta.celula(rs, coluna).toString() : rs.texto(coluna);
 }
 
-const ModeloListagem::Pagina &ModeloListagem::pagina(int numero) const {
-    if (const auto achada = m_paginas.constFind(numero); achada != m_paginas.constEnd())
-        return *achada;
-    Pagina nova;
-    const Ancora &ancora = m_ancoras.at(size_t(numero));
-    Recordset rs = cursor(ancora);
-    bool ha = saltar(rs, ancora);
-    while (ha && nova.size() < linhasPorPagina) {
-        nova.push_back(lerLinha(rs));
-        ha = saltar(rs, {});
+// Never beyond where the next page begins, also when rows have gone since they were counted.
+ModeloListagem::Pagina ModeloListagem::lerPagina(size_t numero) const {
+    const Ancora &ancora = m_ancoras.at(numero);
+    const Ancora *proxima = numero + 1 < m_ancoras.size() ? &m_ancoras[numero + 1] : nullptr;
+    const auto linhas = size_t((proxima ? proxima->linha : m_linhas) - ancora.linha);
+    Pagina lida;
+    QString data = ancora.data;
+    int iguais = 0;
+    Recordset rs = cursor(ancora.data);
+    while (lida.size() < linhas && seguinte(rs)) {
+        const QString desta = rs.texto(m_consulta.colunaData);
+        iguais = desta == data ? iguais : 0;
+        data = desta;
+        if (proxima && (data < proxima->data || (data == proxima->data && iguais >= proxima->iguais)))
+            break;
+        if (data != ancora.data || iguais >= ancora.iguais)
+            lida.push_back(lerLinha(rs));
+        ++iguais;
     }
+    return lida;
+}
+
+ModeloListagem::Pagina &ModeloListagem::pagina(size_t numero) const {
+    if (const auto achada = m_paginas.find(numero); achada != m_paginas.end())
+        return *achada;
+    Pagina nova = lerPagina(numero);
+    std::erase(m_recentes, numero);
     m_recentes.push_back(numero);
     if (m_recentes.size() > paginasGuardadas) {
         m_paginas.remove(m_recentes.front());
@@ -169,13 +192,19 @@ const ModeloListagem::Pagina &ModeloListagem::pagina(int numero) const {
     return *m_paginas.insert(numero, std::move(nova));
 }
 
-void ModeloListagem::percorrer(const std::function<bool(const Recordset &)> &linha) const {
-    if (m_consulta.ramos.isEmpty())
-        return;
-    Recordset rs = cursor({});
-    while (saltar(rs, {}))
-        if (!linha(rs))
-            return;
+ModeloListagem::Linha *ModeloListagem::linha(int numero) const {
+    const auto depois = std::upper_bound(m_ancoras.begin(), m_ancoras.end(), numero,
+                                         [](int n, const Ancora &a) { return n < a.linha; });
+    if (depois == m_ancoras.begin())
+        return nullptr;
+    const auto indice = size_t(depois - m_ancoras.begin()) - 1;
+    Pagina &p = pagina(indice);
+    const auto naPagina = size_t(numero - m_ancoras[indice].linha);
+    return naPagina < p.size() ? &p[naPagina] : nullptr;
+}
+
+Recordset ModeloListagem::cursorProprio() const {
+    return cursor({});
 }
 
 int ModeloListagem::rowCount(const QModelIndex &pai) const {
@@ -188,14 +217,12 @@ int ModeloListagem::columnCount(const QModelIndex &pai) const {
 
 QVariant ModeloListagem::data(const QModelIndex &indice, int papel) const {
     if (papel == Qt::TextAlignmentRole)
-        return int(Qt::AlignCenter);
+        return int(indice.column() == m_consulta.colunaAEsquerda ? Qt::AlignLeft | Qt::AlignVCenter : Qt::AlignCenter);
     if (papel != Qt::DisplayRole && papel != Qt::EditRole && papel != Qt::ToolTipRole)
         return {};
     return Rotina("ModeloListagem.data", [&]() -> QVariant {
-        const Pagina &p = pagina(indice.row() / linhasPorPagina);
-        const auto naPagina = size_t(indice.row() % linhasPorPagina);
-        // Rows may have gone since they were counted.
-        return naPagina < p.size() ? p[naPagina].celulas.at(indice.column()) : QVariant();
+        const Linha *l = linha(indice.row());
+        return l ? l->celulas.at(indice.column()) : QVariant();
     });
 }
 
@@ -217,10 +244,11 @@ bool ModeloListagem::setData(const QModelIndex &indice, const QVariant &valor, i
     if (papel != Qt::EditRole || indice.column() != m_consulta.colunaEditavel || !m_consulta.gravar)
         return false;
     return Rotina("ModeloListagem.setData", [&] {
-        Pagina &p = const_cast<Pagina &>(pagina(indice.row() / linhasPorPagina));
-        Linha &linha = p.at(size_t(indice.row() % linhasPorPagina));
-        m_consulta.gravar(linha.numero, valor.toString());
-        linha.celulas[indice.column()] = valor.toString();
+        Linha *l = linha(indice.row());
+        if (!l)
+            return false;
+        m_consulta.gravar(l->numero, valor.toString());
+        l->celulas[indice.column()] = valor.toString();
         Q_EMIT dataChanged(indice, indice);
         return true;
     });

@@ -15,34 +15,39 @@ class Recordset;
 // page of a million rows costs no more than that of a hundred; the branches are merged by the engine.
 struct ConsultaListagem {
     struct Ramo {
-        QString tabelaOndeE; // "Medias WHERE Data BETWEEN ? AND ? AND Sensor = ?"
+        QString tabelaOnde; // "Medias WHERE Sensor = ?"
         QVariantList valores;
+        QString inicio; // range of dates, both ends included; empty: no bound
+        QString fim;
     };
-    QString colunas; // select list; its last column is the row's number in its table
-    QString data;    // name of the date column that orders the rows, newest first
+    QString colunas;  // select list; its last column is the row's number in its table
+    int visiveis = 0; // how many of them the listing shows, from the first
+    QString data;     // name of the date column that orders the rows, newest first
     int colunaData = 0;
     QList<Ramo> ramos;
     std::function<bool(const Recordset &)> aceita;                  // applied to each row; none: all pass
     std::function<QVariant(const Recordset &, int coluna)> celula;  // text of a cell; none: as stored
+    int colunaAEsquerda = -1;                                       // aligned to the left; all others are centred
     int colunaEditavel = -1;                                        // -1: none
     std::function<void(qint64 linha, const QString &texto)> gravar; // writes the editable cell of a row
 };
 
-// A listing that holds only the pages in sight and one anchor per page of those seen; rows beyond are counted in the
-// background, a slice at a time. The rows stand as they were when they were read.
+// A listing that holds only the pages in sight and one anchor a page; rows are found and counted in the background, a
+// slice at a time. What is written after it was opened does not move its rows.
 class ModeloListagem : public QAbstractTableModel {
     Q_OBJECT
 public:
     explicit ModeloListagem(QObject *pai = nullptr);
     ~ModeloListagem() override;
 
-    // Reads the first page; Falha when the query fails. An earlier query is dropped.
+    // Finds the first rows; Falha when the query fails. An earlier query is dropped.
     void abrir(const ConsultaListagem &consulta);
     void fechar();
     bool vazio() const { return m_linhas == 0; }
     bool contado() const { return !m_contagem; } // all rows are known
-    // Walks all rows in order with a cursor of its own; the callback says whether to go on.
-    void percorrer(const std::function<bool(const Recordset &)> &linha) const;
+    // All rows in order, for printing: a cursor of its own, and its next row that the listing shows.
+    Recordset cursorProprio() const;
+    bool seguinte(Recordset &rs) const;
     const ConsultaListagem &consulta() const { return m_consulta; }
     QString textoDaCelula(const Recordset &rs, int coluna) const;
 
@@ -58,9 +63,10 @@ Q_SIGNALS:
     void contagemTerminada(int linhas);
 
 private:
-    // Where a page begins: the first row not newer than the date, after skipping its equals already passed.
+    // Where a page begins: at its first row, reached by skipping the accepted rows of the same date before it.
     struct Ancora {
-        QString data; // empty: the beginning
+        int linha = 0;
+        QString data;
         int iguais = 0;
     };
     struct Linha {
@@ -70,19 +76,21 @@ private:
     using Pagina = std::vector<Linha>;
     struct Contagem;
 
-    Recordset cursor(const Ancora &ancora) const;
-    bool saltar(Recordset &rs, const Ancora &ancora) const;
-    const Pagina &pagina(int numero) const;
+    Recordset cursor(const QString &desde) const;
+    Pagina lerPagina(size_t numero) const;
+    Pagina &pagina(size_t numero) const;
+    Linha *linha(int numero) const;
     Linha lerLinha(const Recordset &rs) const;
     void contarFatia();
+    void contarLinha();
     void linhasConhecidas(int linhas);
 
     ConsultaListagem m_consulta;
     int m_linhas = 0;
     int m_colunas = 0;
-    std::vector<Ancora> m_ancoras; // one a page
-    mutable QHash<int, Pagina> m_paginas;
-    mutable std::vector<int> m_recentes; // pages held, oldest first
+    std::vector<Ancora> m_ancoras;
+    mutable QHash<size_t, Pagina> m_paginas;
+    mutable std::vector<size_t> m_recentes; // pages held, oldest first
     QHash<int, QVariant> m_titulos;
     std::unique_ptr<Contagem> m_contagem;
     QTimer m_relogio;

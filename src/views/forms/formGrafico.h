@@ -45,6 +45,11 @@ private:
     void mostrarGrafico(bool visivel);
     void terminarCarga();
     void TChart_OnClickSeries(int serie, int indice, Qt::MouseButton botao, const QPoint &posicao);
+    void criarSaidas();
+    void cmdImprimir_Click();
+    void mnuExportCSV_Click();
+    void mnuExportJPG_Click();
+    bool ExportarCSV(const QString &caminho, const QString &inicio, const QString &fim);
     void abrirPontos(int serie, int indice);
     QString notaDe(int serie, int indice) const;
 

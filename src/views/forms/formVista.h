@@ -14,12 +14,14 @@ class QPushButton;
 class FormVista : public QWidget {
     Q_OBJECT
 public:
+    enum class Exportacao { Menu, Imagem, Nenhuma };
     struct Config {
         QString form;
         QString chaveTitulo;
         QString titulo;
         lugar::Regra lugar;
         QSize minimo; // twips, of the whole window; a smaller window snaps back to it
+        Exportacao exportacao = Exportacao::Menu;
     };
     explicit FormVista(const Config &config, QWidget *pai = nullptr);
 

@@ -54,16 +54,16 @@ QLabel *criarEtiqueta(const QString &nome, const QString &texto, QWidget *parcei
 
 } // namespace
 
-PainelVista::PainelVista(const QString &form, QWidget *pai)
-    : QFrame(pai), m_form(form), m_escolha(new QVBoxLayout), m_cmdOpccoes(new QToolButton(pai)),
-      m_deslize(new QVariantAnimation(this)) {
+PainelVista::PainelVista(const QString &form, QWidget *pai, const QString &titulo)
+    : QFrame(pai), m_form(form), m_escolha(new QVBoxLayout), m_opcoes(new QVBoxLayout),
+      m_cmdOpccoes(new QToolButton(pai)), m_deslize(new QVariantAnimation(this)) {
     setObjectName(u"PictOpccoes"_s);
     setFrameStyle(QFrame::StyledPanel | QFrame::Raised);
     setAutoFillBackground(true);
     hide();
 
     m_cmdOpccoes->setObjectName(u"cmdOpccoes"_s);
-    m_cmdOpccoes->setText(texto(u"Opccoes.Caption"_s, u"Opcoes do Grafico"_s));
+    m_cmdOpccoes->setText(texto(u"Opccoes.Caption"_s, titulo));
     m_cmdOpccoes->setAccessibleName(m_cmdOpccoes->text());
     m_cmdOpccoes->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     m_cmdOpccoes->setArrowType(Qt::DownArrow);
@@ -128,17 +128,16 @@ void PainelVista::criarDatas(QVBoxLayout *disposicao) {
     grelha->addWidget(m_horaFim, 1, 2);
     grelha->addWidget(criarPeriodos(), 0, 5);
     grelha->addWidget(confirmar, 1, 5);
+    grelha->addLayout(m_opcoes, 0, 4, 2, 1);
     grelha->setColumnStretch(4, 1);
     disposicao->addLayout(grelha);
 }
 
-QToolButton *PainelVista::criarPeriodos() {
-    auto *botao = new QToolButton;
+QPushButton *PainelVista::criarPeriodos() {
+    auto *botao = new QPushButton;
     botao->setObjectName(u"cmdPeriodos"_s);
     botao->setText(texto(u"cmdPeriodos.Caption"_s, u"Período"_s));
     botao->setAccessibleName(botao->text());
-    botao->setPopupMode(QToolButton::InstantPopup);
-    botao->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     auto *menu = new QMenu(botao);
     for (const Periodo &periodo : periodos::lista) {
         QAction *entrada = menu->addAction(texto(periodo.chave.toString(), periodo.texto.toString()));
@@ -175,6 +174,23 @@ QDateTime PainelVista::fim() const {
     return {m_dataFim->date(), m_horaFim->time(), Qt::UTC};
 }
 
+QString PainelVista::inicioConfirmado() const {
+    return m_dataInicio->property("Tag").toString();
+}
+
+QString PainelVista::fimConfirmado() const {
+    return m_dataFim->property("Tag").toString();
+}
+
+void PainelVista::juntarOpcao(const QList<QWidget *> &controlos) {
+    auto *linha = new QHBoxLayout;
+    linha->addSpacing(fontMetrics().averageCharWidth() * 2);
+    for (QWidget *controlo : controlos)
+        linha->addWidget(controlo);
+    linha->addStretch();
+    m_opcoes->addLayout(linha);
+}
+
 void PainelVista::cmdConfirmar_Click() {
     m_timerErrorDate->stop();
     m_imgErrorDate->hide();
@@ -199,8 +215,14 @@ void PainelVista::TimerErrorDate_Timer() {
     }
 }
 
-QSize PainelVista::tamanhoAberto() const {
+QSize PainelVista::tamanhoMinimo() const {
     return QSize(lugar::pixeis(larguraAberta), lugar::pixeis(alturaAberta)).expandedTo(minimumSizeHint());
+}
+
+// The design size, and more of a larger view, so that names are read in full and long lists need less scrolling.
+QSize PainelVista::tamanhoAberto() const {
+    const QSize preferido(larguraPreferida(), m_area.height() * 2 / 3);
+    return tamanhoMinimo().expandedTo(preferido).boundedTo(m_area.size());
 }
 
 void PainelVista::setArea(const QRect &area) {
@@ -211,7 +233,7 @@ void PainelVista::setArea(const QRect &area) {
 
 // Slides out from behind the strip above it; only moving, so that nothing inside is laid out again.
 void PainelVista::colocar(int alturaVisivel) {
-    const QSize cheio = tamanhoAberto().boundedTo(m_area.size());
+    const QSize cheio = tamanhoAberto();
     const int escondido = std::max(0, cheio.height() - alturaVisivel);
     setGeometry(QRect(m_area.topLeft() - QPoint(0, escondido), cheio));
 }

@@ -1,11 +1,14 @@
 #pragma once
 
+#include "core/literais.h"
+
 #include <QDateTime>
 #include <QFrame>
 
 class QDateEdit;
 class QTimeEdit;
 class QLabel;
+class QPushButton;
 class QTimer;
 class QToolButton;
 class QVBoxLayout;
@@ -17,11 +20,12 @@ class PainelVista : public QFrame {
     Q_OBJECT
 public:
     // <form> is the name of the view; the panel's texts are in its section.
-    PainelVista(const QString &form, QWidget *pai);
+    PainelVista(const QString &form, QWidget *pai, const QString &titulo = u"Opcoes do Grafico"_s);
 
     QToolButton *cmdOpccoes() const { return m_cmdOpccoes; }
     // Where the panel may lie; it takes what it needs of the area, from the top left.
     void setArea(const QRect &area);
+    QSize tamanhoMinimo() const;
     QSize tamanhoAberto() const;
 
     bool aberto() const { return m_aberto; }
@@ -34,6 +38,11 @@ public:
     QString textoFim() const;
     QDateTime inicio() const;
     QDateTime fim() const;
+    // The range as it was last confirmed.
+    QString inicioConfirmado() const;
+    QString fimConfirmado() const;
+    // What a view asks beyond the range, beside it.
+    void juntarOpcao(const QList<QWidget *> &controlos);
     void setPeriodo(const QDate &de, const QDate &ate);
 
 Q_SIGNALS:
@@ -44,6 +53,7 @@ Q_SIGNALS:
 protected:
     virtual bool comSeleccao() const = 0;
     virtual void fecharSubpaineis() {}
+    virtual int larguraPreferida() const { return 0; }
     virtual QWidget *primeiroControlo() const = 0;
     QString texto(const QString &chave, const QString &omissao) const;
     QVBoxLayout *areaDeEscolha() const { return m_escolha; }
@@ -51,7 +61,7 @@ protected:
 
 private:
     void criarDatas(QVBoxLayout *disposicao);
-    QToolButton *criarPeriodos();
+    QPushButton *criarPeriodos();
     void TimerErrorDate_Timer();
     void colocar(int alturaVisivel);
 
@@ -59,6 +69,7 @@ private:
     bool m_aberto = false;
     QRect m_area;
     QVBoxLayout *m_escolha;
+    QVBoxLayout *m_opcoes;
     QToolButton *m_cmdOpccoes;
     QDateEdit *m_dataInicio;
     QTimeEdit *m_horaInicio;

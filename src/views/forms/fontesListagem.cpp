@@ -1,0 +1,117 @@
+#include "views/forms/fontesListagem.h"
+
+#include "core/literais.h"
+#include "core/modTraducoes.h"
+#include "core/rotina.h"
+#include "platform/forms/grelha.h"
+#include "views/dispositivos.h"
+#include "views/forms/painelSensores.h"
+#include "views/impressao.h"
+
+#include <QCheckBox>
+#include <QVBoxLayout>
+
+namespace {
+
+constexpr int larguraDispIP = 90; // pixels
+
+QString textoDe(const MembroListagem &membro, const QString &chave, const QString &omissao) {
+    return modTraducoes::texto(modTraducoes::seccaoDe(membro.form.toString()), chave, omissao);
+}
+
+} // namespace
+
+PainelVista *FonteSensores::criarPainel(QWidget *pai) {
+    m_painel = new PainelSensores({m_membro.form.toString(), m_membro.regra, m_membro.formGrupos.toString()}, pai);
+    if (m_membro.comFiltro) {
+        m_soComNota = criarCaixa(u"chkObservacoesPreenchidas"_s, u"Só Obsevações preenchidas"_s);
+        m_painel->juntarOpcao({m_soComNota});
+    }
+    if (m_membro.comMedias) {
+        m_soMedias = criarCaixa(u"chkLeiturasMedias"_s, u"Só leituras de Médias"_s);
+        m_painel->juntarOpcao({m_soMedias});
+    }
+    return m_painel;
+}
+
+QCheckBox *FonteSensores::criarCaixa(const QString &nome, const QString &omissao) const {
+    auto *caixa = new QCheckBox(textoDe(m_membro, nome + u".Caption", omissao));
+    caixa->setObjectName(nome);
+    caixa->setAccessibleName(caixa->text());
+    return caixa;
+}
+
+ConsultaListagem FonteSensores::consulta() const {
+    listagens::Pedido pedido;
+    pedido.intervalo = Intervalo(m_painel->inicio(), m_painel->fim());
+    for (const Sensor &sensor : m_painel->seleccionados())
+        pedido.sensores.append(sensor.id);
+    pedido.soComNota = m_soComNota && m_soComNota->isChecked();
+    pedido.soMedias = m_soMedias && m_soMedias->isChecked();
+    return listagens::consulta(m_membro, pedido);
+}
+
+QString FonteSensores::descricao(const QString &inicio, const QString &fim) const {
+    return impressao::descricao(m_painel->tagDoFiltro(), m_painel->seleccionados(), inicio, fim);
+}
+
+PainelDispositivos::PainelDispositivos(const QString &form, QWidget *pai)
+    : PainelVista(form, pai, u"Opções de Listagem"_s), m_grdDispositivos(new Grelha(u"grdDispositivos"_s)) {
+    m_grdDispositivos->setColunas({texto(u"DispIP"_s, u"IP"_s), texto(u"DispNome"_s, u"Nome"_s)});
+    m_grdDispositivos->setColumnWidth(
+        0, std::max(larguraDispIP, fontMetrics().horizontalAdvance(u"000.000.000.000"_s) + 16));
+    m_grdDispositivos->setAccessibleName(texto(u"AllDev"_s, u"Todos os dispositivos"_s));
+    areaDeEscolha()->addWidget(m_grdDispositivos);
+    connect(m_grdDispositivos, &Grelha::RequestEdit, this, &PainelVista::cmdConfirmar_Click);
+    encher();
+}
+
+void PainelDispositivos::encher() {
+    Rotina("frmListagemAlarmesMask.CarregarListaGeral", [this] {
+        const QList<dispositivos::Dispositivo> lista = dispositivos::listar(Vigia(this));
+        QString estado;
+        const auto juntar = [&](const QString &ip, const QString &nome) {
+            m_grdDispositivos->setRowBackColor(m_grdDispositivos->adicionarLinha({ip, nome}), estado);
+            estado = riscas::trocar(estado);
+        };
+        juntar(dispositivos::todos.toString(), texto(u"All"_s, u"Todos"_s));
+        for (const dispositivos::Dispositivo &d : lista)
+            juntar(d.ip, d.nome);
+        m_grdDispositivos->setLinhaActual(0);
+    });
+}
+
+QString PainelDispositivos::ip() const {
+    const int linha = m_grdDispositivos->linhaActual();
+    const QString ip = linha < 0 ? QString() : m_grdDispositivos->celula(linha, 0);
+    return ip == dispositivos::todos ? QString() : ip;
+}
+
+QString PainelDispositivos::nome() const {
+    return m_grdDispositivos->celula(m_grdDispositivos->linhaActual(), 1);
+}
+
+QWidget *PainelDispositivos::primeiroControlo() const {
+    return m_grdDispositivos;
+}
+
+PainelVista *FonteDispositivos::criarPainel(QWidget *pai) {
+    m_painel = new PainelDispositivos(m_membro.form.toString(), pai);
+    return m_painel;
+}
+
+ConsultaListagem FonteDispositivos::consulta() const {
+    const QString ip = m_painel->ip();
+    m_impresso = ip.isEmpty() ? textoDe(m_membro, u"AllDev"_s, u"Todos os dispositivos"_s) : m_painel->nome();
+    return listagens::consultaVerificados(m_membro, Intervalo(m_painel->inicio(), m_painel->fim()), ip);
+}
+
+QString FonteDispositivos::descricao(const QString &inicio, const QString &fim) const {
+    return inicio + u" <> " + fim;
+}
+
+std::unique_ptr<FonteListagem> criarFonteListagem(const MembroListagem &membro) {
+    if (membro.ligacao == LigacaoListagem::Verificados)
+        return std::make_unique<FonteDispositivos>(membro);
+    return std::make_unique<FonteSensores>(membro);
+}

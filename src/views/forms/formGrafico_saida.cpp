@@ -1,0 +1,103 @@
+// What a line chart hands on: paper, picture, table.
+#include "views/forms/formGrafico.h"
+
+#include "core/datas.h"
+#include "core/estado.h"
+#include "core/eventos.h"
+#include "core/falha.h"
+#include "core/literais.h"
+#include "core/modTraducoes.h"
+#include "core/rotina.h"
+#include "data/modMain.h"
+#include "platform/chart/TChart.h"
+#include "views/exportacao.h"
+#include "views/forms/frmEsperaPraCriarGrafico.h"
+#include "views/forms/painelSensores.h"
+#include "views/forms/saidaGrafico.h"
+#include "views/impressao.h"
+
+#include <QFileInfo>
+#include <QLabel>
+#include <QMenu>
+#include <QPushButton>
+
+namespace {
+
+const QString seccaoMain = u"VISTREL_frmMain"_s;
+
+} // namespace
+
+void FormGrafico::criarSaidas() {
+    connect(cmdImprimir(), &QPushButton::clicked, this, [this] { cmdImprimir_Click(); });
+    auto *menu = new QMenu(cmdExport());
+    menu->setObjectName(u"mnuExport"_s);
+    const auto entrada = [&](const QString &nome, const QString &omissao, void (FormGrafico::*feito)()) {
+        QAction *accao = menu->addAction(modTraducoes::texto(seccaoMain, nome, omissao));
+        accao->setObjectName(nome);
+        connect(accao, &QAction::triggered, this, feito);
+    };
+    entrada(u"mnuExportJPG"_s, u"JPG"_s, &FormGrafico::mnuExportJPG_Click);
+    entrada(u"mnuExportCSV"_s, u"CSV"_s, &FormGrafico::mnuExportCSV_Click);
+    cmdExport()->setMenu(menu);
+}
+
+void FormGrafico::cmdImprimir_Click() {
+    const QByteArray nome = fonte("cmdImprimir_Click");
+    Rotina(nome.constData(), [this] {
+        saidaGrafico::Pagina pagina;
+        pagina.relatorio = u"DataReportGraficoPrincipal"_s;
+        pagina.titulo = texto(u"PrintTitle"_s, m_membro.tituloImpressao.toString()) + m_sufixoZoom;
+        pagina.descricao = impressao::descricao(m_painel->tagDoFiltro(), m_painel->seleccionados(), m_inicio, m_fim);
+        pagina.media = lblMedia()->text();
+        pagina.alarmes = texto(u"Alarm"_s, u"! = Alarmes"_s);
+        saidaGrafico::imprimir(*m_chart, pagina, window());
+    });
+}
+
+void FormGrafico::mnuExportJPG_Click() {
+    const QByteArray nome = fonte("mnuExportJPG_Click");
+    Rotina(nome.constData(), [this] { saidaGrafico::exportarJPG(*m_chart, m_membro.baseJPG.toString()); });
+}
+
+// Always the whole confirmed range, whatever the zoom.
+void FormGrafico::mnuExportCSV_Click() {
+    const QByteArray nome = fonte("mnuExportCSV_Click");
+    Rotina(nome.constData(), [this] {
+        Dialogos *dialogos = estado().ambiente.dialogos;
+        const QString proposto = modMain::CriarCaminhoCSV(m_membro.baseCSV.toString());
+        const QString caminho =
+            dialogos ? dialogos->gravarFicheiro(proposto, QFileInfo(proposto).path(), u"csv (*.csv)|*.csv"_s)
+                     : QString();
+        if (caminho.isEmpty() || m_emCarga)
+            return;
+        const Vigia vigia(this);
+        const bool feito = ExportarCSV(caminho, m_painel->inicioConfirmado(), m_painel->fimConfirmado());
+        if (vigia.vivo())
+            m_emCarga = false;
+        dialogos->mensagem(feito
+                               ? modTraducoes::texto(seccaoMain, u"ExportConc"_s, u"Exportação concluida com sucesso"_s)
+                               : modTraducoes::texto(seccaoMain, u"ExportError"_s, u"Erro ao Exportar..."_s));
+    });
+}
+
+// A stopped or failed export ends with false; the lines written so far stay in the file.
+bool FormGrafico::ExportarCSV(const QString &caminho, const QString &inicio, const QString &fim) {
+    const QByteArray nome = fonte("ExportarCSV");
+    return Rotina(nome.constData(), [&] {
+        m_emCarga = true;
+        m_parar = false;
+        const Vigia vigia(this);
+        const CargaEmCurso carga(this);
+        connect(carga.espera(), &frmEsperaPraCriarGrafico::cancelar, this, [this] { m_parar = true; });
+        QStringList ids;
+        for (const Sensor &sensor : m_painel->seleccionados())
+            ids.append(sensor.id);
+        const Intervalo intervalo(datas::lerDataHora(inicio), datas::lerDataHora(fim));
+        exportacao::escreverCSV({caminho, m_membro.tabela, ids, intervalo}, [&] {
+            vigia.passar();
+            if (m_parar)
+                throw Interrompido();
+        });
+        return true;
+    });
+}

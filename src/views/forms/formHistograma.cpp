@@ -1,0 +1,225 @@
+#include "views/forms/formHistograma.h"
+
+#include "core/estado.h"
+#include "core/eventos.h"
+#include "core/falha.h"
+#include "core/literais.h"
+#include "core/modINI.h"
+#include "core/modTraducoes.h"
+#include "core/rotina.h"
+#include "data/ligacao.h"
+#include "data/recordset.h"
+#include "platform/chart/TChart.h"
+#include "views/forms/frmEsperaPraCriarGrafico.h"
+#include "views/forms/painelSensores.h"
+#include "views/forms/saidaGrafico.h"
+#include "views/impressao.h"
+
+#include <QComboBox>
+#include <QLabel>
+#include <QPushButton>
+#include <QStackedLayout>
+
+namespace {
+
+constexpr QSize tamanhoMinimo(10500, 6615); // twips
+constexpr double folgaNoTopo = 0.1;
+const QString chaveHist = u"Hist"_s;
+const QString intervaloPorOmissao = u"0.5"_s;
+
+FormVista::Config configDe(const MembroHistograma &membro) {
+    const QString form = membro.form.toString();
+    return {form,
+            form + u".Caption",
+            membro.titulo.toString(),
+            {form, {}, tamanhoMinimo.width(), tamanhoMinimo.height()},
+            tamanhoMinimo,
+            FormVista::Exportacao::Imagem};
+}
+
+} // namespace
+
+FormHistograma::FormHistograma(const MembroHistograma &membro, QWidget *pai)
+    : FormVista(configDe(membro), pai), m_membro(membro),
+      m_painel(new PainelSensores({membro.form.toString(), membro.regra, {}}, this)) {
+    auto *vista = new QWidget(this);
+    m_pilha = new QStackedLayout(vista);
+    m_chart = new TChart;
+    m_chart->setObjectName(u"TChart"_s);
+    m_chart->setAccessibleName(windowTitle());
+    m_chart->AddSeries(TSerie::Estilo::Barra).Active = false;
+    m_chart->Bottom().Visible = false;
+    if (!membro.tituloEixo.isEmpty())
+        m_chart->Left().Title = texto(u"TChart.Axis.Left.Title.Caption"_s, membro.tituloEixo.toString());
+    m_fundo = new TChart;
+    m_fundo->setObjectName(u"TChartBackGround"_s);
+    m_fundo->Bottom().Visible = false;
+    m_pilha->addWidget(m_chart);
+    m_pilha->addWidget(m_fundo);
+    vista->setFocusProxy(m_chart);
+    criarFaixaDoIntervalo();
+    montar(m_painel, vista);
+
+    connect(m_painel, &PainelVista::carregar, this, &FormHistograma::CarregarDadosDeSeriesSelleccionadas);
+    connect(m_chart, &TChart::OnZoom, this, [this] { m_sufixoZoom = texto(u"Zoom"_s, u" (zoom)"_s); });
+    connect(m_chart, &TChart::OnUndoZoom, this, [this] { m_sufixoZoom.clear(); });
+    connect(cmdImprimir(), &QPushButton::clicked, this, &FormHistograma::cmdImprimir_Click);
+    connect(cmdExport(), &QPushButton::clicked, this, &FormHistograma::cmdJPG_Click);
+    CarregarCombos();
+    m_painel->abrir();
+}
+
+void FormHistograma::criarFaixaDoIntervalo() {
+    m_cboIntervalo = new QComboBox;
+    m_cboIntervalo->setObjectName(u"cboIntervaloHistograma"_s);
+    m_cboIntervalo->setEditable(true);
+    m_cboIntervalo->setInsertPolicy(QComboBox::NoInsert);
+    auto *etiqueta = new QLabel(texto(u"lblIntervaloHistograma.Caption"_s, u"Intervalo do Histograma:"_s));
+    etiqueta->setObjectName(u"lblIntervaloHistograma"_s);
+    etiqueta->setBuddy(m_cboIntervalo);
+    m_cboIntervalo->setAccessibleName(etiqueta->text());
+    m_painel->juntarOpcao({etiqueta, m_cboIntervalo});
+    m_lblTotal = lblMedia();
+    m_lblTotal->setObjectName(u"lblTotal"_s);
+}
+
+QByteArray FormHistograma::fonte(const char *rotina) const {
+    return m_membro.form.toUtf8() + '.' + rotina;
+}
+
+void FormHistograma::CarregarCombos() {
+    const QByteArray nome = fonte("CarregarCombos");
+    Rotina(nome.constData(), [this] {
+        m_cboIntervalo->clear();
+        m_cboIntervalo->addItems(histograma::entradasDoCombo());
+        m_cboIntervalo->setCurrentText(
+            modINI::GetSetting(estado().NomePrograma, m_membro.form.toString(), chaveHist, intervaloPorOmissao));
+    });
+}
+
+void FormHistograma::CarregarDadosDeSeriesSelleccionadas() {
+    if (m_emCarga)
+        return;
+    m_emCarga = true;
+    m_parar = false;
+    const Vigia vigia(this);
+    const QByteArray nome = fonte("CarregarDadosDeSeriesSelleccionadas");
+    Rotina(nome.constData(), [this] { carregar(); });
+    if (vigia.vivo())
+        terminarCarga();
+}
+
+void FormHistograma::carregar() {
+    const Vigia vigia(this);
+    const CargaEmCurso carga(this);
+    connect(carga.espera(), &frmEsperaPraCriarGrafico::cancelar, this, [this] { m_parar = true; });
+    vigia.forcar();
+    m_chart->anularZoom();
+    m_sufixoZoom.clear();
+    m_lblTotal->clear();
+    const QList<Sensor> seleccao = m_painel->seleccionados();
+    modINI::SaveSetting(estado().NomePrograma, m_membro.form.toString(), chaveHist, m_cboIntervalo->currentText());
+    m_inicio = seleccao.isEmpty() ? QString() : m_painel->textoInicio();
+    m_fim = m_painel->textoFim();
+    m_painel->fechar(false);
+    m_pilha->setCurrentWidget(m_fundo);
+    m_chart->Series(0).Clear();
+    m_textoSensores = impressao::listaDeSensores(texto(u"PRINT1"_s, u"Sensores: "_s), seleccao);
+    if (seleccao.isEmpty())
+        return;
+    const double intervalo = histograma::lerIntervalo(m_cboIntervalo->currentText());
+    const std::vector<double> valores = lerValores(seleccao, vigia);
+    // The limits come from one sensor only, the last one chosen.
+    const Limites limites = limitesDoSensor(seleccao.last().id);
+    const auto opcional = [](double l) { return std::isnan(l) ? std::optional<double>() : std::optional(l); };
+    mostrarBaldes(histograma::contar(valores, intervalo, opcional(limites.minimo), opcional(limites.maximo), [&] {
+        vigia.passar();
+        if (m_parar)
+            throw Interrompido();
+    }));
+}
+
+std::vector<double> FormHistograma::lerValores(const QList<Sensor> &seleccao, const Vigia &vigia) const {
+    std::vector<double> valores;
+    const Intervalo intervalo(m_painel->inicio(), m_painel->fim());
+    const QString sql = u"SELECT "_s + m_membro.tabela.valor + u" FROM " + m_membro.tabela.nome +
+                        u" WHERE Data BETWEEN ? AND ? AND Sensor = ?";
+    for (const Sensor &sensor : seleccao) {
+        Recordset rs = cnBD().consultar(sql, {intervalo.inicio, intervalo.fim, sensor.id});
+        while (rs.avancar()) {
+            valores.push_back(rs.eNumero(0) ? rs.real(0)
+                              : rs.nulo(0)  ? std::numeric_limits<double>::quiet_NaN()
+                                            : rs.numero(0));
+            vigia.passar();
+            if (m_parar)
+                throw Interrompido();
+        }
+    }
+    return valores;
+}
+
+// From the first record stored, whatever its date.
+Limites FormHistograma::limitesDoSensor(const QString &sensor) const {
+    Recordset rs = cnBD().consultar(
+        u"SELECT Observacoes FROM "_s + m_membro.tabela.nome + u" WHERE Sensor = ? ORDER BY rowid LIMIT 1", {sensor});
+    return rs.avancar() ? lerLimites(rs.texto(0)) : Limites();
+}
+
+void FormHistograma::mostrarBaldes(const std::vector<histograma::Balde> &baldes) {
+    TSerie &barras = m_chart->Series(0);
+    double total = 0;
+    double maior = 0;
+    for (const histograma::Balde &balde : baldes) {
+        barras.Add(double(balde.total), balde.rotulo(), balde.cor);
+        total += double(balde.total);
+        maior = std::max(maior, double(balde.total));
+    }
+    barras.Active = true;
+    barras.ColorEachPoint = true;
+    TEixo &esquerdo = m_chart->Left();
+    esquerdo.Automatic = false;
+    esquerdo.Minimum = 0;
+    esquerdo.Maximum = maior > 0 ? maior * folgaNoTopo + maior : 1;
+    m_chart->Bottom().Visible = !baldes.empty();
+    if (total > 0)
+        m_lblTotal->setText(texto(u"NL"_s, u"N° de Leituras = "_s) + QString::number(qint64(total)));
+}
+
+void FormHistograma::terminarCarga() {
+    m_emCarga = false;
+    if (m_parar) {
+        m_inicio.clear();
+        m_chart->Series(0).Clear();
+    }
+    m_chart->actualizar();
+    m_pilha->setCurrentWidget(m_chart);
+    cmdImprimir()->setEnabled(!m_inicio.isEmpty());
+    cmdExport()->setEnabled(!m_inicio.isEmpty());
+    if (m_parar)
+        m_painel->abrir();
+    else
+        m_chart->setFocus();
+}
+
+void FormHistograma::cmdImprimir_Click() {
+    const QByteArray nome = fonte("cmdImprimir_Click");
+    Rotina(nome.constData(), [this] {
+        saidaGrafico::Pagina pagina;
+        pagina.relatorio = u"DataReportHistogramaPrincipal"_s;
+        pagina.titulo = texto(u"PrintTitle"_s, m_membro.tituloImpressao.toString()) + m_sufixoZoom;
+        pagina.descricao = impressao::descricao(m_painel->tagDoFiltro(), m_painel->seleccionados(), m_inicio, m_fim);
+        pagina.media = m_lblTotal->text();
+        pagina.sensores = m_textoSensores;
+        saidaGrafico::imprimir(*m_chart, pagina, window());
+    });
+}
+
+void FormHistograma::cmdJPG_Click() {
+    const QByteArray nome = fonte("cmdJPG_Click");
+    Rotina(nome.constData(), [this] { saidaGrafico::exportarJPG(*m_chart, m_membro.baseJPG.toString()); });
+}
+
+void FormHistograma::closeEvent(QCloseEvent *evento) {
+    m_parar = true;
+    FormVista::closeEvent(evento);
+}

@@ -1,0 +1,203 @@
+#include "views/forms/formListagem.h"
+
+#include "core/estado.h"
+#include "core/eventos.h"
+#include "core/literais.h"
+#include "core/rotina.h"
+#include "data/recordset.h"
+#include "platform/report/JanelaRelatorio.h"
+#include "views/forms/desenhosDeRelatorios.h"
+#include "views/forms/painelVista.h"
+#include "views/impressao.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QPointer>
+#include <QPushButton>
+#include <QTableView>
+
+namespace {
+
+constexpr int alturaPorOmissao = 7785; // twips
+constexpr QSize tamanhoMinimo(10500, 6000);
+constexpr qint64 maximoACopiar = 100'000; // cells put on the clipboard
+
+FormVista::Config configDe(const MembroListagem &membro) {
+    const QString form = membro.form.toString();
+    const QString lugar = membro.formLugar.isEmpty() ? form : membro.formLugar.toString();
+    // The width is written on closing and never read back.
+    return {form,
+            form + u".Caption",
+            membro.titulo.toString(),
+            {lugar, {}, 0, alturaPorOmissao},
+            tamanhoMinimo,
+            FormVista::Exportacao::Nenhuma};
+}
+
+// Printed lines: the rows of the listing, read with a cursor of their own.
+class LinhasDaListagem : public FonteDeRelatorio {
+public:
+    LinhasDaListagem(const ModeloListagem &modelo, const MembroListagem &membro)
+        : m_modelo(modelo), m_membro(membro), m_rs(modelo.cursorProprio()) {}
+    QStringList campos() const override {
+        QStringList nomes;
+        for (const ColunaListagem &coluna : m_membro.colunas)
+            nomes.append(coluna.campo.toString());
+        return nomes;
+    }
+    qint64 total() const override { return m_modelo.rowCount(); }
+    bool seguinte() override { return m_modelo.seguinte(m_rs); }
+    QString texto(int campo) const override { return m_modelo.textoDaCelula(m_rs, campo); }
+
+private:
+    const ModeloListagem &m_modelo;
+    const MembroListagem &m_membro;
+    Recordset m_rs;
+};
+
+} // namespace
+
+FormListagem::FormListagem(const MembroListagem &membro, std::unique_ptr<FonteListagem> fonte, QWidget *pai)
+    : FormVista(configDe(membro), pai), m_membro(membro), m_fonte(std::move(fonte)),
+      m_painel(m_fonte->criarPainel(this)), m_grelha(new QTableView(this)) {
+    criarGrelha();
+    montar(m_painel, m_grelha);
+    connect(m_painel, &PainelVista::carregar, this, &FormListagem::CarregarDadosNaGrelha);
+    connect(cmdImprimir(), &QPushButton::clicked, this, &FormListagem::cmdImprimir_Click);
+    connect(&m_modelo, &ModeloListagem::rowsInserted, this, &FormListagem::mostrarTotal);
+    connect(&m_modelo, &ModeloListagem::contagemTerminada, this, &FormListagem::mostrarTotal);
+    m_painel->abrir();
+}
+
+FormListagem::~FormListagem() = default;
+
+QByteArray FormListagem::fonteDeErros(const char *rotina) const {
+    return m_membro.form.toUtf8() + '.' + rotina;
+}
+
+void FormListagem::criarGrelha() {
+    m_grelha->setObjectName(u"DataGrid"_s);
+    m_grelha->setAccessibleName(windowTitle());
+    m_grelha->setModel(&m_modelo);
+    m_grelha->setAlternatingRowColors(true);
+    m_grelha->setWordWrap(false);
+    m_grelha->setSelectionMode(QAbstractItemView::ContiguousSelection);
+    m_grelha->setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed |
+                              QAbstractItemView::AnyKeyPressed);
+    m_grelha->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+    // Users cannot resize columns or rows, so that no sizes need be kept.
+    m_grelha->horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    m_grelha->horizontalHeader()->setSectionsClickable(false);
+    m_grelha->horizontalHeader()->setHighlightSections(false);
+    m_grelha->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    m_grelha->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 8);
+    m_grelha->verticalHeader()->hide();
+    m_grelha->installEventFilter(this);
+}
+
+void FormListagem::aplicarColunas() {
+    for (int i = 0; i < int(m_membro.colunas.size()); ++i) {
+        const ColunaListagem &coluna = m_membro.colunas[size_t(i)];
+        m_grelha->setColumnHidden(i, coluna.largura == 0);
+        if (coluna.largura == 0)
+            continue;
+        const QString titulo = texto(coluna.chave.toString(), coluna.omissao.toString()).trimmed();
+        m_modelo.setHeaderData(i, Qt::Horizontal, titulo, Qt::DisplayRole);
+        // The design width holds for usual fonts; a head or a date must never be cut.
+        const int minimo = m_grelha->fontMetrics().horizontalAdvance(
+                               titulo.size() > 19 ? titulo : QString(coluna.largura > 1500 ? 19 : 8, u'0')) +
+                           24;
+        m_grelha->setColumnWidth(
+            i, std::max({lugar::pixeis(coluna.largura), minimo, m_grelha->horizontalHeader()->sectionSizeHint(i) + 8}));
+    }
+    m_grelha->horizontalHeader()->setStretchLastSection(true);
+}
+
+void FormListagem::CarregarDadosNaGrelha() {
+    const QByteArray nome = fonteDeErros("CarregarDadosNaGrelha");
+    const Vigia vigia(this);
+    Rotina(nome.constData(), [this] {
+        m_modelo.fechar();
+        m_inicio = m_painel->textoInicio();
+        m_fim = m_painel->textoFim();
+        m_modelo.abrir(m_fonte->consulta());
+        aplicarColunas();
+        m_grelha->scrollToTop();
+    });
+    if (!vigia.vivo())
+        return;
+    cmdImprimir()->setEnabled(!m_modelo.vazio());
+    mostrarTotal();
+    m_painel->fechar();
+}
+
+void FormListagem::mostrarTotal() {
+    cmdImprimir()->setEnabled(!m_modelo.vazio());
+    QString legenda;
+    if (!m_modelo.vazio())
+        legenda = texto(u"Linhas"_s, u"Linhas: "_s) + estado().ambiente.locale.toString(m_modelo.rowCount());
+    if (!m_modelo.contado())
+        legenda += u" ...";
+    lblMedia()->setText(legenda);
+}
+
+// The selection as tabbed text, as tables are pasted everywhere.
+void FormListagem::copiar() const {
+    const QByteArray nome = fonteDeErros("copiar");
+    Rotina(nome.constData(), [this] {
+        const QItemSelection escolha = m_grelha->selectionModel()->selection();
+        if (escolha.isEmpty())
+            return;
+        const QItemSelectionRange area = escolha.first();
+        QString tabela;
+        qint64 celulas = 0;
+        for (int l = area.top(); l <= area.bottom() && celulas < maximoACopiar; ++l) {
+            QStringList linha;
+            for (int c = area.left(); c <= area.right(); ++c, ++celulas)
+                if (!m_grelha->isColumnHidden(c))
+                    linha.append(m_modelo.data(m_modelo.index(l, c), Qt::DisplayRole).toString());
+            tabela += linha.join(u'\t') + u'\n';
+        }
+        QApplication::clipboard()->setText(tabela);
+    });
+}
+
+bool FormListagem::eventFilter(QObject *objecto, QEvent *evento) {
+    if (objecto == m_grelha && evento->type() == QEvent::KeyPress &&
+        static_cast<QKeyEvent *>(evento)->matches(QKeySequence::Copy)) {
+        copiar();
+        return true;
+    }
+    return FormVista::eventFilter(objecto, evento);
+}
+
+void FormListagem::cmdImprimir_Click() {
+    const QByteArray nome = fonteDeErros("cmdImprimir_Click");
+    Rotina(nome.constData(), [this] {
+        if (m_modelo.vazio())
+            return;
+        std::unique_ptr<DataReport> relatorio = criarRelatorio(m_membro.relatorio.toString());
+        const QString titulo = texto(m_membro.chaveImpressao.toString(), m_membro.tituloImpressao.toString());
+        relatorio->rotulo(u"Section4"_s, u"lblTitulo"_s, titulo);
+        relatorio->rotulo(u"Section4"_s, u"lblDescricao"_s, m_fonte->descricao(m_inicio, m_fim));
+        relatorio->rotulo(u"Section4"_s, u"lblDispositivos"_s, m_fonte->dispositivos());
+        relatorio->rotulo(u"Section3"_s, u"lblDataHora"_s, impressao::dataHora());
+        for (const ColunaListagem &coluna : m_membro.colunas) {
+            if (coluna.rotulo.isEmpty())
+                continue;
+            relatorio->rotulo(u"Section2"_s, coluna.rotulo.toString(),
+                              texto(coluna.chaveRotulo.toString(), coluna.omissaoRotulo.toString()).trimmed());
+            if (ControloDeRelatorio *caixa = relatorio->Sections(u"Section1"_s)->controlo(coluna.caixa.toString()))
+                caixa->DataField = coluna.campo.toString();
+        }
+        relatorio->setDataSource(std::make_unique<LinhasDaListagem>(m_modelo, m_membro));
+        const QPointer<JanelaRelatorio> janela = new JanelaRelatorio(std::move(relatorio), titulo, window());
+        // While pages are made their lines come from this window's query.
+        const auto ligada = connect(this, &QObject::destroyed, janela.data(), &QWidget::close);
+        janela->mostrar();
+        disconnect(ligada);
+    });
+}

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "views/familiaListagens.h"
+#include "views/forms/formVista.h"
+
+#include <memory>
+
+class PainelVista;
+class QTableView;
+class QLabel;
+
+// What a listing chooses from: gives the panel, and the query and the head of the page for what is chosen in it.
+class FonteListagem {
+public:
+    virtual ~FonteListagem() = default;
+    virtual PainelVista *criarPainel(QWidget *pai) = 0;
+    virtual ConsultaListagem consulta() const = 0;
+    virtual QString descricao(const QString &inicio, const QString &fim) const = 0;
+    virtual QString dispositivos() const { return {}; } // printed where the report has room for it
+};
+
+// A listing of the family: its row says what it shows, its source what it chooses from.
+class FormListagem : public FormVista {
+    Q_OBJECT
+public:
+    FormListagem(const MembroListagem &membro, std::unique_ptr<FonteListagem> fonte, QWidget *pai = nullptr);
+    ~FormListagem() override;
+
+    void CarregarDadosNaGrelha();
+
+protected:
+    bool eventFilter(QObject *objecto, QEvent *evento) override;
+
+private:
+    void criarGrelha();
+    void aplicarColunas();
+    void copiar() const;
+    void mostrarTotal();
+    void cmdImprimir_Click();
+    QByteArray fonteDeErros(const char *rotina) const;
+
+    const MembroListagem &m_membro;
+    std::unique_ptr<FonteListagem> m_fonte;
+    PainelVista *m_painel;
+    QTableView *m_grelha;
+    ModeloListagem m_modelo;
+    QString m_inicio;
+    QString m_fim;
+};

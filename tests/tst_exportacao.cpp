@@ -1,0 +1,109 @@
+#include "core/datas.h"
+#include "core/falha.h"
+#include "data/ligacao.h"
+#include "tests/apoio/instalacao.h"
+#include "views/exportacao.h"
+
+#include <QDir>
+#include <QTest>
+
+#include <sys/resource.h>
+
+#include <csignal>
+
+namespace {
+const Intervalo tudo(datas::instanteDe(datas::segundosDe(u"2026-01-01"_s)),
+                     datas::instanteDe(datas::segundosDe(u"2026-12-31"_s)));
+
+void preencher(const Instalacao &i) {
+    i.leituras(u"Medias"_s, u"S2"_s,
+               {{u"2026-03-02 00:00:00"_s, 4, u"8XXX2"_s},
+                {u"2026-03-01 23:59:59"_s, u"21,5"_s, u" 30.5 XXX NA "_s},
+                {u"2026-03-03 07:05:09"_s, u"ND"_s, QVariant()}});
+    i.leituras(u"Medias"_s, u"S1"_s, {{u"2026-03-01 00:00:00"_s, -0.1, u"sem limites"_s}});
+    i.executar(u"UPDATE Medias SET NomeSensor = 'Câmara; \"fria\"'"_s);
+}
+} // namespace
+
+class TesteExportacao : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void bytes_data() {
+        QTest::addColumn<QString>("locale");
+        QTest::addColumn<QByteArray>("esperado");
+        const QByteArray nome = "Câmara; \"fria\"";
+        QTest::newRow("comma") << u"pt_PT"_s
+                               << QByteArray("01/03/2026 23:59:59;S2;" + nome +
+                                             ";21,5;30,5;NA\r\n02/03/2026 00:00:00;S2;" + nome +
+                                             ";4;8;2\r\n03/03/2026 07:05:09;S2;" + nome +
+                                             ";ND;NA;NA\r\n01/03/2026 00:00:00;S1;" + nome + ";-0,1;NA;NA\r\n");
+        QTest::newRow("point") << u"en_GB"_s
+                               << QByteArray("01/03/2026 23:59:59;S2;" + nome +
+                                             ";21.5;30.5;NA\r\n02/03/2026 00:00:00;S2;" + nome +
+                                             ";4;8;2\r\n03/03/2026 07:05:09;S2;" + nome +
+                                             ";ND;NA;NA\r\n01/03/2026 00:00:00;S1;" + nome + ";-0.1;NA;NA\r\n");
+    }
+    void bytes() {
+        QFETCH(const QString, locale);
+        QFETCH(const QByteArray, esperado);
+        Instalacao instalacao(Instalacao::Base::Vazia, QLocale(locale));
+        preencher(instalacao);
+        const QString caminho = instalacao.ficheiro(u"saida.csv"_s);
+        Instalacao::escreverFicheiro(caminho, QByteArray(5000, 'x')); // what stood there is replaced
+        exportacao::escreverCSV({caminho, {u"Medias", u"Temperatura"}, {u"S2"_s, u"S1"_s}, tudo}, [] {});
+        QCOMPARE(Instalacao::lerFicheiro(caminho), esperado);
+    }
+
+    void semSensores() {
+        Instalacao instalacao;
+        const QString caminho = instalacao.ficheiro(u"vazio.csv"_s);
+        exportacao::escreverCSV({caminho, {u"Medias", u"Temperatura"}, {}, tudo}, [] {});
+        QVERIFY(QFile::exists(caminho));
+        QCOMPARE(Instalacao::lerFicheiro(caminho), QByteArray());
+    }
+
+    void ficheiroImpossivel() {
+        Instalacao instalacao;
+        QVERIFY_THROWS_EXCEPTION(
+            Falha, exportacao::escreverCSV(
+                       {instalacao.ficheiro(u"nao/existe.csv"_s), {u"Medias", u"Temperatura"}, {}, tudo}, [] {}));
+    }
+
+    // What could be written stays, and the failure says so.
+    void discoCheio() {
+        Instalacao instalacao;
+        QList<double> muitas(40000, 21.5);
+        instalacao.leituras(u"Medias"_s, u"S1"_s, u"2026-01-02 00:00:00"_s, 1, muitas);
+        const QString caminho = instalacao.ficheiro(u"cheio.csv"_s);
+        std::signal(SIGXFSZ, SIG_IGN);
+        rlimit antes{};
+        getrlimit(RLIMIT_FSIZE, &antes);
+        const rlimit pouco{600'000, antes.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &pouco);
+        QString descricao;
+        try {
+            exportacao::escreverCSV({caminho, {u"Medias", u"Temperatura"}, {u"S1"_s}, tudo}, [] {});
+        } catch (const Falha &f) {
+            descricao = f.descricao();
+        }
+        setrlimit(RLIMIT_FSIZE, &antes);
+        QVERIFY2(descricao.contains(u"cheio.csv"), qPrintable(descricao));
+        QVERIFY(QFileInfo(caminho).size() > 200'000);
+    }
+
+    void interrompida() {
+        Instalacao instalacao;
+        preencher(instalacao);
+        const QString caminho = instalacao.ficheiro(u"meia.csv"_s);
+        int linhas = 0;
+        QVERIFY_THROWS_EXCEPTION(Interrompido,
+                                 exportacao::escreverCSV({caminho, {u"Medias", u"Temperatura"}, {u"S2"_s}, tudo}, [&] {
+                                     if (++linhas == 2)
+                                         throw Interrompido();
+                                 }));
+        QCOMPARE(Instalacao::lerFicheiro(caminho).count('\n'), 2);
+    }
+};
+
+QTEST_GUILESS_MAIN(TesteExportacao)
+#include "tst_exportacao.moc"

@@ -1,0 +1,164 @@
+#include "core/datas.h"
+#include "core/falha.h"
+#include "data/recordset.h"
+#include "tests/apoio/instalacao.h"
+#include "views/familiaListagens.h"
+
+#include <QTest>
+
+namespace {
+
+const MembroListagem &membro(QStringView form) {
+    for (const MembroListagem &m : familiaListagens())
+        if (m.form == form)
+            return m;
+    qFatal("no such listing");
+}
+
+QStringList coluna(const ModeloListagem &modelo, int c) {
+    QStringList textos;
+    for (int i = 0; i < modelo.rowCount(); ++i)
+        textos.append(modelo.data(modelo.index(i, c), Qt::DisplayRole).toString());
+    return textos;
+}
+
+const QDateTime desde = datas::instanteDe(datas::segundosDe(u"2026-01-01"_s));
+const QDateTime ate = datas::instanteDe(datas::segundosDe(u"2026-12-31"_s));
+
+} // namespace
+
+class TesteListagem : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void filtros_data() {
+        QTest::addColumn<bool>("soComNota");
+        QTest::addColumn<bool>("soMedias");
+        QTest::addColumn<QStringList>("valores"); // newest first
+        QTest::newRow("all") << false << false << QStringList{u"50"_s, u"40"_s, u"30"_s, u"20"_s, u"10"_s};
+        // One blank counts as filled, nothing and Null do not.
+        QTest::newRow("notes") << true << false << QStringList{u"50"_s, u"30"_s, u"10"_s};
+        QTest::newRow("averages") << false << true << QStringList{u"50"_s, u"40"_s};
+        QTest::newRow("both") << true << true << QStringList{u"50"_s};
+    }
+    void filtros() {
+        QFETCH(const bool, soComNota);
+        QFETCH(const bool, soMedias);
+        QFETCH(const QStringList, valores);
+        Instalacao instalacao;
+        instalacao.leituras(u"Humidade"_s, u"S1"_s,
+                            {{u"2026-01-01 00:00:00"_s, 10, {}, u" "_s},
+                             {u"2026-01-02 00:00:00"_s, 20, {}, QVariant()},
+                             {u"2026-01-05 00:00:00"_s, 50, {}, u"porta"_s}});
+        instalacao.leituras(
+            u"Humidade"_s, u"S2"_s,
+            {{u"2026-01-03 00:00:00"_s, 30, {}, u"degelo"_s}, {u"2026-01-04 00:00:00"_s, 40, {}, u""_s}});
+        instalacao.executar(u"UPDATE Humidade SET MediaSync = 'TRUE' WHERE Percentagem >= 40"_s);
+        ModeloListagem modelo;
+        const MembroListagem &m = membro(u"frmListagemObservacoesHumidade");
+        modelo.abrir(listagens::consulta(m, {{ate, desde}, {u"S1"_s, u"S2"_s}, soComNota, soMedias}));
+        QCOMPARE(coluna(modelo, 3), valores);
+        QCOMPARE(modelo.columnCount(), 5);
+    }
+
+    void alarmesDoSegundoSensorForaDoIntervalo() {
+        Instalacao instalacao;
+        for (const auto &[sonda, data] :
+             {std::pair{u"S1"_s, u"2025-06-01 10:00:00"_s}, std::pair{u"S1"_s, u"2026-06-01 10:00:00"_s},
+              std::pair{u"S2"_s, u"2025-06-02 10:00:00"_s}, std::pair{u"S3"_s, u"2026-06-02 10:00:00"_s}})
+            instalacao.executar(u"INSERT INTO Alarmes VALUES (?, 'n', ?, 30, 5, 31.5)"_s, {sonda, data});
+        ModeloListagem modelo;
+        modelo.abrir(listagens::consulta(membro(u"frmListagemAlarmesMediasTemp"),
+                                         {{desde, ate}, {u"S1"_s, u"S2"_s}, false, false}));
+        QCOMPARE(coluna(modelo, 0), QStringList({u"S1"_s, u"S2"_s}));
+        QCOMPARE(coluna(modelo, 2), QStringList({u"01/06/2026 10:00:00"_s, u"02/06/2025 10:00:00"_s}));
+        QCOMPARE(coluna(modelo, 5).first(), u"31,5"_s);
+    }
+
+    void notaEscritaNaGrelha() {
+        Instalacao instalacao;
+        instalacao.leituras(u"Medias"_s, u"O'Neil"_s, u"2026-03-01 00:00:00"_s, 0, {1, 2, 3});
+        ModeloListagem modelo;
+        modelo.abrir(listagens::consulta(membro(u"frmListagemObservacoesMedias"), {{desde, ate}, {u"O'Neil"_s}}));
+        const int linha = int(coluna(modelo, 3).indexOf(u"2"_s));
+        QVERIFY(!modelo.setData(modelo.index(linha, 3), u"9"_s, Qt::EditRole));
+        QVERIFY(modelo.flags(modelo.index(linha, 4)) & Qt::ItemIsEditable);
+        QVERIFY(modelo.setData(modelo.index(linha, 4), u"porta 'aberta'"_s, Qt::EditRole));
+        QCOMPARE(instalacao.linha(u"SELECT COUNT(*), MAX(Temperatura) FROM Medias WHERE flag = 'porta ''aberta'''"_s),
+                 QVariantList({1, 2}));
+        modelo.abrir(listagens::consulta(membro(u"frmListagemObservacoesPressao"), {{desde, ate}, {u"O'Neil"_s}}));
+        QVERIFY(modelo.vazio());
+    }
+
+    // Every row once and in order, wherever the user scrolls to and whatever arrives meanwhile; equal dates cross
+    // pages.
+    void paginas() {
+        Instalacao instalacao;
+        constexpr int linhas = 60000;
+        {
+            Transaccao transaccao(cnBD());
+            for (int i = 0; i < linhas; ++i)
+                cnBD().executar(
+                    u"INSERT INTO Temperaturas VALUES (?, ?, 'n', ?, NULL, '')"_s,
+                    {datas::textoBD(datas::segundosDe(desde) + i / 700 * 3600), i % 2 ? u"S1"_s : u"S2"_s, i});
+            transaccao.confirmar();
+        }
+        ModeloListagem modelo;
+        modelo.abrir(listagens::consulta(membro(u"frmListagemObservacoesTemp"), {{desde, ate}, {u"S1"_s, u"S2"_s}}));
+        QVERIFY(modelo.rowCount() < linhas);
+        modelo.data(modelo.index(modelo.rowCount() - 1, 2), Qt::DisplayRole);
+        instalacao.leituras(u"Temperaturas"_s, u"S1"_s, u"2026-02-01 00:00:00"_s, 60, {-1, -2, -3});
+        QTRY_VERIFY(modelo.contado());
+        QCOMPARE(modelo.rowCount(), linhas);
+        QSet<QString> vistos;
+        for (const int primeira : {50000, 0, 30000, 10000, 40000, 20000})
+            for (int i = primeira; i < primeira + 10000; ++i)
+                vistos.insert(modelo.data(modelo.index(i, 2), Qt::DisplayRole).toString());
+        QCOMPARE(vistos.size(), linhas);
+        QVERIFY(!vistos.contains(u"-1"_s));
+        QDateTime anterior;
+        for (int i = 0; i < linhas; i += 97) {
+            const QDateTime data = datas::lerDataHora(modelo.data(modelo.index(i, 1), Qt::DisplayRole).toString());
+            QVERIFY2(data.isValid() && (i == 0 || data <= anterior), qPrintable(QString::number(i)));
+            anterior = data;
+        }
+    }
+
+    // Few notes among many rows: pages are cut by rows read, too.
+    void filtroRaro() {
+        Instalacao instalacao;
+        QList<double> valores;
+        for (int i = 0; i < 70000; ++i)
+            valores.append(i);
+        instalacao.leituras(u"Temperaturas"_s, u"S1"_s, u"2026-01-01 00:00:00"_s, 60, valores);
+        instalacao.executar(
+            u"UPDATE Temperaturas SET flag = CASE WHEN Temperatura IN (3, 4, 30000, 69000) THEN 'n' END"_s);
+        ModeloListagem modelo;
+        modelo.abrir(
+            listagens::consulta(membro(u"frmListagemObservacoesTemp"), {{desde, ate}, {u"S1"_s}, true, false}));
+        QTRY_VERIFY(modelo.contado());
+        QCOMPARE(coluna(modelo, 2), QStringList({u"69000"_s, u"30000"_s, u"4"_s, u"3"_s}));
+    }
+
+    void falhas() {
+        Instalacao instalacao;
+        instalacao.executar(u"DROP TABLE AlarmesHum"_s);
+        ModeloListagem modelo;
+        QVERIFY_THROWS_EXCEPTION(
+            Falha, modelo.abrir(listagens::consulta(membro(u"frmListagemAlarmesHum"), {{desde, ate}, {u"S"_s}})));
+        QVERIFY(modelo.vazio());
+        modelo.abrir(listagens::consulta(membro(u"frmListagemAlarmesHum"), {}));
+        QVERIFY(modelo.vazio());
+    }
+
+    void lugarPartilhado() {
+        QStringList partilham;
+        for (const MembroListagem &m : familiaListagens())
+            if (!m.formLugar.isEmpty())
+                partilham.append(m.form.toString() + u'>' + m.formLugar);
+        QCOMPARE(partilham, QStringList({u"frmListagemAlarmesPressao>frmListagemAlarmesMediasTemp"_s,
+                                         u"frmListagemAlarmesDPC>frmListagemAlarmesMediasTemp"_s}));
+    }
+};
+
+QTEST_GUILESS_MAIN(TesteListagem)
+#include "tst_listagem.moc"
