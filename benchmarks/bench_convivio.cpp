@@ -76,7 +76,7 @@ int main(int argc, char **argv) {
     const int segundos = argc > 2 ? std::atoi(argv[2]) : 20;
     QProcess captura;
     captura.setProcessChannelMode(QProcess::ForwardedChannels);
-    captura.start(QCoreApplication::applicationDirPath() + u"/../demo/Kelvark-captura"_s,
+    captura.start(QCoreApplication::applicationDirPath() + u"/../Kelvark-captura"_s,
                   {u"--intervalo"_s, argc > 3 ? QString::fromLocal8Bit(argv[3]) : u"100"_s, base});
     if (!captura.waitForStarted()) {
         std::fprintf(stderr, "%s\n", qPrintable(captura.errorString()));
