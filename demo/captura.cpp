@@ -27,6 +27,8 @@ std::optional<double> limiteDe(const Recordset &rs, int coluna) {
 
 Captura::Captura(const QString &caminho, quint64 semente) : m_clima(semente) {
     m_bd.abrir(caminho);
+    // A reading a second need not reach the disk one by one, and a slow disk must not keep the others waiting.
+    m_bd.executar(u"PRAGMA synchronous = NORMAL"_s);
     carregarSensores(semente);
 }
 

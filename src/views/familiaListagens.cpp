@@ -5,6 +5,8 @@
 #include "data/recordset.h"
 
 #include <array>
+#include <cmath>
+#include <limits>
 
 namespace {
 
@@ -224,6 +226,8 @@ constexpr MembroListagem tabela[] = {
      .chaveImpressao = u"frmListagemAlarmesMask.Caption"},
 };
 
+constexpr double semData = std::numeric_limits<double>::quiet_NaN();
+
 int posicaoDe(const MembroListagem &membro, QStringView campo) {
     for (size_t i = 0; i < membro.colunas.size(); ++i)
         if (membro.colunas[i].campo == campo)
@@ -273,11 +277,9 @@ ConsultaListagem consulta(const MembroListagem &membro, const Pedido &pedido) {
             return false;
         return !soMedias || rs.texto(medias).compare(u"TRUE", Qt::CaseInsensitive) == 0;
     };
-    c.celula = [data = c.colunaData](const Recordset &rs, int coluna) -> QVariant {
-        if (coluna == data)
-            if (const QDateTime instante = rs.dataHora(coluna); instante.isValid())
-                return datas::textoDataHora(instante);
-        return rs.texto(coluna);
+    c.celula = [data = c.colunaData](const QString &guardado, int coluna) {
+        const double instante = coluna == data ? datas::segundosDe(guardado) : semData;
+        return std::isnan(instante) ? guardado : datas::textoDataHora(datas::instanteDe(instante));
     };
     if (membro.edita) {
         c.colunaEditavel = nota;
@@ -303,10 +305,10 @@ ConsultaListagem consultaVerificados(const MembroListagem &membro, const Interva
     c.colunaAEsquerda = posicaoDe(membro, campoDescricao);
     const QString deQuem = membro.tabela + (ip.isEmpty() ? u" WHERE 1 = 1"_s : u" WHERE IP = ?"_s);
     c.ramos.append({deQuem, ip.isEmpty() ? QVariantList() : QVariantList{ip}, intervalo.inicio, intervalo.fim});
-    c.celula = [](const Recordset &rs, int coluna) -> QVariant {
+    c.celula = [](const QString &guardado, int coluna) {
         constexpr int colunasDeDatas = 3;
-        const QDateTime instante = coluna < colunasDeDatas ? rs.dataHora(coluna) : QDateTime();
-        return instante.isValid() ? instante.toString(u"dd-MM-yy HH:mm:ss"_s) : rs.texto(coluna);
+        const double instante = coluna < colunasDeDatas ? datas::segundosDe(guardado) : semData;
+        return std::isnan(instante) ? guardado : datas::instanteDe(instante).toString(u"dd-MM-yy HH:mm:ss"_s);
     };
     return c;
 }

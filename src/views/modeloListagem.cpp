@@ -8,10 +8,11 @@
 #include <QElapsedTimer>
 
 #include <algorithm>
+#include <limits>
 
 namespace {
 
-constexpr int linhasPorPagina = 256;
+constexpr int linhasPorPagina = 128;
 constexpr size_t paginasGuardadas = 24;
 constexpr int fatiaMs = 12;
 // A filter may pass few rows: a page also ends after so many rows read, so that any page is read in a few milliseconds.
@@ -33,7 +34,7 @@ struct ModeloListagem::Contagem {
 ModeloListagem::ModeloListagem(QObject *pai) : QAbstractTableModel(pai) {
     m_relogio.setInterval(0);
     connect(&m_relogio, &QTimer::timeout, this,
-            [this] { Rotina("ModeloListagem.contarFatia", [this] { contarFatia(); }); });
+            [this] { Rotina("ModeloListagem.contarFatia", [this] { contarFatia(std::numeric_limits<int>::max()); }); });
 }
 
 ModeloListagem::~ModeloListagem() = default;
@@ -93,7 +94,7 @@ void ModeloListagem::abrir(const ConsultaListagem &consulta) {
     beginResetModel();
     m_colunas = consulta.visiveis;
     endResetModel();
-    contarFatia();
+    contarFatia(linhasPorPagina);
     if (m_contagem)
         m_relogio.start();
 }
@@ -109,11 +110,13 @@ void ModeloListagem::linhasConhecidas(int linhas) {
     endInsertRows();
 }
 
-void ModeloListagem::contarFatia() {
+// So many rows at the most: the first ones must be there at once, the others may take turns with the events.
+void ModeloListagem::contarFatia(int linhas) {
     QElapsedTimer tempo;
     tempo.start();
     Contagem &c = *m_contagem;
-    while (c.ha && !tempo.hasExpired(fatiaMs)) {
+    const int ate = linhas < std::numeric_limits<int>::max() - c.linhas ? c.linhas + linhas : linhas;
+    while (c.ha && c.linhas < ate && !tempo.hasExpired(fatiaMs)) {
         for (int i = 0; c.ha && i < linhasPorPagina; ++i) {
             contarLinha();
             c.ha = c.rs.avancar();
@@ -148,13 +151,17 @@ void ModeloListagem::contarLinha() {
 ModeloListagem::Linha ModeloListagem::lerLinha(const Recordset &rs) const {
     Linha linha;
     for (int i = 0; i < m_colunas; ++i)
-        linha.celulas.append(textoDaCelula(rs, i));
+        linha.celulas.append(rs.texto(i)); // shown form only when it is asked for
     linha.numero = rs.inteiro(rs.colunas() - 1);
     return linha;
 }
 
+QString ModeloListagem::mostrado(const QString &guardado, int coluna) const {
+    return m_consulta.celula ? m_consulta.celula(guardado, coluna) : guardado;
+}
+
 QString ModeloListagem::textoDaCelula(const Recordset &rs, int coluna) const {
-    return m_consulta.celula ? m_consulta.celula(rs, coluna).toString() : rs.texto(coluna);
+    return mostrado(rs.texto(coluna), coluna);
 }
 
 // Never beyond where the next page begins, also when rows have gone since they were counted.
@@ -222,7 +229,10 @@ QVariant ModeloListagem::data(const QModelIndex &indice, int papel) const {
         return {};
     return Rotina("ModeloListagem.data", [&]() -> QVariant {
         const Linha *l = linha(indice.row());
-        return l ? l->celulas.at(indice.column()) : QVariant();
+        if (!l)
+            return {};
+        const QString &guardado = l->celulas.at(indice.column());
+        return papel == Qt::EditRole ? guardado : mostrado(guardado, indice.column());
     });
 }
 

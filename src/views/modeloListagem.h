@@ -25,11 +25,11 @@ struct ConsultaListagem {
     QString data;     // name of the date column that orders the rows, newest first
     int colunaData = 0;
     QList<Ramo> ramos;
-    std::function<bool(const Recordset &)> aceita;                  // applied to each row; none: all pass
-    std::function<QVariant(const Recordset &, int coluna)> celula;  // text of a cell; none: as stored
-    int colunaAEsquerda = -1;                                       // aligned to the left; all others are centred
-    int colunaEditavel = -1;                                        // -1: none
-    std::function<void(qint64 linha, const QString &texto)> gravar; // writes the editable cell of a row
+    std::function<bool(const Recordset &)> aceita;                      // applied to each row; none: all pass
+    std::function<QString(const QString &guardado, int coluna)> celula; // how a cell is shown; none: as stored
+    int colunaAEsquerda = -1;                                           // aligned to the left; all others are centred
+    int colunaEditavel = -1;                                            // -1: none
+    std::function<void(qint64 linha, const QString &texto)> gravar;     // writes the editable cell of a row
 };
 
 // A listing that holds only the pages in sight and one anchor a page; rows are found and counted in the background, a
@@ -70,7 +70,7 @@ private:
         int iguais = 0;
     };
     struct Linha {
-        QVariantList celulas;
+        QStringList celulas; // as stored
         qint64 numero = 0;
     };
     using Pagina = std::vector<Linha>;
@@ -81,7 +81,8 @@ private:
     Pagina &pagina(size_t numero) const;
     Linha *linha(int numero) const;
     Linha lerLinha(const Recordset &rs) const;
-    void contarFatia();
+    void contarFatia(int linhas);
+    QString mostrado(const QString &guardado, int coluna) const;
     void contarLinha();
     void linhasConhecidas(int linhas);
 

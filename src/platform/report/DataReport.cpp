@@ -5,7 +5,7 @@
 
 #include <QFontMetricsF>
 #include <QPainter>
-#include <QPdfWriter>
+#include <QTextLayout>
 
 #include <algorithm>
 
@@ -19,8 +19,24 @@ constexpr double folgaDeColuna = 4 * unidadesPorPonto;
 constexpr double folgaDeSeccao = 6 * unidadesPorPonto;
 const QString seccaoDasLinhas = u"Section1"_s;
 
-constexpr int bandeiras(Qt::Alignment alinhamento) {
-    return int(alinhamento & Qt::AlignHorizontal_Mask) | int(Qt::AlignTop) | Qt::TextWrapAnywhere | Qt::TextWordWrap;
+// Words stay whole; only what is longer than a line breaks inside.
+QTextOption opcaoDeTexto(Qt::Alignment alinhamento) {
+    QTextOption opcao(alinhamento | Qt::AlignTop);
+    opcao.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    return opcao;
+}
+
+double alturaEmLinhas(const QString &texto, const QFont &fonte, double largura) {
+    QTextLayout disposicao(QString(texto).replace(u'\n', QChar::LineSeparator), fonte);
+    disposicao.setTextOption(opcaoDeTexto(Qt::AlignLeft));
+    disposicao.beginLayout();
+    double altura = 0;
+    for (QTextLine linha = disposicao.createLine(); linha.isValid(); linha = disposicao.createLine()) {
+        linha.setLineWidth(largura);
+        altura += linha.height();
+    }
+    disposicao.endLayout();
+    return altura;
 }
 
 } // namespace
@@ -45,11 +61,12 @@ struct DataReport::Medidor {
         if (texto.isEmpty())
             return 0;
         const QFontMetricsF metrica(fonte(c));
-        const double disponivel = c.largura * largura - folgaDeColuna;
+        // Devices differ a little in the widths of letters: measured in a narrower box, no line is ever lost.
+        const double disponivel = (c.largura * largura - folgaDeColuna) * 0.97;
         // The usual cell is one short line: no need for a full layout.
         if (!texto.contains(u'\n') && metrica.horizontalAdvance(texto) < disponivel)
             return metrica.height();
-        return metrica.boundingRect(QRectF(0, 0, disponivel, 1e7), bandeiras(c.alinhamento), texto).height();
+        return alturaEmLinhas(texto, fonte(c), disponivel);
     }
 };
 
@@ -126,7 +143,7 @@ void DataReport::pintarSeccao(QPainter &pintor, const Medidor &medidor, const Se
                                  c.picture);
         } else if (altura > 0) {
             pintor.setFont(medidor.fonte(c));
-            pintor.drawText(medidor.caixa(c, topo, altura + unidadesPorPonto), bandeiras(c.alinhamento), c.Caption);
+            pintor.drawText(medidor.caixa(c, topo, altura + unidadesPorPonto), c.Caption, opcaoDeTexto(c.alinhamento));
         }
         linha = std::max(linha, altura);
         direita = c.esquerda + c.largura;
@@ -220,7 +237,7 @@ void DataReport::pintarPagina(QPainter &pintor, int pagina, const QRectF &destin
             for (qsizetype i = 0; i < textos.size(); ++i) {
                 const ControloDeRelatorio &c = detalhe->Controls[i];
                 pintor.setFont(medidor.fonte(c));
-                pintor.drawText(medidor.caixa(c, y, altura), bandeiras(c.alinhamento), textos[i]);
+                pintor.drawText(medidor.caixa(c, y, altura), textos[i], opcaoDeTexto(c.alinhamento));
             }
             y += altura;
         }

@@ -1,0 +1,348 @@
+// Histograms, listings, export and printing, worked as a user works them.
+#include "core/datas.h"
+#include "core/modINI.h"
+#include "data/ligacao.h"
+#include "platform/chart/TChart.h"
+#include "platform/forms/grelha.h"
+#include "platform/forms/registoForms.h"
+#include "platform/report/JanelaRelatorio.h"
+#include "tests/apoio/instalacao.h"
+#include "tests/apoio/widgets.h"
+#include "views/familiaHistogramas.h"
+#include "views/familiaListagens.h"
+#include "views/forms/formVista.h"
+#include "views/forms/registar.h"
+#include "views/impressao.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QCheckBox>
+#include <QClipboard>
+#include <QComboBox>
+#include <QDateEdit>
+#include <QLabel>
+#include <QPointer>
+#include <QProcess>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QStandardPaths>
+#include <QTableView>
+#include <QTest>
+
+#include <csignal>
+#include <sys/resource.h>
+
+using utilizador::clicar;
+using utilizador::controlo;
+
+namespace {
+
+constexpr quint32 vermelho = 255;
+constexpr quint32 verde = 65280;
+constexpr quint32 azul = 16711680;
+
+QString id(int n) {
+    return u"28A00000000000%1"_s.arg(n, 2, 10, QChar(u'0'));
+}
+
+// An installation with sensors and a view on it.
+struct Cena : Instalacao {
+    explicit Cena(const QString &form, const QString &tipo = u"P 1250C"_s) : m_nome(form) {
+        relogio(u"2024-03-15 12:00:00"_s);
+        sensor({id(1), u"Câmara \"1\"; fria"_s, tipo});
+        sensor({id(2), u"Arca 2"_s, tipo});
+        executar(u"INSERT INTO Poseidons (PoseidonIP, Nome, Mac) VALUES ('127.0.0.2', 'Unidade', '00:0A')"_s);
+    }
+    void abrir(int sensores) {
+        registoForms().dono = &principal;
+        principal.show();
+        registarVistas(registoForms());
+        form = registoForms().abrir(m_nome);
+        utilizador::mostrar(form);
+        QTest::qWait(20);
+        for (int i = 0; i < sensores; ++i)
+            clicar(form, u"cmdAdicionar"_s);
+    }
+    void confirmar() {
+        clicar(form, u"cmdConfirmar"_s);
+        QVERIFY(utilizador::esperar([this] { return principal.isEnabled(); }));
+    }
+    TChart &chart() const { return *controlo<TChart>(form, u"TChart"_s); }
+    QTableView &grelha() const { return *controlo<QTableView>(form, u"DataGrid"_s); }
+    QString celula(int linha, int coluna) const { return grelha().model()->index(linha, coluna).data().toString(); }
+    JanelaRelatorio *previsao(const QString &relatorio) const {
+        for (QWidget *topo : QApplication::topLevelWidgets())
+            if (auto *janela = qobject_cast<JanelaRelatorio *>(topo); janela && janela->objectName() == relatorio)
+                return janela;
+        return nullptr;
+    }
+    // The text of the printed pages, as a reader of PDF files finds it.
+    QString textoImpresso(const QString &relatorio) {
+        QPointer<JanelaRelatorio> janela = previsao(relatorio);
+        if (!janela)
+            return u"no preview"_s;
+        const QString pdf = ficheiro(relatorio + u".pdf");
+        janela->gravarPDF(pdf);
+        janela->close();
+        QProcess leitor;
+        leitor.start(u"pdftotext"_s, {u"-layout"_s, pdf, u"-"_s});
+        leitor.waitForFinished();
+        // A reader gives "fi" back as the one letter that was drawn. Page numbers come out with or without blanks round
+        // the stroke, as the letters happen to lie.
+        return QString::fromUtf8(leitor.readAllStandardOutput())
+            .replace(u"\ufb01"_s, u"fi"_s)
+            .replace(QRegularExpression(u" */ *"_s), u" / "_s);
+    }
+    ~Cena() { delete form; }
+
+    QWidget principal;
+    QPointer<QWidget> form;
+
+private:
+    QString m_nome;
+};
+
+const QString temperaturas = u"Temperaturas"_s;
+
+} // namespace
+
+class TesteSaidas : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void initTestCase() {
+        QVERIFY2(!QStandardPaths::findExecutable(u"pdftotext"_s).isEmpty(), "pdftotext (poppler-utils) is missing");
+    }
+
+    // The limits are those of the first record stored of the last sensor chosen; later ones count nothing.
+    void histograma() {
+        Cena c(u"frmGraficoPrincipalHistogramaTemp"_s);
+        c.leituras(temperaturas, id(1), {{u"2024-03-15 01:00:00"_s, 4, u"99XXX98"_s}, {u"2024-03-15 02:00:00"_s, 5}});
+        c.leituras(temperaturas, id(2),
+                   {{u"2023-01-01 00:00:00"_s, 1, u" 7 XXX 4,2 "_s},
+                    {u"2024-03-15 03:00:00"_s, u"ND"_s, u"1XXX0"_s},
+                    {u"2024-03-15 04:00:00"_s, u"7,5"_s, QVariant()}});
+        c.abrir(2);
+        controlo<QComboBox>(c.form, u"cboIntervaloHistograma"_s)->setCurrentText(u"1,0"_s);
+        c.confirmar();
+        const TSerie &barras = c.chart().Series(0);
+        QCOMPARE(barras.Count(), 2);
+        QCOMPARE(barras.PointLabel(0), u"4 <> 5"_s);
+        QCOMPARE(barras.YValue(0), 2.0);
+        QCOMPARE(barras.PointColor(0), azul);
+        QCOMPARE(barras.PointLabel(1), u"7,1 <> 8"_s);
+        QCOMPARE(barras.PointColor(1), vermelho);
+        QCOMPARE(controlo<QLabel>(c.form, u"lblTotal"_s)->text(), u"N° de Leituras = 3"_s);
+        QVERIFY(qAbs(c.chart().Left().Maximum - 2.2) < 1e-9);
+        QCOMPARE(modINI::GetSetting(u"Vistrel"_s, u"frmGraficoPrincipalHistogramaTemp"_s, u"Hist"_s), u"1,0"_s);
+        clicar(c.form, u"cmdImprimir"_s);
+        const QString texto = c.textoImpresso(u"DataReportHistogramaPrincipal"_s);
+        for (const QString &parte :
+             {u"Histograma de Temperaturas"_s, QString(u"Sensores: Câmara \"1\"; fria ["_s + id(1) + u']'),
+              u"N° de Leituras = 3"_s, u"23:59:59"_s, u"1 / 1"_s})
+            QVERIFY2(texto.contains(parte), qPrintable(parte + u"\n---\n" + texto));
+        QVERIFY(!texto.contains(u"Alarmes"));
+    }
+
+    void histogramaSemLeiturasEIntervaloErrado() {
+        Cena c(u"frmGraficoHumidadeHistograma"_s, u"P 1250%"_s);
+        c.leituras(u"Humidade"_s, id(1), {{u"2024-03-15 01:00:00"_s, u"ND"_s}});
+        c.abrir(1);
+        c.confirmar();
+        QCOMPARE(c.chart().Series(0).Count(), 0);
+        QCOMPARE(controlo<QLabel>(c.form, u"lblTotal"_s)->text(), QString());
+        clicar(c.form, u"cmdOpccoes"_s);
+        controlo<QComboBox>(c.form, u"cboIntervaloHistograma"_s)->setCurrentText(u"0"_s);
+        c.erros.esperar(u"Intervalo do histograma"_s);
+        c.confirmar();
+        QVERIFY(c.principal.isEnabled());
+    }
+
+    void todosAbrem_data() {
+        QTest::addColumn<QString>("form");
+        for (const MembroHistograma &m : familiaHistogramas())
+            QTest::newRow(m.form.toUtf8().constData()) << m.form.toString();
+        for (const MembroListagem &m : familiaListagens())
+            QTest::newRow(m.form.toUtf8().constData()) << m.form.toString();
+    }
+    // Titles come from the form's own key; an empty range neither reports nor lets print.
+    void todosAbrem() {
+        QFETCH(const QString, form);
+        Cena c(form, u"C"_s);
+        for (const QString &tipo : {u"P 1250%"_s, u"K"_s, u"D"_s})
+            c.sensor({u"28B000000000000"_s + tipo.right(1), tipo, tipo});
+        c.ficheiroLingua(u"XX"_s, {{u"VISTREL_"_s + form, form + u".Caption", u"Title in XX"_s}});
+        c.usarLingua(u"XX"_s);
+        estado().Lingua = u"XX"_s;
+        c.abrir(0);
+        QCOMPARE(c.form->windowTitle(), u"Title in XX"_s);
+        if (auto *adicionar = c.form->findChild<QAbstractButton *>(u"cmdAdicionarAll"_s))
+            adicionar->click();
+        c.confirmar();
+        if (form.startsWith(u"frmListagem"))
+            QVERIFY(!controlo<QPushButton>(c.form, u"cmdImprimir"_s)->isEnabled());
+    }
+
+    void listagem() {
+        Cena c(u"frmListagemObservacoesMedias"_s);
+        c.leituras(
+            u"Medias"_s, id(1),
+            {{u"2024-03-15 01:00:00"_s, 4.25, QVariant(), u"porta aberta"_s}, {u"2024-03-15 03:00:00"_s, u"ND"_s}});
+        c.leituras(u"Medias"_s, id(2), {{u"2024-03-15 02:00:00"_s, -18.5, QVariant(), u""_s}});
+        c.executar(u"UPDATE Medias SET NomeSensor = 'Câmara'"_s);
+        c.abrir(2);
+        c.confirmar();
+        QCOMPARE(c.grelha().model()->rowCount(), 3);
+        QVERIFY(c.grelha().isColumnHidden(0));
+        QCOMPARE(c.celula(0, 3), u"ND"_s);
+        QCOMPARE(c.celula(1, 3), u"-18,5"_s);
+        QCOMPARE(c.celula(2, 2), u"15/03/2024 01:00:00"_s);
+        // A note written in the grid is stored as it is.
+        const QModelIndex nota = c.grelha().model()->index(1, 4);
+        QVERIFY(c.grelha().model()->setData(nota, u"  d'água "_s, Qt::EditRole));
+        QCOMPARE(c.linha(u"SELECT flag FROM Medias WHERE Temperatura = -18.5"_s), QVariantList({u"  d'água "_s}));
+        // Copying gives a tabbed table of what is seen.
+        c.grelha().setCurrentIndex(c.grelha().model()->index(2, 1));
+        c.grelha().selectRow(2);
+        utilizador::tecla(&c.grelha(), Qt::Key_C, Qt::ControlModifier);
+        QCOMPARE(QApplication::clipboard()->text(), u"Câmara\t15/03/2024 01:00:00\t4,25\tporta aberta\n"_s);
+        clicar(c.form, u"cmdImprimir"_s);
+        const QString texto = c.textoImpresso(u"DataReportListagemMedias"_s);
+        for (const QString &parte : {u"Listagem de Descrições Médias de Temperatura"_s, u"Data Hora"_s, u"Temp °C"_s,
+                                     u"-18,5"_s, u"porta aberta"_s, u"ND"_s, u"12:00:00"_s, u"1 / 1"_s})
+            QVERIFY2(texto.contains(parte), qPrintable(parte + u"\n---\n" + texto));
+    }
+
+    // Several pages: heads on each, every row once, long texts wrapped and whole.
+    void paginas() {
+        Cena c(u"frmListagemObservacoesTemp"_s);
+        constexpr int linhas = 170;
+        QList<Instalacao::Leitura> lista;
+        const QString longa = u"princípio "_s + u"palavra "_s.repeated(60) + u"fim"_s;
+        for (int i = 0; i < linhas; ++i)
+            lista.append({datas::textoBD(datas::segundosDe(u"2024-03-15"_s) + i * 60), 1000 + i, QVariant(),
+                          i == 50 ? longa : QString()});
+        c.leituras(temperaturas, id(1), lista);
+        c.abrir(1);
+        c.confirmar();
+        clicar(c.form, u"cmdImprimir"_s);
+        const QString texto = c.textoImpresso(u"DataReportListagemTemp"_s);
+        const qsizetype folhas = texto.count(u'\f');
+        QVERIFY2(folhas >= 3 && folhas <= 5, qPrintable(QString::number(folhas)));
+        QCOMPARE(texto.count(u"Data Hora"_s), folhas);
+        QCOMPARE(texto.count(u"Poseidon: 127.0.0.2 - Unidade - 00:0A"_s), folhas);
+        for (int i = 0; i < linhas; ++i)
+            QCOMPARE(texto.count(QString::number(1000 + i)), 1);
+        QCOMPARE(texto.count(u"palavra"_s), 60);
+        QVERIFY(texto.contains(u"%1 / %1"_s.arg(folhas)));
+    }
+
+    void previsaoParada() {
+        Cena c(u"frmListagemObservacoesTemp"_s);
+        c.leituras(temperaturas, id(1), u"2024-03-15 00:00:00"_s, 1, QList<double>(60000, 4.5));
+        c.abrir(1);
+        c.confirmar();
+        QTimer::singleShot(60, &c.principal, [&c] {
+            if (auto *janela = c.previsao(u"DataReportListagemTemp"_s))
+                if (auto *parar = janela->findChild<QAction *>(u"cmdParar"_s))
+                    parar->trigger();
+        });
+        clicar(c.form, u"cmdImprimir"_s);
+        QVERIFY(utilizador::esperar([&c] { return !c.previsao(u"DataReportListagemTemp"_s); }));
+        // Closed while its pages are made: the listing's end ends them.
+        QTimer::singleShot(60, &c.principal, [&c] { delete c.form; });
+        controlo<QPushButton>(c.form, u"cmdImprimir"_s)->click();
+        QVERIFY(utilizador::esperar([&c] { return !c.previsao(u"DataReportListagemTemp"_s); }));
+    }
+
+    void alarmesVerificados() {
+        Cena c(u"frmListagemAlarmesMask"_s);
+        c.executar(u"INSERT INTO MaskUtilizadores VALUES (1, 'Ana')"_s);
+        for (const QVariantList &v : {QVariantList{u"2024-03-15 01:02:03"_s, 1, u"127.0.0.2"_s, u"Unidade"_s},
+                                      QVariantList{u"2024-03-15 02:00:00"_s, 9, u"127.0.0.3"_s, u"Outra"_s}})
+            c.executar(u"INSERT INTO MaskListaAlarmes (DataI, VerefPor, IP, IP_Nome, Descricao) "
+                       "VALUES (?, ?, ?, ?, 'porta')"_s,
+                       v);
+        c.abrir(0);
+        auto *dispositivos = controlo<Grelha>(c.form, u"grdDispositivos"_s);
+        QCOMPARE(dispositivos->celula(0, 0), u"-"_s);
+        c.confirmar();
+        QCOMPARE(c.grelha().model()->rowCount(), 2);
+        QCOMPARE(c.celula(0, 3), QString()); // nobody of that number
+        QCOMPARE(c.celula(0, 4), u"[Outra] > porta"_s);
+        QCOMPARE(c.celula(1, 0), u"15-03-24 01:02:03"_s);
+        QCOMPARE(c.celula(1, 3), u"Ana"_s);
+        clicar(c.form, u"cmdOpccoes"_s);
+        dispositivos->setLinhaActual(1);
+        c.confirmar();
+        QCOMPARE(c.grelha().model()->rowCount(), 1);
+        QCOMPARE(c.celula(0, 4), u"porta"_s);
+        clicar(c.form, u"cmdImprimir"_s);
+        const QString texto = c.textoImpresso(u"DataReportListagemAlarmesMask"_s);
+        for (const QString &parte : {u"Listagem de Alarmes"_s, u"Unidade"_s, u"Verificado Por"_s, u"Ana"_s})
+            QVERIFY2(texto.contains(parte), qPrintable(parte + u"\n---\n" + texto));
+    }
+
+    void exportarGrafico() {
+        Cena c(u"frmGraficoPrincipalPressao"_s, u"K"_s);
+        c.leituras(u"Pressao"_s, id(1), {{u"2024-03-15 01:00:00"_s, 101.3, u"105XXXNA"_s}});
+        c.abrir(1);
+        QVERIFY(!controlo<QPushButton>(c.form, u"cmdExport"_s)->isEnabled());
+        c.confirmar();
+        const QString csv = c.ficheiro(u"p.csv"_s);
+        c.dialogos.responderGravar(csv, u"2024/3/15/GraphTemp12-00-00.csv"_s);
+        c.dialogos.esperarMensagem(u"Exportação concluida com sucesso"_s);
+        c.form->findChild<QAction *>(u"mnuExportCSV"_s)->trigger();
+        QVERIFY(Instalacao::lerFicheiro(csv).startsWith(QByteArray("15/03/2024 01:00:00;" + id(1).toUtf8() + ';')));
+        QVERIFY(Instalacao::lerFicheiro(csv).endsWith(";101,3;105;NA\r\n"));
+        QCOMPARE(c.dialogos.ultimoFiltro, u"csv (*.csv)|*.csv"_s);
+        // What cannot be written is said, twice as told: the failure and the outcome.
+        c.dialogos.responderGravar(c.ficheiro(u"nao/ha.csv"_s));
+        c.erros.esperar(u"ha.csv"_s);
+        c.dialogos.esperarMensagem(u"Erro ao Exportar..."_s);
+        c.form->findChild<QAction *>(u"mnuExportCSV"_s)->trigger();
+        c.dialogos.responderGravar({}); // cancelled: nothing is said
+        c.form->findChild<QAction *>(u"mnuExportCSV"_s)->trigger();
+
+        const QString jpg = c.ficheiro(u"p.jpg"_s);
+        c.dialogos.responderGravar(jpg, u"GraphTemp12-00-00.jpg"_s);
+        c.form->findChild<QAction *>(u"mnuExportJPG"_s)->trigger();
+        const QImage imagem(jpg);
+        QCOMPARE(imagem.size(), QSize(1050, 506));
+        QCOMPARE(imagem.pixelColor(2, 2), QColor(Qt::white));
+        // The printed picture is the exported one.
+        clicar(c.form, u"cmdImprimir"_s);
+        JanelaRelatorio *janela = c.previsao(u"DataReportGraficoPrincipal"_s);
+        QVERIFY(janela);
+        const QImage impressa = janela->relatorio().Sections(u"Section2"_s)->controlo(u"imgChart"_s)->picture;
+        QCOMPARE(impressa.size(), QSize(1050, 506));
+        QCOMPARE(impressa.convertToFormat(QImage::Format_RGB32),
+                 c.chart().imagem(1050, 506).convertToFormat(QImage::Format_RGB32));
+        QImage trabalho;
+        QVERIFY(trabalho.load(estado().PastaPrograma + u"/Teste.cap", "PNG"));
+        const QString texto = c.textoImpresso(u"DataReportGraficoPrincipal"_s);
+        for (const QString &parte : {u"Gráfico de Pressão"_s, u"! = Alarmes"_s, u"Média = 101,3 kPa"_s,
+                                     u"Poseidon: 127.0.0.2 - Unidade - 00:0A"_s})
+            QVERIFY2(texto.contains(parte), qPrintable(parte + u"\n---\n" + texto));
+    }
+
+    void lugarDaListagem() {
+        Cena c(u"frmListagemAlarmesPressao"_s, u"K"_s);
+        c.abrir(0);
+        c.form->close();
+        QVERIFY(!modINI::GetSetting(u"Vistrel"_s, u"FORMS"_s, u"frmListagemAlarmesMediasTempTOP"_s).isEmpty());
+        QVERIFY(!modINI::GetSetting(u"Vistrel"_s, u"FORMS"_s, u"frmListagemAlarmesMediasTempWIDTH"_s).isEmpty());
+        QVERIFY(modINI::GetSetting(u"Vistrel"_s, u"FORMS"_s, u"frmListagemAlarmesPressaoTOP"_s).isEmpty());
+    }
+
+    void listaDeSensoresCortada() {
+        const QList<Sensor> poucos{{u"1"_s, QString(700, u'a'), false}};
+        QCOMPARE(impressao::listaDeSensores(u"Sensores: "_s, poucos).size(), 714);
+        const QList<Sensor> muitos{{u"1"_s, QString(712, u'a'), false}};
+        const QString cortada = impressao::listaDeSensores(u"Sensores: "_s, muitos);
+        QCOMPARE(cortada.size(), 725);
+        QVERIFY(cortada.endsWith(u"a ..."));
+    }
+};
+
+QTEST_MAIN(TesteSaidas)
+#include "tst_saidas.moc"
