@@ -2,9 +2,12 @@
 
 #include "core/literais.h"
 #include "core/modTraducoes.h"
+#include "platform/forms/icones.h"
 #include "platform/forms/lugar.h"
+#include "shell/desenhos.h"
 
 #include <QApplication>
+#include <QFontDatabase>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
@@ -37,8 +40,8 @@ frmErro::frmErro(QWidget *dono) : QDialog(dono) {
 
     auto *imagem = new QLabel;
     const int lado = style()->pixelMetric(QStyle::PM_MessageBoxIconSize);
-    imagem->setPixmap(
-        style()->standardIcon(QStyle::SP_MessageBoxCritical).pixmap(QSize(lado, lado), devicePixelRatioF()));
+    juntarDesenhos();
+    imagem->setPixmap(icones::icone(u"erro"_s).pixmap(QSize(lado, lado), devicePixelRatioF()));
     auto *titulo = new QLabel(texto(u"LabelErro.Caption"_s, u"Este programa executou um erro:"_s));
     titulo->setObjectName(u"LabelErro"_s);
     titulo->setWordWrap(true);
@@ -63,6 +66,7 @@ frmErro::frmErro(QWidget *dono) : QDialog(dono) {
 
     m_lblDetalhe = new QLabel;
     m_lblDetalhe->setObjectName(u"lblDetalhe"_s);
+    m_lblDetalhe->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont)); // its labels are filled up with points
     m_lblDetalhe->setTextFormat(Qt::PlainText);
     m_lblDetalhe->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     m_lblDetalhe->setWordWrap(true);

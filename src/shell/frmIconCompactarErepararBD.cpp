@@ -13,6 +13,7 @@
 #include <QPainterPath>
 
 #include <cmath>
+#include <utility>
 
 namespace {
 
@@ -34,7 +35,7 @@ frmIconCompactarErepararBD::frmIconCompactarErepararBD()
 }
 
 void frmIconCompactarErepararBD::TimerEspera_Timer() {
-    if (!isVisible())
+    if (!isVisible() || !m_timerEspera.isActive())
         return;
     m_timerEspera.stop(); // events run below; one tick does the work
     Rotina("frmIconCompactarErepararBD.TimerEspera_Timer", [] {
@@ -52,6 +53,9 @@ void frmIconCompactarErepararBD::TimerEspera_Timer() {
 // A trace between its limits: what the program is about.
 void frmIconCompactarErepararBD::paintEvent(QPaintEvent *) {
     QPainter p(this);
+    // Nothing is gained by waiting for the timer once the splash can be seen.
+    if (!std::exchange(m_pintado, true))
+        QTimer::singleShot(0, this, &frmIconCompactarErepararBD::TimerEspera_Timer);
     p.setRenderHint(QPainter::Antialiasing);
     const QRectF area = QRectF(rect()).adjusted(1, 1, -1, -1);
     QLinearGradient fundo(area.topLeft(), area.bottomLeft());

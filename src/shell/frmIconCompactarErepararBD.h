@@ -16,4 +16,5 @@ protected:
 private:
     void TimerEspera_Timer();
     QTimer m_timerEspera;
+    bool m_pintado = false;
 };

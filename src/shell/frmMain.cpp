@@ -8,6 +8,7 @@
 #include "data/ligacao.h"
 #include "platform/forms/icones.h"
 #include "platform/forms/registoForms.h"
+#include "shell/desenhos.h"
 #include "shell/estadoMenu.h"
 
 #include <QApplication>
@@ -25,11 +26,6 @@ namespace {
 constexpr QSize tamanhoInicial(1180, 760);
 
 } // namespace
-
-// The drawings lie in a static library, which the linker would drop otherwise. Must stand outside any namespace.
-static void juntarDesenhos() {
-    Q_INIT_RESOURCE(icones);
-}
 
 frmMain::frmMain() : m_area(new QMdiArea(this)) {
     juntarDesenhos();

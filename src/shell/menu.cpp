@@ -141,10 +141,10 @@ constexpr EntradaMenu tabela[] = {
     {u"RegistadorControl", u"RegistadorControlMissoes", u"mnuListagensMissoes", u"Missoes", false,
      u"frmListagemLoggers", u"missoes", AccaoMenu::Form},
     {u"", u"Geral", u"mnuGeral", u"Geral", false, u"", u"geral", AccaoMenu::Form},
-    {u"Geral", u"Sensores", u"mnuGeralSensores", u"Sensores", false, u"frmPassWord", u"", AccaoMenu::Sensores},
-    {u"Geral", u"Configuracoes", u"mnuListagensConfiguracoes", u"Configurações", false, u"frmConfiguracoes", u"",
+    {u"Geral", u"Sensores", u"mnuGeralSensores", u"Sensores", false, u"frmPassWord", u"sensores", AccaoMenu::Sensores},
+    {u"Geral", u"Configuracoes", u"mnuListagensConfiguracoes", u"Configurações", false, u"frmConfiguracoes", u"geral",
      AccaoMenu::Configuracoes},
-    {u"Geral", u"Ajuda", u"mnuGeralAjuda", u"Procurar adaptador", false, u"frmAjuda", u"", AccaoMenu::Form},
+    {u"Geral", u"Ajuda", u"mnuGeralAjuda", u"Procurar adaptador", false, u"frmAjuda", u"procurar", AccaoMenu::Form},
 };
 
 } // namespace
