@@ -9,6 +9,7 @@
 #include "platform/forms/icones.h"
 #include "platform/forms/registoForms.h"
 #include "shell/estadoMenu.h"
+#include "shell/textosDoQt.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -164,6 +165,7 @@ QString frmMain::PedeCaminhoParaPasta() const {
 void frmMain::AlterarLingua() {
     Rotina("frmMain.AlterarLingua", [this] {
         estado().Lingua = modTraducoes::linguaDasDefinicoes();
+        textosDoQt::aplicar(estado().Lingua);
         forcarEventos();
         pBuildMenus();
         forcarEventos();

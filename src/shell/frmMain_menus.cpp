@@ -39,33 +39,35 @@ void frmMain::BuscarEstadoMenu() {
 void frmMain::pBuildMenus() {
     Rotina("frmMain.pBuildMenus", [this] {
         BuscarEstadoMenu();
-        menuBar()->clear();
-        menuBar()->setObjectName(u"SmartMenuXP"_s);
-        qDeleteAll(m_menus);
-        m_menus.clear();
-        m_accoes.clear();
+        if (m_accoes.isEmpty()) {
+            menuBar()->setObjectName(u"SmartMenuXP"_s);
+            for (const EntradaMenu &entrada : menuPrincipal())
+                construirEntrada(entrada);
+            menuBar()->addSeparator();
+        }
+        // The entries stay and take new texts: the click that led to a change of language is still on its way
+        // through one of them.
         for (const EntradaMenu &entrada : menuPrincipal())
-            construirEntrada(entrada);
-        menuBar()->addSeparator();
+            m_accoes.value(entrada.chave.toString())
+                ->setText(modTraducoes::texto(u"VISTREL_frmMain"_s, entrada.chaveLingua.toString(),
+                                              entrada.omissao.toString()));
         aplicarEstados();
     });
 }
 
 void frmMain::construirEntrada(const EntradaMenu &entrada) {
     const QString chave = entrada.chave.toString();
-    const QString texto =
-        modTraducoes::texto(u"VISTREL_frmMain"_s, entrada.chaveLingua.toString(), entrada.omissao.toString());
     const QIcon icone = icones::icone(entrada.icone.toString(), palette());
     QWidget *pai = entrada.pai.isEmpty() ? static_cast<QWidget *>(menuBar()) : m_menus.value(entrada.pai.toString());
     QAction *accao = nullptr;
     if (temFilhas(entrada)) {
-        auto *menu = new QMenu(texto, pai);
+        auto *menu = new QMenu(pai);
         m_menus.insert(chave, menu);
         accao = menu->menuAction();
         menu->setObjectName(u"menu"_s + chave);
         pai->addAction(accao);
     } else {
-        accao = new QAction(texto, pai);
+        accao = new QAction(pai);
         pai->addAction(accao);
         connect(accao, &QAction::triggered, this, [this, &entrada] { SmartMenuXP_Click(entrada); });
     }
