@@ -1,9 +1,8 @@
 # Shared build rules: one library a folder, one precompiled header a kind, strict warnings.
 
 add_compile_options(-Wall -Wextra -Wpedantic -Werror)
-# QCustomPlot's header uses the keywords and foreach, so they stay allowed.
-add_compile_definitions(QT_NO_CAST_FROM_BYTEARRAY QT_USE_QSTRINGBUILDER
-                        QT_DISABLE_DEPRECATED_BEFORE=0x060000)
+add_compile_definitions(QT_NO_CAST_FROM_BYTEARRAY QT_NO_FOREACH QT_NO_KEYWORDS QT_USE_QSTRINGBUILDER
+                        QT_DISABLE_DEPRECATED_BEFORE=0x060400)
 include_directories(${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/src)
 
 if(VISTREL_SANITIZE)

@@ -97,9 +97,11 @@ QString Motor::examinar() {
     }
     if (codigo == SQLITE_INTERRUPT)
         achados += u" (exame interrompido)"_s;
+    else if (codigo != SQLITE_DONE)
+        achados += u' ' + QString::fromUtf8(sqlite3_errmsg(motor));
     sqlite3_finalize(exame);
     sqlite3_progress_handler(motor, 0, nullptr, nullptr);
-    return achados.isEmpty() ? u" O exame não foi possível."_s : u" Exame:"_s + achados;
+    return u" Exame:"_s + achados;
 }
 
 void Motor::falhar(int codigo, const QString &contexto) {
@@ -189,7 +191,8 @@ void Ligacao::abrir(const QString &caminho) {
         throw Falha(erros::objectoAberto, u"A base de dados já está aberta."_s);
     const FicheiroBD ficheiro = examinarFicheiroBD(caminho);
     const QByteArray nome = QFile::encodeName(caminho);
-    int modo = ficheiro.gravavel ? SQLite::OPEN_READWRITE : SQLite::OPEN_READONLY;
+    // One thread: the engine's own lock, taken for every column read, would be paid for nothing.
+    int modo = (ficheiro.gravavel ? SQLite::OPEN_READWRITE : SQLite::OPEN_READONLY) | SQLite::OPEN_NOMUTEX;
     QByteArray endereco = nome;
     if (ficheiro.imutavel) {
         modo |= SQLite::OPEN_URI;

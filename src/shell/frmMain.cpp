@@ -27,7 +27,13 @@ constexpr QSize tamanhoInicial(1180, 760);
 
 } // namespace
 
+// The drawings lie in a static library, which the linker would drop otherwise. Must stand outside any namespace.
+static void juntarDesenhos() {
+    Q_INIT_RESOURCE(icones);
+}
+
 frmMain::frmMain() : m_area(new QMdiArea(this)) {
+    juntarDesenhos();
     setObjectName(u"frmMain"_s);
     setWindowIcon(icones::icone(u"vistrel"_s, palette()));
     resize(tamanhoInicial);

@@ -1,342 +1,225 @@
 #include "platform/chart/TChart.h"
 
-#include "core/estado.h"
-#include "platform/chart/TChart_interno.h"
+#include "core/literais.h"
+#include "platform/chart/interno.h"
 
 #include <QPicture>
-#include <QVBoxLayout>
 
 #include <cmath>
 
-namespace {
-
-constexpr int maximoNaLegenda = 28; // characters of a name
-constexpr double distanciaDeClique = 8;
-constexpr int pontosPorMetro96dpi = 3780;
-
-} // namespace
-
-TChart::Interno::Interno(TChart *chart)
-    : q(chart), plot(new QCustomPlot(chart)), leitor(new LeitorDePonto(chart)),
-      elastico(new QRubberBand(QRubberBand::Rectangle, plot)), eixoTempo(new EixoTempo(plot->xAxis)),
-      eixoNumeros(new EixoNumeros), eixoBarras(new EixoBarras(plot->xAxis)), rodape(new QCPLayoutGrid) {
-    plot->setPlottingHint(QCP::phCacheLabels, false);
-    plot->setNoAntialiasingOnDrag(true);
-    plot->setFocusPolicy(Qt::NoFocus);
-    plot->setMouseTracking(true);
-    plot->xAxis->setTicker(eixoTempo);
-    plot->yAxis->setTicker(eixoNumeros);
-    plot->xAxis2->setVisible(true);
-    plot->yAxis2->setVisible(true);
-    for (QCPAxis *a : {plot->xAxis2, plot->yAxis2}) {
-        a->setTicks(false);
-        a->setTickLabels(false);
-    }
-    plot->plotLayout()->addElement(1, 0, rodape);
-    plot->plotLayout()->setRowStretchFactor(1, 0.001);
-    plot->plotLayout()->setRowSpacing(0);
-    rodape->setMargins(QMargins(8, 0, 8, 6));
-    rodape->addElement(0, 0, plot->legend);
-    plot->legend->setFillOrder(QCPLayoutGrid::foColumnsFirst);
-    plot->legend->setBorderPen(Qt::NoPen);
-    plot->legend->setBrush(Qt::NoBrush);
-    plot->legend->setMargins(QMargins(0, 2, 0, 0));
-    plot->legend->setRowSpacing(0);
-    plot->legend->setVisible(false);
+TChart::Interno::Interno(TChart *chart) : q(chart), quadro(new Quadro(chart)), sobre(new Sobreposicao(chart)) {
+    new Marcas(quadro, plots, tema); // the plot owns it
+    const auto marcador = [](QCPAxis *eixo, Marcador::Graduar graduar) {
+        eixo->setTicker(QSharedPointer<Marcador>::create(eixo, std::move(graduar)));
+    };
+    marcador(quadro->xAxis, [this](double a, double b, double c) { return graduarBaixo(a, b, c); });
+    marcador(quadro->yAxis, [this](double a, double b, double c) { return graduarEsquerdo(a, b, c); });
+    repouso.setSingleShot(true);
+    repouso.setInterval(150);
+    QObject::connect(&repouso, &QTimer::timeout, chart, [this] { pedirNota(); });
 }
 
 TChart::TChart(QWidget *pai) : QWidget(pai), m(std::make_unique<Interno>(this)) {
     setFocusPolicy(Qt::StrongFocus);
-    auto *disposicao = new QVBoxLayout(this);
-    disposicao->setContentsMargins(0, 0, 0, 0);
-    disposicao->addWidget(m->plot);
-    m->leitor->raise();
-    m->plot->installEventFilter(this);
-    m->aplicarTema(TemaGrafico::doEcra(palette()));
+    setMouseTracking(true);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+    m->vestir();
     actualizar();
 }
 
-TChart::~TChart() = default;
+// The plottables refer to the series: they go first.
+TChart::~TChart() {
+    delete m->quadro;
+}
 
 int TChart::SeriesCount() const {
     return int(m->series.size());
 }
 
 TSerie &TChart::AddSeries(TSerie::Estilo estilo) {
-    auto serie = std::make_unique<TSerie>(estilo);
-    auto *plot = new PlotSerie(m->plot->xAxis, m->plot->yAxis, *serie);
-    plot->setTema(TemaGrafico::doEcra(palette()));
-    plot->removeFromLegend();
-    m->series.push_back({std::move(serie), plot});
-    return *m->series.back().serie;
+    m->series.push_back(std::make_unique<TSerie>(estilo));
+    m->plots.push_back(new PlotSerie(m->quadro->xAxis, m->quadro->yAxis, *m->series.back(), m->tema));
+    return *m->series.back();
 }
 
 void TChart::RemoveSeries(int indice) {
-    m->leitor->esconder();
-    m->cursorSerie = m->cursorIndice = -1;
-    m->plot->removePlottable(m->series.at(size_t(indice)).plot);
+    m->quadro->legenda()->definir({});
+    m->quadro->removePlottable(m->plots[size_t(indice)]);
+    m->plots.erase(m->plots.begin() + indice);
     m->series.erase(m->series.begin() + indice);
+    m->serieRetirada(indice);
 }
 
 TSerie &TChart::Series(int indice) {
-    return *m->series.at(size_t(indice)).serie;
+    return *m->series[size_t(indice)];
 }
+
 const TSerie &TChart::Series(int indice) const {
-    return *m->series.at(size_t(indice)).serie;
+    return *m->series[size_t(indice)];
 }
+
 TEixo &TChart::Left() {
     return m->esquerdo;
 }
+
 TEixo &TChart::Bottom() {
     return m->baixo;
 }
 
+namespace {
+
+// The extreme over the active series, 0 when no series has any.
+template <typename Serie, typename Valor, typename Melhor>
+double extremo(const std::vector<Serie> &series, Valor valor, Melhor melhor) {
+    double achado = 0;
+    bool ha = false;
+    for (const auto &s : series) {
+        const double v = ((*s).*valor)();
+        if (!s->Active || !std::isfinite(v))
+            continue;
+        achado = ha ? melhor(achado, v) : v;
+        ha = true;
+    }
+    return achado;
+}
+
+constexpr auto menor = [](double a, double b) { return std::min(a, b); };
+constexpr auto maior = [](double a, double b) { return std::max(a, b); };
+
+} // namespace
+
 double TChart::MinXValue() const {
-    const auto e = m->extremos();
-    return e.validos ? e.xMinimo : 0;
+    return extremo(m->series, &TSerie::menorX, menor);
 }
+
 double TChart::MaxXValue() const {
-    const auto e = m->extremos();
-    return e.validos ? e.xMaximo : 0;
+    return extremo(m->series, &TSerie::maiorX, maior);
 }
+
 double TChart::MinYValue() const {
-    const auto e = m->extremos();
-    return e.validos ? e.yMinimo : 0;
+    return extremo(m->series, &TSerie::menorY, menor);
 }
+
 double TChart::MaxYValue() const {
-    const auto e = m->extremos();
-    return e.validos ? e.yMaximo : 0;
+    return extremo(m->series, &TSerie::maiorY, maior);
 }
 
 bool TChart::ZoomEnable() const {
     return m->zoomPermitido;
 }
+
 void TChart::setZoomEnable(bool permitido) {
     m->zoomPermitido = permitido;
+    if (!permitido && m->gesto.botao == Qt::LeftButton) {
+        m->gesto = {};
+        m->sobre->esconderFaixa();
+    }
 }
+
 bool TChart::comZoom() const {
     return m->comZoom;
 }
+
 void TChart::anularZoom() {
-    m->verTudo();
+    m->definirVista(m->todoX, m->todoY);
 }
+
 void TChart::setUnidade(const QString &unidade) {
     m->unidade = unidade;
 }
+
 void TChart::setLegenda(bool visivel) {
-    m->legenda = visivel;
+    m->comLegenda = visivel;
 }
+
 void TChart::setNota(std::function<QString(int, int)> nota) {
     m->nota = std::move(nota);
 }
 
-std::pair<int, int> TChart::pontoMaisProximo(const QPointF &posicao) const {
-    return m->proximo(posicao, distanciaDeClique);
-}
-
 void TChart::actualizar() {
-    for (const SerieDoGrafico &s : m->series) {
-        s.plot->setVisible(s.serie->Active);
-        s.plot->examinar();
-    }
-    m->notaPedida = {-1, -1};
-    m->leitor->esconder();
-    m->aplicarEixos();
-    m->aplicarLegenda(width());
-    m->repintar();
+    for (PlotSerie *p : m->plots)
+        p->actualizar();
+    std::vector<const PlotSerie *> nomeadas;
+    for (const PlotSerie *p : m->plots)
+        if (p->serie().Active && !p->serie().Title.isEmpty())
+            nomeadas.push_back(p);
+    if (!m->comLegenda || nomeadas.size() < 2)
+        nomeadas.clear();
+    m->quadro->legenda()->definir(std::move(nomeadas));
+
+    Quadro *quadro = m->quadro;
+    quadro->xAxis->setVisible(m->baixo.Visible);
+    quadro->yAxis->setVisible(m->esquerdo.Visible);
+    quadro->xAxis->setLabel(m->baixo.Title);
+    quadro->yAxis->setLabel(m->esquerdo.Title);
+    quadro->xAxis->setTickLabels(m->temDados() || !m->baixo.Automatic);
+    quadro->yAxis->setTickLabels(m->temDados() || !m->esquerdo.Automatic);
+
+    m->calcularLimites();
+    m->definirVista(m->comZoom ? quadro->xAxis->range() : m->todoX, m->comZoom ? quadro->yAxis->range() : m->todoY);
+    m->notaPedida = false; // may have changed too
+    m->notaDoAlvo.clear();
+    if (m->valido(m->alvo))
+        m->mostrarLeitura();
+    else
+        m->apontar({});
+    quadro->pedir();
 }
 
-bool TChart::Interno::comBarras() const {
-    for (const SerieDoGrafico &s : series)
-        if (s.serie->Active && s.serie->estilo == TSerie::Estilo::Barra)
-            return true;
-    return false;
+std::pair<int, int> TChart::pontoMaisProximo(const QPointF &posicao) const {
+    constexpr double raio = 8;
+    m->quadro->dispor();
+    const Interno::Alvo a = m->procurar(posicao, raio);
+    return {a.serie, int(a.indice)};
 }
 
-// Asked for before actualizar() as well, so it looks at the points themselves.
-PlotSerie::Extremos TChart::Interno::extremos() const {
-    PlotSerie::Extremos todos{INFINITY, -INFINITY, INFINITY, -INFINITY, false};
-    for (const SerieDoGrafico &s : series) {
-        if (!s.serie->Active)
-            continue;
-        const QList<double> &x = s.serie->x();
-        const QList<double> &y = s.serie->y();
-        for (qsizetype i = 0; i < x.size(); ++i) {
-            if (std::isnan(y[i]))
-                continue;
-            todos.xMinimo = std::min(todos.xMinimo, x[i]);
-            todos.xMaximo = std::max(todos.xMaximo, x[i]);
-            todos.yMinimo = std::min(todos.yMinimo, y[i]);
-            todos.yMaximo = std::max(todos.yMaximo, y[i]);
-            todos.validos = true;
-        }
-    }
-    return todos;
-}
-
-QCPRange TChart::Interno::vistaX() const {
-    QCPRange vista(baixo.Minimum, baixo.Maximum);
-    if (comBarras()) {
-        qsizetype barras = 1;
-        for (const SerieDoGrafico &s : series)
-            barras = std::max(barras, s.serie->Count());
-        return {-0.75, double(barras) - 0.25};
-    }
-    if (baixo.Automatic) {
-        const auto e = extremos();
-        vista = e.validos ? QCPRange(e.xMinimo, e.xMaximo) : QCPRange(0, 1);
-    }
-    // A single moment still needs some width to be drawn in.
-    return vista.size() > 0 ? vista : QCPRange(vista.lower - 1800, vista.lower + 1800);
-}
-
-QCPRange TChart::Interno::vistaY() const {
-    QCPRange vista(esquerdo.Minimum, esquerdo.Maximum);
-    if (esquerdo.Automatic) {
-        const auto e = extremos();
-        const double folga = e.validos ? std::max(0.5, (e.yMaximo - e.yMinimo) * 0.05) : 0;
-        vista = e.validos ? QCPRange(e.yMinimo - folga, e.yMaximo + folga) : QCPRange(0, 1);
-    }
-    return vista.size() > 0 ? vista : QCPRange(vista.lower - 1, vista.lower + 1);
-}
-
-void TChart::Interno::aplicarTema(const TemaGrafico &tema) {
-    plot->setBackground(QBrush(tema.fundo));
-    for (QCPAxis *eixo : {plot->xAxis, plot->yAxis, plot->xAxis2, plot->yAxis2}) {
-        eixo->setBasePen(QPen(tema.eixo, 1));
-        eixo->setTickPen(QPen(tema.eixo, 1));
-        eixo->setSubTickPen(QPen(tema.eixo, 1));
-        eixo->setTickLabelColor(tema.texto);
-        eixo->setLabelColor(tema.texto);
-        eixo->grid()->setPen(QPen(tema.grelha, 1));
-        eixo->grid()->setZeroLinePen(QPen(tema.grelha.darker(115), 1));
-    }
-    plot->legend->setTextColor(tema.texto);
-    for (const SerieDoGrafico &s : series)
-        s.plot->setTema(tema);
-}
-
-void TChart::Interno::aplicarEixos() {
-    const bool barras = comBarras();
-    plot->setLocale(estado().ambiente.locale);
-    eixoTempo->passoMinimo = baixo.Increment;
-    eixoNumeros->passoMinimo = esquerdo.Increment;
-    if (barras) {
-        eixoBarras->rotulos.clear();
-        for (const SerieDoGrafico &s : series)
-            for (qsizetype i = 0; s.serie->Active && i < s.serie->Count(); ++i)
-                eixoBarras->rotulos.append(s.serie->PointLabel(i));
-        plot->xAxis->setTicker(eixoBarras);
-    } else {
-        plot->xAxis->setTicker(eixoTempo);
-    }
-    plot->xAxis->setTickLabels(baixo.Visible);
-    plot->xAxis->setTicks(baixo.Visible);
-    plot->yAxis->setVisible(esquerdo.Visible);
-    plot->xAxis->grid()->setVisible(baixo.Visible && !barras);
-    plot->xAxis->setLabel(baixo.Title);
-    plot->yAxis->setLabel(esquerdo.Title);
-    if (!comZoom) {
-        plot->xAxis->setRange(vistaX());
-        plot->yAxis->setRange(vistaY());
-    }
-    rodarRotulos();
-}
-
-// Labels of bars stand upright when they do not fit side by side.
-void TChart::Interno::rodarRotulos() {
-    double rotacao = 0;
-    if (comBarras()) {
-        const QFontMetricsF metrica(plot->xAxis->tickLabelFont());
-        const double porBarra = plot->xAxis->axisRect()->width() / std::max(1e-9, plot->xAxis->range().size());
-        for (const QString &rotulo : std::as_const(eixoBarras->rotulos))
-            if (metrica.horizontalAdvance(rotulo) + 10 > porBarra)
-                rotacao = -90;
-    }
-    plot->xAxis->setTickLabelRotation(rotacao);
-}
-
-void TChart::Interno::aplicarLegenda(int largura) {
-    QCPLegend *caixa = plot->legend;
-    caixa->clearItems();
-    const QFontMetricsF metrica(caixa->font());
-    double maior = 1;
-    for (const SerieDoGrafico &s : series) {
-        if (!legenda || !s.serie->Active || s.serie->Count() == 0)
-            continue;
-        const QString nome = s.serie->Title.size() > maximoNaLegenda
-                                 ? s.serie->Title.left(maximoNaLegenda - 1) + QChar(u'…')
-                                 : s.serie->Title;
-        s.plot->setName(nome);
-        s.plot->addToLegend();
-        maior = std::max(maior, metrica.horizontalAdvance(nome));
-    }
-    const double item = maior + caixa->iconSize().width() + caixa->iconTextPadding() + caixa->columnSpacing() + 8;
-    caixa->setWrap(std::max(1, int((largura - 24) / item)));
-    // Wrapping counts from what is added, so the items are laid out anew.
-    caixa->setFillOrder(QCPLayoutGrid::foColumnsFirst, true);
-    caixa->setVisible(caixa->itemCount() > 0);
-}
-
-void TChart::Interno::repintar() {
-    plot->replot(QCustomPlot::rpQueuedReplot);
-}
-
-// The same plot drawn once more at another size and on white paper; the screen's state is put back afterwards.
 QImage TChart::imagem(int largura, int altura) const {
     QImage imagem(largura, altura, QImage::Format_RGB32);
-    imagem.setDotsPerMeterX(pontosPorMetro96dpi);
-    imagem.setDotsPerMeterY(pontosPorMetro96dpi);
+    imagem.setDevicePixelRatio(1);
     imagem.fill(Qt::white);
-    const QSize antes = m->plot->viewport().size();
-    m->aplicarTema(TemaGrafico::doPapel());
-    m->aplicarLegenda(largura);
-    {
-        QCPPainter pintor(&imagem);
-        m->plot->toPainter(&pintor, largura, altura);
-    }
-    m->aplicarTema(TemaGrafico::doEcra(palette()));
-    m->aplicarLegenda(antes.width());
+    QCPPainter pintor(&imagem);
+    m->desenhar(&pintor, imagem.size());
     return imagem;
 }
 
 void TChart::pintar(QPainter &pintor, const QRect &destino) const {
-    pintor.drawImage(destino, imagem(destino.width(), destino.height()));
-}
-
-void TChart::changeEvent(QEvent *evento) {
-    QWidget::changeEvent(evento);
-    if (evento->type() == QEvent::PaletteChange || evento->type() == QEvent::StyleChange) {
-        const TemaGrafico tema = TemaGrafico::doEcra(palette());
-        m->aplicarTema(tema);
-        m->leitor->setTema(tema);
-        m->repintar();
+    if (destino.isEmpty())
+        return;
+    // So many pixels as a picture of this shape has on a middling screen.
+    constexpr double pontosDaImagem = 800 * 500;
+    const double escala = std::sqrt(double(destino.width()) * destino.height() / pontosDaImagem);
+    const QSize tamanho((QSizeF(destino.size()) / escala).toSize());
+    QPicture gravado;
+    {
+        QCPPainter meio(&gravado);
+        meio.setModes(QCPPainter::pmVectorized | QCPPainter::pmNoCaching);
+        m->desenhar(&meio, tamanho);
     }
+    pintor.save();
+    pintor.translate(destino.topLeft());
+    pintor.scale(double(destino.width()) / tamanho.width(), double(destino.height()) / tamanho.height());
+    pintor.drawPicture(0, 0, gravado);
+    pintor.restore();
 }
 
 void TChart::resizeEvent(QResizeEvent *evento) {
+    m->quadro->setGeometry(rect());
+    m->sobre->setGeometry(rect());
+    m->sobre->raise();
+    if (m->valido(m->alvo))
+        m->mostrarLeitura();
     QWidget::resizeEvent(evento);
-    m->leitor->setGeometry(rect());
-    m->leitor->esconder();
-    m->aplicarLegenda(width());
-    m->rodarRotulos();
 }
 
-void TChart::focusInEvent(QFocusEvent *evento) {
-    QWidget::focusInEvent(evento);
-    m->leitor->setFoco(evento->reason() == Qt::TabFocusReason || evento->reason() == Qt::BacktabFocusReason);
-}
-
-void TChart::focusOutEvent(QFocusEvent *evento) {
-    QWidget::focusOutEvent(evento);
-    m->leitor->setFoco(false);
-}
-
-void TChart::keyPressEvent(QKeyEvent *evento) {
-    if (!m->tecla(evento))
-        QWidget::keyPressEvent(evento);
-}
-
-bool TChart::eventFilter(QObject *objecto, QEvent *evento) {
-    return objecto == m->plot && m->rato(evento) ? true : QWidget::eventFilter(objecto, evento);
+void TChart::changeEvent(QEvent *evento) {
+    switch (evento->type()) {
+    case QEvent::PaletteChange:
+    case QEvent::FontChange:
+    case QEvent::StyleChange:
+        m->vestir();
+        break;
+    default:
+        break;
+    }
+    QWidget::changeEvent(evento);
 }
