@@ -14,6 +14,7 @@
 #include <QFile>
 #include <QLabel>
 #include <QLibraryInfo>
+#include <QMdiSubWindow>
 #include <QMenu>
 #include <QPushButton>
 #include <QTest>
@@ -147,6 +148,37 @@ private Q_SLOTS:
         QCOMPARE(utilizador::controlo<QAction>(principal.get(), u"Geral"_s)->text(), u"General"_s);
         QCOMPARE(utilizador::controlo<QAction>(principal.get(), u"Configuracoes"_s)->text(), u"Settings"_s);
         QVERIFY(!registoForms().activo(u"frmConfiguracoes"_s));
+    }
+
+    // Title and icon of the frame are the form's; the frame goes with it, whoever of the two is closed.
+    void molduraSegueOForm_data() {
+        QTest::addColumn<bool>("peloForm");
+        QTest::newRow("the form closes itself") << true;
+        QTest::newRow("the frame is closed") << false;
+    }
+    void molduraSegueOForm() {
+        QFETCH(const bool, peloForm);
+        const Instalacao instalacao;
+        const std::unique_ptr<frmMain> principal = modMain::Main();
+        registoForms().registar(u"frmTeste"_s, [](QWidget *dono) { return new QWidget(dono); });
+        const QPointer<QWidget> form = registoForms().abrir(u"frmTeste"_s);
+        const QPointer<QMdiSubWindow> moldura = qobject_cast<QMdiSubWindow *>(form->parentWidget());
+        QVERIFY(moldura);
+        QPixmap vermelho(16, 16);
+        vermelho.fill(Qt::red);
+        form->setWindowTitle(u"Outro título"_s);
+        form->setWindowIcon(vermelho);
+        QCOMPARE(moldura->windowTitle(), u"Outro título"_s);
+        QCOMPARE(moldura->windowIcon().pixmap(16).toImage().pixelColor(8, 8), QColor(Qt::red));
+        if (peloForm)
+            form->close();
+        else
+            moldura->close();
+        QTRY_VERIFY(form.isNull());
+        QTRY_VERIFY(moldura.isNull());
+        QVERIFY(!registoForms().activo(u"frmTeste"_s));
+        QWidget *novo = registoForms().abrir(u"frmTeste"_s);
+        QVERIFY(novo && novo->isVisible());
     }
 
     void textosDoQt_data() {

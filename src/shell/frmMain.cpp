@@ -114,6 +114,11 @@ void frmMain::alojar(QWidget *form) {
     janela->setAttribute(Qt::WA_DeleteOnClose);
     janela->setWidget(form);
     janela->setWindowIcon(form->windowIcon().isNull() ? windowIcon() : form->windowIcon());
+    // The title follows by itself; the icon does not, and a form that closes itself would leave an empty frame.
+    const QPointer<QMdiSubWindow> moldura = janela;
+    connect(form, &QWidget::windowIconChanged, moldura, [moldura](const QIcon &i) { moldura->setWindowIcon(i); });
+    connect(
+        form, &QObject::destroyed, moldura, [moldura] { moldura->close(); }, Qt::QueuedConnection);
     m_area->addSubWindow(janela);
     form->show();
     janela->show();
