@@ -69,8 +69,8 @@ void repor(QWidget *form, const Regra &regra) {
     // A place that is out of sight comes back: enough of the window to grasp it, and its title bar whole.
     const int resto = std::min(restoVisivel, tamanho.width());
     const int x =
-        std::clamp(canto.x(), onde.left() + resto - tamanho.width(), std::max(onde.left(), onde.right() + 1 - resto));
-    const int y = std::clamp(canto.y(), onde.top(), std::max(onde.top(), onde.bottom() + 1 - restoVisivel));
+        std::clamp(canto.x(), onde.left() + resto - tamanho.width(), std::max(onde.left(), onde.right() - resto));
+    const int y = std::clamp(canto.y(), onde.top(), std::max(onde.top(), onde.bottom() - restoVisivel));
     janela->resize(tamanho);
     janela->move(x, y);
 }
