@@ -5,17 +5,11 @@
 #include "shell/frmMain.h"
 
 #include <QApplication>
-#include <QLibraryInfo>
-#include <QTranslator>
 
 int main(int argc, char *argv[]) {
     QApplication aplicacao(argc, argv);
     QApplication::setApplicationName(estado().NomePrograma);
     QApplication::setApplicationVersion(QStringLiteral(VISTREL_VERSAO));
-    QTranslator textosDoQt; // buttons of standard dialogs, in the system's language
-    if (textosDoQt.load(QLocale::system(), QStringLiteral("qtbase"), QStringLiteral("_"),
-                        QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
-        QApplication::installTranslator(&textosDoQt);
 
     DialogosQt dialogos;
     ApresentadorQt apresentador;

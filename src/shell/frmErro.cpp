@@ -4,6 +4,7 @@
 #include "core/modTraducoes.h"
 #include "platform/forms/icones.h"
 #include "platform/forms/lugar.h"
+#include "platform/forms/registoForms.h"
 #include "shell/desenhos.h"
 
 #include <QApplication>
@@ -91,6 +92,22 @@ frmErro::frmErro(QWidget *dono) : QDialog(dono) {
     disposicao->addWidget(m_rolo, 1);
     aplicarAltura();
     continuar->setFocus();
+    if (dono && dono->isModal())
+        dono->installEventFilter(this);
+}
+
+// A modal owner takes its children along when it goes. What went wrong has to stay in sight, so the dialog moves to
+// the main window, or stands alone while there is none yet.
+bool frmErro::eventFilter(QObject *alvo, QEvent *evento) {
+    if (evento->type() == QEvent::Hide && alvo == parentWidget()) {
+        alvo->removeEventFilter(this);
+        const bool mostrado = isVisible();
+        const QPoint onde = pos();
+        setParent(registoForms().dono, windowFlags());
+        move(onde);
+        setVisible(mostrado);
+    }
+    return QDialog::eventFilter(alvo, evento);
 }
 
 void frmErro::definirDetalhe(const QString &mensagem) {

@@ -16,6 +16,7 @@ public:
 
 protected:
     void keyPressEvent(QKeyEvent *evento) override;
+    bool eventFilter(QObject *alvo, QEvent *evento) override;
 
 private:
     void cmdDetalhe_Click();

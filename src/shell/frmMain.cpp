@@ -10,6 +10,7 @@
 #include "platform/forms/registoForms.h"
 #include "shell/desenhos.h"
 #include "shell/estadoMenu.h"
+#include "shell/textosDoQt.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -117,6 +118,10 @@ void frmMain::alojar(QWidget *form) {
     janela->setAttribute(Qt::WA_DeleteOnClose);
     janela->setWidget(form);
     janela->setWindowIcon(form->windowIcon().isNull() ? windowIcon() : form->windowIcon());
+    // The title follows by itself; the icon does not, and a form that closes itself would leave an empty frame.
+    connect(form, &QWidget::windowIconChanged, janela, [janela](const QIcon &icone) { janela->setWindowIcon(icone); });
+    connect(
+        form, &QObject::destroyed, janela, [janela] { janela->close(); }, Qt::QueuedConnection);
     m_area->addSubWindow(janela);
     form->show();
     if (janela) // a form may let events run while it comes up, and be closed by them
@@ -176,6 +181,7 @@ QString frmMain::PedeCaminhoParaPasta() const {
 void frmMain::AlterarLingua() {
     Rotina("frmMain.AlterarLingua", [this] {
         estado().Lingua = modTraducoes::linguaDasDefinicoes();
+        textosDoQt::aplicar(estado().Lingua);
         definirTitulo();
         forcarEventos();
         pBuildMenus();

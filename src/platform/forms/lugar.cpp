@@ -30,12 +30,20 @@ void escrever(const lugar::Regra &regra, const QString &chave, int pixeis) {
     modINI::SaveSetting(ficheiroDe(regra), seccao, regra.nome + chave, QString::number(pixeis * lugar::twipsPorPixel));
 }
 
-// Where windows of this one's kind may lie.
-QRect area(const QWidget *janela) {
+// Where windows of this one's kind may lie: the work area, or the screen that holds most of the wanted place. A window
+// that was left on a second screen comes up there again, as long as that screen is still there.
+QRect area(const QWidget *janela, const QRect &desejado) {
     if (const QWidget *pai = janela->parentWidget(); pai && !janela->isWindow())
         return pai->rect();
-    const QScreen *ecra = janela->screen() ? janela->screen() : QGuiApplication::primaryScreen();
-    return ecra ? ecra->availableGeometry() : QRect(0, 0, 1024, 768);
+    const auto comum = [&](const QScreen *ecra) {
+        const QRect parte = ecra->availableGeometry() & desejado;
+        return qint64(parte.width()) * parte.height();
+    };
+    const QScreen *melhor = janela->screen() ? janela->screen() : QGuiApplication::primaryScreen();
+    for (const QScreen *ecra : QGuiApplication::screens())
+        if (!melhor || comum(ecra) > comum(melhor))
+            melhor = ecra;
+    return melhor ? melhor->availableGeometry() : QRect(0, 0, 1024, 768);
 }
 
 } // namespace
@@ -55,12 +63,14 @@ void repor(QWidget *form, const Regra &regra) {
         tamanho.setWidth(ler(regra, u"WIDTH"_s, regra.largura));
     if (regra.altura > 0)
         tamanho.setHeight(ler(regra, u"HEIGHT"_s, regra.altura));
-    const QRect onde = area(janela);
+    const QPoint canto(ler(regra, u"LEFT"_s, 0), ler(regra, u"TOP"_s, 0));
+    const QRect onde = area(janela, QRect(canto, tamanho));
     tamanho = tamanho.expandedTo(janela->minimumSizeHint()).boundedTo(onde.size().expandedTo(QSize(320, 240)));
-    // A place from another screen comes back into sight.
-    const int x = std::clamp(ler(regra, u"LEFT"_s, 0), onde.left() + restoVisivel - tamanho.width(),
-                             std::max(onde.left(), onde.right() - restoVisivel));
-    const int y = std::clamp(ler(regra, u"TOP"_s, 0), onde.top(), std::max(onde.top(), onde.bottom() - restoVisivel));
+    // A place that is out of sight comes back: enough of the window to grasp it, and its title bar whole.
+    const int resto = std::min(restoVisivel, tamanho.width());
+    const int x =
+        std::clamp(canto.x(), onde.left() + resto - tamanho.width(), std::max(onde.left(), onde.right() - resto));
+    const int y = std::clamp(canto.y(), onde.top(), std::max(onde.top(), onde.bottom() - restoVisivel));
     janela->resize(tamanho);
     janela->move(x, y);
 }

@@ -1,0 +1,207 @@
+#include "core/estado.h"
+#include "core/eventos.h"
+#include "core/modErros.h"
+#include "core/modINI.h"
+#include "platform/forms/registoForms.h"
+#include "shell/apresentadorQt.h"
+#include "shell/arranque.h"
+#include "shell/frmMain.h"
+#include "shell/textosDoQt.h"
+#include "tests/apoio/instalacao.h"
+#include "tests/apoio/widgets.h"
+
+#include <QDialog>
+#include <QFile>
+#include <QLabel>
+#include <QLibraryInfo>
+#include <QMdiSubWindow>
+#include <QMenu>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+
+namespace {
+
+const QString nomeErro = u"frmErro"_s;
+
+QWidget *erroVisivel() {
+    QWidget *erro = registoForms().form(nomeErro);
+    return erro && erro->isVisible() ? erro : nullptr;
+}
+
+QString detalhe() {
+    QWidget *erro = erroVisivel();
+    return erro ? utilizador::controlo<QLabel>(erro, u"lblDetalhe"_s)->text() : QString();
+}
+
+} // namespace
+
+// The start of the process and its reports, with the real error dialog.
+class TesteInicio : public QObject {
+    Q_OBJECT
+    ApresentadorQt m_apresentador;
+
+private Q_SLOTS:
+    void cleanup() {
+        if (QWidget *erro = registoForms().form(nomeErro))
+            delete erro;
+    }
+
+    void base_data() {
+        QTest::addColumn<QByteArray>("bytes"); // Null: no file
+        QTest::addColumn<QString>("mensagem");
+        QTest::addColumn<QString>("relato"); // what the error dialog says, and goes on saying
+        QTest::newRow("missing") << QByteArray() << u"AVISO: Base de Dados Inexistente."_s
+                                 << u"frmMain.BuscarEstadoMenu"_s;
+        QTest::newRow("no database") << QByteArray("plain text, and long enough to have a header. ").repeated(9)
+                                     << QString() << u"modMain.carregaGlobaisBD"_s;
+        QTest::newRow("empty file") << QByteArray("") << QString() << u"modMain.carregaGlobaisBD"_s;
+    }
+    // The shell comes up all the same; the first cause stays in sight, also after the splash, its first owner, is gone.
+    void base() {
+        QFETCH(const QByteArray, bytes);
+        QFETCH(const QString, mensagem);
+        QFETCH(const QString, relato);
+        Instalacao instalacao(Instalacao::Base::Nenhuma);
+        estado().ambiente.apresentador = &m_apresentador;
+        const QString caminho = instalacao.ficheiro(u"dados.mdb"_s);
+        if (!bytes.isNull())
+            Instalacao::escreverFicheiro(caminho, bytes);
+        QVERIFY(modINI::SaveSetting(u"Vistrel"_s, u"BD"_s, u"MAIN"_s, caminho));
+        if (!mensagem.isEmpty())
+            instalacao.dialogos.esperarMensagem(mensagem);
+
+        const std::unique_ptr<frmMain> principal = modMain::Main();
+        QVERIFY(principal && principal->isVisible());
+        QVERIFY(!registoForms().activo(u"frmIconCompactarErepararBD"_s));
+        QTRY_VERIFY(erroVisivel());
+        QVERIFY2(detalhe().contains(relato), qPrintable(detalhe()));
+        QCOMPARE(erroVisivel()->parentWidget(), principal.get());
+        QCOMPARE(QFile::exists(caminho), !bytes.isNull());
+        if (!bytes.isNull())
+            QCOMPARE(Instalacao::lerFicheiro(caminho), bytes);
+        utilizador::clicar(erroVisivel(), u"cmdContinuar"_s);
+        QVERIFY(!erroVisivel());
+        QVERIFY(principal->isVisible());
+    }
+
+    // A dialog over everything must not lock the error dialog out, nor take it along when it closes.
+    void erroSobreDialogoModal() {
+        Instalacao instalacao;
+        estado().ambiente.apresentador = &m_apresentador;
+        const std::unique_ptr<frmMain> principal = modMain::Main();
+        auto *modal = new QDialog(principal.get());
+        modal->setAttribute(Qt::WA_DeleteOnClose);
+        const QPointer<QDialog> vigiado = modal;
+        int continuacoes = 0;
+        QTimer::singleShot(0, modal, [&] {
+            modErros::TratarErro(u"frmTeste.Primeiro"_s, u"falhou"_s, u"5"_s);
+            if (erroVisivel()) {
+                utilizador::clicar(erroVisivel(), u"cmdContinuar"_s);
+                continuacoes += erroVisivel() ? 0 : 1;
+            }
+            modErros::TratarErro(u"frmTeste.Segundo"_s, u"falhou"_s, u"5"_s);
+            modErros::TratarErro(u"frmTeste.Terceiro"_s, u"falhou"_s, u"5"_s);
+            vigiado->reject();
+        });
+        modal->exec();
+        QCOMPARE(continuacoes, 1);
+        QVERIFY(vigiado.isNull());
+        QVERIFY(erroVisivel());
+        QCOMPARE(erroVisivel()->parentWidget(), principal.get());
+        QVERIFY2(detalhe().contains(u"frmTeste.Segundo"_s), qPrintable(detalhe()));
+        QCOMPARE(modINI::GetSetting(u"Errors"_s, u"E3"_s, u"L1"_s), u"Font: frmTeste.Terceiro"_s);
+        utilizador::tecla(erroVisivel(), Qt::Key_Escape);
+        QVERIFY(!erroVisivel());
+    }
+
+    // The configuration dialog changes the language while the click that opened it is still being handled.
+    void linguaMudaDentroDeUmaEscolha() {
+        Instalacao instalacao;
+        estado().ambiente.apresentador = &m_apresentador;
+        instalacao.ficheiroLingua(u"EN"_s, {{u"VISTREL_frmMain"_s, u"mnuGeral"_s, u"General"_s},
+                                            {u"VISTREL_frmMain"_s, u"mnuListagensConfiguracoes"_s, u"Settings"_s}});
+        QVERIFY(modINI::SaveSetting(u"Vistrel"_s, u"Lingua"_s, u"L2"_s, u"EN"_s));
+        std::unique_ptr<frmMain> principal = modMain::Main();
+        registoForms().registar(
+            u"frmConfiguracoes"_s,
+            [&](QWidget *dono) {
+                auto *dialogo = new QDialog(dono);
+                QTimer::singleShot(0, dialogo, [&, dialogo] {
+                    modINI::SaveSetting(u"Vistrel"_s, u"Lingua"_s, u"ACT"_s, u"2"_s);
+                    principal->AlterarLingua();
+                    forcarEventos();
+                    dialogo->close();
+                });
+                return dialogo;
+            },
+            RegistoForms::Modo::Modal);
+        principal->AlterarEstadosMenus();
+        auto *geral = utilizador::controlo<QAction>(principal.get(), u"Geral"_s);
+        auto *configuracoes = utilizador::controlo<QAction>(principal.get(), u"Configuracoes"_s);
+        QCOMPARE(configuracoes->text(), u"Configurações"_s);
+        const QPointer<QMenu> menu = geral->menu();
+        menu->popup(principal->mapToGlobal(QPoint(20, 40)));
+        QVERIFY(QTest::qWaitForWindowExposed(menu));
+        QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(configuracoes).center());
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QCOMPARE(utilizador::controlo<QAction>(principal.get(), u"Geral"_s)->text(), u"General"_s);
+        QCOMPARE(utilizador::controlo<QAction>(principal.get(), u"Configuracoes"_s)->text(), u"Settings"_s);
+        QVERIFY(!registoForms().activo(u"frmConfiguracoes"_s));
+    }
+
+    // Title and icon of the frame are the form's; the frame goes with it, whoever of the two is closed.
+    void molduraSegueOForm_data() {
+        QTest::addColumn<bool>("peloForm");
+        QTest::newRow("the form closes itself") << true;
+        QTest::newRow("the frame is closed") << false;
+    }
+    void molduraSegueOForm() {
+        QFETCH(const bool, peloForm);
+        const Instalacao instalacao;
+        const std::unique_ptr<frmMain> principal = modMain::Main();
+        registoForms().registar(u"frmTeste"_s, [](QWidget *dono) { return new QWidget(dono); });
+        const QPointer<QWidget> form = registoForms().abrir(u"frmTeste"_s);
+        const QPointer<QMdiSubWindow> moldura = qobject_cast<QMdiSubWindow *>(form->parentWidget());
+        QVERIFY(moldura);
+        QPixmap vermelho(16, 16);
+        vermelho.fill(Qt::red);
+        form->setWindowTitle(u"Outro título"_s);
+        form->setWindowIcon(vermelho);
+        QCOMPARE(moldura->windowTitle(), u"Outro título"_s);
+        QCOMPARE(moldura->windowIcon().pixmap(16).toImage().pixelColor(8, 8), QColor(Qt::red));
+        if (peloForm)
+            form->close();
+        else
+            moldura->close();
+        QTRY_VERIFY(form.isNull());
+        QTRY_VERIFY(moldura.isNull());
+        QVERIFY(!registoForms().activo(u"frmTeste"_s));
+        QWidget *novo = registoForms().abrir(u"frmTeste"_s);
+        QVERIFY(novo && novo->isVisible());
+    }
+
+    void textosDoQt_data() {
+        QTest::addColumn<QString>("lingua");
+        QTest::addColumn<QString>("ficheiro");
+        QTest::addColumn<QString>("sim");
+        QTest::newRow("Portuguese") << u"PT"_s << u"qtbase_pt_BR.qm"_s << u"&Sim"_s;
+        QTest::newRow("Czech by its country") << u"CZ"_s << u"qtbase_cs.qm"_s << u"&Ano"_s;
+        QTest::newRow("by language") << u"de"_s << u"qtbase_de.qm"_s << u"&Ja"_s;
+        QTest::newRow("unknown") << u"XX"_s << QString() << u"&Yes"_s;
+    }
+    // Each after another one: nothing of the language before may stay.
+    void textosDoQt() {
+        QFETCH(const QString, lingua);
+        QFETCH(const QString, ficheiro);
+        QFETCH(const QString, sim);
+        if (!QFile::exists(QLibraryInfo::path(QLibraryInfo::TranslationsPath) + u'/' + ficheiro))
+            QSKIP("Qt's own translations are not installed");
+        for (const QString &codigo : {u"FR"_s, lingua})
+            ::textosDoQt::aplicar(codigo);
+        QCOMPARE(QCoreApplication::translate("QPlatformTheme", "&Yes"), sim);
+    }
+};
+
+QTEST_MAIN(TesteInicio)
+#include "tst_inicio.moc"
