@@ -34,7 +34,7 @@ static void juntarDesenhos() {
 frmMain::frmMain() : m_area(new QMdiArea(this)) {
     juntarDesenhos();
     setObjectName(u"frmMain"_s);
-    setWindowIcon(icones::icone(u"vistrel"_s, palette()));
+    setWindowIcon(icones::icone(u"vistrel"_s));
     resize(tamanhoInicial);
     m_area->setObjectName(u"MDIForm"_s);
     m_area->setOption(QMdiArea::DontMaximizeSubWindowOnActivation);
@@ -47,24 +47,31 @@ frmMain::frmMain() : m_area(new QMdiArea(this)) {
     RegistoForms &forms = registoForms();
     forms.dono = this;
     forms.alojar = [this](QWidget *form) { alojar(form); };
+    forms.alterarEstadosMenus = [this] { AlterarEstadosMenus(); };
     forms.anunciar(this);
     MDIForm_Load();
 }
 
 frmMain::~frmMain() {
-    if (estado().forms)
-        registoForms().alojar = nullptr;
+    if (!estado().forms)
+        return;
+    registoForms().alojar = nullptr;
+    registoForms().alterarEstadosMenus = nullptr;
 }
 
 void frmMain::MDIForm_Load() {
     Rotina("frmMain.MDIForm_Load", [this] {
         estado().VersaoApp = u"  v"_s + QCoreApplication::applicationVersion();
-        setWindowTitle(modTraducoes::texto(u"VISTREL_frmMain"_s, u"frmMain.Caption"_s, u"Vistrel Português"_s) +
-                       estado().VersaoApp);
+        definirTitulo();
         setColour();
         mostrarEstadoDaBase();
         pBuildMenus();
     });
+}
+
+void frmMain::definirTitulo() {
+    setWindowTitle(modTraducoes::texto(u"VISTREL_frmMain"_s, u"frmMain.Caption"_s, u"Vistrel Português"_s) +
+                   estado().VersaoApp);
 }
 
 void frmMain::criarBarra() {
@@ -73,7 +80,7 @@ void frmMain::criarBarra() {
     m_sair = new QPushButton;
     m_sair->setObjectName(u"STATUS:SairAplicacao"_s);
     m_sair->setFlat(true);
-    m_sair->setIcon(icones::icone(u"sair"_s, palette()));
+    m_sair->setIcon(icones::icone(u"sair"_s));
     connect(m_sair, &QPushButton::clicked, this, [this] {
         forcarEventos();
         close();
@@ -109,14 +116,17 @@ void frmMain::setColour() {
 }
 
 void frmMain::alojar(QWidget *form) {
-    auto *janela = new QMdiSubWindow;
+    const QPointer<QWidget> vigiado = form;
+    const QPointer<QMdiSubWindow> janela = new QMdiSubWindow;
     janela->setAttribute(Qt::WA_DeleteOnClose);
     janela->setWidget(form);
     janela->setWindowIcon(form->windowIcon().isNull() ? windowIcon() : form->windowIcon());
     m_area->addSubWindow(janela);
     form->show();
-    janela->show();
-    form->setFocus();
+    if (janela) // a form may let events run while it comes up, and be closed by them
+        janela->show();
+    if (vigiado)
+        vigiado->setFocus();
 }
 
 void frmMain::SmartMenuXP_Click(const EntradaMenu &entrada) {
@@ -170,6 +180,7 @@ QString frmMain::PedeCaminhoParaPasta() const {
 void frmMain::AlterarLingua() {
     Rotina("frmMain.AlterarLingua", [this] {
         estado().Lingua = modTraducoes::linguaDasDefinicoes();
+        definirTitulo();
         forcarEventos();
         pBuildMenus();
         forcarEventos();
@@ -197,10 +208,14 @@ void frmMain::menuDaArea(const QPoint &onde) {
 
 // Without a question, also in the middle of a load: the load's next pass finds its window gone.
 void frmMain::descarregarFormularios() {
+    QList<QPointer<QWidget>> janelas;
     for (QMdiSubWindow *janela : m_area->subWindowList())
-        janela->close();
+        janelas.append(janela);
     for (QWidget *janela : QApplication::topLevelWidgets())
         if (janela != this && janela->isVisible())
+            janelas.append(janela);
+    for (const QPointer<QWidget> &janela : std::as_const(janelas))
+        if (janela)
             janela->close();
 }
 
@@ -215,8 +230,6 @@ void frmMain::closeEvent(QCloseEvent *evento) {
 
 void frmMain::changeEvent(QEvent *evento) {
     QMainWindow::changeEvent(evento);
-    if (evento->type() == QEvent::PaletteChange && m_area) {
+    if (evento->type() == QEvent::PaletteChange && m_area)
         setColour();
-        m_sair->setIcon(icones::icone(u"sair"_s, palette()));
-    }
 }

@@ -42,10 +42,11 @@ protected:
 
 private:
     void MDIForm_Load();
+    void definirTitulo();
     void criarBarra();
     void alojar(QWidget *form);
     void SmartMenuXP_Click(const EntradaMenu &entrada);
-    void construirEntrada(const EntradaMenu &entrada);
+    void criarEntrada(const EntradaMenu &entrada);
     bool mostrada(const EntradaMenu &entrada) const;
     void aplicarEstados();
     void menuDaArea(const QPoint &onde);

@@ -11,17 +11,9 @@
 #include <QMenu>
 #include <QMenuBar>
 
-namespace {
+#include <algorithm>
 
-// A form that is not built yet is not offered, and a branch without entries neither.
-bool oferecida(const EntradaMenu &entrada) {
-    if (!entrada.form.isEmpty())
-        return registoForms().construido(entrada.form.toString());
-    for (const EntradaMenu &filha : menuPrincipal())
-        if (filha.pai == entrada.chave && oferecida(filha))
-            return true;
-    return false;
-}
+namespace {
 
 bool temFilhas(const EntradaMenu &entrada) {
     for (const EntradaMenu &filha : menuPrincipal())
@@ -36,53 +28,57 @@ void frmMain::BuscarEstadoMenu() {
     estadoMenu::BuscarEstadoMenu(m_estados);
 }
 
+// Built once, named at each call: a change of language may come from within a click on an entry, whose menu must
+// then outlive it.
 void frmMain::pBuildMenus() {
     Rotina("frmMain.pBuildMenus", [this] {
         BuscarEstadoMenu();
-        menuBar()->clear();
         menuBar()->setObjectName(u"SmartMenuXP"_s);
-        qDeleteAll(m_menus);
-        m_menus.clear();
-        m_accoes.clear();
+        if (m_accoes.isEmpty()) {
+            for (const EntradaMenu &entrada : menuPrincipal())
+                criarEntrada(entrada);
+            menuBar()->addSeparator();
+        }
         for (const EntradaMenu &entrada : menuPrincipal())
-            construirEntrada(entrada);
-        menuBar()->addSeparator();
+            m_accoes[entrada.chave.toString()]->setText(
+                modTraducoes::texto(u"VISTREL_frmMain"_s, entrada.chaveLingua.toString(), entrada.omissao.toString()));
         aplicarEstados();
     });
 }
 
-void frmMain::construirEntrada(const EntradaMenu &entrada) {
+void frmMain::criarEntrada(const EntradaMenu &entrada) {
     const QString chave = entrada.chave.toString();
-    const QString texto =
-        modTraducoes::texto(u"VISTREL_frmMain"_s, entrada.chaveLingua.toString(), entrada.omissao.toString());
-    const QIcon icone = icones::icone(entrada.icone.toString(), palette());
     QWidget *pai = entrada.pai.isEmpty() ? static_cast<QWidget *>(menuBar()) : m_menus.value(entrada.pai.toString());
     QAction *accao = nullptr;
     if (temFilhas(entrada)) {
-        auto *menu = new QMenu(texto, pai);
+        auto *menu = new QMenu(pai);
+        menu->setObjectName(u"menu"_s + chave);
         m_menus.insert(chave, menu);
         accao = menu->menuAction();
-        menu->setObjectName(u"menu"_s + chave);
-        pai->addAction(accao);
     } else {
-        accao = new QAction(texto, pai);
-        pai->addAction(accao);
+        accao = new QAction(pai);
         connect(accao, &QAction::triggered, this, [this, &entrada] { SmartMenuXP_Click(entrada); });
     }
+    pai->addAction(accao);
     accao->setObjectName(chave);
     if (!entrada.pai.isEmpty()) // the bar itself stays plain
-        accao->setIcon(icone);
+        accao->setIcon(icones::icone(entrada.icone.toString(), icones::Uso::Menu));
     m_accoes.insert(chave, accao);
 }
 
+// A form that is not built yet is not offered, and a branch without a shown entry neither.
 bool frmMain::mostrada(const EntradaMenu &entrada) const {
-    return oferecida(entrada) && (!entrada.comEstado || m_estados.contains(entrada.chave.toString()));
+    if (entrada.comEstado && !m_estados.contains(entrada.chave.toString()))
+        return false;
+    if (!entrada.form.isEmpty())
+        return registoForms().construido(entrada.form.toString());
+    return std::ranges::any_of(menuPrincipal(),
+                               [&](const EntradaMenu &filha) { return filha.pai == entrada.chave && mostrada(filha); });
 }
 
 void frmMain::aplicarEstados() {
     for (const EntradaMenu &entrada : menuPrincipal())
-        if (QAction *accao = m_accoes.value(entrada.chave.toString()))
-            accao->setVisible(mostrada(entrada));
+        m_accoes[entrada.chave.toString()]->setVisible(mostrada(entrada));
 }
 
 void frmMain::AlterarEstadosMenus() {

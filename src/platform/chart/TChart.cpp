@@ -152,9 +152,16 @@ void TChart::actualizar() {
     quadro->yAxis->setVisible(m->esquerdo.Visible);
     quadro->xAxis->setLabel(m->baixo.Title);
     quadro->yAxis->setLabel(m->esquerdo.Title);
-    quadro->xAxis->setTickLabels(m->temDados() || !m->baixo.Automatic);
-    quadro->yAxis->setTickLabels(m->temDados() || !m->esquerdo.Automatic);
-
+    const auto graduado = [&](QCPAxis *eixo, const TEixo &modelo) {
+        const bool sim = m->temDados() || !modelo.Automatic; // else there is nothing to measure
+        eixo->setTicks(sim);
+        eixo->setTickLabels(sim);
+        eixo->grid()->setVisible(sim);
+    };
+    graduado(quadro->xAxis, m->baixo);
+    graduado(quadro->yAxis, m->esquerdo);
+    if (m->temBarras())
+        quadro->xAxis->grid()->setVisible(false);
     m->calcularLimites();
     m->definirVista(m->comZoom ? quadro->xAxis->range() : m->todoX, m->comZoom ? quadro->yAxis->range() : m->todoY);
     m->notaPedida = false; // may have changed too
@@ -198,6 +205,10 @@ void TChart::pintar(QPainter &pintor, const QRect &destino) const {
     pintor.save();
     pintor.translate(destino.topLeft());
     pintor.scale(double(destino.width()) / tamanho.width(), double(destino.height()) / tamanho.height());
+    // A picture is played to its size on paper; here it is to fill the area.
+    const QPaintDevice *papel = pintor.device();
+    pintor.scale(double(gravado.logicalDpiX()) / papel->logicalDpiX(),
+                 double(gravado.logicalDpiY()) / papel->logicalDpiY());
     pintor.drawPicture(0, 0, gravado);
     pintor.restore();
 }

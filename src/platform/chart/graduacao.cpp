@@ -183,9 +183,9 @@ Graduacao graduarValores(double minimo, double maximo, double altura, const QFon
         passo = incremento;
         factor = 1;
     }
-    const int casas = std::clamp(int(-std::floor(std::log10(passo) + 1e-9)), 0, 12);
-    // A free increment such as 0.25 may need more places than its magnitude says.
-    const int mais = std::fabs(std::remainder(passo, std::pow(10, -casas))) > passo * 1e-6 ? 2 : 0;
+    int casas = 0; // as many as the step needs
+    for (double p = passo; casas < 12 && std::fabs(p - std::round(p)) > 1e-6 * passo * std::pow(10, casas); p *= 10)
+        ++casas;
     const double primeiro = std::ceil(minimo / passo - 1e-9);
     QLocale locale = estado().ambiente.locale;
     locale.setNumberOptions(QLocale::OmitGroupSeparator);
@@ -196,7 +196,7 @@ Graduacao graduarValores(double minimo, double maximo, double altura, const QFon
         if (std::fabs(v) < passo * 1e-9)
             v = 0;
         g.marcas.append(v);
-        g.rotulos.append(locale.toString(v, 'f', casas + mais));
+        g.rotulos.append(locale.toString(v, 'f', casas));
     }
     const int partes = factor == 2 ? 4 : 5;
     if (passo / extensao * altura / partes >= 6)

@@ -12,7 +12,6 @@ constexpr double espacoParaMarcadores = 8; // pixels from point to point
 constexpr double raioDoMarcador = 2.6;
 constexpr quint32 vermelho = 255;
 constexpr quint32 azul = 16711680;
-constexpr size_t troco = 128; // points of a polyline stroked at once: long ones cost more than their parts
 
 // The distance that counts as a gap: several times the usual one.
 double lacunaDe(const TSerie &serie) {
@@ -31,6 +30,30 @@ double lacunaDe(const TSerie &serie) {
     const auto meio = distancias.begin() + qsizetype(distancias.size() / 2);
     std::nth_element(distancias.begin(), meio, distancias.end());
     return factor * *meio;
+}
+
+void tracejar(QPen &caneta) {
+    caneta.setCapStyle(Qt::FlatCap);
+    caneta.setDashPattern({5, 3});
+}
+
+void riscar(QPainter *pintor, const Tracos &t) {
+    for (size_t k = 0; k < t.inicios.size(); ++k) {
+        const size_t ate = k + 1 < t.inicios.size() ? t.inicios[k + 1] : t.pontos.size();
+        pintor->drawPolyline(&t.pontos[t.inicios[k]], int(ate - t.inicios[k]));
+    }
+}
+
+// The raster engine draws single lines several times faster than it strokes polylines; square caps close the joints.
+void riscarDepressa(QPainter *pintor, const Tracos &t) {
+    QVector<QLineF> linhas;
+    linhas.reserve(qsizetype(t.pontos.size()));
+    for (size_t k = 0; k < t.inicios.size(); ++k) {
+        const size_t ate = k + 1 < t.inicios.size() ? t.inicios[k + 1] : t.pontos.size();
+        for (size_t p = t.inicios[k]; p + 1 < ate; ++p)
+            linhas.append({t.pontos[p], t.pontos[p + 1]});
+    }
+    pintor->drawLines(linhas);
 }
 
 } // namespace
@@ -183,15 +206,14 @@ void PlotSerie::desenharLinhas(QCPPainter *pintor) {
         const bool usual = !m_serie.ColorEachPoint || c == redutor.base();
         const QColor cor =
             m_serie.ColorEachPoint ? m_tema.legivel(corOLE(m_serie.paleta().value(qsizetype(c)))) : corDaSerie();
-        QPen caneta(cor, usual ? espessura : espessuraAlarme, Qt::SolidLine, Qt::FlatCap, Qt::BevelJoin);
+        QPen caneta(cor, usual ? espessura : espessuraAlarme, Qt::SolidLine, Qt::SquareCap, Qt::BevelJoin);
         if (m_serie.Tracejado)
-            caneta.setDashPattern({5, 3});
+            tracejar(caneta);
         pintor->setPen(caneta);
-        for (size_t k = 0; k < t.inicios.size(); ++k) {
-            const size_t ate = k + 1 < t.inicios.size() ? t.inicios[k + 1] : t.pontos.size();
-            for (size_t p = t.inicios[k]; p + 1 < ate; p += troco - 1)
-                pintor->drawPolyline(&t.pontos[p], int(std::min(troco, ate - p)));
-        }
+        if (m_serie.Tracejado || pintor->modes().testFlag(QCPPainter::pmVectorized))
+            riscar(pintor, t);
+        else
+            riscarDepressa(pintor, t);
         if (t.sozinhos.empty())
             continue;
         pintor->setPen(Qt::NoPen);

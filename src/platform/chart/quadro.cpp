@@ -1,6 +1,7 @@
 #include "platform/chart/quadro.h"
 
 #include <algorithm>
+#include <numeric>
 
 namespace {
 
@@ -31,41 +32,52 @@ void Legenda::dispor(int largura, int altura) {
         return;
     }
     const QFontMetricsF letra(m_tema->fonte);
-    double maisLargo = 0;
-    for (const PlotSerie *p : m_series)
-        maisLargo = std::max(maisLargo, letra.horizontalAdvance(p->serie().Title));
-    const double completa = larguraDoSimbolo + entreSimboloETexto + maisLargo + entreColunas;
-    m_alturaLinha = std::ceil(letra.height()) + 3;
     const int n = int(m_series.size());
-    const int maximoDeLinhas = std::max(1, int(altura * parteMaxima / m_alturaLinha));
-    m_colunas = std::clamp(int(largura / completa), 1, n);
-    // A list too long for the place gets narrower columns, its names cut short.
-    m_colunas = std::max(m_colunas, (n + maximoDeLinhas - 1) / maximoDeLinhas);
-    m_larguraColuna = std::min(completa, double(largura) / m_colunas);
-    const int linhas = (n + m_colunas - 1) / m_colunas;
-    const int alto = int(linhas * m_alturaLinha) + 8;
+    m_alturaLinha = std::ceil(letra.height()) + 3;
+    m_larguras.clear();
+    double todas = 0;
+    for (const PlotSerie *p : m_series) {
+        m_larguras.push_back(larguraDoSimbolo + entreSimboloETexto + letra.horizontalAdvance(p->serie().Title) +
+                             entreColunas);
+        todas += m_larguras.back();
+    }
+    if (todas <= largura) { // one line, each name as wide as it is
+        m_linhas = 1;
+    } else {
+        const double completa = *std::max_element(m_larguras.begin(), m_larguras.end());
+        const int maximoDeLinhas = std::max(1, int(altura * parteMaxima / m_alturaLinha));
+        // A list too long for the place gets narrower columns, its names cut short.
+        const int colunas =
+            std::max(std::clamp(int(largura / completa), 1, n), (n + maximoDeLinhas - 1) / maximoDeLinhas);
+        m_linhas = (n + colunas - 1) / colunas;
+        const int usadas = (n + m_linhas - 1) / m_linhas;
+        m_larguras.assign(size_t(usadas), std::min(completa, double(largura) / usadas));
+    }
+    const int alto = int(m_linhas * m_alturaLinha) + 8;
     setMinimumSize(0, alto);
     setMaximumSize(QWIDGETSIZE_MAX, alto);
 }
 
 void Legenda::draw(QCPPainter *pintor) {
-    if (m_series.empty() || !m_tema)
+    if (m_series.empty() || !m_tema || m_larguras.empty())
         return;
-    const int linhas = (int(m_series.size()) + m_colunas - 1) / m_colunas;
     const QFontMetricsF letra(m_tema->fonte);
-    const double margem = std::max(0.0, (rect().width() - m_larguraColuna * m_colunas + entreColunas) / 2);
+    const double todas = std::accumulate(m_larguras.begin(), m_larguras.end(), 0.0);
+    double x = rect().left() + std::max(0.0, (rect().width() - todas + entreColunas) / 2);
     pintor->setFont(m_tema->fonte);
     for (size_t i = 0; i < m_series.size(); ++i) {
-        const int coluna = int(i) / linhas;
-        const int linha = int(i) % linhas;
-        const double x = rect().left() + margem + coluna * m_larguraColuna;
-        const double y = rect().top() + 2 + linha * m_alturaLinha;
-        m_series[i]->desenharSimbolo(pintor, QRectF(x, y, larguraDoSimbolo, m_alturaLinha));
-        const QRectF lugar(x + larguraDoSimbolo + entreSimboloETexto, y,
-                           m_larguraColuna - larguraDoSimbolo - entreSimboloETexto - entreColunas / 2.0, m_alturaLinha);
+        const size_t coluna = i / size_t(m_linhas);
+        const double y = rect().top() + 2 + double(i % size_t(m_linhas)) * m_alturaLinha;
+        const QRectF simbolo(x, y, larguraDoSimbolo, m_alturaLinha);
+        m_series[i]->desenharSimbolo(pintor, simbolo);
+        const QRectF lugar(simbolo.right() + entreSimboloETexto, y,
+                           m_larguras[coluna] - larguraDoSimbolo - entreSimboloETexto - entreColunas / 2.0,
+                           m_alturaLinha);
         pintor->setPen(m_tema->texto);
         pintor->drawText(lugar, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
                          letra.elidedText(m_series[i]->serie().Title, Qt::ElideMiddle, lugar.width()));
+        if ((i + 1) % size_t(m_linhas) == 0)
+            x += m_larguras[coluna];
     }
 }
 

@@ -37,8 +37,8 @@ protected:
 private:
     std::vector<const PlotSerie *> m_series;
     const Tema *m_tema = nullptr;
-    int m_colunas = 1;
-    double m_larguraColuna = 0;
+    int m_linhas = 1;
+    std::vector<double> m_larguras; // of the columns
     double m_alturaLinha = 0;
 };
 

@@ -34,12 +34,11 @@ TChart::Interno::Alvo TChart::Interno::partida() const {
 void TChart::Interno::irPara(const Alvo &a) {
     const TSerie &s = *series[size_t(a.serie)];
     const auto trazer = [](const QCPRange &r, double v) {
-        if (r.contains(v))
-            return r;
-        return QCPRange(v - r.size() / 2, v + r.size() / 2);
+        return r.contains(v) ? r : QCPRange(v - r.size() / 2, v + r.size() / 2);
     };
-    definirVista(trazer(quadro->xAxis->range(), s.XValue(a.indice)),
-                 trazer(quadro->yAxis->range(), s.YValue(a.indice)));
+    if (comZoom)
+        definirVista(trazer(quadro->xAxis->range(), s.XValue(a.indice)),
+                     trazer(quadro->yAxis->range(), s.YValue(a.indice)));
     apontar(a);
 }
 

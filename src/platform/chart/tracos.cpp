@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <utility>
 
 namespace {
 
@@ -146,58 +147,63 @@ void Redutor::ponto(qsizetype k) {
         comecar(p, c);
 }
 
-void Redutor::estender(quint8 cor, double y, qsizetype peso) {
-    Extensao &e = m_extensoes[cor];
-    if (!e.usada) {
-        if (std::isnan(y))
-            return;
-        e = {y, y, true};
-        m_usadas.push_back(cor);
-    }
+void Redutor::estender(quint8 cor, double y, qsizetype pontos) {
+    Extensao &e = extensao(cor);
     if (y < e.menor)
         e.menor = y;
     if (y > e.maior)
         e.maior = y;
-    m_tracos[cor].peso += peso;
+    e.pontos += pontos;
 }
 
-void Redutor::cobrirUm(qsizetype k) {
-    const quint8 c = cor(k);
-    const double valor = y(k);
-    if (std::isnan(valor))
-        return;
-    estender(c, valor, 1);
-    estender(c, y(k - 1), 0); // the stroke that leads here
+// Each point with the stroke that leads to it. Comparisons with a NaN are false, which leaves it out.
+void Redutor::cobrirUmPorUm(qsizetype k, qsizetype fim) {
+    double anterior = y(k - 1);
+    for (; k < fim; ++k) {
+        const double v = y(k);
+        Extensao &e = extensao(cor(k));
+        const double menor = anterior < v ? anterior : v;
+        const double maior = anterior > v ? anterior : v;
+        e.menor = menor < e.menor ? menor : e.menor;
+        e.maior = maior > e.maior ? maior : e.maior;
+        ++e.pontos;
+        anterior = v;
+    }
 }
 
-// Whole blocks of one colour are covered by their summaries.
-void Redutor::cobrirBlocos(qsizetype &k, qsizetype fim) {
-    constexpr qsizetype bloco = TSerie::bloco;
-    const auto &resumos = m_serie.resumos();
-    while (k + bloco <= fim) {
-        const TSerie::Resumo &r = resumos[k / bloco];
-        const bool umaCor = !m_cores || (std::popcount(r.cores) == 1 && r.cores < (1U << 31));
-        if (umaCor && r.comValores) {
-            const quint8 c = cor(k);
-            estender(c, m_y[k + r.menor], bloco);
-            estender(c, m_y[k + r.maior], 0);
-            estender(c, m_y[k - 1], 0);
-        } else if (!umaCor) {
-            for (qsizetype p = k; p < k + bloco; ++p)
-                cobrirUm(p);
-        }
-        k += bloco;
+// A whole block of one colour is covered by its summary.
+void Redutor::cobrirBloco(qsizetype k) {
+    const TSerie::Resumo &r = m_serie.resumos()[k / TSerie::bloco];
+    const bool umaCor = !m_cores || (std::popcount(r.cores) == 1 && r.cores < (1U << 31));
+    if (!umaCor) {
+        cobrirUmPorUm(k, k + TSerie::bloco);
+    } else if (r.comValores) {
+        const quint8 c = cor(k);
+        estender(c, m_y[k + r.menor], TSerie::bloco);
+        estender(c, m_y[k + r.maior], 0);
+        if (!std::isnan(m_y[k]))
+            estender(c, m_y[k - 1], 0); // the stroke that leads here
     }
 }
 
 void Redutor::cobrir(qsizetype i, qsizetype j) {
+    constexpr qsizetype bloco = TSerie::bloco;
     estender(cor(i), y(i), 1);
     qsizetype k = i + 1;
     while (k < j) {
-        if (!m_ordem && k % TSerie::bloco == 0 && k + TSerie::bloco <= j)
-            cobrirBlocos(k, j);
-        else
-            cobrirUm(k++);
+        if (m_ordem) {
+            cobrirUmPorUm(k, j);
+            return;
+        }
+        const qsizetype fronteira = (k + bloco - 1) / bloco * bloco;
+        if (k == fronteira && k + bloco <= j) {
+            cobrirBloco(k);
+            k += bloco;
+        } else {
+            const qsizetype ate = std::min(j, k == fronteira ? j : fronteira);
+            cobrirUmPorUm(k, ate);
+            k = ate;
+        }
     }
 }
 
@@ -220,10 +226,12 @@ void Redutor::coluna(qsizetype i, qsizetype j, double xc) {
 
     cobrir(i, j);
     for (quint8 c : m_usadas) {
-        Extensao &e = m_extensoes[c];
+        const Extensao e = std::exchange(m_extensoes[c], {});
+        if (!(e.menor <= e.maior))
+            continue;
         double cima = m_escala.py(e.maior);
         double baixo = m_escala.py(e.menor);
-        e.usada = false;
+        m_tracos[c].peso += e.pontos;
         if (c != m_base && baixo - cima < alturaMinima) {
             const double meio = (cima + baixo) / 2;
             cima = meio - alturaMinima / 2;

@@ -47,9 +47,9 @@ private:
     void ponto(qsizetype k);
     void coluna(qsizetype i, qsizetype j, double xc);
     void cobrir(qsizetype i, qsizetype j);
-    void cobrirUm(qsizetype k);
-    void cobrirBlocos(qsizetype &k, qsizetype fim);
-    void estender(quint8 cor, double y, qsizetype peso);
+    void cobrirUmPorUm(qsizetype k, qsizetype fim);
+    void cobrirBloco(qsizetype k);
+    void estender(quint8 cor, double y, qsizetype pontos);
     qsizetype fimDaColuna(qsizetype i, qsizetype fim, double limite) const;
     bool lacunaAntes(qsizetype k) const;
     void comecar(QPointF p, quint8 cor);
@@ -73,9 +73,18 @@ private:
     quint8 m_corAnterior = 0;
 
     struct Extensao {
-        double menor, maior;
-        bool usada;
+        double menor = std::numeric_limits<double>::infinity();
+        double maior = -std::numeric_limits<double>::infinity();
+        qint64 pontos = 0;
+        bool usada = false;
     };
-    std::array<Extensao, 256> m_extensoes{};
+    Extensao &extensao(quint8 cor) {
+        Extensao &e = m_extensoes[cor];
+        if (!e.usada)
+            m_usadas.push_back(cor);
+        e.usada = true;
+        return e;
+    }
+    std::array<Extensao, 256> m_extensoes;
     std::vector<quint8> m_usadas;
 };

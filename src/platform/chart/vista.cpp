@@ -8,6 +8,7 @@
 namespace {
 
 constexpr double meiaHora = 1800;
+constexpr double margemDosLados = 0.005; // of the whole picture
 
 bool usavel(const TEixo &eixo) {
     return !eixo.Automatic && std::isfinite(eixo.Minimum) && std::isfinite(eixo.Maximum) && eixo.Maximum > eixo.Minimum;
@@ -69,6 +70,10 @@ void TChart::Interno::calcularLimites() {
     else if (!(dadosX.size() > 0))
         dadosX = QCPRange(dadosX.lower - meiaHora, dadosX.lower + meiaHora);
     todoX = usavel(baixo) && !barras ? QCPRange(baixo.Minimum, baixo.Maximum) : dadosX;
+    if (!barras) { // the first and the last reading stand clear of the frame
+        const double margem = todoX.size() * margemDosLados;
+        todoX = QCPRange(todoX.lower - margem, todoX.upper + margem);
+    }
 
     QCPRange dadosY(q->MinYValue(), q->MaxYValue());
     if (barras)

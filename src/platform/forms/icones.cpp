@@ -3,6 +3,7 @@
 #include "core/literais.h"
 
 #include <QFile>
+#include <QGuiApplication>
 #include <QIconEngine>
 #include <QPainter>
 #include <QPalette>
@@ -10,16 +11,17 @@
 
 namespace {
 
-// Renders at the size asked for; "currentColor" in the drawing stands for the palette's text colour.
+// "currentColor" in the drawing stands for the palette's text colour.
 class MotorSvg : public QIconEngine {
 public:
-    MotorSvg(QByteArray svg, const QPalette &paleta) : m_svg(std::move(svg)), m_paleta(paleta) {}
+    MotorSvg(QByteArray svg, icones::Uso uso) : m_svg(std::move(svg)), m_uso(uso) {}
 
     void paint(QPainter *pintor, const QRect &area, QIcon::Mode modo, QIcon::State) override {
         const auto grupo = modo == QIcon::Disabled ? QPalette::Disabled : QPalette::Active;
-        const auto papel = modo == QIcon::Selected ? QPalette::HighlightedText : QPalette::WindowText;
+        const bool realce = modo == QIcon::Selected || (modo == QIcon::Active && m_uso == icones::Uso::Menu);
+        const auto papel = realce ? QPalette::HighlightedText : QPalette::WindowText;
         QByteArray pintado = m_svg;
-        pintado.replace("currentColor", m_paleta.color(grupo, papel).name().toLatin1());
+        pintado.replace("currentColor", QGuiApplication::palette().color(grupo, papel).name().toLatin1());
         QSvgRenderer(pintado).render(pintor, QRectF(area));
     }
     QPixmap pixmap(const QSize &tamanho, QIcon::Mode modo, QIcon::State estadoIcone) override {
@@ -29,18 +31,18 @@ public:
         paint(&pintor, QRect(QPoint(), tamanho), modo, estadoIcone);
         return imagem;
     }
-    QIconEngine *clone() const override { return new MotorSvg(m_svg, m_paleta); }
+    QIconEngine *clone() const override { return new MotorSvg(m_svg, m_uso); }
 
 private:
     QByteArray m_svg;
-    QPalette m_paleta;
+    icones::Uso m_uso;
 };
 
 } // namespace
 
-QIcon icones::icone(const QString &nome, const QPalette &paleta) {
+QIcon icones::icone(const QString &nome, Uso uso) {
     QFile ficheiro(u":/icones/"_s + nome + u".svg");
     if (nome.isEmpty() || !ficheiro.open(QIODevice::ReadOnly))
         return {};
-    return QIcon(new MotorSvg(ficheiro.readAll(), paleta));
+    return QIcon(new MotorSvg(ficheiro.readAll(), uso));
 }

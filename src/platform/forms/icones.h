@@ -2,9 +2,11 @@
 
 #include <QIcon>
 
-class QPalette;
-
-// Line drawings from the resources, in the text colour of a palette and sharp at any scale.
+// Line drawings from the resources, sharp at any scale and in the text colour of the palette in force when they are
+// painted. In a menu the icon of the entry under the pointer takes the colour of its text there.
 namespace icones {
-QIcon icone(const QString &nome, const QPalette &paleta);
-}
+
+enum class Uso { Botao, Menu };
+QIcon icone(const QString &nome, Uso uso = Uso::Botao);
+
+} // namespace icones

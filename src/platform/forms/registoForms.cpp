@@ -3,8 +3,40 @@
 #include <QApplication>
 #include <QDialog>
 #include <QEventLoop>
+#include <QMdiArea>
+#include <QMdiSubWindow>
 
 #include <algorithm>
+
+namespace {
+
+QMdiSubWindow *alojamento(const QWidget *form) {
+    return qobject_cast<QMdiSubWindow *>(form->parentWidget());
+}
+
+// A form that was closed and only waits for its destruction is not loaded any more: closing has hidden it and taken
+// its WA_DeleteOnClose away. A minimised sub-window hides its form, so there the sub-window tells.
+bool carregado(const QWidget *form) {
+    const QWidget *janela = alojamento(form);
+    if (!janela)
+        janela = form;
+    return !(janela->isHidden() && janela->testAttribute(Qt::WA_WState_ExplicitShowHide) &&
+             !janela->testAttribute(Qt::WA_DeleteOnClose));
+}
+
+void destacar(QWidget *form) {
+    QMdiSubWindow *alojada = alojamento(form);
+    QWidget *janela = alojada ? alojada : form->window();
+    if (janela->isMinimized())
+        janela->showNormal();
+    janela->show();
+    janela->raise();
+    janela->activateWindow();
+    if (alojada && alojada->mdiArea())
+        alojada->mdiArea()->setActiveSubWindow(alojada);
+}
+
+} // namespace
 
 RegistoForms &registoForms() {
     if (!estado().forms)
@@ -22,20 +54,16 @@ bool RegistoForms::construido(const QString &nome) const {
 
 QWidget *RegistoForms::abrir(const QString &nome) {
     if (QWidget *aberto = form(nome)) {
-        QWidget *janela = aberto->parentWidget() && !aberto->isWindow() ? aberto->parentWidget() : aberto;
-        if (janela->isMinimized())
-            janela->showNormal();
-        janela->show();
-        janela->raise();
-        janela->activateWindow();
-        aberto->setFocus();
+        destacar(aberto);
         return aberto;
     }
     const auto entrada = m_entradas.constFind(nome);
     if (entrada == m_entradas.constEnd())
         return nullptr;
     const Modo modo = entrada->modo;
-    QWidget *novo = entrada->fabrica(dono);
+    const QPointer<QWidget> novo = entrada->fabrica(dono); // events may run while it loads
+    if (!novo)
+        return nullptr;
     novo->setObjectName(nome);
     novo->setAttribute(Qt::WA_DeleteOnClose);
     anunciar(novo);
@@ -46,8 +74,7 @@ QWidget *RegistoForms::abrir(const QString &nome) {
             novo->show();
         return novo;
     }
-    const QPointer<QWidget> vigiado = novo;
-    if (auto *dialogo = qobject_cast<QDialog *>(novo)) {
+    if (auto *dialogo = qobject_cast<QDialog *>(novo.data())) {
         dialogo->exec();
     } else {
         novo->setWindowModality(Qt::ApplicationModal);
@@ -56,7 +83,7 @@ QWidget *RegistoForms::abrir(const QString &nome) {
         novo->show();
         ciclo.exec();
     }
-    return vigiado;
+    return novo;
 }
 
 void RegistoForms::anunciar(QWidget *form) {
@@ -64,12 +91,9 @@ void RegistoForms::anunciar(QWidget *form) {
     m_abertos.append(form);
 }
 
-// A form that was closed and only waits for its destruction is not loaded any more.
 QWidget *RegistoForms::form(const QString &nome) const {
     for (const QPointer<QWidget> &p : m_abertos)
-        if (p && p->objectName() == nome &&
-            !(p->isHidden() && p->testAttribute(Qt::WA_WState_ExplicitShowHide) &&
-              p->testAttribute(Qt::WA_DeleteOnClose)))
+        if (p && p->objectName() == nome && carregado(p))
             return p;
     return nullptr;
 }
@@ -81,7 +105,7 @@ bool RegistoForms::activo(const QString &nome) const {
 QStringList RegistoForms::activos() const {
     QStringList nomes;
     for (const QPointer<QWidget> &p : m_abertos)
-        if (p && form(p->objectName()))
+        if (p && carregado(p))
             nomes.append(p->objectName());
     return nomes;
 }

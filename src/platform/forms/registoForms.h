@@ -31,6 +31,8 @@ public:
 
     // How a child form gets its window (the main shell puts it into its work area), and who owns dialogs.
     std::function<void(QWidget *form)> alojar;
+    // Whoever wrote new data calls this; the main shell looks again at what its menu may offer.
+    std::function<void()> alterarEstadosMenus;
     QPointer<QWidget> dono;
 
 private:

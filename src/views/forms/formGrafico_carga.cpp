@@ -17,6 +17,7 @@
 
 namespace {
 
+const QString semRotulo;
 const QString semMarca = u" "_s;
 const QString marca = u"!"_s;
 constexpr double folga = 4;     // above and below what is drawn
@@ -117,9 +118,9 @@ double FormGrafico::AdicionarValorAoGrafico(const Intervalo &intervalo, const QS
             leituras.AddXY(l.data, l.valor, l.comNota ? marca : semMarca, cores::doPonto(l.limites, l.valor));
             if (!std::isnan(l.valor)) {
                 if (l.limites.temMaximo())
-                    maximo.AddXY(l.data, l.limites.maximo, {}, cores::vermelho);
+                    maximo.AddXY(l.data, l.limites.maximo, semRotulo, cores::vermelho);
                 if (l.limites.temMinimo())
-                    minimo.AddXY(l.data, l.limites.minimo, {}, cores::azul);
+                    minimo.AddXY(l.data, l.limites.minimo, semRotulo, cores::azul);
             }
             vigia.passar();
             if (m_parar)
@@ -192,7 +193,7 @@ void FormGrafico::terminarCarga() {
         m_fim.clear();
         m_chart->Bottom().Visible = false;
     }
-    m_chart->setLegenda(m_chart->SeriesCount() > seriesFixas);
+    m_chart->setLegenda(!m_inicio.isEmpty()); // also says which sensor a single line is
     m_chart->actualizar();
     mostrarGrafico(true);
     cmdImprimir()->setEnabled(!m_inicio.isEmpty());
