@@ -107,10 +107,10 @@ void gravarRegras(Historia &h) {
              {u"G2"_s, u"Porta e temperatura"_s, u"Alerta Portas"_s}});
     inserir(h.bd, u"REGRAS_CondicoesInputs"_s, {u"CondicaoID"_s, u"NomeCondicao"_s},
             {{u"CI1"_s, u"Porta aberta 5 min"_s}, {u"CI2"_s, u"Porta lab. aberta"_s}, {u"CI3"_s, u"Falha de rede"_s}});
-    QList<QVariantList> condicoes;
-    for (size_t i = 0; i < 4; ++i) // the first four cold rooms
-        condicoes.append(
-            {u"CS%1"_s.arg(i + 1), QString(u"T fora: "_s + h.sensores[i].Descricao.left(12)), h.sensores[i].SensorID});
+    QList<QVariantList> condicoes; // of the first four cold rooms
+    const QStringList frio{u"T Câmara Frio 1"_s, u"T Câmara Frio 2"_s, u"T Vacinas"_s, u"T Congelados 1"_s};
+    for (int i = 0; i < frio.size(); ++i)
+        condicoes.append({u"CS%1"_s.arg(i + 1), frio[i], h.sensores[size_t(i)].SensorID});
     inserir(h.bd, u"REGRAS_CondicoesSensores"_s, {u"CondicaoID"_s, u"NomeCondicao"_s, u"SensorID"_s}, condicoes);
     inserir(h.bd, u"REGRAS_Emails"_s, {u"Descricao"_s}, {{u"Email Qualidade"_s}, {u"Email Manutenção"_s}});
     inserir(h.bd, u"REGRAS_Outputs"_s, {u"Descricao"_s}, {{u"Accionar sirene"_s}});

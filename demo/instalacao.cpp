@@ -53,11 +53,12 @@ Resultado fazerInstalacao(const QString &pasta, const Pedido &pedido) {
 
     const QDir definicoes(raiz.filePath(u"definicoes"_s));
     escrever(raiz.filePath(u"Kelvark.ini"_s), u"[INI]\nPath=%1\n"_s.arg(definicoes.path()));
-    escrever(definicoes.filePath(u"Vistrel.ini"_s), u"[BD]\nMAIN=%1\n\n[JPG]\nMAIN=%2\n\n"
-                                                    "[Lingua]\nACT=1\n1=Português\nL1=PT\n2=English\nL2=EN\n"
-                                                    "3=Čeština\nL3=CZ\n\n"
-                                                    "[D2251]\nPesquisa=127.0.0.2 127.0.0.3 127.0.0.4 127.0.0.5 "
-                                                    "127.0.0.6 127.0.0.7\n"_s.arg(base, raiz.filePath(u"JPG"_s)));
+    escrever(definicoes.filePath(u"Vistrel.ini"_s),
+             u"[BD]\nMAIN=%1\n\n[JPG]\nMAIN=%2\n\n"
+             "[Lingua]\nACT=1\n1=Português\nL1=PT\n2=English\nL2=EN\n"
+             "3=Čeština\nL3=CZ\n\n"
+             "[D2251]\nPesquisa=127.0.0.2 127.0.0.3 127.0.0.4 127.0.0.5 "
+             "127.0.0.6 127.0.0.7\nPortaConsola=8099\n"_s.arg(base, raiz.filePath(u"JPG"_s)));
     copiarLinguas(definicoes);
     return r;
 }
