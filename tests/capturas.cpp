@@ -81,11 +81,12 @@ void graficos(QWidget &principal) {
     confirmar(w);
     guardar(&principal, u"grafico"_s);
     auto *chart = controlo<TChart>(w, u"TChart"_s);
-    QWidget *plot = chart->findChildren<QWidget *>().first();
-    QTest::mousePress(plot, Qt::LeftButton, {}, QPoint(plot->width() / 2, plot->height() / 6));
-    QTest::mouseMove(plot, QPoint(plot->width() / 2 + 120, plot->height() * 2 / 3));
+    const QPoint de(chart->width() / 2, chart->height() / 6);
+    const QPoint ate(chart->width() / 2 + 120, chart->height() * 2 / 3);
+    QTest::mousePress(chart, Qt::LeftButton, {}, de);
+    QTest::mouseMove(chart, ate);
     passar(50);
-    QTest::mouseRelease(plot, Qt::LeftButton, {}, QPoint(plot->width() / 2 + 120, plot->height() * 2 / 3));
+    QTest::mouseRelease(chart, Qt::LeftButton, {}, ate);
     passar(100);
     QTest::keyClick(chart, Qt::Key_Right);
     guardar(&principal, u"grafico-zoom"_s);

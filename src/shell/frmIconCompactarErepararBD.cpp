@@ -82,12 +82,10 @@ void frmIconCompactarErepararBD::paintEvent(QPaintEvent *) {
 
     QFont nome = font();
     nome.setPixelSize(26);
-    nome.setBold(true);
     p.setFont(nome);
     p.setPen(Qt::white);
     p.drawText(QRectF(24, 134, 240, 36), Qt::AlignLeft | Qt::AlignVCenter, estado().NomePrograma);
     nome.setPixelSize(13);
-    nome.setBold(false);
     p.setFont(nome);
     p.setPen(QColor(180, 205, 225));
     p.drawText(QRectF(220, 134, 136, 36), Qt::AlignRight | Qt::AlignVCenter,
