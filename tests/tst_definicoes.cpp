@@ -90,7 +90,8 @@ void tst_definicoes::leEEscreve_data() {
 void tst_definicoes::leEEscreve() {
     QFETCH(QString, valor);
     Instalacao inst(Instalacao::Base::Nenhuma);
-    QVERIFY(modINI::SaveSettings(u"Kelvark"_s, u"S"_s, {{u"a"_s, u"1"_s}, {u"k"_s, valor}, {u"b"_s, u"2"_s}}));
+    QVERIFY(modINI::SaveSettings(u"Kelvark"_s,
+                                 {{u"S"_s, u"a"_s, u"1"_s}, {u"S"_s, u"k"_s, valor}, {u"S"_s, u"b"_s, u"2"_s}}));
     QCOMPARE(ler(u"k"_s), valor);
     QVERIFY(modINI::SaveSetting(u"Kelvark"_s, u"S"_s, u"k"_s, u"x"_s));
     QVERIFY(modINI::SaveSetting(u"Kelvark"_s, u"S"_s, u"k"_s, valor));

@@ -20,16 +20,18 @@ bool GravarRegistoErro(qint16 tipo, const QString &data, const QString &l1, cons
     bool numero = false;
     const int ultimo = modINI::GetSetting(anel, indice, id).toInt(&numero);
     const int n = numero && ultimo >= 0 && ultimo < entradasDoAnel ? ultimo + 1 : 1;
-    modINI::SaveSetting(anel, indice, id, QString::number(n));
-    QList<std::pair<QString, QString>> valores = {
-        {u"Soft"_s, u"Vistrel"_s}, {u"Type"_s, tipo == aviso ? u"WARNING"_s : u"ERROR"_s}, {u"Date"_s, data}};
+    const QString seccao = u'E' + QString::number(n);
+    QList<modINI::Definicao> valores = {{indice, id, QString::number(n)},
+                                        {seccao, u"Soft"_s, u"Vistrel"_s},
+                                        {seccao, u"Type"_s, tipo == aviso ? u"WARNING"_s : u"ERROR"_s},
+                                        {seccao, u"Date"_s, data}};
     int linha = 0;
     for (const QString &texto : {l1, l2, l3, l4}) {
         ++linha;
         if (!texto.isEmpty())
-            valores.append({u'L' + QString::number(linha), texto});
+            valores.append({seccao, u'L' + QString::number(linha), texto});
     }
-    modINI::SaveSettings(anel, u'E' + QString::number(n), valores);
+    modINI::SaveSettings(anel, valores);
     return true;
 }
 

@@ -45,7 +45,7 @@ std::shared_ptr<const Perfil> lerPerfil(const QString &caminho) {
     return lido.perfil;
 }
 
-using Valores = QList<std::pair<QString, QString>>;
+using Valores = QList<modINI::Definicao>;
 
 // One writer at a time among the programs that share the settings folder. Whoever cannot have it (no permission, a
 // file system without locks, a stopped neighbour) goes on without: the file stays whole in any case.
@@ -79,7 +79,7 @@ bool mesmoFicheiro(const struct stat &a, const struct stat &b) {
 
 enum class Resultado { Feito, Impossivel, MudouEntretanto };
 
-Resultado tentarGravar(const QString &seccao, const Valores &valores, const QString &caminho) {
+Resultado tentarGravar(const Valores &valores, const QString &caminho) {
     const QByteArray nome = QFile::encodeName(caminho);
     struct stat lido {};
     const bool existia = ::stat(nome.constData(), &lido) == 0;
@@ -93,8 +93,8 @@ Resultado tentarGravar(const QString &seccao, const Valores &valores, const QStr
             return Resultado::Impossivel;
     }
     Perfil perfil(antes);
-    for (const auto &[chave, valor] : valores)
-        perfil.definir(seccao, chave, valor);
+    for (const modINI::Definicao &v : valores)
+        perfil.definir(v.seccao, v.chave, v.valor);
     const QByteArray depois = perfil.bytes();
     if (depois == antes)
         return Resultado::Feito;
@@ -114,11 +114,11 @@ Resultado tentarGravar(const QString &seccao, const Valores &valores, const QStr
 }
 
 // A missing folder makes the write fail silently: the profile calls' result was never looked at.
-void gravarValores(const QString &seccao, const Valores &valores, const QString &caminho) {
+void gravarValores(const Valores &valores, const QString &caminho) {
     const Vez vez(caminho);
     constexpr int tentativas = 20;
     for (int i = 0; i < tentativas; ++i)
-        if (tentarGravar(seccao, valores, caminho) != Resultado::MudouEntretanto)
+        if (tentarGravar(valores, caminho) != Resultado::MudouEntretanto)
             break;
     estado().perfis.remove(caminho);
 }
@@ -143,14 +143,14 @@ QString GetSetting(const QString &ficheiro, const QString &seccao, const QString
 
 bool SaveSetting(const QString &ficheiro, const QString &seccao, const QString &chave, const QString &valor) {
     return Rotina("modINI.SaveSetting", [&] {
-        gravarValores(seccao, {{chave, valor}}, caminhoDoFicheiro(ficheiro));
+        gravarValores({{seccao, chave, valor}}, caminhoDoFicheiro(ficheiro));
         return true;
     });
 }
 
-bool SaveSettings(const QString &ficheiro, const QString &seccao, const QList<std::pair<QString, QString>> &valores) {
+bool SaveSettings(const QString &ficheiro, const QList<Definicao> &valores) {
     return Rotina("modINI.SaveSetting", [&] {
-        gravarValores(seccao, valores, caminhoDoFicheiro(ficheiro));
+        gravarValores(valores, caminhoDoFicheiro(ficheiro));
         return true;
     });
 }
@@ -162,7 +162,7 @@ QString GetSettingINIPATH(const QString &seccao, const QString &chave, const QSt
 
 bool SaveSettingINIPATH(const QString &seccao, const QString &chave, const QString &valor) {
     return Rotina("modINI.SaveSettingINIPATH", [&] {
-        gravarValores(seccao, {{chave, valor}}, estado().PastaPrograma + u"/Vistrel.ini");
+        gravarValores({{seccao, chave, valor}}, estado().PastaPrograma + u"/Vistrel.ini");
         return true;
     });
 }

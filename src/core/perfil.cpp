@@ -218,12 +218,15 @@ void Perfil::definir(const QString &seccao, const QString &chave, const QString 
             linha.bytes += codificar(fim);
     };
     const QString linha = chave.trimmed() + u'=' + protegido(valor);
-    const auto s = m_seccoes.constFind(dobrado(seccao));
-    if (s == m_seccoes.constEnd()) {
+    const auto s = m_seccoes.find(dobrado(seccao));
+    bool indiceVale = !valor.contains(u'\n') && !valor.contains(u'\r');
+    if (s == m_seccoes.end()) {
         if (!m_linhas.empty())
             acabar(m_linhas.back());
         m_linhas.push_back(nova(u'[' + seccao.trimmed() + u']'));
         m_linhas.push_back(nova(linha));
+        const size_t k = m_linhas.size() - 1;
+        m_seccoes.insert(dobrado(seccao), {k - 1, k, {{dobrado(chave), k}}});
     } else if (const auto k = s->chaves.constFind(dobrado(chave)); k != s->chaves.constEnd()) {
         Linha &existente = m_linhas[*k];
         const QString fimActual = descodificar(existente.bytes).mid(existente.texto.size());
@@ -231,15 +234,18 @@ void Perfil::definir(const QString &seccao, const QString &chave, const QString 
         existente.bytes = codificar(existente.texto + fimActual);
     } else {
         // After the section's last line that says something, so that blank lines stay between sections.
-        const auto onde = static_cast<std::ptrdiff_t>(s->ultima);
-        acabar(m_linhas[s->ultima]);
-        m_linhas.insert(m_linhas.begin() + onde + 1, nova(linha));
+        const size_t nesta = ++s->ultima;
+        acabar(m_linhas[nesta - 1]);
+        indiceVale = indiceVale && nesta == m_linhas.size();
+        m_linhas.insert(m_linhas.begin() + static_cast<std::ptrdiff_t>(nesta), nova(linha));
+        s->chaves.insert(dobrado(chave), nesta);
     }
-    if (valor.contains(u'\n') || valor.contains(u'\r')) { // such a value becomes several lines
-        const QByteArray tudo = bytes().mid(m_marca.size());
-        m_linhas.clear();
-        separarLinhas(tudo);
-    }
+    if (indiceVale)
+        return;
+    // Lines have moved, or a value with line feeds has become several of them.
+    const QByteArray tudo = bytes().mid(m_marca.size());
+    m_linhas.clear();
+    separarLinhas(tudo);
     indexar();
 }
 

@@ -97,9 +97,11 @@ QString Motor::examinar() {
     }
     if (codigo == SQLITE_INTERRUPT)
         achados += u" (exame interrompido)"_s;
+    else if (codigo != SQLITE_DONE)
+        achados += u' ' + QString::fromUtf8(sqlite3_errmsg(motor));
     sqlite3_finalize(exame);
     sqlite3_progress_handler(motor, 0, nullptr, nullptr);
-    return achados.isEmpty() ? u" O exame não foi possível."_s : u" Exame:"_s + achados;
+    return u" Exame:"_s + achados;
 }
 
 void Motor::falhar(int codigo, const QString &contexto) {

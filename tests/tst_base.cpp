@@ -1,0 +1,519 @@
+#include "core/falha.h"
+#include "data/esquema.h"
+#include "data/ligacao.h"
+#include "data/recordset.h"
+#include "tests/apoio/filho.h"
+#include "tests/apoio/instalacao.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QTest>
+
+#include <cmath>
+#include <sys/stat.h>
+
+using Base = Instalacao::Base;
+
+class tst_base : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void naoAbre_data();
+    void naoAbre();
+    void permissoes_data();
+    void permissoes();
+    void leituraSemCadeadoSegueQuemEscreve();
+    void bloqueadaPorOutro();
+    void leitorAoLadoDoEscritor();
+    void escritorMortoAMeio();
+    void danificada();
+    void abreEFecha();
+    void cursorSobreviveAoFecho();
+    void valores_data();
+    void valores();
+    void colunas();
+    void cursorNoFim();
+    void instrucoesMalFeitas_data();
+    void instrucoesMalFeitas();
+    void linhasAlteradas();
+    void aspasSaoDados();
+    void transaccoes();
+    void transaccaoPerdida();
+    void textosSemDistinguirMaiusculas();
+};
+
+namespace {
+
+// What the body failed with; number 0 when it did not.
+struct Resultado {
+    int numero = 0;
+    QString descricao;
+};
+template <typename Corpo>
+Resultado falhaDe(Corpo &&corpo) {
+    try {
+        corpo();
+    } catch (const Falha &f) {
+        return {f.numero(), f.descricao()};
+    }
+    return {};
+}
+
+QByteArray comVersao(QByteArray bytes, char versao) {
+    bytes[63] = versao;
+    return bytes;
+}
+
+int contar(Ligacao &bd, const QString &tabela) {
+    Recordset rs = bd.consultar(u"SELECT COUNT(*) FROM "_s + tabela);
+    return rs.avancar() ? int(rs.inteiro(0)) : -1;
+}
+
+} // namespace
+
+void tst_base::naoAbre_data() {
+    QTest::addColumn<QByteArray>("bytes"); // null: no file
+    QTest::addColumn<int>("numero");
+    QTest::addColumn<QString>("descricao");
+    Instalacao inst(Base::Nenhuma);
+    inst.criarBase(inst.caminhoBD());
+    const QByteArray boa = Instalacao::lerFicheiro(inst.caminhoBD());
+    const int recusado = erros::falhaDoFicheiro;
+    QTest::newRow("missing") << QByteArray() << erros::falhaGeralBD << u"Não existe"_s;
+    QTest::newRow("zero bytes") << QByteArray("") << recusado << u"está vazio"_s;
+    QTest::newRow("shorter than a header") << boa.left(99) << recusado << u"não é uma base de dados"_s;
+    QTest::newRow("header only") << boa.left(100) << recusado << u"truncado"_s;
+    QTest::newRow("half") << boa.left(boa.size() / 2) << recusado << u"truncado"_s;
+    QTest::newRow("one byte short") << boa.chopped(1) << recusado << u"truncado"_s;
+    QTest::newRow("text") << QByteArray(5000, 'x') << recusado << u"não é uma base de dados"_s;
+    QTest::newRow("the old engine") << QByteArray("\0\1\0\0Standard Jet DB\0", 20) + QByteArray(4096, '\0') << recusado
+                                    << u"motor de base de dados antigo"_s;
+    QTest::newRow("its successor") << QByteArray("\0\1\0\0Standard ACE DB\0", 20) + QByteArray(4096, '\0') << recusado
+                                   << u"motor de base de dados antigo"_s;
+    QTest::newRow("newer schema") << comVersao(boa, versaoDoEsquema + 1) << recusado << u"versão mais recente"_s;
+}
+
+void tst_base::naoAbre() {
+    QFETCH(QByteArray, bytes);
+    QFETCH(int, numero);
+    QFETCH(QString, descricao);
+    Instalacao inst(Base::Nenhuma);
+    const QString caminho = inst.caminhoBD();
+    if (!bytes.isNull())
+        Instalacao::escreverFicheiro(caminho, bytes);
+    Ligacao bd;
+    const Resultado r = falhaDe([&] { bd.abrir(caminho); });
+    QCOMPARE(r.numero, numero);
+    QVERIFY2(r.descricao.contains(descricao) && r.descricao.contains(caminho), qUtf8Printable(r.descricao));
+    QVERIFY(!bd.aberta());
+    QCOMPARE(Instalacao::lerFicheiro(caminho), bytes); // neither changed nor created
+    const QStringList ficou = QDir(inst.ficheiro(u"BD"_s)).entryList(QDir::Files);
+    QCOMPARE(ficou, bytes.isNull() ? QStringList() : QStringList{u"Kelvark.mdb"_s});
+    // The same object opens a good one afterwards.
+    inst.criarBase(inst.ficheiro(u"boa"_s));
+    bd.abrir(inst.ficheiro(u"boa"_s));
+    QCOMPARE(contar(bd, u"Sensores"_s), 0);
+    QVERIFY(falhaDe([&] { Ligacao().abrir(inst.pastaINI()); }).descricao.contains(u"é uma pasta"_s));
+}
+
+void tst_base::permissoes_data() {
+    QTest::addColumn<int>("pasta");
+    QTest::addColumn<int>("ficheiro");
+    QTest::addColumn<QByteArray>("abertura"); // what a user without privileges gets on opening
+    QTest::addColumn<QByteArray>("escrita");  // and on writing
+    QTest::newRow("all") << 0777 << 0666 << QByteArray("rw 1") << QByteArray("written");
+    QTest::newRow("read-only file") << 0777 << 0444 << QByteArray("ro 1") << QByteArray("só pode ser lida");
+    QTest::newRow("read-only folder") << 0555 << 0666 << QByteArray("ro 1") << QByteArray("só pode ser lida");
+    QTest::newRow("read-only both") << 0555 << 0444 << QByteArray("ro 1") << QByteArray("só pode ser lida");
+    QTest::newRow("unreadable file") << 0777 << 0000 << QByteArray("Não é possível ler") << QByteArray();
+    QTest::newRow("closed folder") << 0000 << 0666 << QByteArray("Não existe") << QByteArray();
+}
+
+void tst_base::permissoes() {
+    QFETCH(int, pasta);
+    QFETCH(int, ficheiro);
+    QFETCH(QByteArray, abertura);
+    QFETCH(QByteArray, escrita);
+    Instalacao inst;
+    inst.sensor({u"S1"_s, u"Um"_s});
+    inst.reiniciar(); // nobody has the file open
+    const QByteArray nome = QFile::encodeName(inst.caminhoBD());
+    const QByteArray nomePasta = QFile::encodeName(inst.ficheiro(u"BD"_s));
+    ::chmod(QFile::encodeName(inst.ficheiro(u"."_s)).constData(), 0755);
+    ::chmod(nome.constData(), mode_t(ficheiro));
+    ::chmod(nomePasta.constData(), mode_t(pasta));
+    Filho outro(
+        [&]() -> QByteArray {
+            Ligacao bd;
+            QByteArray r;
+            const Resultado abrir = falhaDe([&] {
+                bd.abrir(inst.caminhoBD());
+                r = (bd.soLeitura() ? "ro " : "rw ") + QByteArray::number(contar(bd, u"Sensores"_s));
+            });
+            if (abrir.numero != 0)
+                return abrir.descricao.toUtf8();
+            const Resultado escrever = falhaDe([&] { bd.executar(u"UPDATE Sensores SET Descricao = 'Dois'"_s); });
+            return r + '|' + (escrever.numero == 0 ? QByteArray("written") : escrever.descricao.toUtf8());
+        },
+        Filho::Quem::Ninguem);
+    const QByteArrayList r = outro.esperar().split('|');
+    ::chmod(nomePasta.constData(), 0755);
+    ::chmod(nome.constData(), 0644);
+    QVERIFY2(r.value(0).contains(abertura), r.value(0).constData());
+    QVERIFY2(r.value(1).contains(escrita), r.value(1).constData());
+    const bool escreveu = escrita == "written";
+    QCOMPARE(inst.linha(u"SELECT Descricao FROM Sensores"_s), QVariantList{escreveu ? u"Dois"_s : u"Um"_s});
+}
+
+// A user who may only read sees what the capture service writes later all the same.
+void tst_base::leituraSemCadeadoSegueQuemEscreve() {
+    Instalacao inst;
+    inst.reiniciar();
+    const QByteArray pasta = QFile::encodeName(inst.ficheiro(u"BD"_s));
+    ::chmod(QFile::encodeName(inst.ficheiro(u"."_s)).constData(), 0755);
+    ::chmod(pasta.constData(), 0555);
+    const QString sinal = inst.ficheiro(u"sinal"_s);
+    Filho leitor(
+        [&]() -> QByteArray {
+            Ligacao bd;
+            bd.abrir(inst.caminhoBD());
+            QByteArray r = QByteArray::number(contar(bd, u"Sensores"_s));
+            for (int i = 0; i < 500 && !QFile::exists(sinal); ++i)
+                QTest::qSleep(10);
+            return r + ' ' + QByteArray::number(contar(bd, u"Sensores"_s));
+        },
+        Filho::Quem::Ninguem);
+    QTest::qSleep(100);
+    ::chmod(pasta.constData(), 0755);
+    Ligacao servico;
+    servico.abrir(inst.caminhoBD());
+    servico.executar(u"INSERT INTO Sensores (SensorID) VALUES ('S1')"_s);
+    ::chmod(QFile::encodeName(inst.caminhoBD() + u"-shm"_s).constData(), 0644);
+    Instalacao::escreverFicheiro(sinal, "x");
+    QCOMPARE(leitor.esperar(), "0 1");
+}
+
+void tst_base::bloqueadaPorOutro() {
+    Instalacao inst;
+    cnBD().definirEspera(150);
+    Ligacao outro;
+    outro.abrir(inst.caminhoBD());
+    auto alheia = std::make_unique<Transaccao>(outro);
+    QElapsedTimer relogio;
+    relogio.start();
+    const Resultado r = falhaDe([] { const Transaccao t(cnBD()); });
+    QVERIFY2(r.descricao.contains(u"bloqueada por outro programa"_s), qUtf8Printable(r.descricao));
+    QVERIFY(relogio.elapsed() >= 140 && relogio.elapsed() < 3000);
+    QCOMPARE(contar(cnBD(), u"Sensores"_s), 0); // reading is not held up
+    QVERIFY(falhaDe([] { cnBD().executar(u"DELETE FROM Sensores"_s); }).numero != 0);
+    alheia.reset();
+    cnBD().executar(u"DELETE FROM Sensores"_s);
+
+    // One that another program keeps to itself alone is not opened, and it is said why.
+    cnBD().fechar();
+    outro.executar(u"PRAGMA locking_mode = EXCLUSIVE"_s);
+    outro.executar(u"INSERT INTO Grupos (codGrupo) VALUES (1)"_s);
+    const Resultado so = falhaDe([&] { ligacaoPartilhada().abrir(inst.caminhoBD()); });
+    QVERIFY2(so.descricao.contains(u"bloqueada por outro programa"_s), qUtf8Printable(so.descricao));
+    outro.fechar();
+    ligacaoPartilhada().abrir(inst.caminhoBD());
+}
+
+void tst_base::leitorAoLadoDoEscritor() {
+    Instalacao inst;
+    constexpr int linhas = 400;
+    Filho servico([&] {
+        Ligacao bd;
+        bd.abrir(inst.caminhoBD());
+        const Resultado r = falhaDe([&] {
+            for (int i = 0; i < linhas; ++i)
+                bd.executar(u"INSERT INTO Medias (Data, Sensor, Temperatura) VALUES (?, 'S1', ?)"_s,
+                            {QDateTime(QDate(2024, 1, 1), QTime(), Qt::UTC).addSecs(i), i});
+        });
+        return r.descricao.toUtf8();
+    });
+    int vistas = 0;
+    for (int volta = 0; vistas < linhas && volta < 100000; ++volta) {
+        // One query sees one state, however long its rows are walked.
+        Recordset rs = cnBD().consultar(u"SELECT Temperatura FROM Medias ORDER BY Data"_s);
+        int n = 0;
+        for (; rs.avancar(); ++n)
+            QCOMPARE(rs.inteiro(0), n);
+        QVERIFY(n >= vistas);
+        vistas = n;
+        cnBD().executar(u"UPDATE Medias SET flag = 'nota' WHERE Data = ?"_s, {u"2024-01-01 00:00:00"_s});
+    }
+    QCOMPARE(vistas, linhas);
+    QCOMPARE(servico.esperar(), "");
+}
+
+void tst_base::escritorMortoAMeio() {
+    Instalacao inst;
+    inst.leituras(u"Medias"_s, u"S1"_s, u"2024-01-01 00:00:00"_s, 60, QList<double>(100, 1.0));
+    for (int vez = 0; vez < 5; ++vez) {
+        const QString sinal = inst.ficheiro(u"sinal%1"_s.arg(vez));
+        Filho escritor([&] {
+            Ligacao bd;
+            bd.abrir(inst.caminhoBD());
+            const Transaccao t(bd);
+            bd.executar(u"PRAGMA cache_size = 1"_s); // so that pages go to the log before the end
+            bd.executar(u"DELETE FROM Medias"_s);
+            for (int i = 0; i < 3000; ++i)
+                bd.executar(u"INSERT INTO Medias (Data, Sensor, Temperatura) VALUES ('2025', 'S2', ?)"_s, {i});
+            Instalacao::escreverFicheiro(sinal, "x");
+            for (;;)
+                QTest::qSleep(1000);
+            return QByteArray();
+        });
+        QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(sinal), 20000);
+        escritor.matar();
+        QCOMPARE(inst.linha(u"SELECT COUNT(*), SUM(Temperatura) FROM Medias"_s), QVariantList({u"100"_s, u"100"_s}));
+        cnBD().executar(u"UPDATE Medias SET flag = 'x'"_s); // and the lock went with it
+    }
+}
+
+void tst_base::danificada() {
+    Instalacao inst;
+    inst.leituras(u"Medias"_s, u"S1"_s, u"2024-01-01 00:00:00"_s, 60, QList<double>(3000, 1.5));
+    inst.reiniciar();
+    QByteArray bytes = Instalacao::lerFicheiro(inst.caminhoBD());
+    const int pagina = 4096;
+    for (qsizetype p = bytes.size() / pagina / 2; p < bytes.size() / pagina; ++p)
+        bytes.replace(p * pagina, 64, QByteArray(64, '\xA5'));
+    Instalacao::escreverFicheiro(inst.caminhoBD(), bytes);
+    Ligacao bd;
+    bd.abrir(inst.caminhoBD()); // opening reads the header only, whatever the size
+    const Resultado r = falhaDe([&] {
+        Recordset rs = bd.consultar(u"SELECT * FROM Medias"_s);
+        while (rs.avancar()) {
+        }
+    });
+    QVERIFY2(r.descricao.contains(u"está danificada"_s) && r.descricao.contains(inst.caminhoBD()) &&
+                 r.descricao.contains(u" Exame: "_s),
+             qUtf8Printable(r.descricao));
+    QCOMPARE(Instalacao::lerFicheiro(inst.caminhoBD()), bytes);
+}
+
+void tst_base::abreEFecha() {
+    Instalacao inst;
+    QCOMPARE(falhaDe([&] { cnBD().abrir(inst.caminhoBD()); }).numero, erros::objectoAberto);
+    Ligacao &bd = cnBD();
+    bd.fechar();
+    QCOMPARE(falhaDe([&] { bd.fechar(); }).numero, erros::objectoFechado);
+    QCOMPARE(falhaDe([&] { bd.consultar(u"SELECT 1"_s); }).numero, erros::objectoFechado);
+    QCOMPARE(falhaDe([&] { bd.executar(u"SELECT 1"_s); }).numero, erros::objectoFechado);
+    QCOMPARE(falhaDe([&] { bd.executarGuiao(u"SELECT 1"_s); }).numero, erros::objectoFechado);
+    QCOMPARE(falhaDe([&] { const Transaccao t(bd); }).numero, erros::objectoFechado);
+    QCOMPARE(falhaDe([] { cnBD(); }).numero, erros::objectoFechado);
+    for (const QString &nome : {u"com espaço %41?#.mdb"_s, u"ção 'x'.mdb"_s}) {
+        inst.criarBase(inst.ficheiro(nome));
+        bd.abrir(inst.ficheiro(nome));
+        QCOMPARE(contar(bd, u"Grupos"_s), 0);
+        bd.fechar();
+    }
+}
+
+void tst_base::cursorSobreviveAoFecho() {
+    Instalacao inst;
+    inst.leituras(u"Medias"_s, u"S1"_s, u"2024-01-01 00:00:00"_s, 60, {1, 2, 3});
+    Recordset rs = cnBD().consultar(u"SELECT Temperatura FROM Medias ORDER BY Data"_s);
+    QVERIFY(rs.avancar());
+    cnBD().fechar(); // the path is changed in the middle of a load
+    inst.criarBase(inst.ficheiro(u"outra"_s));
+    ligacaoPartilhada().abrir(inst.ficheiro(u"outra"_s));
+    QVERIFY(rs.avancar());
+    QCOMPARE(rs.inteiro(0), 2);
+    QCOMPARE(contar(cnBD(), u"Medias"_s), 0);
+    Recordset movido = std::move(rs);
+    QVERIFY(movido.avancar());
+    QVERIFY(!movido.avancar());
+}
+
+void tst_base::valores_data() {
+    QTest::addColumn<QVariant>("valor");
+    QTest::addColumn<QString>("texto");
+    QTest::addColumn<double>("numero"); // NaN: "ND"; infinite: a failure
+    const double nd = std::nan("");
+    const double falha = HUGE_VAL;
+    QTest::newRow("real") << QVariant(21.5) << u"21,5"_s << 21.5;
+    QTest::newRow("whole") << QVariant(21) << u"21"_s << 21.0;
+    QTest::newRow("real, text with a point is stored as a number") << QVariant(u"21.5"_s) << u"21,5"_s << 21.5;
+    QTest::newRow("text with a comma") << QVariant(u"21,5"_s) << u"21,5"_s << 21.5;
+    QTest::newRow("ND") << QVariant(u"ND"_s) << u"ND"_s << nd;
+    QTest::newRow("minus zero") << QVariant(-0.0) << u"0"_s << 0.0;
+    QTest::newRow("0.1 + 0.2") << QVariant(0.1 + 0.2) << u"0,3"_s << 0.1 + 0.2;
+    QTest::newRow("empty") << QVariant(u""_s) << u""_s << falha;
+    QTest::newRow("null") << QVariant() << u""_s << falha;
+    QTest::newRow("word") << QVariant(u"x"_s) << u"x"_s << falha;
+    QTest::newRow("no number") << QVariant(nd) << u""_s << falha;
+    QTest::newRow("true") << QVariant(true) << u"1"_s << 1.0;
+    QTest::newRow("large") << QVariant(Q_INT64_C(9007199254740993)) << u"9007199254740993"_s << 9007199254740992.0;
+    QTest::newRow("date") << QVariant(QDateTime(QDate(2024, 3, 31), QTime(1, 30), Qt::UTC)) << u"2024-03-31 01:30:00"_s
+                          << falha;
+    QTest::newRow("no date") << QVariant(QDateTime()) << u""_s << falha;
+}
+
+void tst_base::valores() {
+    QFETCH(QVariant, valor);
+    QFETCH(double, numero);
+    Instalacao inst;
+    cnBD().executar(u"INSERT INTO Medias (Data, Temperatura) VALUES (?, ?)"_s, {u"2024-03-31 01:30:00"_s, valor});
+    Recordset rs = cnBD().consultar(u"SELECT Data, Temperatura FROM Medias"_s);
+    QVERIFY(rs.avancar());
+    QTEST(rs.texto(u"temperatura"_s), "texto");
+    double lido = HUGE_VAL;
+    const Resultado r = falhaDe([&] { lido = rs.numero(1); });
+    QCOMPARE(r.numero, std::isinf(numero) ? erros::tipoIncompativel : 0);
+    QVERIFY(lido == numero || (std::isnan(lido) && std::isnan(numero)));
+    QCOMPARE(rs.dataHora(0), QDateTime(QDate(2024, 3, 31), QTime(1, 30), Qt::UTC));
+    QVERIFY(std::isnan(rs.segundos(1)) || valor.typeId() == QMetaType::QDateTime);
+}
+
+void tst_base::colunas() {
+    Instalacao inst;
+    Recordset rs = cnBD().consultar(u"SELECT 1 AS Um, 2 AS Dois, 3 AS dois, 4 AS \"Número\""_s);
+    QVERIFY(rs.avancar());
+    QCOMPARE(rs.colunas(), 4);
+    QCOMPARE(rs.nome(1), u"Dois"_s);
+    QCOMPARE(rs.inteiro(u"DOIS"_s), 2); // the first of two
+    QCOMPARE(rs.coluna(u"número"_s), 3);
+    QCOMPARE(falhaDe([&] { rs.coluna(u"Umm"_s); }).numero, erros::chamadaInvalida);
+    QVERIFY(rs.texto(-1).isEmpty() && rs.texto(4).isEmpty());
+    rs.fechar();
+    QVERIFY(rs.texto(0).isEmpty() && rs.nome(0).isEmpty());
+    QCOMPARE(falhaDe([&] { rs.avancar(); }).numero, erros::objectoFechado);
+}
+
+void tst_base::cursorNoFim() {
+    Instalacao inst;
+    inst.leituras(u"Medias"_s, u"S1"_s, u"2024-01-01 00:00:00"_s, 60, {1, 2});
+    Recordset rs = cnBD().consultar(u"SELECT Temperatura FROM Medias"_s);
+    int n = 0;
+    for (int i = 0; i < 10; ++i)
+        n += rs.avancar() ? 1 : 0;
+    QCOMPARE(n, 2); // the query does not begin again
+    // A cursor at its end holds nothing: the other side can fold its log back.
+    inst.executar(u"PRAGMA wal_checkpoint(TRUNCATE)"_s);
+    QCOMPARE(QFileInfo(inst.caminhoBD() + u"-wal"_s).size(), 0);
+}
+
+void tst_base::instrucoesMalFeitas_data() {
+    QTest::addColumn<QString>("sql");
+    QTest::addColumn<QVariantList>("valores");
+    QTest::addColumn<QString>("descricao");
+    QTest::newRow("missing table") << u"SELECT * FROM NaoHa"_s << QVariantList() << u"NaoHa"_s;
+    QTest::newRow("syntax") << u"SELEC 1"_s << QVariantList() << u"SELEC"_s;
+    QTest::newRow("empty") << u" "_s << QVariantList() << u"uma só instrução"_s;
+    QTest::newRow("two statements") << u"SELECT 1; DELETE FROM Medias"_s << QVariantList() << u"uma só instrução"_s;
+    QTest::newRow("too few values") << u"SELECT ?, ?"_s << QVariantList{1} << u"1 valores"_s;
+    QTest::newRow("too many values") << u"SELECT ?"_s << QVariantList{1, 2} << u"2 valores"_s;
+    QTest::newRow("key twice") << u"INSERT INTO Grupos VALUES (1, 'a'), (1, 'b')"_s << QVariantList()
+                               << u"não respeita as regras"_s;
+}
+
+void tst_base::instrucoesMalFeitas() {
+    QFETCH(QString, sql);
+    QFETCH(QVariantList, valores);
+    QFETCH(QString, descricao);
+    Instalacao inst;
+    const Resultado r = falhaDe([&] { cnBD().executar(sql, valores); });
+    QVERIFY2(r.descricao.contains(descricao), qUtf8Printable(r.descricao));
+    // The engine's small codes must not pass for the numbers that the system tells apart.
+    QVERIFY(r.numero == erros::chamadaInvalida || r.numero < erros::motorBD + 10000);
+    QCOMPARE(contar(cnBD(), u"Grupos"_s), 0);
+}
+
+void tst_base::linhasAlteradas() {
+    Instalacao inst;
+    inst.leituras(u"Medias"_s, u"S1"_s, u"2024-01-01 00:00:00"_s, 60, {1, 2, 3});
+    QCOMPARE(cnBD().executar(u"UPDATE Medias SET flag = ? WHERE Temperatura > ?"_s, {u"x"_s, 1}), 2);
+    QCOMPARE(cnBD().executar(u"SELECT * FROM Medias"_s), 0);
+    QCOMPARE(cnBD().executar(u"UPDATE Medias SET flag = 'y' WHERE 1 = 2"_s), 0);
+    QCOMPARE(cnBD().executar(u"DELETE FROM Medias;"_s), 3);
+}
+
+void tst_base::aspasSaoDados() {
+    Instalacao inst;
+    for (const QString &texto : {u"O'Brien"_s, u"'; DROP TABLE Sensores; --"_s, u"\"x\" ? %1 \\"_s, u"çã€日"_s}) {
+        cnBD().executar(u"INSERT INTO Sensores (SensorID, Descricao) VALUES (?, ?)"_s, {texto, texto});
+        Recordset rs = cnBD().consultar(u"SELECT Descricao FROM Sensores WHERE SensorID = ?"_s, {texto});
+        QVERIFY(rs.avancar());
+        QCOMPARE(rs.texto(0), texto);
+    }
+}
+
+void tst_base::transaccoes() {
+    Instalacao inst;
+    Ligacao &bd = cnBD();
+    const auto acrescentar = [&](int n) { bd.executar(u"INSERT INTO Grupos (codGrupo) VALUES (?)"_s, {n}); };
+    {
+        Transaccao fora(bd);
+        acrescentar(1);
+        {
+            const Transaccao dentro(bd);
+            acrescentar(2);
+        } // undone alone
+        {
+            Transaccao dentro(bd);
+            acrescentar(3);
+            dentro.confirmar();
+        }
+        QCOMPARE(inst.linha(u"SELECT COUNT(*) FROM Grupos"_s), QVariantList{u"0"_s}); // others see nothing yet
+        fora.confirmar();
+    }
+    {
+        const Transaccao fora(bd);
+        acrescentar(4);
+        Transaccao dentro(bd);
+        acrescentar(5);
+        dentro.confirmar();
+    } // the outer one takes the inner one with it
+    QCOMPARE(inst.linha(u"SELECT group_concat(codGrupo) FROM Grupos"_s), QVariantList{u"1,3"_s});
+    QVERIFY(falhaDe([&] {
+                const Transaccao t(bd);
+                bd.executar(u"DELETE FROM Grupos"_s);
+                acrescentar(1);
+                acrescentar(1);
+            }).numero != 0);
+    QCOMPARE(inst.linha(u"SELECT group_concat(codGrupo) FROM Grupos"_s), QVariantList{u"1,3"_s});
+    acrescentar(6); // and the connection works on outside of any
+    QCOMPARE(inst.linha(u"SELECT COUNT(*) FROM Grupos"_s), QVariantList{u"3"_s});
+}
+
+void tst_base::transaccaoPerdida() {
+    Instalacao inst;
+    Ligacao &bd = cnBD();
+    {
+        Transaccao t(bd);
+        bd.executar(u"INSERT INTO Grupos (codGrupo) VALUES (1)"_s);
+        Recordset aberto = bd.consultar(u"SELECT * FROM Grupos"_s);
+        QVERIFY(aberto.avancar());
+        bd.fechar();
+        bd.abrir(inst.caminhoBD());
+        inst.executar(u"INSERT INTO Grupos (codGrupo) VALUES (7)"_s); // the write lock is free at once
+        QCOMPARE(falhaDe([&] { t.confirmar(); }).numero, erros::objectoFechado);
+    }
+    {
+        // The engine itself undoes everything: what follows must not be stored without the rest.
+        Transaccao t(bd);
+        bd.executar(u"INSERT INTO Grupos (codGrupo) VALUES (2)"_s);
+        QVERIFY(falhaDe([&] { bd.executar(u"INSERT OR ROLLBACK INTO Grupos (codGrupo) VALUES (7)"_s); }).numero != 0);
+        QVERIFY(falhaDe([&] { bd.executar(u"INSERT INTO Grupos (codGrupo) VALUES (3)"_s); }).numero != 0);
+        QVERIFY(falhaDe([&] { t.confirmar(); }).numero != 0);
+    }
+    Transaccao t(bd);
+    bd.executar(u"INSERT INTO Grupos (codGrupo) VALUES (8)"_s);
+    t.confirmar();
+    QCOMPARE(inst.linha(u"SELECT group_concat(codGrupo) FROM Grupos"_s), QVariantList{u"7,8"_s});
+}
+
+void tst_base::textosSemDistinguirMaiusculas() {
+    Instalacao inst;
+    inst.sensor({u"AbC"_s, u"Câmara"_s});
+    Recordset rs =
+        cnBD().consultar(u"SELECT 1 FROM Sensores WHERE SensorID = ? AND Seleccionado = ?"_s, {u"aBc"_s, u"sim"_s});
+    QVERIFY(rs.avancar());
+}
+
+QTEST_GUILESS_MAIN(tst_base)
+#include "tst_base.moc"
