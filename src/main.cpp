@@ -1,1 +1,33 @@
-int main(){return 0;}
+#include "core/estado.h"
+#include "platform/forms/dialogosQt.h"
+#include "shell/apresentadorQt.h"
+#include "shell/arranque.h"
+#include "shell/frmMain.h"
+
+#include <QApplication>
+#include <QLibraryInfo>
+#include <QTranslator>
+
+int main(int argc, char *argv[]) {
+    QApplication aplicacao(argc, argv);
+    QApplication::setApplicationName(estado().NomePrograma);
+    QApplication::setApplicationVersion(QStringLiteral(VISTREL_VERSAO));
+    QTranslator textosDoQt; // buttons of standard dialogs, in the system's language
+    if (textosDoQt.load(QLocale::system(), QStringLiteral("qtbase"), QStringLiteral("_"),
+                        QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QApplication::installTranslator(&textosDoQt);
+
+    DialogosQt dialogos;
+    ApresentadorQt apresentador;
+    estado().PastaPrograma = QApplication::applicationDirPath();
+    estado().ambiente.dialogos = &dialogos;
+    estado().ambiente.apresentador = &apresentador;
+    int codigo = 1;
+    {
+        const std::unique_ptr<frmMain> principal = modMain::Main();
+        if (principal)
+            codigo = QApplication::exec();
+    }
+    renovarEstado(); // closes the database while the application still stands
+    return codigo;
+}

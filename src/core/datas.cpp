@@ -40,16 +40,121 @@ QString escrever(const Formatos &f, const QTime &hora) {
     return f.usado.toString(hora, f.hora);
 }
 
-QDateTime ler(const Formatos &f, const QString &texto) {
-    // Date and time apart: read together they become a local time, and an hour that summer time skips would shift.
-    const QString t = texto.trimmed();
-    for (qsizetype i = t.indexOf(u' '); i > 0; i = t.indexOf(u' ', i + 1)) {
-        const QDate data = f.usado.toDate(t.left(i), f.data);
-        const QTime hora = data.isValid() ? f.usado.toTime(t.mid(i + 1), f.hora) : QTime();
-        if (hora.isValid())
-            return {data, hora, Qt::UTC};
+// Reads what the formats write. The library's own reader makes a local time of it, which shifts in an hour that
+// summer time skips, and stumbles over the digits and the words for the halves of the day of some languages.
+class Leitor {
+public:
+    Leitor(const Formatos &formatos, const QString &texto) : m_locale(formatos.usado), m_texto(texto.trimmed()) {}
+
+    QDateTime ler(const QString &formato) {
+        for (qsizetype i = 0; i < formato.size();) {
+            qsizetype n = 1;
+            while (i + n < formato.size() && formato[i + n] == formato[i])
+                ++n;
+            const QChar letra = formato[i];
+            if (letra == u'\'') { // 'text', with '' for one apostrophe
+                const qsizetype fim = formato.indexOf(u'\'', i + 1);
+                if (fim < 0 || !literal(fim == i + 1 ? u"'"_s : formato.mid(i + 1, fim - i - 1)))
+                    return {};
+                i = fim + 1;
+                continue;
+            }
+            if (letra.toLower() == u'a') {
+                if (!metadeDoDia())
+                    return {};
+                i += n;
+                if (i < formato.size() && formato[i].toLower() == u'p')
+                    ++i;
+                continue;
+            }
+            if (!(campo(letra) ? numero(*campo(letra), int(n)) : literal(formato.mid(i, n))))
+                return {};
+            i += n;
+        }
+        if (m_posicao != m_texto.size())
+            return {};
+        if (m_metade >= 0) {
+            if (m_hora < 1 || m_hora > 12)
+                return {};
+            m_hora = m_hora % 12 + 12 * m_metade;
+        }
+        const QDate data(m_ano, m_mes, m_dia);
+        const QTime hora(m_hora, m_minuto, m_segundo);
+        return data.isValid() && hora.isValid() ? QDateTime(data, hora, Qt::UTC) : QDateTime();
     }
-    return {};
+
+private:
+    int *campo(QChar letra) {
+        switch (letra.unicode()) {
+        case u'y':
+            return &m_ano;
+        case u'M':
+            return &m_mes;
+        case u'd':
+            return &m_dia;
+        case u'h':
+        case u'H':
+            return &m_hora;
+        case u'm':
+            return &m_minuto;
+        case u's':
+            return &m_segundo;
+        default:
+            return nullptr;
+        }
+    }
+
+    // One or two digits, four for a year; in any script. Names of days and months are not read.
+    bool numero(int &valor, int letras) {
+        if (letras == 3 || (letras == 4 && &valor != &m_ano))
+            return false;
+        const int maximo = letras == 4 ? 4 : 2;
+        int quantos = 0;
+        for (valor = 0; quantos < maximo && m_posicao < m_texto.size(); ++quantos) {
+            const bool par = m_texto[m_posicao].isHighSurrogate() && m_posicao + 1 < m_texto.size();
+            const int digito =
+                QChar::digitValue(par ? QChar::surrogateToUcs4(m_texto[m_posicao], m_texto[m_posicao + 1])
+                                      : m_texto[m_posicao].unicode());
+            if (digito < 0)
+                break;
+            valor = valor * 10 + digito;
+            m_posicao += par ? 2 : 1;
+        }
+        return quantos > 0 && (letras < 4 || quantos == 4);
+    }
+
+    bool literal(const QString &esperado) {
+        for (const QChar c : esperado) {
+            if (m_posicao >= m_texto.size())
+                return false;
+            const QChar ha = m_texto[m_posicao++];
+            if (ha != c && !(ha.isSpace() && c.isSpace()))
+                return false;
+        }
+        return true;
+    }
+
+    bool metadeDoDia() {
+        const QString nomes[] = {m_locale.amText(), m_locale.pmText()};
+        for (int i = 0; i < 2; ++i) {
+            if (nomes[i].isEmpty() || !QStringView(m_texto).mid(m_posicao).startsWith(nomes[i], Qt::CaseInsensitive))
+                continue;
+            m_metade = i;
+            m_posicao += nomes[i].size();
+            return true;
+        }
+        return false;
+    }
+
+    const QLocale &m_locale;
+    QString m_texto;
+    qsizetype m_posicao = 0;
+    int m_ano = 0, m_mes = 0, m_dia = 0, m_hora = 0, m_minuto = 0, m_segundo = 0;
+    int m_metade = -1; // 1: after noon
+};
+
+QDateTime ler(const Formatos &f, const QString &texto) {
+    return Leitor(f, texto).ler(f.data + u' ' + f.hora);
 }
 
 Formatos formatosDe(const QLocale &locale) {
@@ -61,7 +166,7 @@ Formatos formatosDe(const QLocale &locale) {
         const QChar separador = f.hora.contains(u'.') && !f.hora.contains(u':') ? u'.' : u':';
         f.hora.insert(f.hora.lastIndexOf(u'm') + 1, separador + u"ss"_s);
     }
-    // In a few languages the library cannot read what it writes (their digits, their words for the half of the day).
+    // A language whose own form cannot be read back gets the ISO form.
     for (const QTime &hora : {QTime(0, 7, 9), QTime(13, 45, 58)}) {
         const QDateTime instante(QDate(2024, 11, 25), hora, Qt::UTC);
         if (ler(f, escrever(f, instante.date()) + u' ' + escrever(f, hora)) != instante)

@@ -54,11 +54,13 @@ public:
     explicit Vez(const QString &caminho) {
         const QByteArray pasta = QFile::encodeName(QFileInfo(caminho).absolutePath());
         m_pasta = ::open(pasta.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-        constexpr int tentativas = 200;
+        // Looked for often: a neighbour that writes on and on leaves only short gaps.
+        constexpr int tentativas = 8000;
+        constexpr unsigned long pausaUs = 250;
         for (int i = 0; m_pasta >= 0 && i < tentativas && ::flock(m_pasta, LOCK_EX | LOCK_NB) != 0; ++i) {
             if (errno != EWOULDBLOCK && errno != EINTR)
                 break;
-            QThread::usleep(1000);
+            QThread::usleep(pausaUs);
         }
     }
     ~Vez() {

@@ -30,6 +30,11 @@ void Comando::texto(int posicao, QByteArrayView utf8) {
     verificar(sqlite3_bind_text(m_instrucao, posicao, bytes, int(utf8.size()), SQLITE_STATIC));
 }
 
+void Comando::copiar(int posicao, const QString &texto) {
+    const QByteArray utf8 = texto.toUtf8();
+    verificar(sqlite3_bind_text(m_instrucao, posicao, utf8.constData(), int(utf8.size()), SQLITE_TRANSIENT));
+}
+
 void Comando::numero(int posicao, double valor) {
     verificar(sqlite3_bind_double(m_instrucao, posicao, valor));
 }

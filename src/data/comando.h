@@ -19,8 +19,9 @@ public:
     Comando(const Comando &) = delete;
     Comando &operator=(const Comando &) = delete;
 
-    void texto(int posicao, QByteArrayView utf8); // not copied: has to stand until executar()
-    void numero(int posicao, double valor);       // NaN binds Null
+    void texto(int posicao, QByteArrayView utf8);   // not copied: has to stand until the last executar()
+    void copiar(int posicao, const QString &texto); // copied
+    void numero(int posicao, double valor);         // NaN binds Null
     void inteiro(int posicao, qint64 valor);
     void nulo(int posicao);
     qint64 executar(); // rows changed

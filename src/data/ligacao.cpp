@@ -191,7 +191,8 @@ void Ligacao::abrir(const QString &caminho) {
         throw Falha(erros::objectoAberto, u"A base de dados já está aberta."_s);
     const FicheiroBD ficheiro = examinarFicheiroBD(caminho);
     const QByteArray nome = QFile::encodeName(caminho);
-    int modo = ficheiro.gravavel ? SQLite::OPEN_READWRITE : SQLite::OPEN_READONLY;
+    // One thread: the engine's own lock, taken for every column read, would be paid for nothing.
+    int modo = (ficheiro.gravavel ? SQLite::OPEN_READWRITE : SQLite::OPEN_READONLY) | SQLite::OPEN_NOMUTEX;
     QByteArray endereco = nome;
     if (ficheiro.imutavel) {
         modo |= SQLite::OPEN_URI;

@@ -8,6 +8,7 @@
 
 #include <sqlite3.h>
 
+#include <cstring>
 #include <limits>
 #include <utility>
 
@@ -84,6 +85,11 @@ const char *Recordset::utf8(int coluna, int &tamanho) const {
     return bytes;
 }
 
+const char *Recordset::utf8(int coluna) const {
+    const auto *bytes = reinterpret_cast<const char *>(sqlite3_column_text(m_instrucao, coluna));
+    return bytes ? bytes : "";
+}
+
 QString Recordset::texto(int coluna) const {
     if (sqlite3_column_type(m_instrucao, coluna) == SQLITE_FLOAT)
         return modDoubleTratamento::NumeroParaTexto(real(coluna));
@@ -102,9 +108,9 @@ double Recordset::numero(int coluna) const {
 }
 
 double Recordset::segundos(int coluna) const {
-    int tamanho = 0;
-    const char *bytes = utf8(coluna, tamanho);
-    return datas::segundosDe(bytes, tamanho);
+    constexpr size_t comprimento = 20; // what follows the seconds does not count
+    const char *bytes = utf8(coluna);
+    return datas::segundosDe(bytes, int(strnlen(bytes, comprimento)));
 }
 
 QDateTime Recordset::dataHora(int coluna) const {

@@ -33,6 +33,7 @@ public:
     double segundos(int coluna) const;                // a date as datas::segundosDe; NaN when it is none
     QDateTime dataHora(int coluna) const;             // invalid when it is none
     const char *utf8(int coluna, int &tamanho) const; // the raw bytes; valid until the next step
+    const char *utf8(int coluna) const;               // the same up to their first zero; "" for Null
 
     bool nulo(const QString &c) const { return nulo(coluna(c)); }
     QString texto(const QString &c) const { return texto(coluna(c)); }

@@ -5,6 +5,8 @@
 #include "data/ligacao.h"
 #include "data/recordset.h"
 
+#include <cstring>
+
 namespace {
 
 enum Coluna { colData, colValor, colFlag, colObservacoes };
@@ -17,9 +19,8 @@ double valorDe(const Recordset &rs) {
 
 // Nothing and one blank are no note.
 bool temNota(const Recordset &rs) {
-    int tamanho = 0;
-    const char *bytes = rs.utf8(colFlag, tamanho);
-    return tamanho > 1 || (tamanho == 1 && *bytes != ' ');
+    const char *bytes = rs.utf8(colFlag);
+    return bytes[0] != '\0' && (bytes[0] != ' ' || bytes[1] != '\0');
 }
 
 } // namespace
@@ -40,9 +41,8 @@ double lerLeituras(const PedidoLeituras &pedido, const AoLer &aoLer) {
         if (std::isnan(leitura.data))
             continue; // has no place on the time axis
         if (pedido.comLimites) {
-            int tamanho = 0;
-            const char *bytes = rs.utf8(colObservacoes, tamanho);
-            leitura.limites = limites.de(bytes, tamanho);
+            const char *observacoes = rs.utf8(colObservacoes);
+            leitura.limites = limites.de(observacoes, int(std::strlen(observacoes)));
         }
         if (!std::isnan(leitura.valor)) {
             soma += leitura.valor;

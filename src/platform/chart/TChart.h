@@ -18,9 +18,14 @@ struct TEixo {
     QString Title;
 };
 
-// The chart control: a list of series over two axes, marks, zoom by dragging (undone by dragging back), wheel zoom,
-// panning, keyboard, click -> point. One painter serves screen, preview, PDF and JPEG.
-// Changes of the model show after actualizar(); nothing is repainted point by point.
+// The chart control: a list of series over two axes, marks, click -> point. One painter serves screen, preview, PDF
+// and JPEG. Changes of the model show after actualizar(); nothing is repainted point by point.
+//
+// Mouse: dragging to the right with the left button zooms, dragging to the left undoes it, as does a double click; the
+// other buttons pan; the wheel zooms along the time axis, with Shift along the other.
+// Keyboard: Left, Right, Home and End read point by point (Shift: 10 points; Page keys: a tenth of the picture), Up and
+// Down change the series, Enter or Space clicks, + and - zoom, Ctrl and the arrows pan (10 points when there is
+// nothing to pan), Escape undoes the zoom.
 class TChart : public QWidget {
     Q_OBJECT
 public:
@@ -48,6 +53,7 @@ public:
     void anularZoom();
 
     void setUnidade(const QString &unidade); // behind values in the readout, such as " °C"
+    // Names under the picture when there are two series or more; on from the beginning.
     void setLegenda(bool visivel);
     // Text of a marked point for the readout, asked for only when the pointer rests on one.
     void setNota(std::function<QString(int serie, int indice)> nota);
@@ -58,14 +64,31 @@ public:
     // The point nearest to a position among the active series, as {series, index}; {-1, -1} when none is near.
     std::pair<int, int> pontoMaisProximo(const QPointF &posicao) const;
 
-    // The picture as now shown (zoom included) on white paper with a light theme, whatever the screen's.
+    // The picture as now shown (zoom included) on white paper with a light theme, whatever the screen's. On a painter
+    // the size of the letters follows the area alone, so that preview and print are the same.
     void pintar(QPainter &pintor, const QRect &destino) const;
     QImage imagem(int largura, int altura) const;
+
+    QSize sizeHint() const override { return {700, 340}; }
+    QSize minimumSizeHint() const override { return {160, 110}; }
 
 Q_SIGNALS:
     void OnClickSeries(int serie, int indice, Qt::MouseButton botao, Qt::KeyboardModifiers teclas, QPoint posicao);
     void OnZoom();
     void OnUndoZoom();
+
+protected:
+    void resizeEvent(QResizeEvent *evento) override;
+    void changeEvent(QEvent *evento) override;
+    void mousePressEvent(QMouseEvent *evento) override;
+    void mouseMoveEvent(QMouseEvent *evento) override;
+    void mouseReleaseEvent(QMouseEvent *evento) override;
+    void mouseDoubleClickEvent(QMouseEvent *evento) override;
+    void wheelEvent(QWheelEvent *evento) override;
+    void leaveEvent(QEvent *evento) override;
+    void keyPressEvent(QKeyEvent *evento) override;
+    void focusInEvent(QFocusEvent *evento) override;
+    void focusOutEvent(QFocusEvent *evento) override;
 
 private:
     struct Interno;

@@ -3,12 +3,25 @@
 #include <QColor>
 #include <QList>
 #include <QString>
+#include <QStringList>
+
+#include <limits>
 
 // One series of a chart: points in order of adding. A NaN value is a gap. Costs 18 bytes a point when coloured and
-// labelled point by point, 16 otherwise.
+// labelled point by point, 16 otherwise, and one summary of 8 bytes for every 256 points.
 class TSerie {
 public:
     enum class Estilo { Linha, Degrau, Barra };
+
+    // What 256 points in a row hold, so that a redraw need not look at each.
+    struct Resumo {
+        quint32 cores = 0; // a bit for each colour; the last bit stands for all further ones
+        quint8 menor = 0;  // where the smallest and the largest value are, from the block's first point
+        quint8 maior = 0;
+        bool comValores = false;
+        bool comMarcas = false;
+    };
+    static constexpr qsizetype bloco = 256;
 
     explicit TSerie(Estilo estilo = Estilo::Linha);
 
@@ -24,9 +37,11 @@ public:
     QString PointLabel(qsizetype i) const;
     void setPointLabel(qsizetype i, const QString &rotulo);
     quint32 PointColor(qsizetype i) const;
+    bool temMarca(qsizetype i) const; // a label that shows: neither empty nor one blank
 
     bool Active = true;
     bool ColorEachPoint = false;
+    bool Tracejado = false; // dashed, as a limit line is
     quint32 Color = 0;
     QString Title;
     QString Name;
@@ -35,18 +50,45 @@ public:
     const QList<double> &x() const { return m_x; }
     const QList<double> &y() const { return m_y; }
 
+    // Extremes; NaN counts nowhere. Infinite the wrong way round when there are none.
+    double menorX() const { return m_menorX; }
+    double maiorX() const { return m_maiorX; }
+    double menorY() const { return m_menorY; }
+    double maiorY() const { return m_maiorY; }
+
+    // Points in order of x: null when they were added so. Points without an x are in no order.
+    const QList<quint32> *ordem() const;
+
+    // For drawing: colour numbers as bytes (null: all have the first colour) and what they stand for.
+    const quint8 *indicesDeCor() const { return m_cores.isEmpty() ? nullptr : m_cores.constData(); }
+    const QList<quint32> &paleta() const { return m_paleta; }
+    const QList<Resumo> &resumos() const { return m_resumos; }
+    // The first point from i on, before fim, with a label that shows; fim when there is none.
+    qsizetype proximaMarca(qsizetype i, qsizetype fim) const;
+
 private:
-    friend class PlotSerie;
     quint8 indiceDeCor(quint32 cor);
-    quint8 indiceDeRotulo(const QString &rotulo);
+    void juntarCor(quint32 cor);
+    void juntarRotulo(const QString &rotulo);
+    void escreverRotulo(qsizetype i, const QString &rotulo);
+    void separarRotulos();
+    void resumir();
 
     QList<double> m_x;
     QList<double> m_y;
     QList<quint8> m_cores;   // index into m_paleta; empty while all points have the same colour
     QList<quint8> m_rotulos; // index into m_textos; empty while all labels are the same
     QList<quint32> m_paleta;
-    QStringList m_textos; // bars may have a text each: then held in m_rotulosBarra
-    QStringList m_rotulosBarra;
+    QStringList m_textos;
+    QStringList m_rotulosProprios; // a text for each point, once there are too many different ones
+    QList<Resumo> m_resumos;       // of full blocks
+    mutable QList<quint32> m_ordem;
+    mutable qsizetype m_ordenados = 0; // points that m_ordem knows
+    bool m_porOrdem = true;
+    double m_menorX = std::numeric_limits<double>::infinity();
+    double m_maiorX = -std::numeric_limits<double>::infinity();
+    double m_menorY = std::numeric_limits<double>::infinity();
+    double m_maiorY = -std::numeric_limits<double>::infinity();
 };
 
 inline QColor corOLE(quint32 cor) {

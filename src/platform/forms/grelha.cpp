@@ -209,11 +209,21 @@ void Grelha::keyboardSearch(const QString &procurado) {
 }
 
 void Grelha::keyPressEvent(QKeyEvent *evento) {
-    const bool enter = evento->key() == Qt::Key_Return || evento->key() == Qt::Key_Enter;
-    if (enter && evento->modifiers().testFlag(Qt::ControlModifier) == false && linhaActual() >= 0) {
+    const bool simples = !(evento->modifiers() & (Qt::ControlModifier | Qt::AltModifier));
+    switch (evento->key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        if (!simples || linhaActual() < 0)
+            break;
         evento->accept();
         Q_EMIT RequestEdit(linhaActual());
         return;
+    case Qt::Key_Home: // by row, as in any list
+        return setLinhaActual(0);
+    case Qt::Key_End:
+        return setLinhaActual(linhas() - 1);
+    default:
+        break;
     }
     QTableView::keyPressEvent(evento);
 }

@@ -122,7 +122,7 @@ void JanelaRelatorio::construirBarra() {
     m_progresso = new QProgressBar;
     m_progresso->setObjectName(u"progresso"_s);
     m_progresso->setMaximumWidth(260);
-    barra->addWidget(m_progresso);
+    m_accaoProgresso = barra->addWidget(m_progresso);
     m_parar = accao(u"cmdParar"_s, texto(u"cmdParar"_s, u"Parar"_s), style()->standardIcon(QStyle::SP_BrowserStop),
                     QKeySequence(Qt::Key_Escape), &JanelaRelatorio::parar);
 
@@ -140,8 +140,7 @@ void JanelaRelatorio::ocupado(bool sim, const QString &formato) {
     m_pagina->setEnabled(!sim);
     m_progresso->setFormat(formato);
     m_progresso->setValue(0);
-    m_progresso->parentWidget()->update();
-    m_progresso->setVisible(sim);
+    m_accaoProgresso->setVisible(sim);
 }
 
 bool JanelaRelatorio::progredir(qint64 feitas, qint64 total) {

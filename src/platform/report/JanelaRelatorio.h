@@ -55,6 +55,7 @@ private:
     QLabel *m_total = nullptr;
     QComboBox *m_zoom = nullptr;
     QProgressBar *m_progresso = nullptr;
+    QAction *m_accaoProgresso = nullptr;
     QScrollArea *m_rolo = nullptr;
     FolhaDeRelatorio *m_folha = nullptr;
     bool m_parado = false;

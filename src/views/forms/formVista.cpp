@@ -60,8 +60,9 @@ void FormVista::criarFaixa() {
 void FormVista::montar(PainelVista *painel, QWidget *vista) {
     m_painel = painel;
     auto *faixa = new QHBoxLayout(m_picBorder);
-    faixa->setContentsMargins(4, 3, 8, 3);
-    faixa->addWidget(painel->cmdOpccoes());
+    faixa->setContentsMargins(4, 3, 4, 3);
+    painel->cmdOpccoes()->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    faixa->addWidget(painel->cmdOpccoes(), 1000);
     faixa->addWidget(m_lblMedia, 1);
     faixa->addWidget(m_cmdImprimir);
     faixa->addWidget(m_cmdExport);
@@ -84,20 +85,14 @@ void FormVista::montar(PainelVista *painel, QWidget *vista) {
 }
 
 void FormVista::arrumar() {
-    QToolButton *opccoes = m_painel->cmdOpccoes();
-    int largura = std::max(lugar::pixeis(larguraOpccoesFechada), opccoes->sizeHint().width());
-    if (m_painel->aberto()) {
-        const QMargins margens = m_picBorder->layout()->contentsMargins();
-        int outros = margens.left() + margens.right();
-        for (const QPushButton *botao : {m_cmdImprimir, m_cmdExport})
-            if (!botao->isHidden())
-                outros += botao->sizeHint().width() + m_picBorder->layout()->spacing();
-        largura = std::clamp(m_painel->tamanhoAberto().width() - margens.left(), largura,
-                             std::max(largura, width() - outros));
-    }
-    opccoes->setFixedWidth(largura);
+    const QMargins margens = m_picBorder->layout()->contentsMargins();
     const int topo = m_picBorder->sizeHint().height();
-    m_painel->setArea(QRect(0, topo, width(), std::max(0, height() - topo)));
+    m_painel->setArea({margens.left(), topo, width() - 2 * margens.left(), std::max(0, height() - topo)});
+    // As wide as the open panel, as far as the other buttons let it; it must not keep the window from shrinking.
+    QToolButton *opccoes = m_painel->cmdOpccoes();
+    const int fechada = std::max(lugar::pixeis(larguraOpccoesFechada), opccoes->sizeHint().width());
+    opccoes->setMinimumWidth(fechada);
+    opccoes->setMaximumWidth(m_painel->aberto() ? std::max(fechada, m_painel->tamanhoAberto().width()) : fechada);
 }
 
 // The design size holds for usual fonts; with larger ones the open panel must still fit.
@@ -107,7 +102,7 @@ void FormVista::respeitarMinimo() {
         janela->windowState() & (Qt::WindowMaximized | Qt::WindowMinimized | Qt::WindowFullScreen))
         return;
     const QSize moldura = janela->size() - size();
-    const QSize painel = m_painel->tamanhoAberto() + QSize(0, m_picBorder->sizeHint().height()) + moldura;
+    const QSize painel = m_painel->tamanhoMinimo() + QSize(8, m_picBorder->sizeHint().height()) + moldura;
     const QSize minimo =
         QSize(lugar::pixeis(m_config.minimo.width()), lugar::pixeis(m_config.minimo.height())).expandedTo(painel);
     if (janela->width() < minimo.width() || janela->height() < minimo.height())

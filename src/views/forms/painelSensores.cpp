@@ -110,6 +110,7 @@ void PainelSensores::criarGrupos() {
     m_grdGrupos->setColunas({u"ID"_s, u"Nome"_s});
     m_grdGrupos->setColumnHidden(0, true);
     m_grdGrupos->horizontalHeader()->hide();
+    m_grdGrupos->setFrameShape(QFrame::NoFrame);
     m_grdGrupos->setAccessibleName(m_textoTodos);
     auto *disposicao = new QVBoxLayout(m_picGrupos);
     disposicao->setContentsMargins(1, 1, 1, 1);
@@ -178,8 +179,9 @@ void PainelSensores::cmdGrupos_Click() {
     if (!vigia.vivo())
         return;
     const QPoint canto = m_cmdGrupos->geometry().bottomLeft() + QPoint(0, 1);
-    const int largura = std::max(lugar::pixeis(larguraGrupos), m_cmdGrupos->width());
-    m_picGrupos->setGeometry(QRect(canto, QSize(largura, lugar::pixeis(alturaGrupos))));
+    const QSize lista(m_cmdGrupos->width(), m_grdSensoresAll->geometry().bottom() - canto.y() + 1);
+    const QSize desenho(lugar::pixeis(larguraGrupos), lugar::pixeis(alturaGrupos));
+    m_picGrupos->setGeometry(QRect(canto, desenho.expandedTo(lista)));
     m_picGrupos->raise();
     m_picGrupos->show();
     m_cmdGrupos->setArrowType(Qt::UpArrow);
@@ -192,6 +194,11 @@ void PainelSensores::fecharGrupos() {
     m_picGrupos->hide();
     m_cmdGrupos->setArrowType(Qt::DownArrow);
     m_grdSensoresAll->setFocus();
+}
+
+int PainelSensores::larguraPreferida() const {
+    constexpr int letrasDoNome = 32;
+    return 2 * (larguraDoId(this) + letrasDoNome * fontMetrics().averageCharWidth()) + 6 * fontMetrics().height();
 }
 
 void PainelSensores::fecharSubpaineis() {

@@ -31,6 +31,7 @@ public:
 protected:
     bool comSeleccao() const override;
     void fecharSubpaineis() override;
+    int larguraPreferida() const override;
     QWidget *primeiroControlo() const override;
     bool eventFilter(QObject *objecto, QEvent *evento) override;
 

@@ -133,13 +133,11 @@ void PainelVista::criarDatas(QVBoxLayout *disposicao) {
     disposicao->addLayout(grelha);
 }
 
-QToolButton *PainelVista::criarPeriodos() {
-    auto *botao = new QToolButton;
+QPushButton *PainelVista::criarPeriodos() {
+    auto *botao = new QPushButton;
     botao->setObjectName(u"cmdPeriodos"_s);
     botao->setText(texto(u"cmdPeriodos.Caption"_s, u"Período"_s));
     botao->setAccessibleName(botao->text());
-    botao->setPopupMode(QToolButton::InstantPopup);
-    botao->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     auto *menu = new QMenu(botao);
     for (const Periodo &periodo : periodos::lista) {
         QAction *entrada = menu->addAction(texto(periodo.chave.toString(), periodo.texto.toString()));
@@ -217,8 +215,14 @@ void PainelVista::TimerErrorDate_Timer() {
     }
 }
 
-QSize PainelVista::tamanhoAberto() const {
+QSize PainelVista::tamanhoMinimo() const {
     return QSize(lugar::pixeis(larguraAberta), lugar::pixeis(alturaAberta)).expandedTo(minimumSizeHint());
+}
+
+// The design size, and more of a larger view, so that names are read in full and long lists need less scrolling.
+QSize PainelVista::tamanhoAberto() const {
+    const QSize preferido(larguraPreferida(), m_area.height() * 2 / 3);
+    return tamanhoMinimo().expandedTo(preferido).boundedTo(m_area.size());
 }
 
 void PainelVista::setArea(const QRect &area) {
@@ -229,7 +233,7 @@ void PainelVista::setArea(const QRect &area) {
 
 // Slides out from behind the strip above it; only moving, so that nothing inside is laid out again.
 void PainelVista::colocar(int alturaVisivel) {
-    const QSize cheio = tamanhoAberto().boundedTo(m_area.size());
+    const QSize cheio = tamanhoAberto();
     const int escondido = std::max(0, cheio.height() - alturaVisivel);
     setGeometry(QRect(m_area.topLeft() - QPoint(0, escondido), cheio));
 }

@@ -8,6 +8,7 @@
 class QDateEdit;
 class QTimeEdit;
 class QLabel;
+class QPushButton;
 class QTimer;
 class QToolButton;
 class QVBoxLayout;
@@ -24,6 +25,7 @@ public:
     QToolButton *cmdOpccoes() const { return m_cmdOpccoes; }
     // Where the panel may lie; it takes what it needs of the area, from the top left.
     void setArea(const QRect &area);
+    QSize tamanhoMinimo() const;
     QSize tamanhoAberto() const;
 
     bool aberto() const { return m_aberto; }
@@ -51,6 +53,7 @@ Q_SIGNALS:
 protected:
     virtual bool comSeleccao() const = 0;
     virtual void fecharSubpaineis() {}
+    virtual int larguraPreferida() const { return 0; }
     virtual QWidget *primeiroControlo() const = 0;
     QString texto(const QString &chave, const QString &omissao) const;
     QVBoxLayout *areaDeEscolha() const { return m_escolha; }
@@ -58,7 +61,7 @@ protected:
 
 private:
     void criarDatas(QVBoxLayout *disposicao);
-    QToolButton *criarPeriodos();
+    QPushButton *criarPeriodos();
     void TimerErrorDate_Timer();
     void colocar(int alturaVisivel);
 

@@ -1,0 +1,226 @@
+#include "platform/chart/TSerie.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr qsizetype maximoDeIndices = 256;
+
+bool mostraSe(const QString &rotulo) {
+    return !rotulo.isEmpty() && rotulo != QLatin1String(" ");
+}
+
+int distancia(quint32 a, quint32 b) {
+    const QColor p = corOLE(a);
+    const QColor q = corOLE(b);
+    return std::abs(p.red() - q.red()) + std::abs(p.green() - q.green()) + std::abs(p.blue() - q.blue());
+}
+
+} // namespace
+
+TSerie::TSerie(Estilo e) : estilo(e) {}
+
+void TSerie::Clear() {
+    TSerie vazia(estilo);
+    vazia.Active = Active;
+    vazia.ColorEachPoint = ColorEachPoint;
+    vazia.Tracejado = Tracejado;
+    vazia.Color = Color;
+    vazia.Title = Title;
+    vazia.Name = Name;
+    *this = std::move(vazia);
+}
+
+void TSerie::reservar(qsizetype pontos) {
+    m_x.reserve(pontos);
+    m_y.reserve(pontos);
+}
+
+qsizetype TSerie::AddXY(double x, double y, const QString &rotulo, quint32 cor) {
+    const qsizetype i = m_x.size();
+    // A NaN has no place in any order.
+    if (std::isnan(x) || (i > 0 && !(x >= m_x.constLast())))
+        m_porOrdem = false;
+    m_x.append(x);
+    m_y.append(y);
+    juntarCor(cor);
+    juntarRotulo(rotulo);
+    if (!std::isnan(y) && !std::isnan(x)) {
+        m_menorX = std::min(m_menorX, x);
+        m_maiorX = std::max(m_maiorX, x);
+        m_menorY = std::min(m_menorY, y);
+        m_maiorY = std::max(m_maiorY, y);
+    }
+    if (m_x.size() % bloco == 0)
+        resumir();
+    return i;
+}
+
+qsizetype TSerie::Add(double y, const QString &rotulo, quint32 cor) {
+    return AddXY(double(Count()), y, rotulo, cor);
+}
+
+quint8 TSerie::indiceDeCor(quint32 cor) {
+    qsizetype i = m_paleta.indexOf(cor);
+    if (i < 0 && m_paleta.size() < maximoDeIndices) {
+        i = m_paleta.size();
+        m_paleta.append(cor);
+    }
+    if (i < 0)
+        i = std::min_element(m_paleta.cbegin(), m_paleta.cend(),
+                             [cor](quint32 a, quint32 b) { return distancia(a, cor) < distancia(b, cor); }) -
+            m_paleta.cbegin();
+    return quint8(i);
+}
+
+void TSerie::juntarCor(quint32 cor) {
+    // The usual case first: the colour of the point before.
+    if (!m_cores.isEmpty() && m_paleta[m_cores.constLast()] == cor) {
+        m_cores.append(quint8(m_cores.constLast()));
+        return;
+    }
+    if (m_cores.isEmpty() && m_paleta.size() == 1 && m_paleta.constFirst() == cor)
+        return;
+    const quint8 indice = indiceDeCor(cor);
+    if (m_cores.isEmpty()) {
+        if (m_paleta.size() == 1)
+            return;
+        m_cores.reserve(m_x.capacity());
+        m_cores.resize(m_x.size() - 1); // all the first colour
+    }
+    m_cores.append(indice);
+}
+
+void TSerie::juntarRotulo(const QString &rotulo) {
+    const qsizetype n = m_x.size();
+    if (!m_rotulosProprios.isEmpty()) {
+        m_rotulosProprios.append(rotulo);
+        return;
+    }
+    if (m_textos.isEmpty())
+        m_textos.append(rotulo);
+    if (!m_rotulos.isEmpty())
+        m_rotulos.append(quint8(0));
+    if (m_rotulos.isEmpty() && rotulo == m_textos.constFirst())
+        return;
+    escreverRotulo(n - 1, rotulo);
+}
+
+// The point exists; the list of indices, when there is one, already has a place for it.
+void TSerie::escreverRotulo(qsizetype i, const QString &rotulo) {
+    if (!m_rotulosProprios.isEmpty()) {
+        m_rotulosProprios[i] = rotulo;
+        return;
+    }
+    qsizetype k = m_textos.indexOf(rotulo);
+    if (k < 0 && m_textos.size() == maximoDeIndices) {
+        separarRotulos();
+        m_rotulosProprios[i] = rotulo;
+        return;
+    }
+    if (k < 0) {
+        k = m_textos.size();
+        m_textos.append(rotulo);
+    }
+    if (m_rotulos.isEmpty()) {
+        if (k == 0)
+            return;
+        m_rotulos.reserve(m_x.capacity());
+        m_rotulos.resize(m_x.size());
+    }
+    m_rotulos[i] = quint8(k);
+}
+
+void TSerie::separarRotulos() {
+    m_rotulosProprios.reserve(m_x.capacity());
+    for (quint8 k : std::as_const(m_rotulos))
+        m_rotulosProprios.append(m_textos[k]);
+    m_rotulos = {};
+    m_textos = {};
+}
+
+QString TSerie::PointLabel(qsizetype i) const {
+    if (!m_rotulosProprios.isEmpty())
+        return m_rotulosProprios[i];
+    return m_textos[m_rotulos.isEmpty() ? 0 : m_rotulos[i]];
+}
+
+void TSerie::setPointLabel(qsizetype i, const QString &rotulo) {
+    escreverRotulo(i, rotulo);
+    if (i / bloco < m_resumos.size() && mostraSe(rotulo))
+        m_resumos[i / bloco].comMarcas = true;
+}
+
+quint32 TSerie::PointColor(qsizetype i) const {
+    return m_paleta[m_cores.isEmpty() ? 0 : m_cores[i]];
+}
+
+bool TSerie::temMarca(qsizetype i) const {
+    return mostraSe(PointLabel(i));
+}
+
+void TSerie::resumir() {
+    const qsizetype inicio = m_x.size() - bloco;
+    const double *y = m_y.constData() + inicio;
+    Resumo r;
+    for (qsizetype k = 0; k < bloco; ++k) {
+        if (std::isnan(y[k]))
+            continue;
+        if (!r.comValores)
+            r.menor = r.maior = quint8(k);
+        r.comValores = true;
+        if (y[k] < y[r.menor])
+            r.menor = quint8(k);
+        if (y[k] > y[r.maior])
+            r.maior = quint8(k);
+    }
+    if (m_cores.isEmpty())
+        r.cores = 1;
+    else
+        for (qsizetype k = inicio; k < m_x.size(); ++k)
+            r.cores |= 1U << std::min<quint8>(m_cores[k], 31);
+    r.comMarcas = proximaMarca(inicio, m_x.size()) < m_x.size();
+    m_resumos.append(r);
+}
+
+qsizetype TSerie::proximaMarca(qsizetype i, qsizetype fim) const {
+    if (!m_rotulosProprios.isEmpty()) {
+        while (i < fim && !mostraSe(m_rotulosProprios[i]))
+            ++i;
+        return i;
+    }
+    if (m_rotulos.isEmpty())
+        return m_textos.isEmpty() || !mostraSe(m_textos.constFirst()) ? fim : i;
+    bool visivel[maximoDeIndices] = {};
+    for (qsizetype k = 0; k < m_textos.size(); ++k)
+        visivel[k] = mostraSe(m_textos[k]);
+    const quint8 *rotulos = m_rotulos.constData();
+    while (i < fim) {
+        const qsizetype b = i / bloco;
+        if (b < m_resumos.size() && !m_resumos[b].comMarcas) {
+            i = (b + 1) * bloco;
+            continue;
+        }
+        if (visivel[rotulos[i]])
+            return i;
+        ++i;
+    }
+    return fim;
+}
+
+const QList<quint32> *TSerie::ordem() const {
+    if (m_porOrdem)
+        return nullptr;
+    if (m_ordenados != m_x.size()) {
+        m_ordem.clear();
+        m_ordem.reserve(m_x.size());
+        for (qsizetype i = 0; i < m_x.size(); ++i)
+            if (!std::isnan(m_x[i]))
+                m_ordem.append(quint32(i));
+        const double *x = m_x.constData();
+        std::stable_sort(m_ordem.begin(), m_ordem.end(), [x](quint32 a, quint32 b) { return x[a] < x[b]; });
+        m_ordenados = m_x.size();
+    }
+    return &m_ordem;
+}

@@ -1,0 +1,199 @@
+#include "platform/chart/quadro.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr int entreColunas = 18;
+constexpr int larguraDoSimbolo = 22;
+constexpr int entreSimboloETexto = 6;
+constexpr double parteMaxima = 0.4; // of the height, for the legend
+
+} // namespace
+
+void Marcador::generate(const QCPRange &limites, const QLocale &, QChar, int, QVector<double> &marcas,
+                        QVector<double> *finas, QVector<QString> *rotulos) {
+    const QCPAxisRect *area = m_eixo->axisRect();
+    const bool deitado = m_eixo->orientation() == Qt::Horizontal;
+    const Graduacao g = m_graduar(limites.lower, limites.upper, deitado ? area->width() : area->height());
+    m_eixo->setTickLabelRotation(g.deitados ? -90 : 0);
+    marcas = g.marcas;
+    if (finas)
+        *finas = g.finas;
+    if (rotulos)
+        *rotulos = g.rotulos;
+}
+
+void Legenda::dispor(int largura, int altura) {
+    if (m_series.empty() || !m_tema) {
+        setMinimumSize(0, 0);
+        setMaximumSize(QWIDGETSIZE_MAX, 0);
+        return;
+    }
+    const QFontMetricsF letra(m_tema->fonte);
+    double maisLargo = 0;
+    for (const PlotSerie *p : m_series)
+        maisLargo = std::max(maisLargo, letra.horizontalAdvance(p->serie().Title));
+    const double completa = larguraDoSimbolo + entreSimboloETexto + maisLargo + entreColunas;
+    m_alturaLinha = std::ceil(letra.height()) + 3;
+    const int n = int(m_series.size());
+    const int maximoDeLinhas = std::max(1, int(altura * parteMaxima / m_alturaLinha));
+    m_colunas = std::clamp(int(largura / completa), 1, n);
+    // A list too long for the place gets narrower columns, its names cut short.
+    m_colunas = std::max(m_colunas, (n + maximoDeLinhas - 1) / maximoDeLinhas);
+    m_larguraColuna = std::min(completa, double(largura) / m_colunas);
+    const int linhas = (n + m_colunas - 1) / m_colunas;
+    const int alto = int(linhas * m_alturaLinha) + 8;
+    setMinimumSize(0, alto);
+    setMaximumSize(QWIDGETSIZE_MAX, alto);
+}
+
+void Legenda::draw(QCPPainter *pintor) {
+    if (m_series.empty() || !m_tema)
+        return;
+    const int linhas = (int(m_series.size()) + m_colunas - 1) / m_colunas;
+    const QFontMetricsF letra(m_tema->fonte);
+    const double margem = std::max(0.0, (rect().width() - m_larguraColuna * m_colunas + entreColunas) / 2);
+    pintor->setFont(m_tema->fonte);
+    for (size_t i = 0; i < m_series.size(); ++i) {
+        const int coluna = int(i) / linhas;
+        const int linha = int(i) % linhas;
+        const double x = rect().left() + margem + coluna * m_larguraColuna;
+        const double y = rect().top() + 2 + linha * m_alturaLinha;
+        m_series[i]->desenharSimbolo(pintor, QRectF(x, y, larguraDoSimbolo, m_alturaLinha));
+        const QRectF lugar(x + larguraDoSimbolo + entreSimboloETexto, y,
+                           m_larguraColuna - larguraDoSimbolo - entreSimboloETexto - entreColunas / 2.0, m_alturaLinha);
+        pintor->setPen(m_tema->texto);
+        pintor->drawText(lugar, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
+                         letra.elidedText(m_series[i]->serie().Title, Qt::ElideMiddle, lugar.width()));
+    }
+}
+
+QRect Marcas::clipRect() const {
+    return parentPlot()->axisRect()->rect();
+}
+
+void Marcas::draw(QCPPainter *pintor) {
+    std::vector<QRectF> ocupados;
+    for (const PlotSerie *p : m_series)
+        if (p->serie().Active && p->serie().estilo != TSerie::Estilo::Barra)
+            desenhar(pintor, *p, ocupados);
+}
+
+void Marcas::desenhar(QCPPainter *pintor, const PlotSerie &plot, std::vector<QRectF> &ocupados) const {
+    QFont fonte = m_tema.fonte;
+    fonte.setBold(true);
+    fonte.setPixelSize(fonte.pixelSize() + 2);
+    const QFontMetricsF letra(fonte);
+    const TSerie &serie = plot.serie();
+    const QRectF area = clipRect();
+    const auto [inicio, fim] = plot.visiveis();
+    const bool porOrdem = !serie.ordem();
+    for (qsizetype k = inicio; k < fim; ++k) {
+        if (porOrdem)
+            k = serie.proximaMarca(k, fim);
+        if (k >= fim)
+            break;
+        const qsizetype i = plot.indiceDe(k);
+        if (!serie.temMarca(i) || std::isnan(serie.YValue(i)))
+            continue;
+        const QPointF p = plot.posicao(i);
+        if (!area.contains(p))
+            continue;
+        const QString texto = serie.PointLabel(i);
+        const QSizeF tamanho(letra.horizontalAdvance(texto), letra.ascent());
+        QRectF lugar(QPointF(p.x() - tamanho.width() / 2, p.y() - 5 - tamanho.height()), tamanho);
+        lugar.moveTop(std::max(lugar.top(), area.top() + 1));
+        const QRectF comFolga = lugar.adjusted(-2, -1, 2, 1);
+        if (std::any_of(ocupados.begin(), ocupados.end(), [&](const QRectF &o) { return o.intersects(comFolga); })) {
+            // Nothing before the end of this one has a place at this height either: crowds are skipped.
+            if (porOrdem)
+                k = std::max(k, plot.lugarDe(plot.keyAxis()->pixelToCoord(p.x() + 1)) - 1);
+            continue;
+        }
+        ocupados.push_back(comFolga);
+        QPainterPath contorno;
+        contorno.addText(lugar.bottomLeft(), fonte, texto);
+        pintor->setAntialiasing(true);
+        // A rim in the background's colour keeps it readable on top of the line.
+        pintor->strokePath(contorno, QPen(m_tema.fundo, 3, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+        pintor->fillPath(contorno, m_tema.texto);
+    }
+}
+
+Quadro::Quadro(QWidget *pai) : QCustomPlot(pai), m_legenda(new Legenda(this)) {
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+    setFocusPolicy(Qt::NoFocus);
+    setAutoAddPlottableToLegend(false);
+    setPlottingHints(QCP::phCacheLabels);
+    plotLayout()->setRowSpacing(2);
+    plotLayout()->addElement(1, 0, m_legenda);
+    plotLayout()->setRowStretchFactor(1, 0.001);
+    axisRect()->setMinimumMargins(QMargins(10, 12, 26, 6));
+    for (QCPAxis *eixo : {xAxis2, yAxis2}) {
+        eixo->setVisible(true);
+        eixo->setTicks(false);
+        eixo->setTickLabels(false);
+    }
+    for (QCPAxis *eixo : {xAxis, yAxis}) {
+        eixo->setTickLength(0, 5);
+        eixo->setSubTickLength(0, 3);
+        eixo->grid()->setSubGridVisible(false);
+        eixo->setTickLabelPadding(5);
+        eixo->setLabelPadding(6);
+    }
+    xAxis->grid()->setZeroLinePen(Qt::NoPen);
+}
+
+void Quadro::pedir() {
+    m_sujo = true;
+    update();
+}
+
+void Quadro::dispor() {
+    if (m_sujo)
+        updateLayout();
+}
+
+void Quadro::vestir(const Tema &tema) {
+    setBackground(QBrush(tema.fundo));
+    m_legenda->vestir(tema);
+    for (QCPAxis *eixo : {xAxis, yAxis}) {
+        eixo->setBasePen(QPen(tema.eixo, 1));
+        eixo->setTickPen(QPen(tema.eixo, 1));
+        eixo->setSubTickPen(QPen(tema.eixo, 1));
+        eixo->setTickLabelColor(tema.secundario);
+        eixo->setTickLabelFont(tema.fonte);
+        eixo->setLabelColor(tema.texto);
+        eixo->setLabelFont(tema.fonte);
+        eixo->grid()->setPen(QPen(tema.grelha, 1));
+        eixo->grid()->setSubGridPen(QPen(tema.grelhaFina, 1));
+    }
+    yAxis->grid()->setZeroLinePen(QPen(tema.eixo, 1));
+    for (QCPAxis *eixo : {xAxis2, yAxis2})
+        eixo->setBasePen(QPen(tema.grelha, 1));
+}
+
+void Quadro::paintEvent(QPaintEvent *evento) {
+    if (m_sujo) {
+        m_sujo = false;
+        replot(rpQueuedRefresh);
+    }
+    QCustomPlot::paintEvent(evento);
+}
+
+void Quadro::resizeEvent(QResizeEvent *) {
+    setViewport(rect());
+    pedir();
+}
+
+// The marks depend on the lengths of the axes, and these on the widths of the labels.
+void Quadro::updateLayout() {
+    m_legenda->dispor(viewport().width(), viewport().height());
+    for (int volta = 0; volta < 4; ++volta) {
+        const QRect antes = axisRect()->rect();
+        QCustomPlot::updateLayout();
+        if (axisRect()->rect() == antes)
+            return;
+    }
+}

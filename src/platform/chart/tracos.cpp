@@ -1,0 +1,242 @@
+#include "platform/chart/tracos.h"
+
+#include <algorithm>
+#include <bit>
+
+namespace {
+
+constexpr double alturaMinima = 4; // pixels of an unusual colour in a crowded column
+constexpr qsizetype poucos = 3;    // points in a column that are drawn one by one
+
+// Cuts a segment to a rectangle; false when nothing of it lies inside.
+bool cortar(QPointF &a, QPointF &b, const QRectF &r) {
+    double t0 = 0;
+    double t1 = 1;
+    const QPointF d = b - a;
+    const double p[] = {-d.x(), d.x(), -d.y(), d.y()};
+    const double q[] = {a.x() - r.left(), r.right() - a.x(), a.y() - r.top(), r.bottom() - a.y()};
+    for (int i = 0; i < 4; ++i) {
+        if (p[i] == 0) {
+            if (q[i] < 0)
+                return false;
+            continue;
+        }
+        const double t = q[i] / p[i];
+        if (p[i] < 0)
+            t0 = std::max(t0, t);
+        else
+            t1 = std::min(t1, t);
+    }
+    if (t0 > t1)
+        return false;
+    const QPointF inicio = a;
+    a = inicio + t0 * d;
+    b = inicio + t1 * d;
+    return true;
+}
+
+} // namespace
+
+void Tracos::segmento(QPointF a, QPointF b, const QRectF &limite) {
+    if ((!limite.contains(a) || !limite.contains(b)) && !cortar(a, b, limite))
+        return;
+    if (pontos.empty() || pontos.back() != a) {
+        inicios.push_back(pontos.size());
+        pontos.push_back(a);
+    } else if (pontos.size() - inicios.back() >= 2 && a.y() == b.y() && pontos[pontos.size() - 2].y() == a.y() &&
+               (b.x() - a.x()) * (a.x() - pontos[pontos.size() - 2].x()) >= 0) {
+        pontos.back() = b; // goes on level
+        return;
+    }
+    pontos.push_back(b);
+}
+
+Redutor::Redutor(const TSerie &serie, const Escala &escala, double lacuna)
+    : m_serie(serie), m_escala(escala), m_lacuna(lacuna), m_ordem(serie.ordem()), m_x(serie.x().constData()),
+      m_y(serie.y().constData()), m_cores(serie.ColorEachPoint ? serie.indicesDeCor() : nullptr),
+      m_total(m_ordem ? m_ordem->size() : serie.Count()),
+      m_tracos(serie.ColorEachPoint ? size_t(std::max<qsizetype>(1, serie.paleta().size())) : 1) {
+    if (serie.ColorEachPoint)
+        m_base = quint8(std::max<qsizetype>(0, serie.paleta().indexOf(serie.Color)));
+    m_usadas.reserve(m_tracos.size());
+}
+
+void Redutor::reduzir(qsizetype i, qsizetype fim) {
+    while (i < fim) {
+        const double coluna = std::floor(m_escala.px(x(i)) / m_escala.coluna + 0.5);
+        const double limite = ((coluna + 0.5) * m_escala.coluna - m_escala.bx) / m_escala.ax;
+        const qsizetype j = fimDaColuna(i, fim, limite);
+        if (j - i <= poucos)
+            for (qsizetype k = i; k < j; ++k)
+                ponto(k);
+        else
+            this->coluna(i, j, coluna * m_escala.coluna);
+        i = j;
+    }
+    quebrar();
+}
+
+// Columns are narrow: the end is looked for in growing strides.
+qsizetype Redutor::fimDaColuna(qsizetype i, qsizetype fim, double limite) const {
+    qsizetype passo = 1;
+    qsizetype dentro = i; // known to be in the column
+    while (dentro + passo < fim && x(dentro + passo) < limite) {
+        dentro += passo;
+        passo *= 2;
+    }
+    qsizetype fora = std::min(fim, dentro + passo);
+    while (fora - dentro > 1) {
+        const qsizetype meio = dentro + (fora - dentro) / 2;
+        (x(meio) < limite ? dentro : fora) = meio;
+    }
+    return fora;
+}
+
+// Much longer than usual, and than one of the distances beside it: a series may change its pace.
+bool Redutor::lacunaAntes(qsizetype k) const {
+    if (k == 0)
+        return true;
+    const double d = x(k) - x(k - 1);
+    if (!(d > m_lacuna))
+        return false;
+    constexpr double factor = 5;
+    const bool antes = k >= 2 && d > factor * (x(k - 1) - x(k - 2));
+    const bool depois = k + 1 < m_total && d > factor * (x(k + 1) - x(k));
+    return antes || depois;
+}
+
+void Redutor::comecar(QPointF p, quint8 cor) {
+    quebrar();
+    m_anterior = p;
+    m_corAnterior = cor;
+    m_tem = m_so = true;
+}
+
+void Redutor::quebrar() {
+    if (m_tem && m_so)
+        m_tracos[m_corAnterior].sozinhos.push_back(m_anterior);
+    m_tem = m_so = false;
+}
+
+void Redutor::ligar(QPointF p, quint8 cor) {
+    if (m_serie.estilo == TSerie::Estilo::Degrau) {
+        const QPointF canto(p.x(), m_anterior.y());
+        m_tracos[m_corAnterior].segmento(m_anterior, canto, m_escala.limite);
+        m_tracos[cor].segmento(canto, p, m_escala.limite);
+    } else {
+        m_tracos[cor].segmento(m_anterior, p, m_escala.limite);
+    }
+    m_anterior = p;
+    m_corAnterior = cor;
+    m_so = false;
+}
+
+void Redutor::ponto(qsizetype k) {
+    const double valor = y(k);
+    if (std::isnan(valor)) {
+        quebrar();
+        return;
+    }
+    const quint8 c = cor(k);
+    ++m_tracos[c].peso;
+    const QPointF p(m_escala.px(x(k)), m_escala.py(valor));
+    if (m_tem && !lacunaAntes(k))
+        ligar(p, c);
+    else
+        comecar(p, c);
+}
+
+void Redutor::estender(quint8 cor, double y, qsizetype peso) {
+    Extensao &e = m_extensoes[cor];
+    if (!e.usada) {
+        if (std::isnan(y))
+            return;
+        e = {y, y, true};
+        m_usadas.push_back(cor);
+    }
+    if (y < e.menor)
+        e.menor = y;
+    if (y > e.maior)
+        e.maior = y;
+    m_tracos[cor].peso += peso;
+}
+
+void Redutor::cobrirUm(qsizetype k) {
+    const quint8 c = cor(k);
+    const double valor = y(k);
+    if (std::isnan(valor))
+        return;
+    estender(c, valor, 1);
+    estender(c, y(k - 1), 0); // the stroke that leads here
+}
+
+// Whole blocks of one colour are covered by their summaries.
+void Redutor::cobrirBlocos(qsizetype &k, qsizetype fim) {
+    constexpr qsizetype bloco = TSerie::bloco;
+    const auto &resumos = m_serie.resumos();
+    while (k + bloco <= fim) {
+        const TSerie::Resumo &r = resumos[k / bloco];
+        const bool umaCor = !m_cores || (std::popcount(r.cores) == 1 && r.cores < (1U << 31));
+        if (umaCor && r.comValores) {
+            const quint8 c = cor(k);
+            estender(c, m_y[k + r.menor], bloco);
+            estender(c, m_y[k + r.maior], 0);
+            estender(c, m_y[k - 1], 0);
+        } else if (!umaCor) {
+            for (qsizetype p = k; p < k + bloco; ++p)
+                cobrirUm(p);
+        }
+        k += bloco;
+    }
+}
+
+void Redutor::cobrir(qsizetype i, qsizetype j) {
+    estender(cor(i), y(i), 1);
+    qsizetype k = i + 1;
+    while (k < j) {
+        if (!m_ordem && k % TSerie::bloco == 0 && k + TSerie::bloco <= j)
+            cobrirBlocos(k, j);
+        else
+            cobrirUm(k++);
+    }
+}
+
+void Redutor::coluna(qsizetype i, qsizetype j, double xc) {
+    const bool solto = !m_tem || std::isnan(y(i)) || lacunaAntes(i);
+    const bool acabaEmFalta = std::isnan(y(j - 1));
+    while (i < j && std::isnan(y(i)))
+        ++i;
+    while (j > i && std::isnan(y(j - 1)))
+        --j;
+    if (i == j) {
+        quebrar();
+        return;
+    }
+    const QPointF primeiro(xc, m_escala.py(y(i)));
+    if (solto)
+        comecar(primeiro, cor(i));
+    else
+        ligar(primeiro, cor(i));
+
+    cobrir(i, j);
+    for (quint8 c : m_usadas) {
+        Extensao &e = m_extensoes[c];
+        double cima = m_escala.py(e.maior);
+        double baixo = m_escala.py(e.menor);
+        e.usada = false;
+        if (c != m_base && baixo - cima < alturaMinima) {
+            const double meio = (cima + baixo) / 2;
+            cima = meio - alturaMinima / 2;
+            baixo = meio + alturaMinima / 2;
+        }
+        if (baixo - cima < 0.01)
+            continue;
+        m_tracos[c].segmento({xc, cima}, {xc, baixo}, m_escala.limite);
+        m_so = false;
+    }
+    m_usadas.clear();
+    m_anterior = {xc, m_escala.py(y(j - 1))};
+    m_corAnterior = cor(j - 1);
+    if (acabaEmFalta)
+        quebrar();
+}

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "core/ambiente.h"
+
+class QWidget;
+
+// Message boxes and pickers on the screen. Boxes bear the application's title.
+class DialogosQt : public Dialogos {
+public:
+    void mensagem(const QString &texto, Estilo estilo) override;
+    bool pergunta(const QString &texto) override;
+    QString abrirFicheiro(const QString &filtro, const QString &pasta) override;
+    QString gravarFicheiro(const QString &nomeProposto, const QString &pasta, const QString &filtro) override;
+    QString escolherPasta(const QString &inicio) override;
+};

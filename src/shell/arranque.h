@@ -1,0 +1,13 @@
+#pragma once
+
+#include <memory>
+
+class frmMain;
+
+namespace modMain {
+
+// The process entry once there is an application: language, splash, main window. The caller keeps the window alive
+// while events run. Null when the start failed; the failure has been reported.
+std::unique_ptr<frmMain> Main();
+
+} // namespace modMain

@@ -1,0 +1,117 @@
+#include "shell/frmErro.h"
+
+#include "core/literais.h"
+#include "core/modTraducoes.h"
+#include "platform/forms/lugar.h"
+
+#include <QApplication>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QStyle>
+
+#include <cstdlib>
+
+namespace {
+
+constexpr int alturaFechada = 2310; // twips
+constexpr int alturaAberta = 4305;
+constexpr int larguraMinima = 7200;
+
+QString texto(const QString &chave, const QString &omissao) {
+    return modTraducoes::texto(u"frmErro"_s, chave, omissao);
+}
+
+} // namespace
+
+frmErro::frmErro(QWidget *dono) : QDialog(dono) {
+    setObjectName(u"frmErro"_s);
+    setAttribute(Qt::WA_DeleteOnClose);
+    setModal(false);
+    setWindowTitle(texto(u"frmErro.Caption"_s, u"Erro"_s));
+    // A routine that failed may have left the hourglass.
+    while (QApplication::overrideCursor())
+        QApplication::restoreOverrideCursor();
+
+    auto *imagem = new QLabel;
+    const int lado = style()->pixelMetric(QStyle::PM_MessageBoxIconSize);
+    imagem->setPixmap(
+        style()->standardIcon(QStyle::SP_MessageBoxCritical).pixmap(QSize(lado, lado), devicePixelRatioF()));
+    auto *titulo = new QLabel(texto(u"LabelErro.Caption"_s, u"Este programa executou um erro:"_s));
+    titulo->setObjectName(u"LabelErro"_s);
+    titulo->setWordWrap(true);
+    QFont forte = titulo->font();
+    forte.setBold(true);
+    titulo->setFont(forte);
+
+    const auto botao = [this](const QString &nome, const QString &omissao) {
+        auto *b = new QPushButton(texto(nome + u".Caption", omissao));
+        b->setObjectName(nome);
+        b->setAccessibleName(b->text());
+        b->setAutoDefault(false);
+        return b;
+    };
+    QPushButton *continuar = botao(u"cmdContinuar"_s, u"Continuar"_s);
+    QPushButton *encerrar = botao(u"cmdEncerrar"_s, u"Encerrar"_s);
+    m_cmdDetalhe = botao(u"cmdDetalhe"_s, u"Detalhes >>>"_s);
+    continuar->setDefault(true);
+    connect(continuar, &QPushButton::clicked, this, &QWidget::close);
+    connect(encerrar, &QPushButton::clicked, this, [] { std::_Exit(1); });
+    connect(m_cmdDetalhe, &QPushButton::clicked, this, &frmErro::cmdDetalhe_Click);
+
+    m_lblDetalhe = new QLabel;
+    m_lblDetalhe->setObjectName(u"lblDetalhe"_s);
+    m_lblDetalhe->setTextFormat(Qt::PlainText);
+    m_lblDetalhe->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    m_lblDetalhe->setWordWrap(true);
+    m_lblDetalhe->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    m_lblDetalhe->setMargin(6);
+    m_rolo = new QScrollArea;
+    m_rolo->setWidgetResizable(true);
+    m_rolo->setWidget(m_lblDetalhe);
+
+    auto *cabeca = new QHBoxLayout;
+    cabeca->addWidget(imagem, 0, Qt::AlignTop);
+    cabeca->addWidget(titulo, 1);
+    auto *botoes = new QHBoxLayout;
+    botoes->addWidget(m_cmdDetalhe);
+    botoes->addStretch();
+    botoes->addWidget(continuar);
+    botoes->addWidget(encerrar);
+    auto *disposicao = new QVBoxLayout(this);
+    disposicao->addLayout(cabeca);
+    disposicao->addStretch();
+    disposicao->addLayout(botoes);
+    disposicao->addWidget(m_rolo, 1);
+    aplicarAltura();
+    continuar->setFocus();
+}
+
+void frmErro::definirDetalhe(const QString &mensagem) {
+    m_lblDetalhe->setText(mensagem);
+}
+
+void frmErro::cmdDetalhe_Click() {
+    m_aberto = !m_aberto;
+    aplicarAltura();
+}
+
+void frmErro::aplicarAltura() {
+    m_rolo->setVisible(m_aberto);
+    m_cmdDetalhe->setText(m_aberto ? texto(u"cmdDetalhe2.Caption"_s, u"<<< Esconder"_s)
+                                   : texto(u"cmdDetalhe.Caption"_s, u"Detalhes >>>"_s));
+    m_cmdDetalhe->setAccessibleName(m_cmdDetalhe->text());
+    layout()->activate();
+    const int altura = lugar::pixeis(m_aberto ? alturaAberta : alturaFechada);
+    const int largura = std::max(lugar::pixeis(larguraMinima), minimumSizeHint().width());
+    setFixedSize(largura, std::max(altura, minimumSizeHint().height() + (m_aberto ? 6 * fontMetrics().height() : 0)));
+}
+
+void frmErro::keyPressEvent(QKeyEvent *evento) {
+    if (evento->key() == Qt::Key_Escape)
+        close();
+    else
+        QDialog::keyPressEvent(evento);
+}

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QDialog>
+
+class QLabel;
+class QPushButton;
+class QScrollArea;
+
+// The error dialog: never modal, one at a time, its details below the fold.
+class frmErro : public QDialog {
+    Q_OBJECT
+public:
+    explicit frmErro(QWidget *dono);
+
+    void definirDetalhe(const QString &mensagem);
+
+protected:
+    void keyPressEvent(QKeyEvent *evento) override;
+
+private:
+    void cmdDetalhe_Click();
+    void aplicarAltura();
+
+    QLabel *m_lblDetalhe;
+    QScrollArea *m_rolo;
+    QPushButton *m_cmdDetalhe;
+    bool m_aberto = false;
+};

@@ -1,0 +1,222 @@
+#include "shell/frmMain.h"
+
+#include "core/eventos.h"
+#include "core/falha.h"
+#include "core/modINI.h"
+#include "core/modTraducoes.h"
+#include "core/rotina.h"
+#include "data/ligacao.h"
+#include "platform/forms/icones.h"
+#include "platform/forms/registoForms.h"
+#include "shell/estadoMenu.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QFileInfo>
+#include <QLabel>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMenu>
+#include <QPushButton>
+#include <QStatusBar>
+
+namespace {
+
+constexpr QSize tamanhoInicial(1180, 760);
+
+} // namespace
+
+// The drawings lie in a static library, which the linker would drop otherwise. Must stand outside any namespace.
+static void juntarDesenhos() {
+    Q_INIT_RESOURCE(icones);
+}
+
+frmMain::frmMain() : m_area(new QMdiArea(this)) {
+    juntarDesenhos();
+    setObjectName(u"frmMain"_s);
+    setWindowIcon(icones::icone(u"vistrel"_s, palette()));
+    resize(tamanhoInicial);
+    m_area->setObjectName(u"MDIForm"_s);
+    m_area->setOption(QMdiArea::DontMaximizeSubWindowOnActivation);
+    m_area->setContextMenuPolicy(Qt::CustomContextMenu);
+    m_area->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    m_area->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    connect(m_area, &QMdiArea::customContextMenuRequested, this, &frmMain::menuDaArea);
+    setCentralWidget(m_area);
+    criarBarra();
+    RegistoForms &forms = registoForms();
+    forms.dono = this;
+    forms.alojar = [this](QWidget *form) { alojar(form); };
+    forms.anunciar(this);
+    MDIForm_Load();
+}
+
+frmMain::~frmMain() {
+    if (estado().forms)
+        registoForms().alojar = nullptr;
+}
+
+void frmMain::MDIForm_Load() {
+    Rotina("frmMain.MDIForm_Load", [this] {
+        estado().VersaoApp = u"  v"_s + QCoreApplication::applicationVersion();
+        setWindowTitle(modTraducoes::texto(u"VISTREL_frmMain"_s, u"frmMain.Caption"_s, u"Vistrel Português"_s) +
+                       estado().VersaoApp);
+        setColour();
+        mostrarEstadoDaBase();
+        pBuildMenus();
+    });
+}
+
+void frmMain::criarBarra() {
+    QStatusBar *barra = statusBar();
+    barra->setObjectName(u"cmdBar"_s);
+    m_sair = new QPushButton;
+    m_sair->setObjectName(u"STATUS:SairAplicacao"_s);
+    m_sair->setFlat(true);
+    m_sair->setIcon(icones::icone(u"sair"_s, palette()));
+    connect(m_sair, &QPushButton::clicked, this, [this] {
+        forcarEventos();
+        close();
+    });
+    barra->addWidget(m_sair);
+    m_estadoBD = new QLabel;
+    m_estadoBD->setObjectName(u"lblCaminhoBD"_s);
+    m_estadoBD->setContentsMargins(8, 0, 8, 0);
+    barra->addPermanentWidget(m_estadoBD);
+}
+
+// Quiet, but always there: which database the shown readings come from.
+void frmMain::mostrarEstadoDaBase() {
+    const auto texto = [](const QString &chave, const QString &omissao) {
+        return modTraducoes::texto(u"VISTREL_frmMain"_s, chave, omissao);
+    };
+    const QString caminho = modINI::GetSetting(estado().NomePrograma, u"BD"_s, u"MAIN"_s);
+    QString legenda = QFileInfo(caminho).fileName();
+    if (!estado().BDLigada)
+        legenda += u" – " + texto(u"BDDesligada"_s, u"sem ligação"_s);
+    else if (ligacaoPartilhada().soLeitura())
+        legenda += u" – " + texto(u"BDSoLeitura"_s, u"só leitura"_s);
+    m_estadoBD->setText(legenda);
+    m_estadoBD->setToolTip(caminho);
+    m_sair->setText(texto(u"Sair"_s, u"Sair"_s));
+    m_sair->setAccessibleName(m_sair->text());
+}
+
+// The work area a shade away from the windows on it.
+void frmMain::setColour() {
+    const QColor janela = palette().color(QPalette::Window);
+    m_area->setBackground(janela.lightnessF() > 0.5 ? janela.darker(112) : janela.lighter(125));
+}
+
+void frmMain::alojar(QWidget *form) {
+    auto *janela = new QMdiSubWindow;
+    janela->setAttribute(Qt::WA_DeleteOnClose);
+    janela->setWidget(form);
+    janela->setWindowIcon(form->windowIcon().isNull() ? windowIcon() : form->windowIcon());
+    m_area->addSubWindow(janela);
+    form->show();
+    janela->show();
+    form->setFocus();
+}
+
+void frmMain::SmartMenuXP_Click(const EntradaMenu &entrada) {
+    Rotina("frmMain.SmartMenuXP_Click", [&] {
+        if (m_ocupado || entrada.form.isEmpty())
+            return;
+        const auto avisar = [](const QString &seccao, const QString &chave, const QString &omissao) {
+            estado().ambiente.dialogos->mensagem(modTraducoes::texto(seccao, chave, omissao));
+        };
+        if (entrada.accao == AccaoMenu::Configuracoes && VerificarSeExistemFormsActivos()) {
+            avisar(u"VISTREL_frmMain"_s, u"FormsActivos"_s, u"Por favor, feche todas as janelas primeiro!!!"_s);
+            return;
+        }
+        if (entrada.accao == AccaoMenu::Logger && !VerificarDLL1Wire()) {
+            avisar(u"frmCapturarSondas"_s, u"DLLError"_s, u"Erro ao Carregar DLL do 1-Wire"_s);
+            return;
+        }
+        if (entrada.accao == AccaoMenu::Sensores)
+            estado().ObjectivoPassWord = 2;
+        registoForms().abrir(entrada.form.toString());
+    });
+}
+
+bool frmMain::VerificarDLL1Wire() {
+    return Rotina("frmMain.VerificarDLL1Wire", [this] {
+        forcarEventos();
+        if (!chamar1Wire)
+            return false;
+        chamar1Wire();
+        return true;
+    });
+}
+
+// The main window counts as one itself.
+bool frmMain::VerificarSeExistemFormsActivos() const {
+    int quantos = 0;
+    for (const QString &nome : registoForms().activos())
+        quantos += nome == u"frmErro" ? 0 : 1;
+    return quantos > 1;
+}
+
+bool frmMain::FormEstaActivo(const QString &nome) const {
+    return registoForms().activo(nome);
+}
+
+QString frmMain::PedeCaminhoParaPasta() const {
+    const QString pasta = estado().ambiente.dialogos->escolherPasta(u"/"_s);
+    return pasta.isEmpty() || pasta.endsWith(u'/') ? pasta : pasta + u'/';
+}
+
+void frmMain::AlterarLingua() {
+    Rotina("frmMain.AlterarLingua", [this] {
+        estado().Lingua = modTraducoes::linguaDasDefinicoes();
+        forcarEventos();
+        pBuildMenus();
+        forcarEventos();
+        mostrarEstadoDaBase();
+    });
+}
+
+// How children lie in the work area, for those who have many open.
+void frmMain::menuDaArea(const QPoint &onde) {
+    const auto texto = [](const QString &chave, const QString &omissao) {
+        return modTraducoes::texto(u"VISTREL_frmMain"_s, chave, omissao);
+    };
+    QMenu menu;
+    menu.addAction(texto(u"JanelasCascata"_s, u"Em cascata"_s), m_area, &QMdiArea::cascadeSubWindows);
+    menu.addAction(texto(u"JanelasMosaico"_s, u"Em mosaico"_s), m_area, &QMdiArea::tileSubWindows);
+    menu.addAction(texto(u"JanelasFechar"_s, u"Fechar todas"_s), m_area, &QMdiArea::closeAllSubWindows);
+    const QList<QMdiSubWindow *> janelas = m_area->subWindowList();
+    menu.setEnabled(!janelas.isEmpty());
+    if (!janelas.isEmpty())
+        menu.addSeparator();
+    for (QMdiSubWindow *janela : janelas)
+        menu.addAction(janela->windowTitle(), m_area, [this, janela] { m_area->setActiveSubWindow(janela); });
+    menu.exec(m_area->mapToGlobal(onde));
+}
+
+// Without a question, also in the middle of a load: the load's next pass finds its window gone.
+void frmMain::descarregarFormularios() {
+    for (QMdiSubWindow *janela : m_area->subWindowList())
+        janela->close();
+    for (QWidget *janela : QApplication::topLevelWidgets())
+        if (janela != this && janela->isVisible())
+            janela->close();
+}
+
+void frmMain::closeEvent(QCloseEvent *evento) {
+    Rotina("frmMain.MDIForm_QueryUnload", [this] {
+        setEnabled(true);
+        descarregarFormularios();
+    });
+    evento->accept();
+    QMainWindow::closeEvent(evento);
+}
+
+void frmMain::changeEvent(QEvent *evento) {
+    QMainWindow::changeEvent(evento);
+    if (evento->type() == QEvent::PaletteChange && m_area) {
+        setColour();
+        m_sair->setIcon(icones::icone(u"sair"_s, palette()));
+    }
+}

@@ -1,0 +1,194 @@
+// Remakes the pictures of docs/imagens from an installation: vistrel-capturas <installation> <target folder>.
+// Forms are worked by their controls' names, as a user works them.
+#include "core/datas.h"
+#include "core/estado.h"
+#include "core/literais.h"
+#include "core/modErros.h"
+#include "core/modTraducoes.h"
+#include "data/ligacao.h"
+#include "data/modMain.h"
+#include "data/recordset.h"
+#include "platform/chart/TChart.h"
+#include "platform/forms/dialogosQt.h"
+#include "platform/forms/registoForms.h"
+#include "shell/apresentadorQt.h"
+#include "shell/frmMain.h"
+#include "views/forms/registar.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QDateEdit>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QMdiSubWindow>
+#include <QMenu>
+#include <QPushButton>
+#include <QTableView>
+#include <QTest>
+#include <QToolButton>
+
+namespace {
+
+QString destino;
+
+void passar(int ms) {
+    QTest::qWait(ms);
+}
+
+void guardar(QWidget *w, const QString &nome) {
+    passar(250);
+    w->grab().save(destino + u'/' + nome + u".png");
+}
+
+template <typename T>
+T *controlo(QWidget *form, const QString &nome) {
+    return form->findChild<T *>(nome);
+}
+
+// Chooses the first sensors, the last days and confirms.
+QWidget *vista(const QString &form, int sensores, int dias) {
+    QWidget *w = registoForms().abrir(form);
+    if (auto *janela = qobject_cast<QMdiSubWindow *>(w->parentWidget()))
+        janela->showMaximized();
+    passar(400);
+    for (int i = 0; i < sensores; ++i)
+        if (auto *botao = controlo<QToolButton>(w, u"cmdAdicionar"_s))
+            botao->click();
+    if (auto *inicio = controlo<QDateEdit>(w, u"DTPdataInicio"_s))
+        inicio->setDate(inicio->date().addDays(-dias));
+    return w;
+}
+
+void confirmar(QWidget *w) {
+    QElapsedTimer tempo;
+    tempo.start();
+    controlo<QPushButton>(w, u"cmdConfirmar"_s)->click();
+    passar(100);
+    while (!registoForms().dono->isEnabled())
+        passar(20);
+    qInfo("%s: %lld ms", qPrintable(w->objectName()), tempo.elapsed());
+    passar(500);
+}
+
+void fechar(QWidget *w) {
+    w->parentWidget() && !w->isWindow() ? w->parentWidget()->close() : w->close();
+    passar(50);
+}
+
+void graficos(QWidget &principal) {
+    QWidget *w = vista(u"frmGraficoPrincipalTemp"_s, 1, 30);
+    guardar(&principal, u"painel"_s);
+    confirmar(w);
+    guardar(&principal, u"grafico"_s);
+    auto *chart = controlo<TChart>(w, u"TChart"_s);
+    QWidget *plot = chart->findChildren<QWidget *>().first();
+    QTest::mousePress(plot, Qt::LeftButton, {}, QPoint(plot->width() / 2, plot->height() / 6));
+    QTest::mouseMove(plot, QPoint(plot->width() / 2 + 120, plot->height() * 2 / 3));
+    passar(50);
+    QTest::mouseRelease(plot, Qt::LeftButton, {}, QPoint(plot->width() / 2 + 120, plot->height() * 2 / 3));
+    passar(100);
+    QTest::keyClick(chart, Qt::Key_Right);
+    guardar(&principal, u"grafico-zoom"_s);
+    chart->imagem(1050, 506).save(destino + u"/exportado.jpg");
+    QTest::keyClick(chart, Qt::Key_Return);
+    passar(300);
+    if (QWidget *pontos = registoForms().form(u"frmOpccoesTempPontos"_s)) {
+        guardar(pontos, u"ponto"_s);
+        pontos->close();
+    }
+    controlo<QPushButton>(w, u"cmdImprimir"_s)->click();
+    passar(500);
+    for (QWidget *topo : QApplication::topLevelWidgets())
+        if (topo->objectName().startsWith(u"DataReport")) {
+            guardar(topo, u"impressao-grafico"_s);
+            topo->close();
+        }
+    fechar(w);
+    w = vista(u"frmGraficoPrincipalHumidade"_s, 5, 3);
+    confirmar(w);
+    guardar(&principal, u"grafico-varios"_s);
+    fechar(w);
+}
+
+void outras(QWidget &principal) {
+    QWidget *w = vista(u"frmGraficoPrincipalHistogramaTemp"_s, 1, 200);
+    confirmar(w);
+    guardar(&principal, u"histograma"_s);
+    fechar(w);
+    w = vista(u"frmListagemObservacoesTemp"_s, 3, 300);
+    guardar(&principal, u"listagem-painel"_s);
+    confirmar(w);
+    guardar(&principal, u"listagem"_s);
+    controlo<QPushButton>(w, u"cmdImprimir"_s)->click();
+    passar(500);
+    for (QWidget *topo : QApplication::topLevelWidgets())
+        if (topo->objectName().startsWith(u"DataReport")) {
+            guardar(topo, u"impressao-listagem"_s);
+            topo->close();
+        }
+    fechar(w);
+    w = vista(u"frmListagemAlarmesHum"_s, 3, 390);
+    confirmar(w);
+    guardar(&principal, u"listagem-alarmes"_s);
+    fechar(w);
+    w = vista(u"frmListagemAlarmesMask"_s, 0, 390);
+    guardar(&principal, u"verificados-painel"_s);
+    confirmar(w);
+    guardar(&principal, u"verificados"_s);
+    fechar(w);
+}
+
+void menus(QWidget &principal) {
+    for (const QString &chave : {u"Graficos"_s, u"Listagens"_s, u"Geral"_s})
+        if (auto *menu = principal.findChild<QMenu *>(u"menu"_s + chave); menu && menu->menuAction()->isVisible()) {
+            menu->popup(principal.mapToGlobal(QPoint(60, 30)));
+            guardar(menu, u"menu-"_s + chave);
+            menu->close();
+        }
+}
+
+} // namespace
+
+int main(int argc, char *argv[]) {
+    QApplication aplicacao(argc, argv);
+    QApplication::setApplicationVersion(u"1.0.0"_s);
+    DialogosQt dialogos;
+    ApresentadorQt apresentador;
+    const QStringList argumentos = QApplication::arguments();
+    if (argumentos.size() < 3)
+        return 2;
+    estado().PastaPrograma = QDir(argumentos[1]).absolutePath();
+    destino = argumentos[2];
+    QDir().mkpath(destino);
+    if (argumentos.contains(u"--escuro"_s)) {
+        QPalette escura(QColor(45, 48, 52), QColor(45, 48, 52));
+        escura.setColor(QPalette::Base, QColor(30, 32, 35));
+        escura.setColor(QPalette::AlternateBase, QColor(38, 40, 44));
+        escura.setColor(QPalette::Text, QColor(225, 228, 232));
+        QApplication::setPalette(escura);
+    }
+    estado().ambiente.locale = QLocale(u"pt_PT"_s);
+    estado().ambiente.dialogos = &dialogos;
+    estado().ambiente.apresentador = &apresentador;
+    estado().Lingua = modTraducoes::linguaDasDefinicoes();
+    modMain::carregaGlobaisBD();
+    registarVistas(registoForms());
+    {
+        frmMain principal;
+        principal.show();
+        guardar(&principal, u"principal"_s);
+        menus(principal);
+        graficos(principal);
+        outras(principal);
+        modErros::TratarErro(u"frmMain.Exemplo"_s, u"A base de dados está bloqueada por outro programa."_s, u"5"_s);
+        if (QWidget *erro = registoForms().form(u"frmErro"_s)) {
+            guardar(erro, u"erro"_s);
+            erro->findChild<QPushButton *>(u"cmdDetalhe"_s)->click();
+            guardar(erro, u"erro-detalhes"_s);
+        }
+        principal.close();
+        passar(50);
+    }
+    renovarEstado();
+    return 0;
+}

@@ -1,0 +1,65 @@
+#pragma once
+
+#include "core/literais.h"
+#include "core/modINI.h"
+#include "simulator/unidades/unidade.h"
+
+#include <QTest>
+#include <QTimer>
+
+#include <algorithm>
+#include <ctime>
+#include <memory>
+
+// Sanitizers slow the program down and keep freed memory: what is measured under them says little.
+#ifdef __SANITIZE_ADDRESS__
+constexpr bool medidasContam = false;
+#else
+constexpr bool medidasContam = true;
+#endif
+constexpr double paragemMaxima = medidasContam ? 50 : 500; // milliseconds
+
+// Virtual units on free ports for a test.
+inline std::unique_ptr<simulador::Unidade> ligarUnidade(simulador::Definicao d = {}) {
+    auto unidade = std::make_unique<simulador::Unidade>(d);
+    if (!unidade->iniciar())
+        qFatal("%s", qPrintable(unidade->erro()));
+    return unidade;
+}
+
+inline std::unique_ptr<simulador::Unidade> ligarUnidade(const QString &endereco, simulador::Defeitos defeitos) {
+    simulador::Definicao d;
+    d.endereco = endereco;
+    d.defeitos = defeitos;
+    d.registos = 200;
+    d.atrasoMs = 150;
+    return ligarUnidade(d);
+}
+
+// The longest work between two turns of the event loop, in milliseconds of this thread's own time, so that a busy
+// machine does not count.
+class MedidorDeParagens {
+public:
+    MedidorDeParagens() {
+        m_ultima = agora();
+        QObject::connect(&m_pulso, &QTimer::timeout, &m_pulso, [this] {
+            ++m_voltas;
+            m_maior = maior();
+            m_ultima = agora();
+        });
+        m_pulso.start(1);
+    }
+    double maior() const { return std::max(m_maior, agora() - m_ultima); }
+    int voltas() const { return m_voltas; }
+
+private:
+    static double agora() {
+        timespec t{};
+        clock_gettime(CLOCK_THREAD_CPUTIME_ID, &t);
+        return double(t.tv_sec) * 1e3 + double(t.tv_nsec) / 1e6;
+    }
+    QTimer m_pulso;
+    double m_ultima = 0;
+    double m_maior = 0;
+    int m_voltas = 0;
+};
