@@ -46,7 +46,7 @@ public:
 
 private:
     friend class Transaccao;
-    friend class Insercao;
+    friend class Comando;
     Motor &motor() const;
     std::shared_ptr<Motor> m_motor;
     QString m_caminho;

@@ -1,0 +1,204 @@
+// A log of a million lines with 8 channels, averaging on: from lines to committed rows, against a bare loop that
+// inserts the same rows, prepared, in one transaction into the same schema. Also the memory of a gathered row and the
+// longest time without a pass of events.
+#include "benchmarks/medidas.h"
+#include "core/datas.h"
+#include "core/falha.h"
+#include "core/literais.h"
+#include "data/criarBD.h"
+#include "data/ligacao.h"
+#include "poseidon/modTratamentoDados2251.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <cstdlib>
+#include <malloc.h>
+#include <sqlite3.h>
+#include <unistd.h>
+
+namespace {
+
+const QString unidade = u"127.0.0.2"_s;
+constexpr int canais = 8; // 4 temperatures, 2 humidities, 2 Sens-UI
+constexpr int leiturasPorMedia = 5;
+constexpr qint64 primeira = 1'600'000'000;
+constexpr double limiteDaRazao = 2.0;
+constexpr double limiteDaMemoria = 200; // bytes a row
+constexpr double limiteDaParagem = 50;  // ms
+
+const char *tipoDe(int canal) {
+    return canal < 4 ? "P 1250C" : canal < 6 ? "P 1250%" : "P 1250A";
+}
+int decimosDe(qint64 linha, int canal) {
+    return 50 + int((linha * 7 + canal * 31) % 180);
+}
+
+void prepararUnidade(const QString &caminho) {
+    criarBD(caminho);
+    Ligacao &bd = ligacaoPartilhada();
+    bd.abrir(caminho);
+    for (int c = 0; c < canais; ++c) {
+        const QString id = u"002%1"_s.arg(c, 13, 10, QChar(u'0'));
+        bd.executar(u"INSERT INTO Sensores (SensorID, ID, Tipo, Descricao, PoseidonIP, SensUIMax, SensUIMin) VALUES "
+                    "(?,?,?,?,?,20,4)"_s,
+                    {id, QString::number(c), QString::fromLatin1(tipoDe(c)), u"Frigorífico %1"_s.arg(c),
+                     QString(u'2' + unidade)});
+        bd.executar(u"INSERT INTO Calibracoes VALUES (?,30,5,60,10,'TMP','NA','NA','0.5')"_s, {id});
+    }
+    bd.executar(u"INSERT INTO SensUI_Escalas (EscalaID, NomeEscala, Maximo, Minimo) VALUES (1,'bar',100,0)"_s);
+    bd.executar(u"INSERT INTO SensUI_Relacoes SELECT SensorID, 1 FROM Sensores WHERE Tipo = 'P 1250A'"_s);
+}
+
+QByteArray fazerLog(qint64 linhas) {
+    QByteArray log;
+    log.reserve(linhas * 90);
+    for (qint64 n = 0; n < linhas; ++n) {
+        log += datas::textoBD(double(primeira + n * 60)).replace(u' ', u';').toLatin1() + ";0;1;8";
+        for (int c = 0; c < canais; ++c)
+            log += ';' + QByteArray::number(c) + ';' + QByteArray::number(decimosDe(n, c));
+        log += '\n';
+    }
+    return log;
+}
+
+struct Medicao {
+    double segundos = 0;
+    double bytesPorLinha = 0;
+    double paragemMs = 0;
+    qint64 linhas = 0;
+};
+
+Medicao nosso(const QByteArray &log) {
+    Medicao m;
+    QElapsedTimer desdeAUltima;
+    double paragem = 0;
+    TratamentoDados2251 t([&] {
+        if (desdeAUltima.isValid())
+            paragem = std::max(paragem, double(desdeAUltima.nsecsElapsed()) * 1e-6);
+        desdeAUltima.start();
+    });
+    m.segundos = medidas::segundosDe([&] {
+        const size_t antes = mallinfo2().uordblks + mallinfo2().hblkhd;
+        qsizetype inicio = 0;
+        for (qsizetype fim; (fim = log.indexOf('\n', inicio)) >= 0; inicio = fim + 1)
+            t.TratarDadosRecebidos(unidade, QString::fromLatin1(log.constData() + inicio, fim - inicio),
+                                   leiturasPorMedia, inicio == 0);
+        m.linhas = t.linhasReunidas();
+        m.bytesPorLinha = double(mallinfo2().uordblks + mallinfo2().hblkhd - antes) / double(m.linhas);
+        if (!t.GuardarDados(unidade)) {
+            std::fprintf(stderr, "%s\n", qPrintable(t.motivo()));
+            std::exit(1);
+        }
+        if (desdeAUltima.isValid())
+            paragem = std::max(paragem, double(desdeAUltima.nsecsElapsed()) * 1e-6);
+    });
+    m.paragemMs = paragem;
+    return m;
+}
+
+void verificar(bool bem, sqlite3 *bd) {
+    if (bem)
+        return;
+    std::fprintf(stderr, "%s\n", sqlite3_errmsg(bd));
+    std::exit(1);
+}
+
+// The statements and the order of the rows are those of the log, table by table.
+struct Tabela {
+    const char *sql;
+    int primeiro, ultimo, passo;
+};
+constexpr Tabela tabelas[] = {
+    {"INSERT INTO Temperaturas VALUES (?1,?2,?3,?4,?5,?6)", 0, 4, 1},
+    {"INSERT INTO Humidade VALUES (?1,?2,?3,?4,?5,?6,' ')", 4, 6, 1},
+    {"INSERT INTO Medias VALUES (?1,?2,?3,?4,?5,?6)", 0, 4, leiturasPorMedia},
+    {"INSERT INTO SensUI_Leituras VALUES (?1,?2,?3,?4,?5,'bar',NULL,?6)", 6, 8, 1},
+};
+
+qint64 cicloSimples(const QString &caminho, qint64 linhas) {
+    sqlite3 *bd = nullptr;
+    verificar(sqlite3_open(QFile::encodeName(caminho).constData(), &bd) == SQLITE_OK, bd);
+    verificar(sqlite3_exec(bd, "BEGIN", nullptr, nullptr, nullptr) == SQLITE_OK, bd);
+    qint64 inseridas = 0;
+    for (const Tabela &tabela : tabelas) {
+        sqlite3_stmt *s = nullptr;
+        verificar(sqlite3_prepare_v2(bd, tabela.sql, -1, &s, nullptr) == SQLITE_OK, bd);
+        char id[] = "0020000000000000";
+        char data[20] = {};
+        for (qint64 n = tabela.passo - 1; n < linhas; n += tabela.passo) {
+            const time_t quando = primeira + n * 60;
+            tm partes{};
+            gmtime_r(&quando, &partes);
+            strftime(data, sizeof data, "%Y-%m-%d %H:%M:%S", &partes);
+            for (int c = tabela.primeiro; c < tabela.ultimo; ++c) {
+                id[15] = char('0' + c);
+                sqlite3_bind_text(s, 1, data, 19, SQLITE_STATIC);
+                sqlite3_bind_text(s, 2, id, 16, SQLITE_STATIC);
+                sqlite3_bind_text(s, 3, "Frigorífico 0", -1, SQLITE_STATIC);
+                sqlite3_bind_double(s, 4, decimosDe(n, c) / 10.0 + 0.5);
+                sqlite3_bind_text(s, 5, "30XXX5", 6, SQLITE_STATIC);
+                sqlite3_bind_null(s, 6);
+                verificar(sqlite3_step(s) == SQLITE_DONE, bd);
+                sqlite3_reset(s);
+                ++inseridas;
+            }
+        }
+        sqlite3_finalize(s);
+    }
+    verificar(sqlite3_exec(bd, "COMMIT", nullptr, nullptr, nullptr) == SQLITE_OK, bd);
+    sqlite3_close(bd);
+    return inseridas;
+}
+
+bool dizer(const char *titulo, double valor, double limite) {
+    const bool bem = valor <= limite;
+    std::printf("%-58s %9.1f  (até %.0f)  %s\n", titulo, valor, limite, bem ? "bem" : "MAL");
+    std::fflush(stdout);
+    return bem;
+}
+
+} // namespace
+
+// Arguments: lines of the log, turns.
+int main(int argc, char **argv) {
+    QCoreApplication app(argc, argv);
+    const qint64 linhas = argc > 1 ? std::atoll(argv[1]) : 1'000'000;
+    const int voltas = argc > 2 ? std::atoi(argv[2]) : 1;
+    QTemporaryDir pasta;
+    const QByteArray log = fazerLog(linhas);
+    Medicao pior;
+    try {
+        qint64 deles = 0;
+        const auto par = medidas::comparar(
+            voltas,
+            [&] {
+                const QString caminho = pasta.filePath(u"nossa.mdb"_s);
+                QFile::remove(caminho);
+                prepararUnidade(caminho);
+                const Medicao m = nosso(log);
+                ligacaoPartilhada().fechar();
+                pior = {m.segundos, std::max(pior.bytesPorLinha, m.bytesPorLinha),
+                        std::max(pior.paragemMs, m.paragemMs), m.linhas};
+                return m.segundos;
+            },
+            [&] {
+                const QString caminho = pasta.filePath(u"simples.mdb"_s);
+                QFile::remove(caminho);
+                criarBD(caminho);
+                return medidas::segundosDe([&] { deles = cicloSimples(caminho, linhas); });
+            });
+        if (deles != pior.linhas) {
+            std::fprintf(stderr, "%lld rows, the bare loop has %lld\n", pior.linhas, deles);
+            return 1;
+        }
+        const bool tempo = medidas::dizer("log até às tabelas / INSERT simples", par, limiteDaRazao);
+        const bool memoria = dizer("bytes de memória por linha reunida", pior.bytesPorLinha, limiteDaMemoria);
+        const bool paragem = dizer("maior paragem dos eventos, ms", pior.paragemMs, limiteDaParagem);
+        return tempo && memoria && paragem ? 0 : 1;
+    } catch (const Falha &f) {
+        std::fprintf(stderr, "%s\n", f.what());
+        return 1;
+    }
+}

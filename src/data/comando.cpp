@@ -1,0 +1,62 @@
+#include "data/comando.h"
+
+#include "core/falha.h"
+#include "core/literais.h"
+#include "data/ligacao_interno.h"
+
+#include <sqlite3.h>
+
+Comando::Comando(Ligacao &ligacao, const QString &sql)
+    : m_motor((ligacao.motor(), ligacao.m_motor)), m_emTransaccao(m_motor->transaccoes > 0) {
+    const QByteArray utf8 = sql.toUtf8();
+    const int codigo = sqlite3_prepare_v3(m_motor->bd.getHandle(), utf8.constData(), int(utf8.size()) + 1,
+                                          SQLITE_PREPARE_PERSISTENT, &m_instrucao, nullptr);
+    if (codigo != SQLITE_OK)
+        m_motor->falhar(codigo, sql);
+}
+
+Comando::~Comando() {
+    sqlite3_finalize(m_instrucao);
+}
+
+void Comando::verificar(int codigo) {
+    if (codigo != SQLITE_OK)
+        m_motor->falhar(codigo, QString::fromUtf8(sqlite3_sql(m_instrucao)));
+}
+
+void Comando::texto(int posicao, QByteArrayView utf8) {
+    // An empty view may carry no address, and no address would bind Null.
+    const char *bytes = utf8.isEmpty() ? "" : utf8.data();
+    verificar(sqlite3_bind_text(m_instrucao, posicao, bytes, int(utf8.size()), SQLITE_STATIC));
+}
+
+void Comando::copiar(int posicao, const QString &texto) {
+    const QByteArray utf8 = texto.toUtf8();
+    verificar(sqlite3_bind_text(m_instrucao, posicao, utf8.constData(), int(utf8.size()), SQLITE_TRANSIENT));
+}
+
+void Comando::numero(int posicao, double valor) {
+    verificar(sqlite3_bind_double(m_instrucao, posicao, valor));
+}
+
+void Comando::inteiro(int posicao, qint64 valor) {
+    verificar(sqlite3_bind_int64(m_instrucao, posicao, valor));
+}
+
+void Comando::nulo(int posicao) {
+    verificar(sqlite3_bind_null(m_instrucao, posicao));
+}
+
+qint64 Comando::executar() {
+    sqlite3 *bd = m_motor->bd.getHandle();
+    if (m_emTransaccao && (m_motor->transaccoes == 0 || sqlite3_get_autocommit(bd) != 0))
+        throw Falha(erros::falhaDoFicheiro, u"A alteração foi anulada pela base de dados; nada foi gravado."_s);
+    const int codigo = sqlite3_step(m_instrucao);
+    if (codigo != SQLITE_DONE && codigo != SQLITE_ROW) {
+        sqlite3_reset(m_instrucao);
+        m_motor->falhar(codigo, QString::fromUtf8(sqlite3_sql(m_instrucao)));
+    }
+    const qint64 alteradas = sqlite3_changes64(bd);
+    sqlite3_reset(m_instrucao);
+    return alteradas;
+}

@@ -1,0 +1,79 @@
+#pragma once
+
+#include "core/literais.h"
+#include "core/modTraducoes.h"
+
+// Texts of the work with units, and what they go with.
+namespace mensagens2251 {
+
+struct Mensagem {
+    QStringView chave;
+    QStringView omissao;
+    QString texto() const { return modTraducoes::texto(u"frmDescarregar2251"_s, chave.toString(), omissao.toString()); }
+    QString texto(const QString &pormenor) const { return QString(texto() + u": "_s + pormenor); }
+};
+
+// A setup.xml that changes nothing.
+constexpr Mensagem xmlVazio{u"XmlVazio", u"O dispositivo não enviou setup.xml"};
+constexpr Mensagem xmlGrande{u"XmlGrande", u"O setup.xml é demasiado grande"};
+constexpr Mensagem xmlCodificacao{u"XmlCodificacao", u"O setup.xml não está na codificação que declara"};
+constexpr Mensagem xmlMalFormado{u"XmlMalFormado", u"O setup.xml está incompleto ou malformado"};
+constexpr Mensagem xmlEntidades{u"XmlEntidades", u"O setup.xml define um tipo de documento e foi recusado"};
+constexpr Mensagem xmlEstrutura{u"Desc8", u"Estrutura do XML inválida"};
+// A setup.xml that could not be followed in everything.
+constexpr Mensagem sensorAlheio{u"SensorAlheio", u"O identificador do sensor já pertence a outro dispositivo"};
+
+// Icons of a row of the list, by the state of its download.
+constexpr int iconeDoEstado(int estado) {
+    constexpr int icones[] = {7, 11, 10, 9, 8, 12};
+    return estado >= 1 && estado <= 5 ? icones[estado] : 7;
+}
+enum EstadoDaLinha { parada = 0, aEspera = 1, emCurso = 2, comFalha = 3, comSucesso = 4, relogioDiferente = 5 };
+
+// How a download ends.
+constexpr Mensagem inicio{u"Desc1", u"Erro ao iniciar a transferência"};
+constexpr Mensagem recepcao{u"Desc2", u"Erro na recepção de dados"};
+constexpr Mensagem sucesso{u"Desc3", u"Dados tranferidos com sucesso"};
+constexpr Mensagem baseDeDados{u"Desc4", u"Erro de Base de Dados"};
+constexpr Mensagem conversao{u"Desc5", u"Dados convertidos incorrectamente"};
+constexpr Mensagem principal{u"Desc10", u"Erro na função principal de transferência"};
+constexpr Mensagem semRegistos{u"Err1", u"O log está vazio ou ocorreu um erro na conversão de dados"};
+
+// By what the unit's clock compared to; 1, in time, has none.
+struct Relogio {
+    int resultado;
+    Mensagem mensagem;
+    EstadoDaLinha estado;
+};
+constexpr Relogio relogios[] = {
+    {0, {u"Desc7", u"Data/Hora não sincronizada"}, relogioDiferente},
+    {-2, xmlEstrutura, comFalha},
+    {-3, {u"Desc6", u"Erro ao verificação da data/hora"}, comFalha},
+};
+constexpr Relogio relogioDesconhecido{-1, {u"Desc9", u"Erro desconhecido"}, comFalha};
+constexpr Relogio relogio(int resultado) {
+    for (const Relogio &r : relogios)
+        if (r.resultado == resultado)
+            return r;
+    return relogioDesconhecido;
+}
+
+// By the code of the transfer's failure.
+constexpr Mensagem errosDoLog[] = {
+    {u"Err2", u"Erro no dispositivo"},
+    {u"Err2", u"Erro no dispositivo"},
+    {u"Err2", u"Erro no dispositivo"},
+    {u"Err4", u"Erro ao descarregar o ficheiro BIN"},
+    {u"Err7", u"Erro ao escrever no ficheiro"},
+    {u"Err5", u"Erro ao apagar"},
+    {u"Err6", u"Erro ao limpar a memória"},
+    {u"Err3", u"Erro na ligação"},
+    {u"Err8", u"Erro ao converter o ficheiro BIN em CSV"},
+};
+// Empty for any other code.
+inline QString erroDoLog(int codigo, const QString &texto) {
+    const bool conhecido = codigo >= 0 && codigo < int(std::size(errosDoLog));
+    return conhecido ? errosDoLog[codigo].texto(texto) : QString();
+}
+
+} // namespace mensagens2251
