@@ -77,7 +77,7 @@ void tst_datas::idaEVolta() {
         QCOMPARE(datas::instanteDe(s), instante);
         QCOMPARE(datas::textoBD(s), datas::textoBD(instante));
     }
-    // A clock without a zone: the spec of the value given makes no difference.
+    // A clock without a zone: what the value given says of one makes no difference.
     const QDate d(2024, 3, 31);
     QCOMPARE(datas::segundosDe(QDateTime(d, QTime(12, 0), Qt::LocalTime)),
              datas::segundosDe(QDateTime(d, QTime(12, 0), Qt::UTC)));
