@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr int linhasPorPagina = 128;
+constexpr int linhasPorPagina = 100;
 constexpr size_t paginasGuardadas = 24;
 constexpr int fatiaMs = 12;
 // A filter may pass few rows: a page also ends after so many rows read, so that any page is read in a few milliseconds.
@@ -102,9 +102,13 @@ void ModeloListagem::abrir(const ConsultaListagem &consulta) {
 void ModeloListagem::linhasConhecidas(int linhas) {
     if (linhas <= m_linhas)
         return;
-    // The last page may have been read before it was full.
-    for (auto p = m_paginas.begin(); p != m_paginas.end();)
-        p = m_ancoras[p.key()].linha + qsizetype(p->size()) == m_linhas ? m_paginas.erase(p) : std::next(p);
+    // A page may have been read before it was full.
+    for (auto p = m_paginas.begin(); p != m_paginas.end();) {
+        const size_t proxima = p.key() + 1;
+        const bool cheia =
+            proxima < m_ancoras.size() && m_ancoras[proxima].linha - m_ancoras[p.key()].linha == int(p->size());
+        p = cheia || p->size() >= size_t(linhasPorPagina) ? std::next(p) : m_paginas.erase(p);
+    }
     beginInsertRows({}, m_linhas, linhas - 1);
     m_linhas = linhas;
     endInsertRows();
@@ -144,6 +148,12 @@ void ModeloListagem::contarLinha() {
     if (m_ancoras.empty() || c.linhas - m_ancoras.back().linha >= linhasPorPagina || c.lidasNaPagina > lidasPorPagina) {
         m_ancoras.push_back({c.linhas, data, c.iguais});
         c.lidasNaPagina = 0;
+    }
+    // The first page is wanted at once, and its rows are at hand.
+    if (m_ancoras.size() == 1 && c.linhas < linhasPorPagina) {
+        if (c.linhas == 0)
+            m_recentes.push_back(0);
+        m_paginas[0].push_back(lerLinha(c.rs));
     }
     ++c.linhas;
 }
