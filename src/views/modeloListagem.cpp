@@ -93,6 +93,7 @@ void ModeloListagem::abrir(const ConsultaListagem &consulta) {
     m_contagem.reset(new Contagem{std::move(rs), ha, 0, 0, {}, 0});
     beginResetModel();
     m_colunas = consulta.visiveis;
+    m_colunaDoNumero = m_contagem->rs.colunas() - 1;
     endResetModel();
     contarFatia(linhasPorPagina);
     if (m_contagem)
@@ -142,27 +143,30 @@ void ModeloListagem::contarLinha() {
     ++c.lidasNaPagina;
     if (m_consulta.aceita && !m_consulta.aceita(c.rs))
         return;
-    const QString data = c.rs.texto(m_consulta.colunaData);
+    // The first page is wanted at once, and its rows are at hand.
+    const bool primeira = m_ancoras.size() <= 1 && c.linhas < linhasPorPagina;
+    Linha lida = primeira ? lerLinha(c.rs) : Linha();
+    const QString data = primeira ? lida.celulas.at(m_consulta.colunaData) : c.rs.texto(m_consulta.colunaData);
     c.iguais = c.linhas > 0 && data == c.ultimaData ? c.iguais + 1 : 0;
     c.ultimaData = data;
     if (m_ancoras.empty() || c.linhas - m_ancoras.back().linha >= linhasPorPagina || c.lidasNaPagina > lidasPorPagina) {
         m_ancoras.push_back({c.linhas, data, c.iguais});
         c.lidasNaPagina = 0;
     }
-    // The first page is wanted at once, and its rows are at hand.
-    if (m_ancoras.size() == 1 && c.linhas < linhasPorPagina) {
+    if (primeira && m_ancoras.size() == 1) {
         if (c.linhas == 0)
             m_recentes.push_back(0);
-        m_paginas[0].push_back(lerLinha(c.rs));
+        m_paginas[0].push_back(std::move(lida));
     }
     ++c.linhas;
 }
 
 ModeloListagem::Linha ModeloListagem::lerLinha(const Recordset &rs) const {
     Linha linha;
+    linha.celulas.reserve(m_colunas);
     for (int i = 0; i < m_colunas; ++i)
         linha.celulas.append(rs.texto(i)); // shown form only when it is asked for
-    linha.numero = rs.inteiro(rs.colunas() - 1);
+    linha.numero = rs.inteiro(m_colunaDoNumero);
     return linha;
 }
 

@@ -89,6 +89,7 @@ private:
     ConsultaListagem m_consulta;
     int m_linhas = 0;
     int m_colunas = 0;
+    int m_colunaDoNumero = 0;
     std::vector<Ancora> m_ancoras;
     mutable QHash<size_t, Pagina> m_paginas;
     mutable std::vector<size_t> m_recentes; // pages held, oldest first
