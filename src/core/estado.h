@@ -30,6 +30,7 @@ struct Estado {
     Ambiente ambiente;
     std::unique_ptr<Servico> cnBD;
     std::unique_ptr<Servico> forms; // the registry of windows; made by platform/forms
+    std::unique_ptr<Servico> onewire; // the way to 1-Wire adapters; made by platform/onewire
 
     struct PerfilLido {
         QByteArray assinatura; // empty: do not reuse

@@ -1,0 +1,19 @@
+#include "platform/onewire/barramento.h"
+
+#include <utility>
+
+namespace onewire {
+
+Barramento &barramento() {
+    auto &servico = estado().onewire;
+    if (!servico)
+        servico = std::make_unique<Barramento>();
+    return static_cast<Barramento &>(*servico);
+}
+
+ComPassagem::ComPassagem(std::function<void()> passar)
+    : m_anterior(std::exchange(barramento().passar, std::move(passar))) {}
+
+ComPassagem::~ComPassagem() { barramento().passar = std::move(m_anterior); }
+
+} // namespace onewire

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "core/estado.h"
+#include "platform/onewire/transporte.h"
+
+#include <functional>
+#include <memory>
+
+namespace onewire {
+
+// The process's way to its adapters: how a port becomes a transport, who holds the session, what runs while it waits.
+class Barramento : public Servico {
+public:
+    // Null when there is no such adapter or another process holds it.
+    using Fabrica = std::function<std::unique_ptr<Transporte>(qint16 porto, qint16 tipo)>;
+    Fabrica abrir; // set to the real back ends; a test puts its own
+
+    // Called within every wait. May throw Interrompido: the operation ends where it stands, the session is closed.
+    std::function<void()> passar;
+
+    // The session that is open, 0 without one. Only tmex.cpp and the control change it.
+    qint32 sessao = 0;
+    std::unique_ptr<Transporte> transporte;
+};
+
+Barramento &barramento(); // kept in Estado, made on first use
+
+// For the length of a user's action: what runs within the waits.
+class ComPassagem {
+public:
+    explicit ComPassagem(std::function<void()> passar);
+    ~ComPassagem();
+    ComPassagem(const ComPassagem &) = delete;
+    ComPassagem &operator=(const ComPassagem &) = delete;
+
+private:
+    std::function<void()> m_anterior;
+};
+
+} // namespace onewire
