@@ -23,6 +23,7 @@ struct Estado {
     qint16 CharsetForms = 0;
     QString VersaoApp;
     qint16 ObjectivoPassWord = 0;
+    bool EliminarConfirmado = false; // the password dialog was answered rightly for a deletion
 
     QString PastaPrograma; // no trailing separator
     QString NomePrograma = u"Vistrel"_s;
