@@ -8,14 +8,13 @@
 #include "data/ligacao.h"
 #include "data/modMain.h"
 #include "data/recordset.h"
-#include "manutencao/registar.h"
 #include "platform/chart/TChart.h"
 #include "platform/forms/dialogosQt.h"
 #include "platform/forms/grelha.h"
 #include "platform/forms/registoForms.h"
 #include "shell/apresentadorQt.h"
+#include "shell/arranque.h"
 #include "shell/frmMain.h"
-#include "views/forms/registar.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -212,8 +211,7 @@ int main(int argc, char *argv[]) {
     const qsizetype lingua = argumentos.indexOf(u"--lingua"_s);
     estado().Lingua = lingua > 0 ? argumentos.value(lingua + 1) : modTraducoes::linguaDasDefinicoes();
     modMain::carregaGlobaisBD();
-    registarVistas(registoForms());
-    registarManutencao(registoForms());
+    modMain::registarForms();
     {
         frmMain principal;
         principal.show();

@@ -29,13 +29,17 @@ void adoptarErro(QWidget *principal) {
 
 namespace modMain {
 
+void registarForms() {
+    registarVistas(registoForms());
+    registarManutencao(registoForms());
+}
+
 std::unique_ptr<frmMain> Main() {
     return Rotina("modMain.Main", [] {
         estado().Lingua = modTraducoes::linguaDasDefinicoes();
         textosDoQt::aplicar(estado().Lingua);
         forcarEventos();
-        registarVistas(registoForms());
-        registarManutencao(registoForms());
+        registarForms();
         frmIconCompactarErepararBD().exec();
         forcarEventos();
         auto principal = std::make_unique<frmMain>();
