@@ -4,6 +4,7 @@
 #include "core/eventos.h"
 #include "core/modTraducoes.h"
 #include "core/rotina.h"
+#include "devicestate/forms/registar.h"
 #include "platform/forms/registoForms.h"
 #include "shell/frmIconCompactarErepararBD.h"
 #include "shell/frmMain.h"
@@ -34,6 +35,7 @@ std::unique_ptr<frmMain> Main() {
         textosDoQt::aplicar(estado().Lingua);
         forcarEventos();
         registarVistas(registoForms());
+        registarEstados(registoForms());
         frmIconCompactarErepararBD().exec();
         forcarEventos();
         auto principal = std::make_unique<frmMain>();

@@ -65,6 +65,39 @@ constexpr Celula alarmesDeSensores[] = {titulo,
                                         caixa(u"txtMin", 0.76, 0.12),
                                         caixa(u"txtTemperatura", 0.88, 0.12),
                                         peListagem};
+// Readings in scales of their own.
+constexpr Celula listagemSensUI[] = {titulo,
+                                     descricao,
+                                     coluna(u"lblNome", 0, 0.24),
+                                     coluna(u"lblData", 0.24, 0.18),
+                                     coluna(u"lblTemperatura", 0.42, 0.1),
+                                     coluna(u"lblEscala", 0.52, 0.14),
+                                     coluna(u"lblDescricao250", 0.66, 0.34),
+                                     caixa(u"txtNome", 0, 0.24),
+                                     caixa(u"txtData", 0.24, 0.18),
+                                     caixa(u"txtTemperatura", 0.42, 0.1),
+                                     caixa(u"txtEscala", 0.52, 0.14),
+                                     caixa(u"txtDesc", 0.66, 0.34),
+                                     peListagem};
+
+constexpr Celula alarmesSensUI[] = {titulo,
+                                    descricao,
+                                    coluna(u"lblSensor", 0, 0.18),
+                                    coluna(u"lblSensorNome", 0.18, 0.23),
+                                    coluna(u"lblData", 0.41, 0.18),
+                                    coluna(u"lblMax", 0.59, 0.09),
+                                    coluna(u"lblMin", 0.68, 0.09),
+                                    coluna(u"lblTemperatura", 0.77, 0.1),
+                                    coluna(u"lblEscala", 0.87, 0.13),
+                                    caixa(u"txtSensor", 0, 0.18),
+                                    caixa(u"txtSensorNome", 0.18, 0.23),
+                                    caixa(u"txtData", 0.41, 0.18),
+                                    caixa(u"txtMax", 0.59, 0.09),
+                                    caixa(u"txtMin", 0.68, 0.09),
+                                    caixa(u"txtTemperatura", 0.77, 0.1),
+                                    caixa(u"txtEscala", 0.87, 0.13),
+                                    peListagem};
+
 constexpr Celula alarmesVerificados[] = {titulo,
                                          {u"Section4", u"lblDispositivos", Tipo::Rotulo, 0, 1, 9, true, Qt::AlignLeft},
                                          descricao,
@@ -92,6 +125,8 @@ constexpr Desenho desenhos[] = {
     {u"DataReportListagemTemp", QPageLayout::Portrait, listagem},
     {u"DataReportListagemMedias", QPageLayout::Portrait, listagem},
     {u"DataReportAlarmes", QPageLayout::Portrait, alarmesDeSensores},
+    {u"DataReportListagemSensUI", QPageLayout::Portrait, listagemSensUI},
+    {u"DataReportAlarmesSensUI", QPageLayout::Portrait, alarmesSensUI},
     {u"DataReportListagemAlarmesMask", QPageLayout::Landscape, alarmesVerificados},
 };
 
