@@ -105,6 +105,10 @@ public:
         linhas.removeAt(linha);
         endRemoveRows();
     }
+    void setCelula(int linha, int coluna, const QString &texto) {
+        linhas[linha].celulas[coluna] = texto;
+        Q_EMIT dataChanged(index(linha, coluna), index(linha, coluna));
+    }
     void setEstado(int linha, const QString &estado) {
         if (linhas[linha].estado == estado)
             return;
@@ -170,6 +174,10 @@ int Grelha::adicionarLinha(const QStringList &celulas) {
 
 void Grelha::removerLinha(int linha) {
     m_modelo->remover(linha);
+}
+
+void Grelha::setCelula(int linha, int coluna, const QString &texto) {
+    m_modelo->setCelula(linha, coluna, texto);
 }
 
 void Grelha::setRowBackColor(int linha, const QString &estado) {

@@ -21,6 +21,7 @@ public:
     void limpar();
     int adicionarLinha(const QStringList &celulas);
     void removerLinha(int linha);
+    void setCelula(int linha, int coluna, const QString &texto);
 
     // A state counts by its first three letters: "res", "red", "blu", anything else.
     void setRowBackColor(int linha, const QString &estado);

@@ -91,6 +91,8 @@ void FormGrafico::ConfigurarGrafico() {
     esquerdo.Automatic = false;
     esquerdo.Maximum = 40;
     esquerdo.Minimum = 1; // not the 0 of the settings
+    if (m_membro.eixo == EixoEsquerdo::Estados)
+        ajustarEixoEsquerdo();
     m_chart->Bottom().Automatic = false;
     m_chart->Bottom().Visible = false;
     m_chart->setZoomEnable(true);

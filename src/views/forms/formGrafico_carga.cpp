@@ -20,7 +20,7 @@ const QString semRotulo;
 const QString semMarca = u" "_s;
 const QString marca = u"!"_s;
 constexpr double folga = 4; // above and below what is drawn
-constexpr double folgaDosEstados = 0.15;
+constexpr double folgaDosEstados = 0.5;
 constexpr double umMinuto = 60; // seconds
 
 } // namespace
@@ -210,7 +210,8 @@ void FormGrafico::terminarCarga() {
         m_fim.clear();
         m_chart->Bottom().Visible = false;
     }
-    m_chart->setLegenda(!m_inicio.isEmpty()); // also says which sensor a single line is
+    // Also says what a single line is.
+    m_chart->setLegenda(!m_inicio.isEmpty(), m_membro.linhaUnica == LinhaUnica::ComoVarias ? 1 : 2);
     m_chart->actualizar();
     mostrarGrafico(true);
     cmdImprimir()->setEnabled(!m_inicio.isEmpty());
