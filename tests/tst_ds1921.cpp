@@ -100,6 +100,265 @@ private Q_SLOTS:
         QCOMPARE(m.controlo.LimparMemoria(), qint16(1));
         QCOMPARE(m.ler(), qint16(0));
     }
+
+    // A fault that passes is overcome.
+    void defeitosQuePassam_data() {
+        QTest::addColumn<int>("campo");
+        QTest::addColumn<int>("vezes");
+        for (size_t i = 0; i < simulador::tabelaDeDefeitosBotao.size(); ++i) {
+            const auto &d = simulador::tabelaDeDefeitosBotao[i];
+            for (int vezes : {1, 3})
+                if (d.campo != &simulador::DefeitosBotao::retirar &&
+                    d.campo != &simulador::DefeitosBotao::adaptadorFora &&
+                    d.campo != &simulador::DefeitosBotao::semPresenca)
+                    QTest::addRow("%s x%d", d.nome.toLatin1().constData(), vezes) << int(i) << vezes;
+        }
+    }
+    void defeitosQuePassam() {
+        QFETCH(int, campo);
+        QFETCH(int, vezes);
+        const auto ligar = [&](Mesa &m) {
+            m.leitor.defeitos().*simulador::tabelaDeDefeitosBotao[size_t(campo)].campo = vezes;
+        };
+        Mesa m;
+        m.leitor.fazer(u"A"_s, Variante::H);
+        m.definir(1, 0, false, 20, 40);
+        ligar(m);
+        QCOMPARE(m.controlo.ProgramarMissao(), qint16(1));
+        m.leitor.andar(100);
+        ligar(m);
+        QCOMPARE(m.controlo.ActualizarEstado(), qint16(1));
+        ligar(m);
+        QVERIFY(m.ler() >= 100);
+        QCOMPARE(quint32(m.amostras.size()), m.leitor.chip().contador());
+        ligar(m);
+        QCOMPARE(m.controlo.TerminarAmostragem(), qint16(1));
+    }
+
+    // One that stays ends in a refusal, and soon.
+    void defeitosQueFicam_data() {
+        QTest::addColumn<int>("campo");
+        for (size_t i = 0; i < simulador::tabelaDeDefeitosBotao.size(); ++i) {
+            const auto &d = simulador::tabelaDeDefeitosBotao[i];
+            if (d.campo != &simulador::DefeitosBotao::retirar && d.campo != &simulador::DefeitosBotao::adaptadorFora)
+                QTest::newRow(d.nome.toLatin1().constData()) << int(i);
+        }
+    }
+    void defeitosQueFicam() {
+        QFETCH(int, campo);
+        const auto defeito = simulador::tabelaDeDefeitosBotao[size_t(campo)].campo;
+        Mesa m;
+        m.leitor.fazer(u"A"_s);
+        m.leitor.chip().iniciar(1, 0, true, 0, 40);
+        m.leitor.andar(3000);
+        QCOMPARE(m.controlo.ActualizarEstado(), qint16(1));
+        const float antes = m.controlo.LimiteAlto;
+        m.leitor.defeitos().*defeito = 1'000'000;
+        const bool soEscrita =
+            defeito == &simulador::DefeitosBotao::esErrado || defeito == &simulador::DefeitosBotao::copiaRecusada;
+        const bool soLog = defeito == &simulador::DefeitosBotao::saltoNoLog;
+        QElapsedTimer relogio;
+        relogio.start();
+        QCOMPARE(m.controlo.ActualizarEstado(), qint16(soEscrita || soLog));
+        QCOMPARE(m.ler(), qint16(soEscrita ? 2048 : 0));
+        m.controlo.LimiteAlto = 12;
+        if (!soLog) {
+            QCOMPARE(m.controlo.TerminarAmostragem(), qint16(0));
+            QCOMPARE(m.controlo.LimparMemoria(), qint16(0));
+            QCOMPARE(m.controlo.ProgramarMissao(), qint16(0));
+            m.leitor.defeitos() = {};
+            QCOMPARE(m.controlo.ActualizarEstado(), qint16(1));
+            QCOMPARE(m.controlo.MissaoEmCurso, true);
+            QCOMPARE(m.controlo.LimiteAlto, antes);
+        }
+        QVERIFY(relogio.elapsed() < 10'000);
+    }
+
+    // Taken off, or the adapter pulled, after each of the bytes and operations of each member: a refusal or a failure,
+    // no session left open, and no mission that was not asked for in full.
+    void retirado_data() {
+        QTest::addColumn<int>("operacao");
+        QTest::addColumn<bool>("adaptador");
+        for (bool adaptador : {false, true})
+            for (int o = 0; o < 5; ++o)
+                QTest::addRow("%s member %d", adaptador ? "adapter" : "button", o) << o << adaptador;
+    }
+    void retirado() {
+        QFETCH(int, operacao);
+        QFETCH(bool, adaptador);
+        const auto correr = [&](Mesa &m) -> qint16 {
+            switch (operacao) {
+            case 0:
+                return m.controlo.ActualizarEstado();
+            case 1:
+                return m.controlo.ProgramarMissao();
+            case 2:
+                return m.controlo.TerminarAmostragem();
+            case 3:
+                return m.controlo.LimparMemoria();
+            default:
+                return m.ler();
+            }
+        };
+        Mesa m;
+        m.leitor.passoMs = 400; // the wait for the clock is short
+        int acabou = 0;
+        for (int n = 1; acabou < 3 && n < 4000; n += 1 + n / 60) {
+            m.leitor.defeitos() = {};
+            m.leitor.fazer(u"A"_s);
+            if (operacao == 2 || operacao == 4) {
+                m.leitor.chip().iniciar(1, 0, false, 0, 40);
+                m.leitor.andar(70);
+            }
+            m.definir(7, 30, false, -5, 30);
+            (adaptador ? m.leitor.defeitos().adaptadorFora : m.leitor.defeitos().retirar) = n;
+            qint16 resultado = 0;
+            try {
+                resultado = correr(m);
+            } catch (const Falha &) {
+                QVERIFY(adaptador);
+            }
+            QCOMPARE(onewire::barramento().sessao, 0);
+            QVERIFY(!onewire::barramento().emUso);
+            const bool chegou = (adaptador ? m.leitor.defeitos().adaptadorFora : m.leitor.defeitos().retirar) > 0;
+            acabou += chegou;
+            if (chegou)
+                QVERIFY(resultado >= 1);
+            m.leitor.defeitos() = {};
+            m.leitor.por({u"A"_s});
+            auto &chip = m.leitor.chip();
+            if (operacao == 1 && chip.missao()) {
+                QCOMPARE(int(chip.ler(0x20D)), 7);
+                QCOMPARE(int(chip.ler(0x20B)), 70);
+                QCOMPARE(int(chip.ler(0x20C)), 140);
+                QVERIFY(chip.ler(0x212) >= 28 && chip.ler(0x212) <= 30);
+            }
+            m.leitor.por({});
+            m.leitor.linha->botoes(); // forgotten, so that the next one is read from its file
+        }
+        QVERIFY(acabou > 0);
+    }
+
+    void outroBotaoNaoEProgramado() {
+        Mesa m;
+        m.leitor.fazer(u"A"_s, Variante::G, 1);
+        QCOMPARE(m.controlo.ActualizarEstado(), qint16(1));
+        m.leitor.fazer(u"B"_s, Variante::G, 2);
+        m.leitor.chip().iniciar(1, 0, false, 0, 40);
+        m.definir(5, 0, false, 0, 30);
+        QCOMPARE(m.controlo.ProgramarMissao(), qint16(0));
+        QCOMPARE(m.controlo.TerminarAmostragem(), qint16(0));
+        QCOMPARE(m.controlo.LimparMemoria(), qint16(0));
+        QVERIFY(m.leitor.chip().missao());
+    }
+    void outraFamiliaNaoERegistador() {
+        Mesa m;
+        m.leitor.fazer(u"A"_s, simulador::fazerRom(0x81, 77, 0));
+        QCOMPARE(m.controlo.ActualizarEstado(), qint16(0));
+        QCOMPARE(m.controlo.ROMID, QString());
+    }
+
+    // ROM text, pages, packets, as the calls give them.
+    void chamadas() {
+        Mesa m;
+        m.leitor.fazer(u"A"_s, simulador::romDeTexto(u"212BC5FB00203BD6"_s));
+        QCOMPARE(m.controlo.ActualizarEstado(), qint16(1));
+        QCOMPARE(m.controlo.ROMID, u"D63B2000FBC52B21"_s);
+        QCOMPARE(m.controlo.TipoRegistador, u"Z"_s);
+
+        auto estado = std::make_unique<tmex::BufferEstado>();
+        tmex::Pacote pacote{};
+        tmex::NumeroROM numero{};
+        const auto s = tmex::TMExtendedStartSession(1, 5);
+        QVERIFY(s > 0);
+        QCOMPARE(tmex::TMSetup(s), qint16(1));
+        QVERIFY(tmex::TMReadPacket(s, *estado, 1, pacote, 29) < 0); // no device chosen yet
+        QCOMPARE(tmex::TMFamilySearchSetup(s, *estado, 0x21), qint16(1));
+        QCOMPARE(tmex::TMNext(s, *estado), qint16(1));
+        QCOMPARE(tmex::TMRom(s, *estado, numero), qint16(1));
+        QCOMPARE(numero, (tmex::NumeroROM{0x21, 0x2B, 0xC5, 0xFB, 0x00, 0x20, 0x3B, 0xD6}));
+        QVERIFY(tmex::TMReadPacket(s, *estado, 1, pacote, 29) <= 0);
+        const QByteArray texto = "0001Camara 4\nRegistador do cais";
+        QByteArray cortado = texto.left(29);
+        const std::span dados(reinterpret_cast<const quint8 *>(cortado.constData()), size_t(cortado.size()));
+        QCOMPARE(tmex::TMWritePacket(s, *estado, 3, dados), qint16(29));
+        QCOMPARE(tmex::TMReadPacket(s, *estado, 3, pacote, 29), qint16(29));
+        QVERIFY(std::equal(dados.begin(), dados.end(), pacote.begin()));
+        QCOMPARE(tmex::TMWritePacket(s, *estado, 3, dados.first(5)), qint16(5));
+        pacote.fill(9);
+        QCOMPARE(tmex::TMReadPacket(s, *estado, 3, pacote, 29), qint16(5));
+        QCOMPARE(int(pacote[5]), 0); // nothing of the longer one
+        QVERIFY(tmex::TMWritePacket(s, *estado, 4, {}) > 0);
+        QCOMPARE(tmex::TMReadPacket(s, *estado, 4, pacote, 29), qint16(0));
+        QVERIFY(tmex::TMWritePacket(s, *estado, 16, dados.first(1)) < 0);
+        tmex::Pagina pagina{};
+        QVERIFY(tmex::TMExtendedReadPage(s, *estado, 16, pagina) > 0);
+        QCOMPARE(int(pagina[20] & 0x80), 0x80);
+        QCOMPARE(int(pagina[32]), 0);
+        QCOMPARE(tmex::TMNext(s, *estado), qint16(0));
+        QCOMPARE(tmex::TMNext(s, *estado), qint16(1)); // and from the front
+        m.leitor.tirar();
+        QVERIFY(tmex::TMReadPacket(s, *estado, 3, pacote, 29) < 0);
+        QVERIFY(tmex::TMWritePacket(s, *estado, 3, dados) < 0);
+        QCOMPARE(tmex::TMTouchReset(s), qint16(0));
+        QCOMPARE(tmex::TMEndSession(s), qint16(1));
+        QVERIFY(tmex::TMSetup(s) < 0);
+        m.leitor.semAdaptador = true;
+        QVERIFY(tmex::TMExtendedStartSession(1, 5) < 0);
+    }
+
+    // A search goes on over sessions, as the adapter's set-up does it.
+    void procuraEntreSessoes() {
+        Mesa m;
+        QStringList nomes;
+        for (int i = 0; i < 5; ++i) {
+            nomes.append(QString::number(i));
+            m.leitor.fazer(nomes.last(), Variante::G, quint64(i) * 99991);
+        }
+        m.leitor.por(nomes);
+        auto estado = std::make_unique<tmex::BufferEstado>();
+        QSet<QString> vistos;
+        for (int i = 0; i < 5; ++i) {
+            const auto s = tmex::TMExtendedStartSession(1, 5);
+            QCOMPARE(tmex::TMNext(s, *estado), qint16(1));
+            tmex::NumeroROM numero{};
+            tmex::TMRom(s, *estado, numero);
+            vistos.insert(QString::number(numero[1] << 8 | numero[2]));
+            tmex::TMEndSession(s);
+        }
+        QCOMPARE(vistos.size(), 5);
+        const auto s = tmex::TMExtendedStartSession(1, 5);
+        QCOMPARE(tmex::TMNext(s, *estado), qint16(0));
+    }
+
+    // What runs within a wait cannot cut into the operation, and may end it.
+    void dentroDaEspera() {
+        Mesa m;
+        m.leitor.fazer(u"A"_s);
+        int vezes = 0;
+        qint16 dentro = 1;
+        {
+            const onewire::ComPassagem passagem([&] {
+                if (++vezes == 2)
+                    dentro = DS1921().ActualizarEstado();
+            });
+            QCOMPARE(m.controlo.ActualizarEstado(), qint16(1));
+        }
+        QVERIFY(vezes >= 2);
+        QCOMPARE(dentro, qint16(0));
+        for (int n = 1; n < 12; ++n) {
+            int contadas = 0;
+            const onewire::ComPassagem passagem([&] {
+                if (++contadas == n)
+                    throw Interrompido();
+            });
+            m.definir(5, 0, false, 0, 30);
+            QVERIFY_THROWS_EXCEPTION(Interrompido, m.controlo.ProgramarMissao());
+            QCOMPARE(onewire::barramento().sessao, 0);
+            QVERIFY(!onewire::barramento().emUso);
+        }
+        QCOMPARE(m.controlo.ProgramarMissao(), qint16(1));
+    }
 };
 
 QTEST_GUILESS_MAIN(TstDS1921)

@@ -67,6 +67,12 @@ void RelogioChip::escrever(const Registos &r) {
     m_semana = int(((std::max(r[3] & 7, 1) - 1 - dias) % 7 + 7) % 7);
 }
 
+void RelogioChip::andar(qint64 segundos) {
+    m_segundos += segundos;
+    for (; m_segundos >= ciclo; m_segundos -= ciclo)
+        m_semana = int((m_semana + ciclo / 86400) % 7); // the weekday knows nothing of the calendar
+}
+
 void RelogioChip::repor(qint64 segundos, int semana, bool doze) {
     m_segundos = ((segundos % ciclo) + ciclo) % ciclo;
     m_semana = ((semana % 7) + 7) % 7;

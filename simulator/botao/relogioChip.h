@@ -15,7 +15,7 @@ public:
 
     Registos registos() const;
     void escrever(const Registos &registos); // impossible values are brought into range
-    void andar(qint64 segundos) { m_segundos = (m_segundos + segundos) % ciclo; }
+    void andar(qint64 segundos);
     qint64 segundos() const { return m_segundos; } // since 1900-01-01 of this calendar
     int segundo() const { return int(m_segundos % 60); }
     int diaDaSemana() const { return int((m_segundos / 86400 + m_semana) % 7) + 1; }

@@ -115,10 +115,14 @@ bool acertarRelogio(Visita &visita, quint8 controlo) {
     if (!visita.memoria().escrever(registo::relogio, bytes))
         return false;
     const auto primeiro = visita.registos();
-    return primeiro && esperarAte(esperaDoRelogio, [&] {
-               const auto r = visita.registos();
-               return r && r->relogio.isValid() && r->relogio != primeiro->relogio;
-           });
+    if (!primeiro)
+        return false;
+    std::optional<Registos1921> r;
+    const bool andou = esperarAte(esperaDoRelogio, [&] {
+        r = visita.registos();
+        return !r || (r->relogio.isValid() && r->relogio != primeiro->relogio);
+    });
+    return andou && r;
 }
 
 bool mesmos(const Registos1921 &a, const Registos1921 &b) {
