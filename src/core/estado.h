@@ -23,6 +23,8 @@ struct Estado {
     qint16 CharsetForms = 0;
     QString VersaoApp;
     qint16 ObjectivoPassWord = 0;
+    bool EliminarConfirmado = false; // set by the password dialog when its purpose is 3
+    bool GravarNaBD = false;         // reads of a logger are stored; from the first download on
 
     QString PastaPrograma; // no trailing separator
     QString NomePrograma = u"Vistrel"_s;

@@ -5,7 +5,10 @@
 #include "core/modTraducoes.h"
 #include "core/rotina.h"
 #include "devicestate/forms/registar.h"
+#include "logger/forms/registar.h"
 #include "platform/forms/registoForms.h"
+#include "platform/onewire/barramento.h"
+#include "platform/onewire/tmex.h"
 #include "shell/frmIconCompactarErepararBD.h"
 #include "shell/frmMain.h"
 #include "shell/textosDoQt.h"
@@ -25,6 +28,12 @@ void adoptarErro(QWidget *principal) {
     erro->activateWindow();
 }
 
+// Whatever session a failure has left. While the button's form is open the session is its own.
+void fecharSessao1Wire() {
+    if (!registoForms().activo(u"frmDS1921"_s))
+        tmex::TMClose(onewire::barramento().sessao);
+}
+
 } // namespace
 
 namespace modMain {
@@ -34,11 +43,13 @@ std::unique_ptr<frmMain> Main() {
         estado().Lingua = modTraducoes::linguaDasDefinicoes();
         textosDoQt::aplicar(estado().Lingua);
         forcarEventos();
+        registarLogger(registoForms());
         registarVistas(registoForms());
         registarEstados(registoForms());
         frmIconCompactarErepararBD().exec();
         forcarEventos();
         auto principal = std::make_unique<frmMain>();
+        principal->chamar1Wire = fecharSessao1Wire;
         principal->show();
         adoptarErro(principal.get());
         return principal;

@@ -23,7 +23,7 @@ public:
     void removerLinha(int linha);
     void setCelula(int linha, int coluna, const QString &texto);
 
-    // A state counts by its first three letters: "res", "red", "blu", anything else.
+    // A state counts by its first three letters: "res", "red", "blu", anything else; "#rrggbb" is a colour itself.
     void setRowBackColor(int linha, const QString &estado);
     QString estadoDaLinha(int linha) const;
     // Makes the stripes regular again; gives back the state of the next row.
