@@ -24,6 +24,7 @@ struct Estado {
     QString VersaoApp;
     qint16 ObjectivoPassWord = 0;
     bool EliminarConfirmado = false; // the password dialog was answered rightly for a deletion
+    bool GravarNaBD = false;         // reads of a logger are stored; from the first download on
 
     QString PastaPrograma; // no trailing separator
     QString NomePrograma = u"Vistrel"_s;

@@ -4,8 +4,12 @@
 #include "core/eventos.h"
 #include "core/modTraducoes.h"
 #include "core/rotina.h"
+#include "devicestate/forms/registar.h"
+#include "logger/forms/registar.h"
 #include "manutencao/registar.h"
 #include "platform/forms/registoForms.h"
+#include "platform/onewire/barramento.h"
+#include "platform/onewire/tmex.h"
 #include "shell/frmIconCompactarErepararBD.h"
 #include "shell/frmMain.h"
 #include "shell/textosDoQt.h"
@@ -25,13 +29,22 @@ void adoptarErro(QWidget *principal) {
     erro->activateWindow();
 }
 
+// Whatever session a failure has left. While the button's form is open the session is its own.
+void fecharSessao1Wire() {
+    if (!registoForms().activo(u"frmDS1921"_s))
+        tmex::TMClose(onewire::barramento().sessao);
+}
+
 } // namespace
 
 namespace modMain {
 
 void registarForms() {
-    registarVistas(registoForms());
-    registarManutencao(registoForms());
+    RegistoForms &forms = registoForms();
+    registarLogger(forms);
+    registarVistas(forms);
+    registarEstados(forms);
+    registarManutencao(forms);
 }
 
 std::unique_ptr<frmMain> Main() {
@@ -43,6 +56,7 @@ std::unique_ptr<frmMain> Main() {
         frmIconCompactarErepararBD().exec();
         forcarEventos();
         auto principal = std::make_unique<frmMain>();
+        principal->chamar1Wire = fecharSessao1Wire;
         principal->show();
         adoptarErro(principal.get());
         return principal;

@@ -14,6 +14,8 @@ Barramento &barramento() {
 ComPassagem::ComPassagem(std::function<void()> passar)
     : m_anterior(std::exchange(barramento().passar, std::move(passar))) {}
 
-ComPassagem::~ComPassagem() { barramento().passar = std::move(m_anterior); }
+ComPassagem::~ComPassagem() {
+    barramento().passar = std::move(m_anterior);
+}
 
 } // namespace onewire

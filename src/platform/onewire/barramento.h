@@ -21,6 +21,12 @@ public:
     // The session that is open, 0 without one. Only tmex.cpp and the control change it.
     qint32 sessao = 0;
     std::unique_ptr<Transporte> transporte;
+    qint32 sessoes = 0;   // opened so far; a handle is never given twice
+    bool emUso = false;   // an operation is on the bus
+    bool ocupado = false; // set by `abrir`: there is an adapter, but another program holds it
+
+    // Makes the virtual reader of a drawer's folder; empty where there is none.
+    std::function<std::unique_ptr<Transporte>(const QString &pasta)> gaveta;
 };
 
 Barramento &barramento(); // kept in Estado, made on first use

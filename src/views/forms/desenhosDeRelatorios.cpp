@@ -65,6 +65,39 @@ constexpr Celula alarmesDeSensores[] = {titulo,
                                         caixa(u"txtMin", 0.76, 0.12),
                                         caixa(u"txtTemperatura", 0.88, 0.12),
                                         peListagem};
+// Readings in scales of their own.
+constexpr Celula listagemSensUI[] = {titulo,
+                                     descricao,
+                                     coluna(u"lblNome", 0, 0.23),
+                                     coluna(u"lblData", 0.23, 0.2),
+                                     coluna(u"lblTemperatura", 0.43, 0.1),
+                                     coluna(u"lblEscala", 0.53, 0.17),
+                                     coluna(u"lblDescricao250", 0.7, 0.3),
+                                     caixa(u"txtNome", 0, 0.23),
+                                     caixa(u"txtData", 0.23, 0.2),
+                                     caixa(u"txtTemperatura", 0.43, 0.1),
+                                     caixa(u"txtEscala", 0.53, 0.17),
+                                     caixa(u"txtDesc", 0.7, 0.3),
+                                     peListagem};
+
+constexpr Celula alarmesSensUI[] = {titulo,
+                                    descricao,
+                                    coluna(u"lblSensor", 0, 0.18),
+                                    coluna(u"lblSensorNome", 0.18, 0.19),
+                                    coluna(u"lblData", 0.37, 0.2),
+                                    coluna(u"lblMax", 0.57, 0.08),
+                                    coluna(u"lblMin", 0.65, 0.08),
+                                    coluna(u"lblTemperatura", 0.73, 0.1),
+                                    coluna(u"lblEscala", 0.83, 0.17),
+                                    caixa(u"txtSensor", 0, 0.18),
+                                    caixa(u"txtSensorNome", 0.18, 0.19),
+                                    caixa(u"txtData", 0.37, 0.2),
+                                    caixa(u"txtMax", 0.57, 0.08),
+                                    caixa(u"txtMin", 0.65, 0.08),
+                                    caixa(u"txtTemperatura", 0.73, 0.1),
+                                    caixa(u"txtEscala", 0.83, 0.17),
+                                    peListagem};
+
 constexpr Celula alarmesVerificados[] = {titulo,
                                          {u"Section4", u"lblDispositivos", Tipo::Rotulo, 0, 1, 9, true, Qt::AlignLeft},
                                          descricao,
@@ -92,6 +125,8 @@ constexpr Desenho desenhos[] = {
     {u"DataReportListagemTemp", QPageLayout::Portrait, listagem},
     {u"DataReportListagemMedias", QPageLayout::Portrait, listagem},
     {u"DataReportAlarmes", QPageLayout::Portrait, alarmesDeSensores},
+    {u"DataReportListagemSensUI", QPageLayout::Portrait, listagemSensUI},
+    {u"DataReportAlarmesSensUI", QPageLayout::Portrait, alarmesSensUI},
     {u"DataReportListagemAlarmesMask", QPageLayout::Landscape, alarmesVerificados},
 };
 

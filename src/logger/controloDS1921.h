@@ -1,0 +1,89 @@
+#pragma once
+
+#include "logger/memoriaDS1921.h"
+#include "logger/missoes.h"
+#include "logger/sequenciasAlarme.h"
+#include "platform/onewire/DS1921.h"
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+// What the state tab shows, under the names of its boxes and labels. The store reads it from here.
+struct CaixasDS1921 {
+    QString lblDescricaoRegistador, lblMissao, lblNumeroMissoes;
+    bool numeroVisivel = false;
+    QString txtEstadoMissao, txtIntervalo, txtCicloContinuoLigado, txtRollOverExecuted, txtInicioMissao;
+    QString txtAtrasoMinutos, txtNleituras, txtAmostrasTotais, txtDataHoraTempoReal, txtDataPrevistaParaAcabar;
+    QString txtLimiteMaximo, txtLimiteMinimo, txtAcertoTemp;
+};
+
+enum class EstadoMissao { SemRegistador, SemMissao, Atraso, Activa };
+
+// All that is done with a button, without a window. Members that reach the bus let events run while they wait, and so
+// may end by Interrompido after the window has gone: whoever calls one keeps a copy of the shared pointer meanwhile.
+class ControloDS1921 {
+public:
+    static constexpr double CalibracaoNenhuma = -1000; // no logger has been read
+    static constexpr qint16 FamiliaDS1921 = 0x21;
+
+    ControloDS1921(); // the port is that of the settings
+
+    // The user memory, in one try.
+    enum class Memoria { SemSessao, SemRede, Nenhum, Ilegivel, Lida };
+    Memoria lerMemoria();
+    const registoDS1921::Registo &registo() const { return m_registo; }
+
+    EstadoMissao BuscarDadosPeloObjecto();
+    EstadoMissao estadoDaMissao() const { return m_estado; }
+    QString titulo() const;
+    bool VerificarROMID();
+
+    struct Programa {
+        QString descricaoRegistador, descricaoMissao, calibracao;
+        int intervalo = 1;
+        bool cicloContinuo = false;
+        QDateTime inicio;
+        QString limiteMinimo, limiteMaximo;
+    };
+    // Writes record and mission; <passar> runs while another program holds the adapter. False: nothing was started.
+    bool ActualizarIbutton(const Programa &programa, const std::function<void()> &passar);
+
+    // Ends the mission on the button and clears its memory.
+    void terminarNoRegistador();
+    bool FormatarDS1921(const std::function<void()> &passar);
+
+    struct Linha {
+        QDateTime data;
+        double bruta = 0;       // as the button measured
+        double temperatura = 0; // with calibration, three decimals
+    };
+    // All samples of the button; what is new of them is stored first, when reads are stored.
+    std::vector<Linha> DownloadLog();
+
+    // Every field that a header needs is filled.
+    bool cabecaCompleta() const;
+    void GuardarHeadersParaConsulta(const QString &calibracoes);
+    ChaveMissao chave() const;
+
+    void LimparTexts();
+    void esvaziar();             // texts, and the labels of logger and mission
+    bool missaoTerminou() const; // the logger's clock is past the planned end
+
+    DS1921 controlo;
+    CaixasDS1921 caixas;
+    QString romidLido; // of the last read
+    double Calibracao = CalibracaoNenhuma;
+    double LimiteMaxGlobal = 0;
+    double LimiteMinGlobal = 0;
+
+private:
+    QStringList linhasDoPrograma(const Programa &programa, const QString &ROMID) const;
+    void mostrarRegisto(const MemoriaDS1921::Leitura &leitura);
+    void mostrarLimites();
+
+    SessaoTMEX::Porto m_porto;
+    MemoriaDS1921 m_memoria;
+    registoDS1921::Registo m_registo;
+    EstadoMissao m_estado = EstadoMissao::SemRegistador;
+};

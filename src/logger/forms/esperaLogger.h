@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QDialog>
+#include <QPointer>
+
+class QLabel;
+class QPushButton;
+class QTimer;
+
+// Shown while the button is worked with for longer than a moment.
+class frmEsperaLogger : public QDialog {
+    Q_OBJECT
+public:
+    explicit frmEsperaLogger(QWidget *dono);
+    void setMensagem(const QString &texto);
+    void setCancelavel(bool sim);
+    void reject() override;
+
+Q_SIGNALS:
+    void cancelar();
+
+private:
+    QLabel *m_mensagem;
+    QPushButton *m_cancelar;
+};
+
+// For the length of one piece of work; on request nothing else of the program can be used meanwhile.
+class EsperaLogger {
+public:
+    EsperaLogger(QWidget *form, bool desactivarPrincipal);
+    ~EsperaLogger();
+    EsperaLogger(const EsperaLogger &) = delete;
+    EsperaLogger &operator=(const EsperaLogger &) = delete;
+
+    frmEsperaLogger *janela() const { return m_janela; }
+    // A dialog asks the user something: neither this window nor a disabled owner may stand in its way.
+    void suspender();
+    void retomar();
+
+private:
+    QPointer<frmEsperaLogger> m_janela;
+    QPointer<QWidget> m_desactivado;
+    QTimer *m_atraso;
+};

@@ -1,0 +1,262 @@
+#include "core/datas.h"
+#include "core/estado.h"
+#include "core/modDoubleTratamento.h"
+#include "logger/forms/esperaLogger.h"
+#include "logger/forms/frmDS1921.h"
+#include "logger/forms/pecas1921.h"
+#include "logger/numeros1921.h"
+#include "logger/prazos1921.h"
+#include "logger/texto1921.h"
+#include "platform/chart/TChart.h"
+#include "platform/forms/grelha.h"
+#include "platform/forms/registoForms.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QTimer>
+
+#include <algorithm>
+
+namespace {
+
+// Rows of samples alternate; a run of alarms has the colour of its limit.
+const QString linhaPar = u"#fbf6ce"_s;
+const QString linhaImpar = u"#e1ede2"_s;
+const QString alarmeAlto = u"#ee9d89"_s;
+const QString alarmeBaixo = u"#7d8aaf"_s;
+
+// OLE colours of the chart.
+constexpr quint32 vermelho = 0xFF;
+constexpr quint32 azul = 0xFF0000;
+constexpr quint32 verde = 0x007000;
+
+constexpr int casasDaTemperatura = 3;
+constexpr int casasDoGrafico = 1;
+constexpr int inteiro = 100; // the progress bar, counting down
+
+} // namespace
+
+void frmDS1921::cmdLer_Click() {
+    accao("frmDS1921.cmdLer_Click", Genero::Leitura, texto1921(u"EsperaLer"_s, u"A ler o registador..."_s),
+          [this] { lerRegistador(false); });
+}
+
+void frmDS1921::cmdLerDados_Click() {
+    accao("frmDS1921.cmdLerDados_Click", Genero::Descarga,
+          texto1921(u"EsperaLerDados"_s, u"A ler os dados do registador..."_s), [this] {
+              estado().GravarNaBD = true;
+              if (!lerRegistador(true))
+                  return;
+              if (m_logica->caixas.txtNleituras.trimmed() == u"0") {
+                  m_piscadelas = 0;
+                  m_timerLeituras->start();
+                  return;
+              }
+              if (passo("frmDS1921.VerificarROMID", [this] { return m_logica->VerificarROMID(); })) {
+                  permitirAba(Grafico, true);
+                  passo("frmDS1921.DownloadLog", [this] { DownloadLog(); });
+                  MudarEstadoTabGrafico(true);
+                  avisarAlterouMenus();
+              } else {
+                  limparGrelhas();
+                  mostrarAba(Estado);
+              }
+          });
+}
+
+// False: there is nothing to go on with.
+bool frmDS1921::lerRegistador(bool comDados) {
+    for (QPushButton *botao : {m_cmdPararMissao, m_cmdLer, m_cmdLerDados})
+        botao->setEnabled(false);
+    limparGrelhas();
+    const ControloDS1921::Memoria memoria =
+        passo("frmDS1921.FindFirstFamily", [this] { return m_logica->lerMemoria(); });
+    using Memoria = ControloDS1921::Memoria;
+    if (memoria == Memoria::Ilegivel) {
+        if (!PerguntarResetRegistadorAntigo(
+                texto1921(u"ResetDataLogger2"_s, u"Versão antiga detectada, Deseja formatar o registador?"_s))) {
+            ResetEstado();
+            m_cmdLer->setFocus();
+        }
+        return false;
+    }
+    if (memoria == Memoria::Lida) {
+        mostrarRegisto();
+    } else if (memoria != Memoria::SemRede) {
+        mostrarCaixas();
+        avisar(texto1921(u"NE"_s, u"DS1921 não encontrado"_s));
+    }
+    BuscarDadosPeloObjecto(comDados, comDados);
+    acabarLeitura(comDados);
+    return memoria == Memoria::Lida && m_logica->estadoDaMissao() != EstadoMissao::SemRegistador;
+}
+
+void frmDS1921::mostrarRegisto() {
+    const registoDS1921::Registo &r = m_logica->registo();
+    m_txtDescricaoRegistador->setText(r.descricaoRegistador);
+    m_txtDescricaoMissao->setText(r.descricaoMissao);
+    pecas1921::mostrarNaLista(m_cboIntervalo, r.intervalo);
+    mostrarCaixas();
+}
+
+void frmDS1921::BuscarDadosPeloObjecto(bool comParagem, bool comResultados) {
+    passo("frmDS1921.BuscarDadosPeloObjecto", [=, this] {
+        const EstadoMissao estadoLido = m_logica->BuscarDadosPeloObjecto();
+        mostrarCaixas();
+        setWindowTitle(m_logica->titulo());
+        if (estadoLido == EstadoMissao::SemRegistador) {
+            for (const Aba aba : {Assistente, Resultados, Grafico})
+                permitirAba(aba, false);
+            mostrarAba(Estado);
+        } else {
+            const bool semMissao = estadoLido == EstadoMissao::SemMissao;
+            permitirAba(Assistente, semMissao);
+            if (estadoLido != EstadoMissao::Activa)
+                permitirAba(Resultados, false);
+            else if (comResultados)
+                permitirAba(Resultados, true);
+            if (semMissao) {
+                mostrarPasso(0);
+                mostrarAba(Assistente);
+            }
+            m_cmdPararMissao->setEnabled(comParagem && !semMissao);
+            m_chkCicloContinuo->setChecked(m_logica->controlo.CicloContinuo);
+            CarregarCombos();
+            m_lblDataHoraLogger->setText(datas::textoDataHora(m_logica->controlo.RelogioTempoReal));
+            m_lblDataHoraPC->setText(datas::textoDataHora(estado().ambiente.agora()));
+        }
+        LimparGrafico();
+    });
+}
+
+// The lists follow what was read; the header is stored.
+void frmDS1921::acabarLeitura(bool comDados) {
+    ControloDS1921 &l = *m_logica;
+    m_cmdLer->setEnabled(true);
+    m_cmdLerDados->setEnabled(true);
+    m_cmdConcluir->setEnabled(l.estadoDaMissao() != EstadoMissao::SemRegistador);
+    if (comDados && !l.caixas.txtIntervalo.isEmpty())
+        pecas1921::mostrarNaLista(m_cboIntervalo, l.caixas.txtIntervalo == u"0" ? u"1"_s : l.caixas.txtIntervalo);
+    if (!l.caixas.txtLimiteMaximo.isEmpty()) {
+        pecas1921::mostrarNaLista(m_cboLimMax, numeros1921::formatar(l.LimiteMaxGlobal, numeros1921::casasDosLimites));
+        pecas1921::mostrarNaLista(m_cboLimMin, numeros1921::formatar(l.LimiteMinGlobal, numeros1921::casasDosLimites));
+    }
+    const bool calibrado = l.Calibracao != ControloDS1921::CalibracaoNenhuma;
+    l.caixas.txtAcertoTemp = calibrado ? modDoubleTratamento::NumeroParaTexto(l.Calibracao) : QString();
+    if (calibrado)
+        pecas1921::mostrarNaLista(
+            m_cboCalibracao,
+            numeros1921::formatar(l.Calibracao, numeros1921::gamaDe(l.controlo.TipoRegistador).casasCalibracao));
+    mostrarCaixas();
+    if (estado().GravarNaBD)
+        passo("frmDS1921.GuardarHeadersParaConsulta",
+              [this] { m_logica->GuardarHeadersParaConsulta(m_cboCalibracao->currentText()); });
+}
+
+void frmDS1921::DownloadLog() {
+    Ocupado = true;
+    const bool terminou = m_logica->missaoTerminou();
+    const std::vector<ControloDS1921::Linha> linhas = m_logica->DownloadLog();
+    mostrarAmostras(linhas);
+    LeiturasGrafico = linhas;
+    CarregarDados();
+    Ocupado = false;
+    if (terminou)
+        passo("frmDS1921.cmdPararMissao_Click", [this] { cmdPararMissao_Click(); });
+}
+
+void frmDS1921::mostrarAmostras(const std::vector<ControloDS1921::Linha> &linhas) {
+    const Vigia vigia(this);
+    bool lido = false;
+    const int leituras = std::min(m_logica->caixas.txtNleituras.toInt(&lido), prazos1921::amostras);
+    const int porPasso = std::max(1, (lido ? leituras : 0) / inteiro);
+    m_progresso->setRange(0, inteiro);
+    m_progresso->setValue(inteiro);
+    m_progresso->show();
+    for (Grelha *grelha : {m_grdTemps, m_grdAlarmes})
+        grelha->setUpdatesEnabled(false);
+    SequenciasAlarme sequencias(m_logica->LimiteMaxGlobal, m_logica->LimiteMinGlobal,
+                                [this](const SequenciasAlarme::Sequencia &s) { AdicionarLinhaAlarmes(s); });
+    int numero = 0;
+    for (const ControloDS1921::Linha &linha : linhas) {
+        AdicionarLinha(++numero, linha);
+        sequencias.juntar(linha.data, linha.temperatura);
+        if (numero % porPasso == 0)
+            m_progresso->setValue(std::max(0, inteiro - numero / porPasso));
+        vigia.passar();
+    }
+    sequencias.fechar();
+    for (Grelha *grelha : {m_grdTemps, m_grdAlarmes})
+        grelha->setUpdatesEnabled(true);
+    m_progresso->hide();
+}
+
+void frmDS1921::AdicionarLinha(int numero, const ControloDS1921::Linha &linha) {
+    const int i = m_grdTemps->adicionarLinha({QString::number(numero), datas::textoDataHora(linha.data),
+                                              numeros1921::formatar(linha.temperatura, casasDaTemperatura) + u"°C"});
+    m_grdTemps->setRowBackColor(i, i % 2 == 0 ? linhaPar : linhaImpar);
+}
+
+void frmDS1921::AdicionarLinhaAlarmes(const SequenciasAlarme::Sequencia &s) {
+    const int i =
+        m_grdAlarmes->adicionarLinha({datas::textoDataHora(s.primeira) + u" <> " + datas::textoDataHora(s.ultima)});
+    m_grdAlarmes->setRowBackColor(i, s.alta ? alarmeAlto : alarmeBaixo);
+}
+
+void frmDS1921::limparGrelhas() {
+    m_grdTemps->limpar();
+    m_grdAlarmes->limpar();
+}
+
+void frmDS1921::CarregarDados() {
+    Rotina("frmDS1921.CarregarDados", [this] {
+        const ControloDS1921 &l = *m_logica;
+        TSerie &sensor = m_chart->Series(0);
+        TSerie &maximo = m_chart->Series(1);
+        TSerie &minimo = m_chart->Series(2);
+        sensor.Color = verde;
+        sensor.ColorEachPoint = true;
+        maximo.Color = vermelho;
+        minimo.Color = azul;
+        for (TSerie *serie : {&sensor, &maximo, &minimo}) {
+            serie->Clear();
+            serie->Active = !LeiturasGrafico.empty();
+            serie->Tracejado = serie != &sensor;
+        }
+        for (const ControloDS1921::Linha &linha : LeiturasGrafico) {
+            const double x = datas::segundosDe(linha.data);
+            const double y = numeros1921::arredondar(linha.bruta, casasDoGrafico) + l.Calibracao;
+            const quint32 cor = y <= l.LimiteMinGlobal ? azul : y >= l.LimiteMaxGlobal ? vermelho : verde;
+            sensor.AddXY(x, y, {}, cor);
+            maximo.AddXY(x, l.LimiteMaxGlobal, {}, vermelho);
+            minimo.AddXY(x, l.LimiteMinGlobal, {}, azul);
+        }
+        m_chart->anularZoom();
+        m_chart->actualizar();
+    });
+}
+
+void frmDS1921::LimparGrafico() {
+    LeiturasGrafico.clear();
+    CarregarDados();
+    MudarEstadoTabGrafico(false);
+}
+
+void frmDS1921::MudarEstadoTabGrafico(bool mostrar) {
+    const bool comGrafico = mostrar && m_grdTemps->linhas() > 0;
+    if (comGrafico)
+        CarregarDados();
+    permitirAba(Grafico, comGrafico);
+}
+
+// The menu offers the missions as soon as one is stored.
+void frmDS1921::avisarAlterouMenus() {
+    m_espera->suspender();
+    const Vigia vigia(this);
+    if (registoForms().alterarEstadosMenus)
+        registoForms().alterarEstadosMenus();
+    verificar(vigia);
+}

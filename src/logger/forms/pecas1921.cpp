@@ -1,0 +1,181 @@
+#include "logger/forms/pecas1921.h"
+
+#include "core/datas.h"
+#include "core/estado.h"
+#include "logger/registoDS1921.h"
+
+#include <QComboBox>
+#include <QDateEdit>
+#include <QGroupBox>
+#include <QLineEdit>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPushButton>
+#include <QStyle>
+#include <QStyleOptionFocusRect>
+
+namespace {
+
+constexpr qreal ampliacaoDoTitulo = 1.25;
+constexpr int folga = 5;
+constexpr int sublinhado = 3;
+
+} // namespace
+
+namespace pecas1921 {
+
+QLabel *etiqueta(const QString &nome, const QString &texto, QWidget *parceiro) {
+    auto *e = new QLabel(texto);
+    e->setObjectName(nome);
+    e->setTextFormat(Qt::PlainText);
+    if (parceiro) {
+        e->setBuddy(parceiro);
+        if (parceiro->accessibleName().isEmpty())
+            parceiro->setAccessibleName(texto);
+    }
+    return e;
+}
+
+QLabel *titulo(const QString &nome, const QString &texto) {
+    QLabel *e = etiqueta(nome, texto);
+    QFont letra = e->font();
+    letra.setBold(true);
+    letra.setPointSizeF(letra.pointSizeF() * ampliacaoDoTitulo);
+    e->setFont(letra);
+    return e;
+}
+
+QLabel *paragrafo(const QString &nome, const QString &texto) {
+    QLabel *e = etiqueta(nome, texto);
+    e->setWordWrap(true);
+    e->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    return e;
+}
+
+QPushButton *botao(const QString &nome, const QString &texto) {
+    auto *b = new QPushButton(texto);
+    b->setObjectName(nome);
+    b->setAccessibleName(texto);
+    b->setAutoDefault(true);
+    return b;
+}
+
+QLineEdit *caixa(const QString &nome) {
+    auto *c = new QLineEdit;
+    c->setObjectName(nome);
+    c->setReadOnly(true);
+    return c;
+}
+
+QComboBox *lista(const QString &nome, const QString &acessivel) {
+    auto *l = new QComboBox;
+    l->setObjectName(nome);
+    l->setAccessibleName(acessivel);
+    l->setMaxVisibleItems(16);
+    return l;
+}
+
+QDateEdit *data(const QString &nome, const QString &acessivel) {
+    auto *d = new QDateEdit(estado().ambiente.agora().date());
+    d->setObjectName(nome);
+    d->setAccessibleName(acessivel);
+    d->setLocale(estado().ambiente.locale);
+    d->setDisplayFormat(datas::formatoData());
+    d->setCalendarPopup(true);
+    return d;
+}
+
+QTimeEdit *hora(const QString &nome, const QString &acessivel) {
+    auto *h = new QTimeEdit(estado().ambiente.agora().time());
+    h->setObjectName(nome);
+    h->setAccessibleName(acessivel);
+    h->setLocale(estado().ambiente.locale);
+    h->setDisplayFormat(datas::formatoHora());
+    return h;
+}
+
+QGroupBox *grupo(const QString &nome, const QString &texto) {
+    auto *g = new QGroupBox(texto);
+    g->setObjectName(nome);
+    g->setAccessibleName(texto);
+    return g;
+}
+
+QFrame *moldura(const QString &nome) {
+    auto *m = new QFrame;
+    m->setObjectName(nome);
+    return m;
+}
+
+void mostrarNaLista(QComboBox *lista, const QString &texto) {
+    if (lista->findText(texto) < 0)
+        lista->addItem(texto);
+    lista->setCurrentIndex(lista->findText(texto));
+}
+
+Separador::Separador(const QString &nome, const QString &texto) {
+    setObjectName(nome);
+    setText(texto);
+    setAccessibleName(texto);
+    setCheckable(true);
+    setAutoExclusive(true);
+    setFocusPolicy(Qt::TabFocus);
+}
+
+QSize Separador::sizeHint() const {
+    QFont forte = font();
+    forte.setBold(true);
+    const QFontMetrics medidas(forte);
+    return {medidas.horizontalAdvance(text()) + 6 * folga, medidas.height() + 2 * folga + sublinhado};
+}
+
+void Separador::paintEvent(QPaintEvent *) {
+    QPainter p(this);
+    const QPalette::ColorGroup grupo = isEnabled() ? QPalette::Active : QPalette::Disabled;
+    QFont letra = font();
+    letra.setBold(isChecked());
+    p.setFont(letra);
+    if (isEnabled() && underMouse() && !isChecked()) {
+        QColor fundo = palette().color(QPalette::Highlight);
+        fundo.setAlphaF(0.12f);
+        p.fillRect(rect(), fundo);
+    }
+    p.setPen(palette().color(grupo, QPalette::WindowText));
+    p.drawText(rect().adjusted(0, 0, 0, -sublinhado), Qt::AlignCenter, text());
+    if (isChecked())
+        p.fillRect(QRect(0, height() - sublinhado, width(), sublinhado), palette().color(grupo, QPalette::Highlight));
+    if (hasFocus()) {
+        QStyleOptionFocusRect foco;
+        foco.initFrom(this);
+        foco.rect = rect().adjusted(2, 2, -2, -sublinhado - 1);
+        style()->drawPrimitive(QStyle::PE_FrameFocusRect, &foco, &p, this);
+    }
+}
+
+void Separador::enterEvent(QEnterEvent *evento) {
+    QAbstractButton::enterEvent(evento);
+    update();
+}
+
+void Separador::leaveEvent(QEvent *evento) {
+    QAbstractButton::leaveEvent(evento);
+    update();
+}
+
+void EtiquetaClicavel::mouseReleaseEvent(QMouseEvent *evento) {
+    QLabel::mouseReleaseEvent(evento);
+    if (evento->button() == Qt::LeftButton && rect().contains(evento->position().toPoint()))
+        Q_EMIT Click();
+}
+
+QValidator::State FiltroDeRegisto::validate(QString &texto, int &posicao) const {
+    for (qsizetype i = texto.size() - 1; i >= 0; --i) {
+        if (registoDS1921::cabeNoRegisto(texto[i]) && !m_recusados.contains(texto[i]))
+            continue;
+        texto.remove(i, 1);
+        posicao -= i < posicao ? 1 : 0;
+    }
+    return Acceptable;
+}
+
+} // namespace pecas1921

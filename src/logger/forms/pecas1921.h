@@ -1,0 +1,69 @@
+#pragma once
+
+#include <QAbstractButton>
+#include <QLabel>
+#include <QValidator>
+
+class QComboBox;
+class QDateEdit;
+class QGridLayout;
+class QGroupBox;
+class QLineEdit;
+class QPushButton;
+class QTimeEdit;
+
+// The small parts that the button's form is put together from.
+namespace pecas1921 {
+
+QLabel *etiqueta(const QString &nome, const QString &texto, QWidget *parceiro = nullptr);
+QLabel *titulo(const QString &nome, const QString &texto);    // of a step
+QLabel *paragrafo(const QString &nome, const QString &texto); // wraps
+QPushButton *botao(const QString &nome, const QString &texto);
+QLineEdit *caixa(const QString &nome); // shows, takes nothing
+QComboBox *lista(const QString &nome, const QString &acessivel);
+QDateEdit *data(const QString &nome, const QString &acessivel);
+QTimeEdit *hora(const QString &nome, const QString &acessivel);
+QGroupBox *grupo(const QString &nome, const QString &texto);
+QFrame *moldura(const QString &nome);
+
+// Selects the text, which becomes an entry when it is none yet.
+void mostrarNaLista(QComboBox *lista, const QString &texto);
+
+// One of the clickable labels above the frames: underlined while its frame is shown.
+class Separador : public QAbstractButton {
+    Q_OBJECT
+public:
+    Separador(const QString &nome, const QString &texto);
+    QSize sizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent *evento) override;
+    void enterEvent(QEnterEvent *evento) override;
+    void leaveEvent(QEvent *evento) override;
+};
+
+// A label that answers to a click.
+class EtiquetaClicavel : public QLabel {
+    Q_OBJECT
+public:
+    using QLabel::QLabel;
+
+Q_SIGNALS:
+    void Click();
+
+protected:
+    void mouseReleaseEvent(QMouseEvent *evento) override;
+};
+
+// Keeps what the button's record cannot hold from being typed.
+class FiltroDeRegisto : public QValidator {
+    Q_OBJECT
+public:
+    FiltroDeRegisto(const QString &recusados, QObject *pai) : QValidator(pai), m_recusados(recusados) {}
+    State validate(QString &texto, int &posicao) const override;
+
+private:
+    QString m_recusados;
+};
+
+} // namespace pecas1921

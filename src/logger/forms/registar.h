@@ -1,0 +1,6 @@
+#pragma once
+
+class RegistoForms;
+
+// The forms of the logger buttons.
+void registarLogger(RegistoForms &forms);

@@ -1,0 +1,107 @@
+#include "logger/memoriaDS1921.h"
+
+#include "core/literais.h"
+
+#include <QThread>
+
+namespace {
+
+constexpr qint16 paginasDeTexto = 16; // 0 to 15 are the user's
+constexpr qint16 mascaraDaFamilia = 0x21;
+constexpr unsigned long pausaMs = 15; // between two tries for a held adapter
+
+} // namespace
+
+SessaoTMEX::SessaoTMEX(Porto porto) : m_sessao(tmex::TMExtendedStartSession(porto.numero, porto.tipo)) {}
+
+SessaoTMEX::SessaoTMEX(Porto porto, const std::function<void()> &passar) {
+    while ((m_sessao = tmex::TMExtendedStartSession(porto.numero, porto.tipo)) <= 0) {
+        passar();
+        QThread::msleep(pausaMs);
+    }
+}
+
+SessaoTMEX::~SessaoTMEX() {
+    try {
+        tmex::TMEndSession(m_sessao);
+    } catch (...) { // the adapter is gone, or the wait was ended: there is nothing left to end
+    }
+}
+
+bool SessaoTMEX::preparar() const {
+    return tmex::TMSetup(m_sessao) == 1;
+}
+
+std::optional<QString> MemoriaDS1921::procurar(tmex::Sessao sessao, qint16 familia) {
+    if (tmex::TMFamilySearchSetup(sessao, m_estado, familia) != 1 || tmex::TMNext(sessao, m_estado) != 1)
+        return std::nullopt;
+    tmex::NumeroROM numero{}; // element 0 at zero asks for the number
+    tmex::TMRom(sessao, m_estado, numero);
+    // Two bits tell enough: the search has already kept to the family.
+    if (((numero[0] ^ familia) & mascaraDaFamilia) != 0)
+        return std::nullopt;
+    return registoDS1921::textoROM(numero);
+}
+
+QString MemoriaDS1921::LerPaginaTexto(tmex::Sessao sessao, qint16 pagina) {
+    tmex::Pacote pacote{};
+    static_assert(std::tuple_size_v<tmex::Pacote> == registoDS1921::caracteresLidos);
+    if (tmex::TMReadPacket(sessao, m_estado, pagina, pacote, registoDS1921::bytesPorPacote) <= 0)
+        return {};
+    return registoDS1921::textoDosBytes(pacote);
+}
+
+bool MemoriaDS1921::EscreverPaginaTexto(tmex::Sessao sessao, const QString &texto, qint16 pagina) {
+    if (pagina == 0)
+        return tmex::TMWritePacket(sessao, m_estado, pagina, registoDS1921::directorio) > 0;
+    return EscreverPaginaVazia(sessao, texto, pagina);
+}
+
+bool MemoriaDS1921::EscreverPaginaVazia(tmex::Sessao sessao, const QString &texto, qint16 pagina) {
+    const QByteArray bytes = registoDS1921::bytesDoTexto(texto);
+    const std::span dados(reinterpret_cast<const quint8 *>(bytes.constData()), size_t(bytes.size()));
+    return tmex::TMWritePacket(sessao, m_estado, pagina, dados) > 0;
+}
+
+// The first page that is refused ends it: what comes after it would never be read.
+bool MemoriaDS1921::EscrevePaginasMemoria(tmex::Sessao sessao, qint16 familia, const QStringList &LinhasMemoria) {
+    if (!procurar(sessao, familia))
+        return false;
+    for (qint16 i = 0; i < LinhasMemoria.size(); ++i)
+        if (!EscreverPaginaTexto(sessao, LinhasMemoria[i], i))
+            return false;
+    return true;
+}
+
+bool MemoriaDS1921::EscrevePaginasReset(tmex::Sessao sessao, qint16 familia) {
+    if (!procurar(sessao, familia))
+        return false;
+    bool todas = true;
+    for (qint16 pagina = 0; pagina < paginasDeTexto; ++pagina)
+        todas = EscreverPaginaVazia(sessao, {}, pagina) && todas;
+    return todas;
+}
+
+MemoriaDS1921::Leitura MemoriaDS1921::FindFirstFamily(tmex::Sessao sessao, qint16 familia) {
+    Leitura leitura;
+    const std::optional<QString> numero = procurar(sessao, familia);
+    if (!numero)
+        return leitura;
+    QString texto;
+    for (qint16 pagina = 1; pagina <= registoDS1921::paginasLidas; ++pagina)
+        texto += LerPaginaTexto(sessao, pagina);
+    const auto registo = registoDS1921::decifrar(texto, *numero);
+    if (!registo) {
+        leitura.achado = Achado::Ilegivel;
+        return leitura;
+    }
+    leitura.achado = Achado::Lido;
+    leitura.registo = *registo;
+    tmex::Pagina pagina{};
+    if (tmex::TMExtendedReadPage(sessao, m_estado, registoDS1921::paginaDeRegistos, pagina) > 0) {
+        leitura.amostrasTotais = registoDS1921::LerAmostrasDispositivo(pagina);
+        leitura.leituras = registoDS1921::LerAmostrasMissao(pagina);
+        leitura.rollover = registoDS1921::RolloverOcorreu(pagina);
+    }
+    return leitura;
+}

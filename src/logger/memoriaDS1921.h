@@ -1,0 +1,58 @@
+#pragma once
+
+#include "logger/registoDS1921.h"
+#include "platform/onewire/tmex.h"
+
+#include <functional>
+#include <optional>
+
+// One session on the adapter, ended by itself. No member of the DS1921 control may run meanwhile.
+class SessaoTMEX {
+public:
+    struct Porto {
+        qint16 numero = 0;
+        qint16 tipo = 0;
+    };
+    // One try. The handle may be refused: see aberta().
+    explicit SessaoTMEX(Porto porto);
+    // Waits for as long as another program holds the adapter; <passar> lets events run and ends the wait by throwing.
+    SessaoTMEX(Porto porto, const std::function<void()> &passar);
+    ~SessaoTMEX();
+    SessaoTMEX(const SessaoTMEX &) = delete;
+    SessaoTMEX &operator=(const SessaoTMEX &) = delete;
+
+    bool aberta() const { return m_sessao >= 0; }
+    bool preparar() const; // the net is ready
+    tmex::Sessao numero() const { return m_sessao; }
+
+private:
+    tmex::Sessao m_sessao = -1;
+};
+
+// What this system itself reads and writes in a button's memory.
+class MemoriaDS1921 {
+public:
+    // The text of the old record's search; none: no button of this family answers.
+    std::optional<QString> procurar(tmex::Sessao sessao, qint16 familia);
+
+    QString LerPaginaTexto(tmex::Sessao sessao, qint16 pagina);
+    bool EscreverPaginaTexto(tmex::Sessao sessao, const QString &texto, qint16 pagina);
+    bool EscreverPaginaVazia(tmex::Sessao sessao, const QString &texto, qint16 pagina);
+
+    // False: no button, or a page was refused.
+    bool EscrevePaginasMemoria(tmex::Sessao sessao, qint16 familia, const QStringList &LinhasMemoria);
+    bool EscrevePaginasReset(tmex::Sessao sessao, qint16 familia);
+
+    enum class Achado { Nenhum, Ilegivel, Lido };
+    struct Leitura {
+        Achado achado = Achado::Nenhum;
+        registoDS1921::Registo registo;
+        double amostrasTotais = -1; // -1: the register page could not be read
+        double leituras = -1;
+        bool rollover = false;
+    };
+    Leitura FindFirstFamily(tmex::Sessao sessao, qint16 familia);
+
+private:
+    tmex::BufferEstado m_estado{};
+};
