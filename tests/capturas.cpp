@@ -10,13 +10,13 @@
 #include "data/modMain.h"
 #include "data/recordset.h"
 #include "devicestate/forms/listaMarcada.h"
-#include "devicestate/forms/registar.h"
 #include "platform/chart/TChart.h"
 #include "platform/forms/dialogosQt.h"
+#include "platform/forms/grelha.h"
 #include "platform/forms/registoForms.h"
 #include "shell/apresentadorQt.h"
+#include "shell/arranque.h"
 #include "shell/frmMain.h"
-#include "views/forms/registar.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -26,8 +26,10 @@
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QPushButton>
+#include <QTabWidget>
 #include <QTableView>
 #include <QTest>
+#include <QTimer>
 #include <QToolButton>
 
 namespace {
@@ -220,6 +222,25 @@ void estados(QWidget &principal) {
     }
 }
 
+void registadores(QWidget &principal) {
+    for (const QString &form : {u"frmGraficoLoggers"_s, u"frmHistogramaLoggers"_s, u"frmListagemObservacoesLogger"_s,
+                                u"frmListagemAlarmesLogger"_s}) {
+        QWidget *w = vista(form, 0, 0);
+        controlo<Grelha>(w, u"grdSensoresAll"_s)->setLinhaActual(1);
+        guardar(&principal, form + u"-painel");
+        confirmar(w);
+        guardar(&principal, form);
+        imprimir(w, form + u"-impressao");
+        if (form == u"frmGraficoLoggers")
+            pontoDe(w, u"frmOpccoesLoggersPontos"_s, form + u"-ponto");
+        fechar(w);
+    }
+    QWidget *w = registoForms().abrir(u"frmListagemLoggers"_s);
+    controlo<QCheckBox>(w, u"chkConcluidas"_s)->click();
+    guardar(&principal, u"frmListagemLoggers"_s);
+    fechar(w);
+}
+
 void menus(QWidget &principal) {
     for (const QString &chave : {u"Graficos"_s, u"Listagens"_s, u"Geral"_s})
         if (auto *menu = principal.findChild<QMenu *>(u"menu"_s + chave); menu && menu->menuAction()->isVisible()) {
@@ -227,6 +248,40 @@ void menus(QWidget &principal) {
             guardar(menu, u"menu-"_s + chave);
             menu->close();
         }
+}
+
+// A modal form is pictured while it is open; `trabalho` may make more pictures of it.
+void modal(const QString &nome, const std::function<void(QWidget *)> &trabalho) {
+    QTimer espera;
+    QObject::connect(&espera, &QTimer::timeout, qApp, [&] {
+        QWidget *w = registoForms().form(nome);
+        if (!w || !w->isVisible())
+            return;
+        espera.stop();
+        trabalho(w);
+        w->close();
+    });
+    espera.start(10);
+    registoForms().abrir(nome);
+}
+
+void manutencao() {
+    modal(u"frmPassWord"_s, [](QWidget *w) { guardar(w, u"password"_s); });
+    modal(u"frmConfiguracoes"_s, [](QWidget *w) {
+        auto *tiras = controlo<QTabWidget>(w, u"Tiras"_s);
+        for (int i = 0; i < tiras->count(); ++i) {
+            tiras->setCurrentIndex(i);
+            guardar(w, u"configuracoes-%1"_s.arg(i + 1));
+        }
+    });
+    modal(u"frmSensoresEdit"_s, [](QWidget *w) {
+        auto *grelha = controlo<Grelha>(w, u"grdSensores"_s);
+        grelha->setCelula(0, 2, grelha->celula(1, 1));
+        grelha->setLinhaActual(2);
+        QTest::keyClick(grelha, Qt::Key_Delete);
+        passar(3000);
+        guardar(w, u"sensores"_s);
+    });
 }
 
 } // namespace
@@ -252,18 +307,22 @@ int main(int argc, char *argv[]) {
     estado().ambiente.locale = QLocale(u"pt_PT"_s);
     estado().ambiente.dialogos = &dialogos;
     estado().ambiente.apresentador = &apresentador;
-    estado().Lingua = modTraducoes::linguaDasDefinicoes();
+    const qsizetype lingua = argumentos.indexOf(u"--lingua"_s);
+    estado().Lingua = lingua > 0 ? argumentos.value(lingua + 1) : modTraducoes::linguaDasDefinicoes();
     modMain::carregaGlobaisBD();
-    registarVistas(registoForms());
-    registarEstados(registoForms());
+    modMain::registarForms(registoForms());
     {
         frmMain principal;
         principal.show();
         guardar(&principal, u"principal"_s);
         menus(principal);
         const qsizetype so = argumentos.indexOf(u"--so"_s);
-        const QList<std::pair<QString, void (*)(QWidget &)>> grupos{
-            {u"graficos"_s, graficos}, {u"outras"_s, outras}, {u"sensui"_s, sensUI}, {u"estados"_s, estados}};
+        const QList<std::pair<QString, void (*)(QWidget &)>> grupos{{u"graficos"_s, graficos},
+                                                                    {u"outras"_s, outras},
+                                                                    {u"sensui"_s, sensUI},
+                                                                    {u"estados"_s, estados},
+                                                                    {u"registadores"_s, registadores},
+                                                                    {u"manutencao"_s, [](QWidget &) { manutencao(); }}};
         for (const auto &[nome, fazer] : grupos)
             if (so < 0 || argumentos.value(so + 1) == nome)
                 fazer(principal);

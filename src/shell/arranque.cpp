@@ -6,6 +6,8 @@
 #include "core/rotina.h"
 #include "devicestate/forms/registar.h"
 #include "logger/forms/registar.h"
+#include "logger/views/forms/registar.h"
+#include "manutencao/registar.h"
 #include "platform/forms/registoForms.h"
 #include "platform/onewire/barramento.h"
 #include "platform/onewire/tmex.h"
@@ -38,14 +40,20 @@ void fecharSessao1Wire() {
 
 namespace modMain {
 
+void registarForms(RegistoForms &forms) {
+    registarLogger(forms);
+    registarVistas(forms);
+    registarEstados(forms);
+    registarVistasDosRegistadores(forms);
+    registarManutencao(forms);
+}
+
 std::unique_ptr<frmMain> Main() {
     return Rotina("modMain.Main", [] {
         estado().Lingua = modTraducoes::linguaDasDefinicoes();
         textosDoQt::aplicar(estado().Lingua);
         forcarEventos();
-        registarLogger(registoForms());
-        registarVistas(registoForms());
-        registarEstados(registoForms());
+        registarForms(registoForms());
         frmIconCompactarErepararBD().exec();
         forcarEventos();
         auto principal = std::make_unique<frmMain>();

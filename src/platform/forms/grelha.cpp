@@ -43,7 +43,7 @@ QString trocar(const QString &estado) {
 
 QColor cor(const QString &estado, const QPalette &paleta) {
     const QString inicio = estado.trimmed().left(3).toLower();
-    QColor clara(estado.startsWith(u'#') ? QColor(estado) : QColor(outraCor));
+    QColor clara(outraCor);
     for (const CorDeEstado &c : coresDeEstado)
         if (inicio == c.estado)
             clara = QColor(c.cor);
@@ -152,6 +152,10 @@ QString Grelha::celula(int linha, int coluna) const {
     return m_modelo->linhas[linha].celulas.value(coluna);
 }
 
+void Grelha::setCelula(int linha, int coluna, const QString &texto) {
+    m_modelo->setCelula(linha, coluna, texto);
+}
+
 int Grelha::linhaActual() const {
     return selectionModel()->hasSelection() ? currentIndex().row() : -1;
 }
@@ -174,10 +178,6 @@ int Grelha::adicionarLinha(const QStringList &celulas) {
 
 void Grelha::removerLinha(int linha) {
     m_modelo->remover(linha);
-}
-
-void Grelha::setCelula(int linha, int coluna, const QString &texto) {
-    m_modelo->setCelula(linha, coluna, texto);
 }
 
 void Grelha::setRowBackColor(int linha, const QString &estado) {

@@ -15,15 +15,15 @@ public:
     void setColunas(const QStringList &titulos);
     int linhas() const;
     QString celula(int linha, int coluna) const;
+    void setCelula(int linha, int coluna, const QString &texto);
     int linhaActual() const; // -1: none
     void setLinhaActual(int linha);
 
     void limpar();
     int adicionarLinha(const QStringList &celulas);
     void removerLinha(int linha);
-    void setCelula(int linha, int coluna, const QString &texto);
 
-    // A state counts by its first three letters: "res", "red", "blu", anything else; "#rrggbb" is a colour itself.
+    // A state counts by its first three letters: "res", "red", "blu", anything else.
     void setRowBackColor(int linha, const QString &estado);
     QString estadoDaLinha(int linha) const;
     // Makes the stripes regular again; gives back the state of the next row.

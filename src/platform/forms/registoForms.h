@@ -33,6 +33,8 @@ public:
     std::function<void(QWidget *form)> alojar;
     // Whoever wrote new data calls this; the main shell looks again at what its menu may offer.
     std::function<void()> alterarEstadosMenus;
+    // The main shell takes the language of the settings.
+    std::function<void()> alterarLingua;
     QPointer<QWidget> dono;
 
 private:
