@@ -226,7 +226,7 @@ void registadores(QWidget &principal) {
     for (const QString &form : {u"frmGraficoLoggers"_s, u"frmHistogramaLoggers"_s, u"frmListagemObservacoesLogger"_s,
                                 u"frmListagemAlarmesLogger"_s}) {
         QWidget *w = vista(form, 0, 0);
-        controlo<Grelha>(w, u"grdSensoresAll"_s)->setLinhaActual(1);
+        controlo<Grelha>(w, u"grdSensoresAll"_s)->setLinhaActual(4);
         guardar(&principal, form + u"-painel");
         confirmar(w);
         guardar(&principal, form);

@@ -131,9 +131,9 @@ QList<Registador> registadores(const Vigia &vigia) {
 
 QList<Missao> missoesDe(const Registador &registador, const Vigia &vigia) {
     QList<Missao> lista;
-    Recordset rs =
-        cnBD().consultar(u"SELECT DescricaoMissao, NMissao FROM DS1921head WHERE LoggerID = ? AND Nomelogger = ?"_s,
-                         {registador.LoggerID, registador.Nomelogger});
+    Recordset rs = cnBD().consultar(
+        u"SELECT DescricaoMissao, NMissao FROM DS1921head WHERE LoggerID = ? AND Nomelogger = ? ORDER BY rowid"_s,
+        {registador.LoggerID, registador.Nomelogger});
     while (rs.avancar()) {
         lista.append({rs.texto(0), rs.texto(1)});
         vigia.passar();

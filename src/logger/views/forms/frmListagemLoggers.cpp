@@ -18,7 +18,7 @@
 namespace {
 
 const QString nomeDoForm = u"frmListagemLoggers"_s;
-const lugar::Regra regraDoLugar{nomeDoForm, {}, 11500, 7785}; // twips
+const lugar::Regra regraDoLugar{nomeDoForm, {}, 13400, 7785}; // twips
 
 struct Opcao {
     QStringView nome, chave, omissao;

@@ -148,8 +148,9 @@ void PainelMissoes::grdSensoresMissao_SelectionChange() {
         if (m_grdSensoresMissao->currentIndex().row() < 0)
             return;
         const auto intervalo = familiaLoggers::intervaloDe(missao());
+        // A range has a length, also round a lone sample.
         if (intervalo)
-            setIntervalo(intervalo->first, intervalo->second);
+            setIntervalo(intervalo->first, std::max(intervalo->second, intervalo->first.addSecs(1)));
         avisarSemDados(!intervalo);
     });
 }
