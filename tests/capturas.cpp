@@ -222,6 +222,25 @@ void estados(QWidget &principal) {
     }
 }
 
+void registadores(QWidget &principal) {
+    for (const QString &form : {u"frmGraficoLoggers"_s, u"frmHistogramaLoggers"_s, u"frmListagemObservacoesLogger"_s,
+                                u"frmListagemAlarmesLogger"_s}) {
+        QWidget *w = vista(form, 0, 0);
+        controlo<Grelha>(w, u"grdSensoresAll"_s)->setLinhaActual(4);
+        guardar(&principal, form + u"-painel");
+        confirmar(w);
+        guardar(&principal, form);
+        imprimir(w, form + u"-impressao");
+        if (form == u"frmGraficoLoggers")
+            pontoDe(w, u"frmOpccoesLoggersPontos"_s, form + u"-ponto");
+        fechar(w);
+    }
+    QWidget *w = registoForms().abrir(u"frmListagemLoggers"_s);
+    controlo<QCheckBox>(w, u"chkConcluidas"_s)->click();
+    guardar(&principal, u"frmListagemLoggers"_s);
+    fechar(w);
+}
+
 void menus(QWidget &principal) {
     for (const QString &chave : {u"Graficos"_s, u"Listagens"_s, u"Geral"_s})
         if (auto *menu = principal.findChild<QMenu *>(u"menu"_s + chave); menu && menu->menuAction()->isVisible()) {
@@ -291,7 +310,7 @@ int main(int argc, char *argv[]) {
     const qsizetype lingua = argumentos.indexOf(u"--lingua"_s);
     estado().Lingua = lingua > 0 ? argumentos.value(lingua + 1) : modTraducoes::linguaDasDefinicoes();
     modMain::carregaGlobaisBD();
-    modMain::registarForms();
+    modMain::registarForms(registoForms());
     {
         frmMain principal;
         principal.show();
@@ -302,6 +321,7 @@ int main(int argc, char *argv[]) {
                                                                     {u"outras"_s, outras},
                                                                     {u"sensui"_s, sensUI},
                                                                     {u"estados"_s, estados},
+                                                                    {u"registadores"_s, registadores},
                                                                     {u"manutencao"_s, manutencao}};
         for (const auto &[nome, fazer] : grupos)
             if (so < 0 || argumentos.value(so + 1) == nome)

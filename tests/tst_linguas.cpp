@@ -55,7 +55,7 @@ Textos abrirTudo() {
     estado().ambiente.textoPedido = [&](const QString &seccao, const QString &chave, const QString &omissao) {
         pedidos[{seccao, chave}] = omissao;
     };
-    modMain::registarForms();
+    modMain::registarForms(registoForms());
     frmMain principal;
     utilizador::mostrar(&principal);
     QTimer fecho; // modal forms wait for somebody

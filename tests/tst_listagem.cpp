@@ -138,7 +138,7 @@ private Q_SLOTS:
             transaccao.confirmar();
         }
         ModeloListagem modelo;
-        modelo.abrir(listagens::consulta(membro(u"frmListagemObservacoesMedias"), {{desde, ate}, {u"S1"_s}}));
+        modelo.abrir(listagens::consulta(membro(u"frmListagemObservacoesMedias"), {{desde, ate}, {{u"S1"_s}}}));
         Ligacao captura;
         captura.abrir(instalacao.caminhoBD());
         for (int vez = 0; vez < 3; ++vez) {

@@ -6,6 +6,7 @@
 #include "core/rotina.h"
 #include "devicestate/forms/registar.h"
 #include "logger/forms/registar.h"
+#include "logger/views/forms/registar.h"
 #include "manutencao/registar.h"
 #include "platform/forms/registoForms.h"
 #include "platform/onewire/barramento.h"
@@ -39,11 +40,11 @@ void fecharSessao1Wire() {
 
 namespace modMain {
 
-void registarForms() {
-    RegistoForms &forms = registoForms();
+void registarForms(RegistoForms &forms) {
     registarLogger(forms);
     registarVistas(forms);
     registarEstados(forms);
+    registarVistasDosRegistadores(forms);
     registarManutencao(forms);
 }
 
@@ -52,7 +53,7 @@ std::unique_ptr<frmMain> Main() {
         estado().Lingua = modTraducoes::linguaDasDefinicoes();
         textosDoQt::aplicar(estado().Lingua);
         forcarEventos();
-        registarForms();
+        registarForms(registoForms());
         frmIconCompactarErepararBD().exec();
         forcarEventos();
         auto principal = std::make_unique<frmMain>();

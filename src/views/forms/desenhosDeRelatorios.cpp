@@ -98,6 +98,43 @@ constexpr Celula alarmesSensUI[] = {titulo,
                                     caixa(u"txtEscala", 0.83, 0.17),
                                     peListagem};
 
+// Samples of one mission, which the head of the page names.
+constexpr Celula cabecaDaMissao(QStringView nome, double esquerda) {
+    return {u"Section4", nome, Tipo::Rotulo, esquerda, 0.5, 9, false, Qt::AlignLeft};
+}
+constexpr Celula listagemLogger[] = {titulo,
+                                     descricao,
+                                     cabecaDaMissao(u"lblLoggerID", 0),
+                                     cabecaDaMissao(u"lblNome", 0.5),
+                                     cabecaDaMissao(u"lblMissao", 0),
+                                     cabecaDaMissao(u"lblNMissao", 0.5),
+                                     coluna(u"lblData", 0, 0.22),
+                                     coluna(u"lblMax", 0.22, 0.12),
+                                     coluna(u"lblMin", 0.34, 0.12),
+                                     coluna(u"lblTemperatura", 0.46, 0.12),
+                                     coluna(u"lblDescricao250", 0.58, 0.42),
+                                     caixa(u"txtData", 0, 0.22),
+                                     caixa(u"txtMax", 0.22, 0.12),
+                                     caixa(u"txtMin", 0.34, 0.12),
+                                     caixa(u"txtTemperatura", 0.46, 0.12),
+                                     caixa(u"txtDesc", 0.58, 0.42),
+                                     peListagem};
+constexpr Celula alarmesLogger[] = {titulo,
+                                    descricao,
+                                    cabecaDaMissao(u"lblLoggerID", 0),
+                                    cabecaDaMissao(u"lblNome", 0.5),
+                                    cabecaDaMissao(u"lblMissao", 0),
+                                    cabecaDaMissao(u"lblNMissao", 0.5),
+                                    coluna(u"lblData", 0, 0.3),
+                                    coluna(u"lblMax", 0.3, 0.2),
+                                    coluna(u"lblMin", 0.5, 0.2),
+                                    coluna(u"lblTemperatura", 0.7, 0.3),
+                                    caixa(u"txtData", 0, 0.3),
+                                    caixa(u"txtMax", 0.3, 0.2),
+                                    caixa(u"txtMin", 0.5, 0.2),
+                                    caixa(u"txtTemperatura", 0.7, 0.3),
+                                    peListagem};
+
 constexpr Celula alarmesVerificados[] = {titulo,
                                          {u"Section4", u"lblDispositivos", Tipo::Rotulo, 0, 1, 9, true, Qt::AlignLeft},
                                          descricao,
@@ -127,6 +164,8 @@ constexpr Desenho desenhos[] = {
     {u"DataReportAlarmes", QPageLayout::Portrait, alarmesDeSensores},
     {u"DataReportListagemSensUI", QPageLayout::Portrait, listagemSensUI},
     {u"DataReportAlarmesSensUI", QPageLayout::Portrait, alarmesSensUI},
+    {u"DataReportListagemLogger", QPageLayout::Portrait, listagemLogger},
+    {u"DataReportAlarmesLogger", QPageLayout::Portrait, alarmesLogger},
     {u"DataReportListagemAlarmesMask", QPageLayout::Landscape, alarmesVerificados},
 };
 
