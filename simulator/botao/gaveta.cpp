@@ -139,6 +139,17 @@ std::unique_ptr<Botao> Gaveta::botao(const QString &nome) const {
     return nome.contains(u'/') ? nullptr : Botao::abrir(m_pasta + u'/' + nome + extensao);
 }
 
+void Gaveta::acelerar(double fator, qint64 agora) const {
+    for (const QString &nome : nomes()) {
+        const auto um = botao(nome);
+        if (!um)
+            continue;
+        um->actualizar(agora);
+        um->aceleracao = fator;
+        um->guardar();
+    }
+}
+
 std::unique_ptr<Botao> Gaveta::criar(const QString &nome, const onewire::Rom &rom, const QDateTime &relogio,
                                      qint64 agora) const {
     QDir().mkpath(m_pasta);

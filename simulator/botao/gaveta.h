@@ -51,6 +51,8 @@ public:
     QStringList noLeitor() const;
     bool por(const QStringList &nomes) const; // empty: nothing on the reader
     std::unique_ptr<Botao> botao(const QString &nome) const;
+    // The time of all its buttons goes faster or slower from now on.
+    void acelerar(double fator, qint64 agora) const;
     // A new button as it leaves the factory, its clock set; saved.
     std::unique_ptr<Botao> criar(const QString &nome, const onewire::Rom &rom, const QDateTime &relogio,
                                  qint64 agora) const;
