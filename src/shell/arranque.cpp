@@ -4,6 +4,7 @@
 #include "core/eventos.h"
 #include "core/modTraducoes.h"
 #include "core/rotina.h"
+#include "logger/forms/registarAjuda.h"
 #include "platform/forms/registoForms.h"
 #include "shell/frmIconCompactarErepararBD.h"
 #include "shell/frmMain.h"
@@ -33,6 +34,7 @@ std::unique_ptr<frmMain> Main() {
         estado().Lingua = modTraducoes::linguaDasDefinicoes();
         textosDoQt::aplicar(estado().Lingua);
         forcarEventos();
+        registarAjuda(registoForms());
         registarVistas(registoForms());
         frmIconCompactarErepararBD().exec();
         forcarEventos();
