@@ -82,6 +82,8 @@ void frmAjuda::criarControlos() {
         (*caixa)->setReadOnly(true);
     }
     m_dispositivos = new QComboBox;
+    m_dispositivos->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    m_dispositivos->setMinimumContentsLength(20); // a whole number
     linha(0, m_tipo, u"txtTipoPorta"_s, u"lblTipoDispositivo.Caption"_s, u"Tipo de Dispositivo:"_s);
     linha(1, m_numero, u"txtNPorta"_s, u"lblNumeroDaPorta.Caption"_s, u"Número da porta:"_s);
     linha(2, m_adaptador, u"txtAdaptador"_s, u"lblAdaptador.Caption"_s, u"Adaptador:"_s);
