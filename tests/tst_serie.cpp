@@ -339,6 +339,7 @@ private Q_SLOTS:
         adaptador.start(QStringLiteral(KELVARK_ADAPTADOR), {u"--gaveta"_s, gaveta, u"--aceleracao"_s, u"600"_s});
         QVERIFY(adaptador.waitForReadyRead(10'000));
         Mesa::caminho(QString::fromUtf8(adaptador.readLine()).trimmed());
+        QCOMPARE(correr({}), 2); // a second one on the same drawer
         DS1921 controlo;
         controlo.PortaTipo = 5;
         controlo.PortaNumero = 1;
@@ -357,8 +358,11 @@ private Q_SLOTS:
         QVERIFY(botao->chip.contador() >= amostras.size());
         for (size_t i = 0; i < amostras.size(); ++i)
             QCOMPARE(simulador::grausDe(Variante::H, botao->chip.ler(0x1000 + int(i))), amostras[i].Temperatura);
+        const simulador::Gaveta restante(gaveta);
+        restante.criar(u"chip"_s, simulador::fazerRom(0x81, 5, 0), QDateTime::currentDateTimeUtc(), 0);
+        restante.por({u"cais"_s, u"chip"_s});
         QCOMPARE(correr({u"--tirar"_s}), 0);
-        QVERIFY(simulador::Gaveta(gaveta).noLeitor().isEmpty());
+        QCOMPARE(restante.noLeitor(), QStringList{u"chip"_s}); // it belongs to the reader
     }
 };
 

@@ -1,4 +1,5 @@
 #include "core/literais.h"
+#include "platform/onewire/trinco.h"
 #include "simulator/botao/pty.h"
 
 #include <QCommandLineParser>
@@ -21,7 +22,7 @@ struct Opcoes {
     QCommandLineOption gaveta{u"gaveta"_s, u"pasta dos botões"_s, u"PASTA"_s};
     QCommandLineOption por{u"por"_s, u"põe no leitor este botão em vez do que lá está; vários com vírgulas"_s,
                            u"NOME"_s};
-    QCommandLineOption tirar{u"tirar"_s, u"deixa o leitor vazio"_s};
+    QCommandLineOption tirar{u"tirar"_s, u"deixa o leitor sem botão"_s};
     QCommandLineOption lista{u"lista"_s, u"diz o que há na gaveta"_s};
     QCommandLineOption criar{u"criar"_s, u"faz um botão novo"_s, u"NOME"_s};
     QCommandLineOption tipo{u"tipo"_s, u"do botão novo: G, H ou Z"_s, u"TIPO"_s, u"G"_s};
@@ -78,6 +79,10 @@ void listar(const Gaveta &gaveta, QTextStream &saida) {
 }
 
 int servir(const Gaveta &gaveta, const DefeitosBotao &defeitos, const QString &ligacao, QTextStream &saida) {
+    // The buttons' files have one writer: this program, or another that reads the drawer by itself.
+    const onewire::Trinco trinco(gaveta.pasta());
+    if (!trinco.preso())
+        return 3;
     Linha linha(gaveta);
     linha.defeitos = defeitos;
     Adaptador2480 adaptador(linha);
@@ -115,8 +120,8 @@ int main(int argc, char **argv) {
         erros << texto << u'\n';
         return 2;
     };
-    if (!linha.isSet(o.gaveta))
-        return falhar(u"Falta --gaveta."_s);
+    if (!linha.isSet(o.gaveta) || !linha.positionalArguments().isEmpty())
+        return falhar(u"Falta --gaveta, ou há um argumento a mais."_s);
     const Gaveta gaveta(linha.value(o.gaveta));
 
     bool feito = false;
@@ -130,6 +135,9 @@ int main(int argc, char **argv) {
         const double n = linha.value(o.aceleracao).toDouble(&lido);
         if (!lido || !(n >= 0) || n > 1e6)
             return falhar(u"\"%1\" não serve para --aceleracao."_s.arg(linha.value(o.aceleracao)));
+        const onewire::Trinco trinco(gaveta.pasta());
+        if (!trinco.preso())
+            return falhar(u"A gaveta está a ser usada por outro programa."_s);
         gaveta.acelerar(n, milissegundosAgora());
     }
     if (linha.isSet(o.por) || linha.isSet(o.tirar)) {
@@ -137,7 +145,7 @@ int main(int argc, char **argv) {
         for (const QString &nome : nomes)
             if (!gaveta.botao(nome))
                 return falhar(u"Não há o botão \"%1\"."_s.arg(nome));
-        if (!gaveta.por(nomes))
+        if (!gaveta.trocar(nomes))
             return falhar(u"Não é possível escrever na gaveta."_s);
         feito = true;
     }
@@ -153,5 +161,8 @@ int main(int argc, char **argv) {
             return falhar(u"\"%1\" não é um defeito."_s.arg(texto));
     for (int sinal : {SIGINT, SIGTERM})
         std::signal(sinal, [](int) { parar = true; });
-    return servir(gaveta, defeitos, linha.value(o.ligacao), saida);
+    const int codigo = servir(gaveta, defeitos, linha.value(o.ligacao), saida);
+    if (codigo == 3)
+        return falhar(u"A gaveta está a ser usada por outro programa."_s);
+    return codigo;
 }
