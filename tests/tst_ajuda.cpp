@@ -3,6 +3,7 @@
 #include "logger/modPesquisa1Wire.h"
 #include "platform/forms/registoForms.h"
 #include "platform/onewire/portos.h"
+#include "shell/frmMain.h"
 #include "tests/apoio/botaoDeTeste.h"
 #include "tests/apoio/instalacao.h"
 #include "tests/apoio/widgets.h"
@@ -189,6 +190,26 @@ private Q_SLOTS:
         QCOMPARE(Mesa::guardado(u"PortNum"_s), u"4"_s); // nothing was learnt, nothing is forgotten
         QVERIFY(form->isEnabled());
         delete form;
+    }
+
+    // From the menu, with the main window closed to the user for the length of the search.
+    void pelaJanelaPrincipal() {
+        Mesa m;
+        m.porNoLeitor({BotaoDeTeste::rom(simulador::Variante::G)});
+        registarAjuda(registoForms());
+        frmMain principal;
+        utilizador::mostrar(&principal);
+        utilizador::accao(&principal, u"Ajuda"_s);
+        QWidget *form = utilizador::form(u"frmAjuda"_s);
+        QVERIFY(form && principal.isAncestorOf(form));
+        bool fechada = false;
+        m.aoTentar = [&] { fechada = !principal.isEnabled(); };
+        utilizador::clicar(form, u"cmd1WirePesquisarAuto"_s);
+        QVERIFY(fechada && principal.isEnabled() && form->isEnabled());
+        QCOMPARE(caixa(form, u"txtNPorta"_s), u"3"_s);
+        const QPointer<QWidget> vivo = form;
+        utilizador::clicar(form, u"cmd1Wire"_s);
+        QTRY_VERIFY(!vivo);
     }
 
     // Closed in the middle of a search: nothing is saved, nothing is reported.
