@@ -6,6 +6,7 @@
 #include "core/rotina.h"
 #include "devicestate/forms/registar.h"
 #include "logger/forms/registar.h"
+#include "logger/forms/registarAjuda.h"
 #include "logger/views/forms/registar.h"
 #include "manutencao/registar.h"
 #include "platform/forms/registoForms.h"
@@ -42,6 +43,7 @@ namespace modMain {
 
 void registarForms(RegistoForms &forms) {
     registarLogger(forms);
+    registarAjuda(forms);
     registarVistas(forms);
     registarEstados(forms);
     registarVistasDosRegistadores(forms);
