@@ -23,6 +23,8 @@ struct Estado {
     qint16 CharsetForms = 0;
     QString VersaoApp;
     qint16 ObjectivoPassWord = 0;
+    QString EnderecoTerminal; // where the terminal begins
+    QString PortaTerminal;
 
     QString PastaPrograma; // no trailing separator
     QString NomePrograma = u"Vistrel"_s;

@@ -5,6 +5,8 @@
 #include "core/modTraducoes.h"
 #include "core/rotina.h"
 #include "platform/forms/registoForms.h"
+#include "platform/unit/rede.h"
+#include "poseidon/forms/registar.h"
 #include "shell/frmIconCompactarErepararBD.h"
 #include "shell/frmMain.h"
 #include "shell/textosDoQt.h"
@@ -34,6 +36,8 @@ std::unique_ptr<frmMain> Main() {
         textosDoQt::aplicar(estado().Lingua);
         forcarEventos();
         registarVistas(registoForms());
+        registarPoseidon(registoForms());
+        rede::instalar();
         frmIconCompactarErepararBD().exec();
         forcarEventos();
         auto principal = std::make_unique<frmMain>();
