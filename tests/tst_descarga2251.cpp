@@ -147,7 +147,7 @@ void tst_descarga2251::doPrincipioAoFim() {
     QVERIFY(quantas(u"Humidade"_s, a->endereco()) > 500);
     QVERIFY(quantas(u"SensUI_Leituras"_s, a->endereco()) > 500);
     QVERIFY(qAbs(quantas(u"Medias"_s, a->endereco()) - quantas(u"Temperaturas"_s, a->endereco()) / 4) < 8);
-    QCOMPARE(m_instalacao->linha(u"SELECT Mac, Modelo, ApagarLog, NLeiturasM FROM Poseidons"_s),
+    QCOMPARE(m_instalacao->linha(u"SELECT Mac, CAST(Modelo AS INTEGER), ApagarLog, NLeiturasM FROM Poseidons"_s),
              QVariantList({a->definicao().mac, u"4"_s, u"0"_s, u"4"_s}));
 
     QCOMPARE(ficheirosBrutos().size(), 1);
@@ -326,20 +326,19 @@ void tst_descarga2251::nadaReunidoNaoApaga() {
     simulador::Definicao d = definicao(mau);
     d.canais = {{u"101"_s, u"Solto"_s, u"C"_s, 0, 0, 0, 0, false}};
     d.intervalo = 60;
-    d.registos = 7; // readings of a loose sensor only
-    d.agora = [] { return QDateTime(QDate(2024, 3, 15), QTime(10, 20, 30), Qt::UTC); };
+    d.registos = 3;
+    // Records of inputs or outputs would give rows: some minutes have none.
+    d.agora = [] { return estado().ambiente.agora().addSecs(-60 * 3); };
     const auto u = ligarUnidade(d);
-    bool outros = false; // records of inputs or outputs would give rows
     for (const QString &linha : memoria(*u))
-        outros = outros || linha.contains(u";3;3;") || linha.contains(u";4;2;");
-    QVERIFY(!outros);
+        QVERIFY2(linha.endsWith(u";101;-9999"), qPrintable(linha));
     Lista lista;
     juntar(lista, *u, true);
     Descarga2251 descarga(lista);
     QVERIFY(correr(descarga));
     QCOMPARE(descarga.resultado(1)->Estado, 1);
     QVERIFY(descarga.resultado(1)->Pormenor.contains(u"não foi apagada"));
-    QCOMPARE(u->registo().quantos(), 7);
+    QCOMPARE(u->registo().quantos(), 3);
 }
 
 void tst_descarga2251::duasVezesAsMesmasLinhas() {

@@ -75,16 +75,15 @@ struct Janela {
         tecla(grelha(), Qt::Key_F2);
         utilizador::escrever(form, u"txtEdit"_s, texto);
         tecla(controlo<QLineEdit>(form, u"txtEdit"_s), fim);
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QTest::qWait(10); // the editor goes by events
     }
     void menu(int linha, const QString &entrada) const {
         irPara(linha, Coluna::IP);
-        QContextMenuEvent pedido(QContextMenuEvent::Keyboard, QPoint(1, 1));
+        QContextMenuEvent pedido(QContextMenuEvent::Keyboard, QPoint(1, 1), QPoint(1, 1));
         QApplication::sendEvent(grelha()->viewport(), &pedido);
-        auto *m = controlo<QMenu>(form, u"mnuDispositivo"_s);
+        const QPointer<QMenu> m = controlo<QMenu>(form, u"mnuDispositivo"_s);
         qobject_cast<QAction *>(utilizador::procurar(form, entrada))->trigger();
-        m->close();
-        QCoreApplication::sendPostedEvents(m, QEvent::DeferredDelete);
+        delete m.data();
     }
     QString info() const {
         auto *l = controlo<QLabel>(form, u"lblInfoDesc"_s);

@@ -309,14 +309,16 @@ void frmDescarregar2251::mostrarInfo(const QString &oque, const QString &pormeno
         cores.setColor(QPalette::WindowText, escuro ? QColor(255, 128, 118) : QColor(190, 30, 20));
     m_lblInfoDesc->setPalette(cores);
     m_lblInfoDesc->setText(oque);
-    m_lblInfoDesc->setToolTip(pormenor);
-    m_lblInfo->show();
-    m_lblInfoDesc->show();
+    m_lblInfoDesc->setToolTip(oque);
+    m_lblPormenor->setText(pormenor);
+    m_lblPormenor->setToolTip(pormenor);
+    for (QLabel *l : {m_lblInfo, m_lblInfoDesc, m_lblPormenor})
+        l->show();
 }
 
 void frmDescarregar2251::esconderInfo() {
-    m_lblInfo->hide();
-    m_lblInfoDesc->hide();
+    for (QLabel *l : {m_lblInfo, m_lblInfoDesc, m_lblPormenor})
+        l->hide();
 }
 
 void frmDescarregar2251::ActDesactMediasEApagarLog(bool activar) {

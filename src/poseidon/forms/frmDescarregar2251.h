@@ -37,7 +37,7 @@ private:
     QLabel *criarEtiqueta(const QString &nome, const QString &texto, QWidget *parceiro = nullptr);
     QBoxLayout *montarTopo();
     QBoxLayout *montarOpcoes();
-    QBoxLayout *montarInfo();
+    QLayout *montarInfo();
     void ligarLogica();
 
     // Search and remote units
@@ -87,7 +87,7 @@ private:
     QLineEdit *m_txtTexto = nullptr, *m_txtNMedias = nullptr;
     QLabel *m_imgPesquisa = nullptr, *m_imgConnect = nullptr;
     QLabel *m_lblNLeituras = nullptr, *m_lblMedias = nullptr, *m_lblClearMemory = nullptr;
-    QLabel *m_lblInfo = nullptr, *m_lblInfoDesc = nullptr;
+    QLabel *m_lblInfo = nullptr, *m_lblInfoDesc = nullptr, *m_lblPormenor = nullptr;
     QCheckBox *m_chkClearMemory = nullptr;
     QProgressBar *m_ProgressBar = nullptr;
     QTimer m_TimerProgressBar, m_TimerFim;

@@ -4,10 +4,12 @@
 #include "poseidon/forms/frmDescarregar2251.h"
 
 #include <QCheckBox>
+#include <QGridLayout>
 #include <QHBoxLayout>
 #include <QIntValidator>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPainter>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -23,8 +25,22 @@ QString texto(const QString &chave, const QString &omissao) {
     return modTraducoes::texto(u"frmDescarregar2251"_s, chave, omissao);
 }
 
+// Keeps its colours while the window is disabled, which is when it is seen.
+class Luz : public QLabel {
+public:
+    using QLabel::QLabel;
+
+protected:
+    void paintEvent(QPaintEvent *) override {
+        QPainter pintor(this);
+        const QPixmap imagem = pixmap();
+        const QSizeF tamanho = imagem.deviceIndependentSize();
+        pintor.drawPixmap(QPointF((width() - tamanho.width()) / 2, (height() - tamanho.height()) / 2), imagem);
+    }
+};
+
 QLabel *criarImagem(const QString &nome, QWidget *pai) {
-    auto *imagem = new QLabel(pai);
+    auto *imagem = new Luz(pai);
     imagem->setObjectName(nome);
     const int lado = imagem->fontMetrics().height() + 2;
     imagem->setFixedSize(lado, lado);
@@ -53,7 +69,7 @@ frmDescarregar2251::frmDescarregar2251(QWidget *pai)
     disposicao->addWidget(m_grelha, 1);
     disposicao->addLayout(montarInfo());
     disposicao->addLayout(montarOpcoes());
-    resize(sizeHint().expandedTo(QSize(980, 480)));
+    resize(sizeHint().expandedTo(QSize(1060, 480)));
 
     m_TimerProgressBar.setInterval(intervaloDaBarra);
     connect(&m_TimerProgressBar, &QTimer::timeout, this, [this] {
@@ -115,12 +131,10 @@ QBoxLayout *frmDescarregar2251::montarTopo() {
     return topo;
 }
 
-QBoxLayout *frmDescarregar2251::montarInfo() {
+QLayout *frmDescarregar2251::montarInfo() {
     m_lblInfo = criarEtiqueta(u"lblInfo"_s, texto(u"lblInfo.Caption"_s, u"Info:"_s));
     m_lblInfoDesc = criarEtiqueta(u"lblInfoDesc"_s, {});
     m_lblInfoDesc->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    m_lblInfoDesc->setWordWrap(true);
-    m_lblInfoDesc->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     m_ProgressBar = new QProgressBar(this);
     m_ProgressBar->setObjectName(u"ProgressBar"_s);
     m_ProgressBar->setRange(0, maximoDaBarra);
@@ -128,14 +142,26 @@ QBoxLayout *frmDescarregar2251::montarInfo() {
     m_ProgressBar->setFixedHeight(fontMetrics().height() / 2 + 2);
     m_ProgressBar->setFixedWidth(fontMetrics().averageCharWidth() * 30);
     m_ProgressBar->setAccessibleName(windowTitle());
+    QPalette cores = m_ProgressBar->palette();
+    cores.setColor(QPalette::Disabled, QPalette::Highlight, cores.color(QPalette::Active, QPalette::Highlight));
+    m_ProgressBar->setPalette(cores);
     m_ProgressBar->hide();
 
-    auto *info = new QHBoxLayout;
-    info->addWidget(m_lblInfo, 0, Qt::AlignTop);
-    info->addWidget(m_lblInfoDesc, 1, Qt::AlignTop);
-    info->addWidget(m_ProgressBar);
-    // Two lines are kept free, so that the list does not jump when a row has something to say.
-    info->addStrut(2 * fontMetrics().lineSpacing() + 2);
+    m_lblPormenor = criarEtiqueta(u"lblPormenor"_s, {});
+    m_lblPormenor->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    m_lblPormenor->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    m_lblInfoDesc->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+
+    auto *info = new QGridLayout;
+    info->setVerticalSpacing(1);
+    info->addWidget(m_lblInfo, 0, 0);
+    info->addWidget(m_lblInfoDesc, 0, 1);
+    info->addWidget(m_lblPormenor, 1, 1);
+    info->addWidget(m_ProgressBar, 0, 2, Qt::AlignVCenter);
+    info->setColumnStretch(1, 1);
+    // Both lines keep their room, so that the list does not jump when a row has something to say.
+    info->setRowMinimumHeight(0, fontMetrics().lineSpacing() + 2);
+    info->setRowMinimumHeight(1, fontMetrics().lineSpacing() + 2);
     return info;
 }
 

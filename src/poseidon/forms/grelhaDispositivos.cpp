@@ -32,7 +32,7 @@ constexpr Titulo titulos[] = {
     {Coluna::ACT, u"", u"", u"", true}, // nothing is ever in it
     {Coluna::NLEITURAS, u"colMedias.Caption", u"Médias", u"9999"},
     {Coluna::BLNERASELOG, u"colApagar.Caption", u"Apagar", u""},
-    {Coluna::DSTAT, u"colEstado.Caption", u"Estado", u"Data/Hora não sincronizada"},
+    {Coluna::DSTAT, u"colEstado.Caption", u"Estado", u"Em espera"},
 };
 
 constexpr QRgb corDeAlterada = qRgb(255, 0, 0);
@@ -247,7 +247,8 @@ void GrelhaDispositivos::keyPressEvent(QKeyEvent *evento) {
         return;
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        if (linha > 0 && ModeloDispositivos::editavel(currentIndex().column()))
+        // The one that ends an edit comes here as well.
+        if (linha > 0 && state() != EditingState && ModeloDispositivos::editavel(currentIndex().column()))
             edit(currentIndex());
         return;
     case Qt::Key_Home:
