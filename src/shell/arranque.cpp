@@ -12,6 +12,8 @@
 #include "platform/forms/registoForms.h"
 #include "platform/onewire/barramento.h"
 #include "platform/onewire/tmex.h"
+#include "platform/unit/rede.h"
+#include "poseidon/forms/registar.h"
 #include "shell/frmIconCompactarErepararBD.h"
 #include "shell/frmMain.h"
 #include "shell/textosDoQt.h"
@@ -47,6 +49,7 @@ void registarForms(RegistoForms &forms) {
     registarVistas(forms);
     registarEstados(forms);
     registarVistasDosRegistadores(forms);
+    registarPoseidon(forms);
     registarManutencao(forms);
 }
 
@@ -56,6 +59,7 @@ std::unique_ptr<frmMain> Main() {
         textosDoQt::aplicar(estado().Lingua);
         forcarEventos();
         registarForms(registoForms());
+        rede::instalar();
         frmIconCompactarErepararBD().exec();
         forcarEventos();
         auto principal = std::make_unique<frmMain>();
