@@ -24,6 +24,8 @@ namespace {
 
 const QString seccaoDoGrafico = u"frmGraficoHistograma1921"_s;
 constexpr int margem = 10;
+constexpr int alturaDoProgresso = 4;
+constexpr QSize tamanhoInicial(780, 520);
 
 lugar::Regra regraDoLugar() {
     return {u"frmDS1921"_s, u"Kelvark"_s, 0, 0}; // the capture service keeps it in its own file
@@ -53,7 +55,7 @@ void frmDS1921::Form_Load() {
     m_progresso = new QProgressBar;
     m_progresso->setObjectName(u"ProgressBar1"_s);
     m_progresso->setTextVisible(false);
-    m_progresso->setMaximumHeight(margem);
+    m_progresso->setFixedHeight(alturaDoProgresso);
     QSizePolicy politica = m_progresso->sizePolicy();
     politica.setRetainSizeWhenHidden(true);
     m_progresso->setSizePolicy(politica);
@@ -67,6 +69,7 @@ void frmDS1921::Form_Load() {
         permitirAba(aba, false);
     mostrarAba(Estado);
     m_cmdLer->setFocus();
+    resize(sizeHint());
     connect(new QShortcut(QKeySequence::NextChild, this), &QShortcut::activated, this, [this] { trocarDeAba(1); });
     connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_PageDown), this), &QShortcut::activated, this,
             [this] { trocarDeAba(1); });
@@ -77,8 +80,8 @@ void frmDS1921::Form_Load() {
 // Which logger and which mission, whatever tab is shown.
 QWidget *frmDS1921::criarCabecalho() {
     auto *cabecalho = new QWidget;
-    m_lblDescricaoRegistador = pecas1921::etiqueta(u"lblDescricaoRegistador"_s, {});
-    m_lblMissao = pecas1921::etiqueta(u"lblMissao"_s, {});
+    m_lblDescricaoRegistador = new pecas1921::EtiquetaCurta(u"lblDescricaoRegistador"_s);
+    m_lblMissao = new pecas1921::EtiquetaCurta(u"lblMissao"_s);
     m_lblNumeroMissoes = new pecas1921::EtiquetaClicavel;
     m_lblNumeroMissoes->setObjectName(u"lblNumeroMissoes"_s);
     m_lblNumeroMissoes->setTextFormat(Qt::PlainText);
@@ -86,14 +89,15 @@ QWidget *frmDS1921::criarCabecalho() {
     forte.setBold(true);
     for (QLabel *l : {m_lblDescricaoRegistador, m_lblMissao, static_cast<QLabel *>(m_lblNumeroMissoes)})
         l->setFont(forte);
-    for (QLabel *l : {m_lblDescricaoRegistador, m_lblMissao})
-        l->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     // Never seen: the maintenance word is typed into it.
     m_txtPass = new QLineEdit;
     m_txtPass->setObjectName(u"txtPass"_s);
     m_txtPass->setEchoMode(QLineEdit::NoEcho);
     m_txtPass->setFrame(false);
     m_txtPass->setFixedSize(1, 1);
+    QPalette invisivel = m_txtPass->palette();
+    invisivel.setColor(QPalette::Base, Qt::transparent);
+    m_txtPass->setPalette(invisivel);
     m_txtPass->setFocusPolicy(Qt::NoFocus);
     connect(m_lblNumeroMissoes, &pecas1921::EtiquetaClicavel::Click, this, &frmDS1921::lblNumeroMissoes_Click);
     connect(m_txtPass, &QLineEdit::textEdited, this, &frmDS1921::txtPass_Change);
@@ -146,7 +150,7 @@ QWidget *frmDS1921::criarResultados() {
     m_grdAlarmes = grelha(u"grdAlarmes"_s, alarmes->title(), {texto1921(u"ALARM"_s, u"Início <> Fim"_s)});
     const int letra = fontMetrics().averageCharWidth();
     m_grdTemps->setColumnWidth(0, 8 * letra);
-    m_grdTemps->setColumnWidth(1, 26 * letra);
+    m_grdTemps->setColumnWidth(1, 24 * letra);
     m_cmdGrafico = pecas1921::botao(u"cmdGrafico"_s, texto1921(u"cmdGrafico.Caption"_s, u"Gráfico"_s));
     m_cmdGrafico->setEnabled(false);
     connect(m_cmdGrafico, &QPushButton::clicked, this, [this] { mostrarAba(Grafico); });
@@ -158,8 +162,8 @@ QWidget *frmDS1921::criarResultados() {
     lado->addWidget(m_cmdGrafico, 0, Qt::AlignRight);
     auto *linha = new QHBoxLayout(frame);
     linha->setContentsMargins(0, margem, 0, 0);
-    linha->addWidget(amostras, 1);
-    linha->addLayout(lado, 1);
+    linha->addWidget(amostras, 6);
+    linha->addLayout(lado, 5);
     return frame;
 }
 
@@ -240,11 +244,11 @@ void frmDS1921::verificar(const Vigia &vigia) const {
 std::function<void()> frmDS1921::passagem(Genero genero) {
     return [this, genero, vigia = Vigia(this)] {
         vigia.passar();
-        // Half a record is worse than an old one.
-        if (genero == Genero::Escrita)
-            cancelavel(false);
-        else
+        // Half a record is worse than an old one: once the session is open, what is begun is finished.
+        if (genero != Genero::Escrita)
             verificar(vigia);
+        else if (onewire::barramento().sessao != 0)
+            cancelavel(false);
     };
 }
 
@@ -284,6 +288,10 @@ void frmDS1921::criticar(const QString &texto) {
 void frmDS1921::cancelavel(bool sim) {
     if (m_espera && m_espera->janela())
         m_espera->janela()->setCancelavel(sim);
+}
+
+QSize frmDS1921::sizeHint() const {
+    return tamanhoInicial.expandedTo(QWidget::sizeHint());
 }
 
 void frmDS1921::showEvent(QShowEvent *evento) {

@@ -122,20 +122,20 @@ QWidget *frmDS1921::criarPasso1() {
         descricao->setMaxLength(registoDS1921::maximoDeDescricao);
         descricao->setMinimumWidth(36 * fontMetrics().averageCharWidth());
     }
-    QFormLayout *relogios = p.campos();
-    relogios->addRow(pecas1921::etiqueta(u"lblDataHora"_s,
-                                         texto1921(u"lblDataHora.Caption"_s, u"Data/Hora actual do Registador :"_s)),
-                     m_lblDataHoraLogger);
-    relogios->addRow(
+    QFormLayout *campos = p.campos();
+    campos->addRow(pecas1921::etiqueta(u"lblDataHora"_s,
+                                       texto1921(u"lblDataHora.Caption"_s, u"Data/Hora actual do Registador :"_s)),
+                   m_lblDataHoraLogger);
+    campos->addRow(
         pecas1921::etiqueta(u"lblDataHora2"_s, texto1921(u"lblDataHora2.Caption"_s, u"Data/Hora actual do PC :"_s)),
         m_lblDataHoraPC);
-    QFormLayout *nomes = p.campos();
-    nomes->addRow(pecas1921::etiqueta(u"lblDesR"_s, texto1921(u"lblDesR.Caption"_s, u"Descrição do Registador :"_s),
-                                      m_txtDescricaoRegistador),
-                  m_txtDescricaoRegistador);
-    nomes->addRow(pecas1921::etiqueta(u"lblDescM"_s, texto1921(u"lblDescM.Caption"_s, u"Descrição da missão:"_s),
-                                      m_txtDescricaoMissao),
-                  m_txtDescricaoMissao);
+    campos->addRow(new QWidget);
+    campos->addRow(pecas1921::etiqueta(u"lblDesR"_s, texto1921(u"lblDesR.Caption"_s, u"Descrição do Registador :"_s),
+                                       m_txtDescricaoRegistador),
+                   m_txtDescricaoRegistador);
+    campos->addRow(pecas1921::etiqueta(u"lblDescM"_s, texto1921(u"lblDescM.Caption"_s, u"Descrição da missão:"_s),
+                                       m_txtDescricaoMissao),
+                   m_txtDescricaoMissao);
     return p.acabar();
 }
 

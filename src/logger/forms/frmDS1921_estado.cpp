@@ -12,6 +12,8 @@
 namespace {
 
 constexpr int margem = 10;
+constexpr int deUmaData = 18; // characters
+constexpr int deUmNumero = 8;
 constexpr int piscadelas = 40;
 constexpr int intervaloPiscar = 200;
 const QString palavraDeFormatar = u"QUINTAL"_s;
@@ -54,8 +56,8 @@ QWidget *frmDS1921::criarEstado() {
     return frame;
 }
 
-QLineEdit *frmDS1921::caixaDoEstado(const QString &nome, QString CaixasDS1921::*campo) {
-    QLineEdit *caixa = pecas1921::caixa(nome);
+QLineEdit *frmDS1921::caixaDoEstado(const QString &nome, QString CaixasDS1921::*campo, int caracteres) {
+    QLineEdit *caixa = pecas1921::caixa(nome, caracteres);
     m_caixas.emplace_back(caixa, campo);
     return caixa;
 }
@@ -64,7 +66,7 @@ QWidget *frmDS1921::criarEstadoDaMissao() {
     using C = CaixasDS1921;
     auto *grupo = pecas1921::grupo(u"ReyFrameEM"_s, texto1921(u"ReyFrameEM.Caption"_s, u"Estado da Missão"_s));
     QGridLayout *g = duasColunas(grupo);
-    const auto caixa = [this](const QString &nome, QString C::*campo) { return caixaDoEstado(nome, campo); };
+    const auto caixa = [this](const QString &nome, QString C::*campo) { return caixaDoEstado(nome, campo, deUmaData); };
     juntar(g, 0, 0,
            {u"lblEstMissao"_s, texto1921(u"lblEstMissao.Caption"_s, u"Estado da missão:"_s),
             caixa(u"txtEstadoMissao"_s, &C::txtEstadoMissao)});
@@ -106,20 +108,20 @@ QWidget *frmDS1921::criarTemperaturasERelogio() {
     t->setHorizontalSpacing(margem);
     juntar(t, 0, 0,
            {u"lblLimMaxES"_s, texto1921(u"lblLimMaxES.Caption"_s, u"Limite Máximo (°C):"_s),
-            caixaDoEstado(u"txtLimiteMaximo"_s, &C::txtLimiteMaximo)});
+            caixaDoEstado(u"txtLimiteMaximo"_s, &C::txtLimiteMaximo, deUmNumero)});
     juntar(t, 1, 0,
            {u"lblLimMinES"_s, texto1921(u"lblLimMinES.Caption"_s, u"Limite Mínimo (°C):"_s),
-            caixaDoEstado(u"txtLimiteMinimo"_s, &C::txtLimiteMinimo)});
+            caixaDoEstado(u"txtLimiteMinimo"_s, &C::txtLimiteMinimo, deUmNumero)});
     juntar(t, 2, 0,
            {u"lblAcertoTemp"_s, texto1921(u"lblAcertoTemp.Caption"_s, u"Calibração (°C):"_s),
-            caixaDoEstado(u"txtAcertoTemp"_s, &C::txtAcertoTemp)});
+            caixaDoEstado(u"txtAcertoTemp"_s, &C::txtAcertoTemp, deUmNumero)});
     auto *relogio =
         pecas1921::grupo(u"ReyFrameRelTR"_s, texto1921(u"ReyFrameRelTR.Caption"_s, u"Relógio Tempo-Real"_s));
     auto *r = new QGridLayout(relogio);
     r->setHorizontalSpacing(margem);
     juntar(r, 0, 0,
            {u"lblDatHora"_s, texto1921(u"lblDatHora.Caption"_s, u"Data/Hora :"_s),
-            caixaDoEstado(u"txtDataHoraTempoReal"_s, &C::txtDataHoraTempoReal)});
+            caixaDoEstado(u"txtDataHoraTempoReal"_s, &C::txtDataHoraTempoReal, deUmaData)});
     r->setRowStretch(1, 1);
     auto *linha = new QHBoxLayout(par);
     linha->setContentsMargins(0, 0, 0, 0);
