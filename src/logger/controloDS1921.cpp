@@ -142,12 +142,13 @@ bool ControloDS1921::ActualizarIbutton(const Programa &p, const std::function<vo
     bool escrito = false;
     {
         const SessaoTMEX sessao(m_porto, passar);
-        escrito = sessao.preparar() && m_memoria.EscrevePaginasMemoria(sessao.numero(), FamiliaDS1921, LinhasMemoria);
+        escrito =
+            sessao.preparar() && m_memoria.EscrevePaginasMemoria(sessao.numero(), FamiliaDS1921, LinhasMemoria, ROMID);
     }
     if (escrito)
         Calibracao = registoDS1921::valorDeCalibracao(p.calibracao);
     const bool presente = controlo.ActualizarEstado() == 1;
-    // A button that was changed meanwhile holds another one's record, or would get another one's mission.
+    // A button that was changed meanwhile would get another one's mission.
     if (escrito && presente && controlo.ROMID == ROMID) {
         controlo.IntervaloAmostra = qint16(p.intervalo);
         controlo.CicloContinuo = p.cicloContinuo;

@@ -159,8 +159,11 @@ void frmDS1921::acabarLeitura(bool comDados) {
 void frmDS1921::DownloadLog() {
     Ocupado = true;
     const bool terminou = m_logica->missaoTerminou();
+    const Vigia vigia(this);
     const std::vector<ControloDS1921::Linha> linhas = m_logica->DownloadLog();
+    vigia.passar();
     mostrarAmostras(linhas);
+    vigia.passar();
     LeiturasGrafico = linhas;
     CarregarDados();
     Ocupado = false;
