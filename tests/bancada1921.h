@@ -85,6 +85,14 @@ struct Bancada {
         clicar("cmdConcluir");
     }
     void programar() const { programar(Programa{}); }
+    // A mission with eleven samples that were downloaded.
+    void comMissao() {
+        programar();
+        andar(101);
+        clicar("cmdLerDados");
+        if (linhasGuardadas() != 11)
+            utilizador::desistir(u"no mission"_s);
+    }
 
     QVariant um(const QString &sql) const { return instalacao.linha(sql).value(0); }
     int linhasGuardadas() const { return um(u"SELECT COUNT(*) FROM DS1921"_s).toInt(); }

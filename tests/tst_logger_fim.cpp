@@ -1,9 +1,7 @@
 #include "logger/memoriaDS1921.h"
-#include "platform/onewire/barramento.h"
 #include "tests/bancada1921.h"
 
 #include <QDialog>
-#include <QElapsedTimer>
 #include <QTimer>
 
 namespace {
@@ -29,62 +27,9 @@ struct SenhaFalsa {
     int objectivo = 0;
 };
 
-// Does something when the bus is opened for the nth time from now on.
-struct NoMeio {
-    NoMeio(int vezes, std::function<void()> faz) : anterior(onewire::barramento().abrir) {
-        onewire::barramento().abrir = [this, vezes, faz = std::move(faz)](qint16 porto, qint16 tipo) {
-            if (++aberturas == vezes)
-                faz();
-            return anterior(porto, tipo);
-        };
-    }
-    ~NoMeio() { onewire::barramento().abrir = anterior; }
-    NoMeio(const NoMeio &) = delete;
-    NoMeio &operator=(const NoMeio &) = delete;
-
-    onewire::Barramento::Fabrica anterior;
-    int aberturas = 0;
-};
-
-// For faults that strike at any byte: whatever is said is noted, every question is answered with no.
-struct Tolerante : Dialogos, Apresentador {
-    Tolerante() {
-        estado().ambiente.dialogos = this;
-        estado().ambiente.apresentador = this;
-    }
-    void mensagem(const QString &texto, Estilo) override { ditos.append(texto); }
-    bool pergunta(const QString &texto) override {
-        ditos.append(texto);
-        return false;
-    }
-    QString abrirFicheiro(const QString &, const QString &) override { return {}; }
-    QString gravarFicheiro(const QString &, const QString &, const QString &) override { return {}; }
-    QString escolherPasta(const QString &) override { return {}; }
-    bool FormEstaActivo(const QString &) override { return false; }
-    void carregarErro(const QString &mensagem) override { ditos.append(mensagem); }
-    bool mostrarErro() override { return true; }
-    void destacarErro(const QString &) override {}
-    void ampulheta(bool) override {}
-    QStringList ditos;
-};
-
-void nomear(const Bancada &b) {
-    utilizador::controlo<QLineEdit>(b.form, u"txtDescricaoRegistador"_s)->setText(u"r"_s);
-    utilizador::controlo<QLineEdit>(b.form, u"txtDescricaoMissao"_s)->setText(u"m"_s);
-}
-
-// A mission with eleven samples that were downloaded.
-void comMissao(Bancada &b) {
-    b.programar();
-    b.andar(101);
-    b.clicar("cmdLerDados");
-    if (b.linhasGuardadas() != 11)
-        utilizador::desistir(u"no mission"_s);
-}
-
 } // namespace
 
-// How missions end, buttons are formatted, and what goes wrong on the way.
+// How missions end, and how buttons are formatted.
 class tst_logger_fim : public QObject {
     Q_OBJECT
 private Q_SLOTS:
@@ -99,24 +44,11 @@ private Q_SLOTS:
     void palavraErrada();
     void paginasIlegiveis_data();
     void paginasIlegiveis();
-    void semBotao_data();
-    void semBotao();
-    void retirado_data();
-    void retirado();
-    void botaoTrocado();
-    void escritaRecusada_data();
-    void escritaRecusada();
-    void esperaPeloAdaptador();
-    void cancelaAEspera();
-    void fechadaNoMeio_data();
-    void fechadaNoMeio();
-    void principalDesactivada();
-    void janelaRespira();
 };
 
 void tst_logger_fim::paraEGuarda() {
     Bancada b;
-    comMissao(b);
+    b.comMissao();
     b.instalacao.relogio(u"2026-03-02 10:42:10"_s);
     b.instalacao.dialogos.responderPergunta(true, u"Deseja parar a missão?"_s);
     b.clicar("cmdPararMissao");
@@ -133,7 +65,7 @@ void tst_logger_fim::paraEGuarda() {
 
 void tst_logger_fim::naoPara() {
     Bancada b;
-    comMissao(b);
+    b.comMissao();
     b.instalacao.dialogos.responderPergunta(false, u"Deseja parar"_s);
     b.clicar("cmdPararMissao");
     QVERIFY(b.leitor.chip().missao());
@@ -149,14 +81,13 @@ void tst_logger_fim::semAmostras_data() {
     QTest::newRow("no") << false << true << false;
 }
 
-// A mission whose samples were never stored is deleted, when the password allows it.
 void tst_logger_fim::semAmostras() {
     QFETCH(bool, continua);
     QFETCH(bool, senha);
     QFETCH(bool, eliminada);
     Bancada b;
     SenhaFalsa dialogo(senha);
-    comMissao(b);
+    b.comMissao();
     b.instalacao.executar(u"DELETE FROM DS1921"_s);
     b.instalacao.dialogos.responderPergunta(true, u"Deseja parar"_s);
     b.instalacao.dialogos.responderPergunta(continua, u"não existem dados nesta missão\n"_s);
@@ -177,7 +108,6 @@ void tst_logger_fim::antesDoInicio_data() {
     QTest::newRow("no") << false << false;
 }
 
-// A stop before the start: the mission is deleted, or goes on.
 void tst_logger_fim::antesDoInicio() {
     QFETCH(bool, continua);
     QFETCH(bool, semSenha);
@@ -185,7 +115,7 @@ void tst_logger_fim::antesDoInicio() {
     SenhaFalsa dialogo(false);
     if (semSenha)
         b.instalacao.escreverFicheiro(b.instalacao.pastaINI() + u"/Vistrel.ini", "[CONFIGURACOES]\r\nPWD=\r\n");
-    comMissao(b);
+    b.comMissao();
     b.instalacao.relogio(u"2026-03-01 10:00:00"_s);
     b.instalacao.dialogos.responderPergunta(true, u"Deseja parar"_s);
     b.instalacao.dialogos.responderPergunta(
@@ -196,7 +126,6 @@ void tst_logger_fim::antesDoInicio() {
     QCOMPARE(b.leitor.chip().missao(), !(continua && semSenha));
 }
 
-// The planned end lies behind: after the samples the question comes by itself.
 void tst_logger_fim::fimPassado() {
     Bancada b;
     b.programar({.intervalo = u"1"_s});
@@ -214,7 +143,7 @@ void tst_logger_fim::fimPassado() {
 
 void tst_logger_fim::formata() {
     Bancada b;
-    comMissao(b);
+    b.comMissao();
     QVERIFY(b.leitor.chip().ler(0x20) != 0);
     b.clicar("lblNumeroMissoes");
     b.instalacao.dialogos.responderPergunta(true, u"Formatar Registador?"_s);
@@ -230,7 +159,7 @@ void tst_logger_fim::formata() {
 
 void tst_logger_fim::palavraErrada() {
     Bancada b;
-    comMissao(b);
+    b.comMissao();
     b.clicar("lblNumeroMissoes");
     auto *senha = utilizador::controlo<QLineEdit>(b.form, u"txtPass"_s);
     QTest::keyClicks(senha, u"quintais"_s);
@@ -268,237 +197,6 @@ void tst_logger_fim::paginasIlegiveis() {
         QVERIFY(b.permitido("cmdLer") && b.permitido("cmdLerDados") && !b.permitido("cmdConcluir"));
         QVERIFY(b.controlo("cmdLer")->hasFocus());
     }
-}
-
-void tst_logger_fim::semBotao_data() {
-    QTest::addColumn<int>("falta"); // 0 the adapter, 1 the button, 2 a device of another family is there
-    QTest::newRow("no adapter") << 0;
-    QTest::newRow("nothing on the reader") << 1;
-    QTest::newRow("another family") << 2;
-}
-
-void tst_logger_fim::semBotao() {
-    QFETCH(int, falta);
-    Bancada b;
-    comMissao(b);
-    b.leitor.semAdaptador = falta == 0;
-    if (falta == 1)
-        b.leitor.tirar();
-    if (falta == 2)
-        b.leitor.fazer(u"T"_s, simulador::fazerRom(0x28, 77, 0));
-    for (const char *botao : {"cmdLer", "cmdLerDados"}) {
-        b.instalacao.dialogos.esperarMensagem(u"DS1921 não encontrado"_s);
-        b.clicar(botao);
-        QCOMPARE(b.caixa("txtEstadoMissao"), QString());
-        QCOMPARE(b.caixa("txtAcertoTemp"), QString());
-        QCOMPARE(b.etiqueta("lblDescricaoRegistador"), QString());
-        QVERIFY(!b.permitido("lblAssistente") && !b.permitido("lblResultados") && !b.permitido("lblGrafico"));
-        QVERIFY(b.permitido("lblEstado") && b.visivel("FrameEstado") && b.permitido("cmdLer"));
-        QVERIFY(!b.permitido("cmdPararMissao"));
-        b.instalacao.verificar();
-    }
-    QCOMPARE(b.linhasGuardadas(), 11);
-}
-
-void tst_logger_fim::retirado_data() {
-    QTest::addColumn<int>("bytes");
-    for (const int bytes : {1, 60, 200, 500, 900, 1200, 1800, 3000})
-        QTest::addRow("after %d bytes", bytes) << bytes;
-}
-
-// The button is taken off anywhere in a download: what is stored is whole, and the form can be used.
-void tst_logger_fim::retirado() {
-    QFETCH(int, bytes);
-    Bancada b;
-    comMissao(b);
-    b.andar(300);
-    {
-        Tolerante surdo;
-        b.leitor.defeitos().retirar = bytes;
-        b.clicar("cmdLerDados");
-        b.leitor.defeitos().retirar = 0;
-        const int guardadas = b.linhasGuardadas();
-        QVERIFY2(guardadas == 11 || guardadas == 41, qPrintable(QString::number(guardadas)));
-        estado().ambiente.dialogos = &b.instalacao.dialogos;
-        estado().ambiente.apresentador = &b.instalacao.erros;
-    }
-    b.leitor.por({u"A"_s});
-    b.clicar("lblEstado");
-    b.clicar("cmdLerDados");
-    QCOMPARE(b.linhasGuardadas(), 41);
-    QCOMPARE(b.um(u"SELECT COUNT(DISTINCT Data) FROM DS1921"_s).toInt(), 41);
-}
-
-// Another button lies on the reader when the assistant ends: it gets nobody else's mission.
-void tst_logger_fim::botaoTrocado() {
-    Bancada b;
-    b.clicar("cmdLer");
-    nomear(b);
-    b.leitor.fazer(u"B"_s, simulador::Variante::G, 0x777777);
-    b.instalacao.dialogos.esperarMensagem(u"erro ao tentar escrever no Registador"_s);
-    b.clicar("cmdConcluir");
-    QVERIFY(!b.leitor.chip().missao());
-    QCOMPARE(int(b.leitor.chip().ler(32)), 0); // nor its record
-}
-
-void tst_logger_fim::escritaRecusada_data() {
-    using Campo = int simulador::DefeitosBotao::*;
-    QTest::addColumn<Campo>("defeito");
-    QTest::addColumn<int>("quando");
-    QTest::newRow("copies are refused") << &simulador::DefeitosBotao::copiaRecusada << 1000;
-    QTest::newRow("scratchpads differ") << &simulador::DefeitosBotao::esErrado << 1000;
-    for (const int bytes : {20, 150, 400, 700, 1000, 1300, 1700})
-        QTest::addRow("taken off after %d bytes", bytes) << &simulador::DefeitosBotao::retirar << bytes;
-    for (const int operacoes : {1, 10, 40, 90, 130})
-        QTest::addRow("no adapter after %d", operacoes) << &simulador::DefeitosBotao::adaptadorFora << operacoes;
-}
-
-// Something fails while the mission is written: it is said, or the mission runs; the next try succeeds.
-void tst_logger_fim::escritaRecusada() {
-    using Campo = int simulador::DefeitosBotao::*;
-    QFETCH(Campo, defeito);
-    QFETCH(int, quando);
-    Bancada b;
-    b.clicar("cmdLer");
-    nomear(b);
-    {
-        Tolerante surdo;
-        b.leitor.defeitos().*defeito = quando;
-        b.clicar("cmdConcluir");
-        b.leitor.defeitos() = {};
-        b.leitor.por({u"A"_s});
-        estado().ambiente.dialogos = &b.instalacao.dialogos;
-        estado().ambiente.apresentador = &b.instalacao.erros;
-        b.leitor.linha->reset();
-        if (!b.leitor.chip().missao())
-            QVERIFY(!surdo.ditos.isEmpty());
-        if (defeito == &simulador::DefeitosBotao::copiaRecusada)
-            QVERIFY(!b.leitor.chip().missao() && surdo.ditos.filter(u"erro ao tentar escrever"_s).size() == 1);
-    }
-    if (b.leitor.chip().missao())
-        return;
-    b.clicar("lblEstado");
-    // Half a record may be left behind: it is no text that can be read.
-    b.instalacao.dialogos.responderPergunta(true, u"Deseja formatar"_s);
-    b.clicar("cmdLer");
-    b.instalacao.dialogos.esquecer();
-    nomear(b);
-    b.clicar("lblAssistente");
-    b.clicar("cmdConcluir");
-    QVERIFY(b.leitor.chip().missao());
-    QCOMPARE(b.etiqueta("lblMissao"), u"m"_s);
-}
-
-// Another program has the adapter: the form waits, stays alive, and goes on as soon as it is free.
-void tst_logger_fim::esperaPeloAdaptador() {
-    Bancada b;
-    b.clicar("cmdLer");
-    nomear(b);
-    b.leitor.semAdaptador = true;
-    bool mostrada = false;
-    QTimer::singleShot(700, b.form, [&] {
-        auto *espera = utilizador::form(u"frmEsperaLogger"_s);
-        mostrada = espera && espera->isVisible();
-        b.leitor.semAdaptador = false;
-    });
-    b.clicar("cmdConcluir");
-    QVERIFY(mostrada);
-    QVERIFY(b.leitor.chip().missao());
-    QCOMPARE(b.caixa("txtEstadoMissao"), u"Atraso Activo"_s);
-}
-
-void tst_logger_fim::cancelaAEspera() {
-    Bancada b;
-    b.clicar("cmdLer");
-    nomear(b);
-    b.leitor.semAdaptador = true;
-    QTimer::singleShot(700, b.form, [] { utilizador::clicar(nullptr, u"cmdCancelar"_s); });
-    b.clicar("cmdConcluir");
-    b.leitor.semAdaptador = false;
-    QVERIFY(!b.leitor.chip().missao());
-    b.clicar("cmdConcluir"); // and once more, now that it is free
-    QVERIFY(b.leitor.chip().missao());
-}
-
-void tst_logger_fim::fechadaNoMeio_data() {
-    QTest::addColumn<QString>("botao");
-    QTest::addColumn<int>("volta");
-    // How often each opens the bus.
-    for (const auto &[botao, voltas] : {std::pair(u"cmdLer"_s, 2), {u"cmdLerDados"_s, 4}, {u"cmdPararMissao"_s, 6}})
-        for (int volta = 1; volta <= voltas; ++volta)
-            QTest::newRow(qPrintable(botao + u", opening " + QString::number(volta))) << botao << volta;
-}
-
-// The window is closed during any wait: nothing is touched afterwards, the bus is free, what was stored is whole.
-void tst_logger_fim::fechadaNoMeio() {
-    QFETCH(QString, botao);
-    QFETCH(int, volta);
-    Bancada b;
-    comMissao(b);
-    b.andar(300);
-    if (botao == u"cmdPararMissao")
-        b.instalacao.dialogos.responderPergunta(true, u"Deseja parar"_s);
-    {
-        const NoMeio fecha(volta, [&] {
-            b.form->close();
-            QCoreApplication::sendPostedEvents(b.form, QEvent::DeferredDelete);
-        });
-        utilizador::clicar(b.form, botao);
-        QVERIFY(!b.form);
-    }
-    QCOMPARE(onewire::barramento().sessao, 0);
-    QVERIFY(!onewire::barramento().passar);
-    const int guardadas = b.linhasGuardadas();
-    QVERIFY(guardadas == 11 || guardadas == 41);
-    b.instalacao.dialogos.esquecer();
-    b.abrir();
-    b.clicar("cmdLer"); // a new one can work at once
-    QVERIFY(!b.caixa("txtEstadoMissao").isEmpty());
-}
-
-void tst_logger_fim::principalDesactivada() {
-    QWidget principal;
-    principal.show();
-    Bancada b;
-    b.programar();
-    b.andar(101);
-    registoForms().dono = &principal;
-    int menus = 0;
-    registoForms().alterarEstadosMenus = [&] { ++menus; };
-    bool vista = false;
-    const NoMeio olha(2, [&] { vista = !principal.isEnabled(); });
-    b.clicar("cmdLerDados");
-    QVERIFY(vista);
-    QVERIFY(principal.isEnabled());
-    QCOMPARE(menus, 1);
-    // A failure on the way leaves nothing disabled.
-    b.instalacao.executar(u"DROP TABLE DS1921"_s);
-    b.andar(20);
-    b.instalacao.erros.esperar(u"frmDS1921.DownloadLog"_s);
-    b.clicar("cmdLerDados");
-    QVERIFY(principal.isEnabled());
-    QVERIFY(b.permitido("cmdLer") && b.permitido("cmdLerDados"));
-    QVERIFY(!b.visivel("ProgressBar1"));
-    registoForms().dono = nullptr;
-    registoForms().alterarEstadosMenus = nullptr;
-}
-
-// No stall of the events during a download of a full button.
-void tst_logger_fim::janelaRespira() {
-    Bancada b;
-    b.programar({.intervalo = u"2"_s});
-    b.andar(2 * 2040);
-    QElapsedTimer desde;
-    desde.start();
-    qint64 maior = 0;
-    QTimer relogio;
-    connect(&relogio, &QTimer::timeout, this, [&] { maior = std::max(maior, desde.restart()); });
-    relogio.start(1);
-    b.clicar("cmdLerDados");
-    maior = std::max(maior, desde.elapsed());
-    QVERIFY(b.linhasGuardadas() >= 2039);
-    qInfo("longest stall %lld ms", maior);
-    QVERIFY2(maior < 400, qPrintable(QString::number(maior))); // a shared machine; alone it is a tenth of this
 }
 
 QTEST_MAIN(tst_logger_fim)
