@@ -10,10 +10,11 @@
 #include "data/recordset.h"
 #include "platform/chart/TChart.h"
 #include "platform/forms/dialogosQt.h"
+#include "platform/forms/grelha.h"
 #include "platform/forms/registoForms.h"
 #include "shell/apresentadorQt.h"
+#include "shell/arranque.h"
 #include "shell/frmMain.h"
-#include "views/forms/registar.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -23,8 +24,10 @@
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QPushButton>
+#include <QTabWidget>
 #include <QTableView>
 #include <QTest>
+#include <QTimer>
 #include <QToolButton>
 
 namespace {
@@ -148,6 +151,40 @@ void menus(QWidget &principal) {
         }
 }
 
+// A modal form is pictured while it is open; `trabalho` may make more pictures of it.
+void modal(const QString &nome, const std::function<void(QWidget *)> &trabalho) {
+    QTimer espera;
+    QObject::connect(&espera, &QTimer::timeout, qApp, [&] {
+        QWidget *w = registoForms().form(nome);
+        if (!w || !w->isVisible())
+            return;
+        espera.stop();
+        trabalho(w);
+        w->close();
+    });
+    espera.start(10);
+    registoForms().abrir(nome);
+}
+
+void manutencao() {
+    modal(u"frmPassWord"_s, [](QWidget *w) { guardar(w, u"password"_s); });
+    modal(u"frmConfiguracoes"_s, [](QWidget *w) {
+        auto *tiras = controlo<QTabWidget>(w, u"Tiras"_s);
+        for (int i = 0; i < tiras->count(); ++i) {
+            tiras->setCurrentIndex(i);
+            guardar(w, u"configuracoes-%1"_s.arg(i + 1));
+        }
+    });
+    modal(u"frmSensoresEdit"_s, [](QWidget *w) {
+        auto *grelha = controlo<Grelha>(w, u"grdSensores"_s);
+        grelha->setCelula(0, 2, grelha->celula(1, 1));
+        grelha->setLinhaActual(2);
+        QTest::keyClick(grelha, Qt::Key_Delete);
+        passar(3000);
+        guardar(w, u"sensores"_s);
+    });
+}
+
 } // namespace
 
 int main(int argc, char *argv[]) {
@@ -171,9 +208,10 @@ int main(int argc, char *argv[]) {
     estado().ambiente.locale = QLocale(u"pt_PT"_s);
     estado().ambiente.dialogos = &dialogos;
     estado().ambiente.apresentador = &apresentador;
-    estado().Lingua = modTraducoes::linguaDasDefinicoes();
+    const qsizetype lingua = argumentos.indexOf(u"--lingua"_s);
+    estado().Lingua = lingua > 0 ? argumentos.value(lingua + 1) : modTraducoes::linguaDasDefinicoes();
     modMain::carregaGlobaisBD();
-    registarVistas(registoForms());
+    modMain::registarForms();
     {
         frmMain principal;
         principal.show();
@@ -181,6 +219,7 @@ int main(int argc, char *argv[]) {
         menus(principal);
         graficos(principal);
         outras(principal);
+        manutencao();
         modErros::TratarErro(u"frmMain.Exemplo"_s, u"A base de dados está bloqueada por outro programa."_s, u"5"_s);
         if (QWidget *erro = registoForms().form(u"frmErro"_s)) {
             guardar(erro, u"erro"_s);

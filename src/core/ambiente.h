@@ -37,6 +37,8 @@ struct Ambiente {
     std::function<QDateTime()> agora;
     std::function<bool()> redeLigada;
     QLocale locale;
+    // Told of every text that is looked up; for the test of the language files.
+    std::function<void(const QString &seccao, const QString &chave, const QString &omissao)> textoPedido;
     Dialogos *dialogos = nullptr;
     Apresentador *apresentador = nullptr;
 };

@@ -23,7 +23,7 @@ struct Estado {
     qint16 CharsetForms = 0;
     QString VersaoApp;
     qint16 ObjectivoPassWord = 0;
-    bool EliminarConfirmado = false; // set by the password dialog when its purpose is 3
+    bool EliminarConfirmado = false; // the password dialog was answered rightly for a deletion
     bool GravarNaBD = false;         // reads of a logger are stored; from the first download on
 
     QString PastaPrograma; // no trailing separator
@@ -31,7 +31,7 @@ struct Estado {
 
     Ambiente ambiente;
     std::unique_ptr<Servico> cnBD;
-    std::unique_ptr<Servico> forms; // the registry of windows; made by platform/forms
+    std::unique_ptr<Servico> forms;   // the registry of windows; made by platform/forms
     std::unique_ptr<Servico> onewire; // the way to 1-Wire adapters; made by platform/onewire
 
     struct PerfilLido {

@@ -14,6 +14,7 @@ namespace {
 using fusaoSensores::AlteracaoSensor;
 using fusaoSensores::ContagemTabela;
 using fusaoSensores::Progresso;
+using fusaoSensores::temEfeito;
 
 struct TabelaComSensor {
     QStringView tabela;
@@ -46,10 +47,6 @@ constexpr qint64 linhasPorLote = 1000;
 QString novoIdentificador(const AlteracaoSensor &a) {
     const QString novo = a.novo.trimmed();
     return novo.compare(a.antigo, Qt::CaseInsensitive) == 0 ? QString() : novo;
-}
-
-bool temEfeito(const AlteracaoSensor &a) {
-    return a.eliminar || !novoIdentificador(a).isEmpty();
 }
 
 // Runs a statement for all rows of the old sensor, batch by batch. Each batch has to take its rows out of the
@@ -124,6 +121,10 @@ ContagemTabela contarTabela(const TabelaComSensor &t, const std::vector<Alteraca
 } // namespace
 
 namespace fusaoSensores {
+
+bool temEfeito(const AlteracaoSensor &a) {
+    return a.eliminar || !novoIdentificador(a).isEmpty();
+}
 
 std::vector<ContagemTabela> contarAlteracoes(const std::vector<AlteracaoSensor> &alteracoes, const Vigia &vigia) {
     std::vector<ContagemTabela> contagens;

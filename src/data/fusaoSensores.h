@@ -17,6 +17,9 @@ struct AlteracaoSensor {
     bool eliminar = false; // after the merge, if there is one
 };
 
+// False for a row that names neither another sensor nor a removal.
+bool temEfeito(const AlteracaoSensor &alteracao);
+
 struct ContagemTabela {
     QString tabela;
     qint64 movidas = 0;

@@ -3,6 +3,7 @@
 #include "core/datas.h"
 #include "core/falha.h"
 #include "core/literais.h"
+#include "core/modTraducoes.h"
 #include "data/esquema.h"
 #include "data/ficheiroBD.h"
 #include "data/ligacao_interno.h"
@@ -52,26 +53,31 @@ int ligar(sqlite3_stmt *instrucao, int posicao, const QVariant &valor) {
 // What the engine's commonest failures mean to the person who reads them.
 struct Explicacao {
     int codigo;
-    const char16_t *texto;
+    QStringView chave;
+    QStringView omissao;
 };
 constexpr Explicacao explicacoes[] = {
-    {SQLITE_BUSY, u"A base de dados está bloqueada por outro programa"},
-    {SQLITE_LOCKED, u"A base de dados está bloqueada por outra consulta"},
-    {SQLITE_READONLY, u"A base de dados só pode ser lida"},
-    {SQLITE_FULL, u"Não há espaço no disco da base de dados"},
-    {SQLITE_IOERR, u"Falha de leitura ou escrita no disco da base de dados"},
-    {SQLITE_CANTOPEN, u"Não é possível abrir a base de dados"},
-    {SQLITE_PERM, u"Sem permissão de acesso à base de dados"},
-    {SQLITE_CONSTRAINT, u"O registo não respeita as regras da tabela"},
-    {SQLITE_CORRUPT, u"A base de dados está danificada"},
-    {SQLITE_NOTADB, u"A base de dados está danificada"},
+    {SQLITE_BUSY, u"BDOcupada", u"A base de dados está bloqueada por outro programa"},
+    {SQLITE_LOCKED, u"BDOcupadaAqui", u"A base de dados está bloqueada por outra consulta"},
+    {SQLITE_READONLY, u"BDSoLeitura", u"A base de dados só pode ser lida"},
+    {SQLITE_FULL, u"BDDiscoCheio", u"Não há espaço no disco da base de dados"},
+    {SQLITE_IOERR, u"BDDisco", u"Falha de leitura ou escrita no disco da base de dados"},
+    {SQLITE_CANTOPEN, u"BDNaoAbriu", u"Não é possível abrir a base de dados"},
+    {SQLITE_PERM, u"BDSemPermissao", u"Sem permissão de acesso à base de dados"},
+    {SQLITE_CONSTRAINT, u"BDRegra", u"O registo não respeita as regras da tabela"},
+    {SQLITE_CORRUPT, u"BDDanificada", u"A base de dados está danificada"},
+    {SQLITE_NOTADB, u"BDDanificada", u"A base de dados está danificada"},
 };
+
+QString texto(const QString &chave, const QString &omissao) {
+    return modTraducoes::texto(u"KelvarkAUX"_s, chave, omissao);
+}
 
 QString explicar(int codigo) {
     for (const Explicacao &e : explicacoes)
         if (e.codigo == codigo)
-            return QString::fromUtf16(e.texto);
-    return u"A base de dados recusou o pedido"_s;
+            return texto(e.chave.toString(), e.omissao.toString());
+    return texto(u"BDRecusou"_s, u"A base de dados recusou o pedido"_s);
 }
 
 } // namespace
@@ -202,18 +208,21 @@ void Ligacao::abrir(const QString &caminho) {
     try {
         novo = std::make_shared<Motor>(caminho, endereco.toStdString(), modo, m_esperaMs);
     } catch (const SQLite::Exception &e) {
-        throw Falha(erros::motorBD + e.getErrorCode(),
-                    u"Não é possível abrir \"%1\" (%2)."_s.arg(caminho, QString::fromUtf8(e.what())));
+        throw Falha(
+            erros::motorBD + e.getErrorCode(),
+            texto(u"BDNaoAbre"_s, u"Não é possível abrir \"%1\" (%2)."_s).arg(caminho, QString::fromUtf8(e.what())));
     }
     novo->soLeitura = !ficheiro.gravavel;
     novo->imutavel = ficheiro.imutavel;
     Recordset rs(novo, novo->preparar(u"PRAGMA user_version"_s, {}));
     const qint64 versao = rs.avancar() ? rs.inteiro(0) : 0;
     if (versao > versaoDoEsquema)
-        throw Falha(erros::falhaDoFicheiro, u"\"%1\" foi criada por uma versão mais recente (esquema %2; esta versão "
-                                            "conhece até ao %3). O ficheiro não foi alterado."_s.arg(caminho)
-                                                .arg(versao)
-                                                .arg(versaoDoEsquema));
+        throw Falha(erros::falhaDoFicheiro,
+                    texto(u"BDMaisRecente"_s, u"\"%1\" foi criada por uma versão mais recente (esquema %2; esta versão "
+                                              "conhece até ao %3). O ficheiro não foi alterado."_s)
+                        .arg(caminho)
+                        .arg(versao)
+                        .arg(versaoDoEsquema));
     m_motor = novo;
     m_caminho = caminho;
 }

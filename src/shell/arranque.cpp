@@ -5,6 +5,7 @@
 #include "core/modTraducoes.h"
 #include "core/rotina.h"
 #include "logger/forms/registar.h"
+#include "manutencao/registar.h"
 #include "platform/forms/registoForms.h"
 #include "platform/onewire/barramento.h"
 #include "platform/onewire/tmex.h"
@@ -37,13 +38,18 @@ void fecharSessao1Wire() {
 
 namespace modMain {
 
+void registarForms() {
+    registarVistas(registoForms());
+    registarManutencao(registoForms());
+    registarLogger(registoForms());
+}
+
 std::unique_ptr<frmMain> Main() {
     return Rotina("modMain.Main", [] {
         estado().Lingua = modTraducoes::linguaDasDefinicoes();
         textosDoQt::aplicar(estado().Lingua);
         forcarEventos();
-        registarLogger(registoForms());
-        registarVistas(registoForms());
+        registarForms();
         frmIconCompactarErepararBD().exec();
         forcarEventos();
         auto principal = std::make_unique<frmMain>();

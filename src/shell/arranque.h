@@ -6,6 +6,9 @@ class frmMain;
 
 namespace modMain {
 
+// Makes every form of the system known by its name.
+void registarForms();
+
 // The process entry once there is an application: language, splash, main window. The caller keeps the window alive
 // while events run. Null when the start failed; the failure has been reported.
 std::unique_ptr<frmMain> Main();

@@ -45,6 +45,7 @@ frmMain::frmMain() : m_area(new QMdiArea(this)) {
     forms.dono = this;
     forms.alojar = [this](QWidget *form) { alojar(form); };
     forms.alterarEstadosMenus = [this] { AlterarEstadosMenus(); };
+    forms.alterarLingua = [this] { AlterarLingua(); };
     forms.anunciar(this);
     MDIForm_Load();
 }
@@ -54,6 +55,7 @@ frmMain::~frmMain() {
         return;
     registoForms().alojar = nullptr;
     registoForms().alterarEstadosMenus = nullptr;
+    registoForms().alterarLingua = nullptr;
 }
 
 void frmMain::MDIForm_Load() {
@@ -171,11 +173,6 @@ bool frmMain::VerificarSeExistemFormsActivos() const {
 
 bool frmMain::FormEstaActivo(const QString &nome) const {
     return registoForms().activo(nome);
-}
-
-QString frmMain::PedeCaminhoParaPasta() const {
-    const QString pasta = estado().ambiente.dialogos->escolherPasta(u"/"_s);
-    return pasta.isEmpty() || pasta.endsWith(u'/') ? pasta : pasta + u'/';
 }
 
 void frmMain::AlterarLingua() {

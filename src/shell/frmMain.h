@@ -28,7 +28,6 @@ public:
     bool VerificarDLL1Wire();
     bool VerificarSeExistemFormsActivos() const;
     bool FormEstaActivo(const QString &nome) const;
-    QString PedeCaminhoParaPasta() const;
     void FecharAplicacao() {} // nothing to do; the process end closes the database
     void setColour();
     void mostrarEstadoDaBase();

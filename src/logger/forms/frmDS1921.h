@@ -90,7 +90,7 @@ private:
     void LimparTexts();
     void ResetEstado();
     void lblNumeroMissoes_Click();
-    void txtPass_Change(const QString &texto);
+    void txtPass_Change(const QString &palavra);
     void TimerNumeroLeiturasErro_Timer();
 
     // frmDS1921_leitura.cpp

@@ -105,6 +105,10 @@ public:
         linhas.removeAt(linha);
         endRemoveRows();
     }
+    void setCelula(int linha, int coluna, const QString &texto) {
+        linhas[linha].celulas[coluna] = texto;
+        Q_EMIT dataChanged(index(linha, coluna), index(linha, coluna));
+    }
     void setEstado(int linha, const QString &estado) {
         if (linhas[linha].estado == estado)
             return;
@@ -146,6 +150,10 @@ int Grelha::linhas() const {
 
 QString Grelha::celula(int linha, int coluna) const {
     return m_modelo->linhas[linha].celulas.value(coluna);
+}
+
+void Grelha::setCelula(int linha, int coluna, const QString &texto) {
+    m_modelo->setCelula(linha, coluna, texto);
 }
 
 int Grelha::linhaActual() const {

@@ -15,6 +15,7 @@ public:
     void setColunas(const QStringList &titulos);
     int linhas() const;
     QString celula(int linha, int coluna) const;
+    void setCelula(int linha, int coluna, const QString &texto);
     int linhaActual() const; // -1: none
     void setLinhaActual(int linha);
 

@@ -18,6 +18,7 @@ public:
 
     void registar(const QString &nome, Fabrica fabrica, Modo modo = Modo::Filho);
     bool construido(const QString &nome) const;
+    QStringList nomes() const { return m_entradas.keys(); }
 
     // Shows the form; one that is loaded already comes to the front. A modal one returns after it has closed.
     // Null when the name has no factory.
@@ -33,6 +34,8 @@ public:
     std::function<void(QWidget *form)> alojar;
     // Whoever wrote new data calls this; the main shell looks again at what its menu may offer.
     std::function<void()> alterarEstadosMenus;
+    // The main shell takes the language of the settings.
+    std::function<void()> alterarLingua;
     QPointer<QWidget> dono;
 
 private:

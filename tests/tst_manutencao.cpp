@@ -1,0 +1,547 @@
+#include "core/estado.h"
+#include "core/modINI.h"
+#include "core/modPassWord.h"
+#include "data/ligacao.h"
+#include "data/recordset.h"
+#include "manutencao/linguas.h"
+#include "manutencao/registar.h"
+#include "platform/forms/grelha.h"
+#include "platform/forms/registoForms.h"
+#include "shell/frmMain.h"
+#include "tests/apoio/instalacao.h"
+#include "tests/apoio/widgets.h"
+
+#include <QComboBox>
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPointer>
+#include <QTabWidget>
+#include <QTest>
+#include <QTimer>
+
+using namespace utilizador;
+
+// Password, configuration and maintenance of sensors, worked as a user does.
+class tst_manutencao : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void palavraPasse_data();
+    void palavraPasse();
+    void palavraPasseNaoFica();
+    void alterarPalavraPasse_data();
+    void alterarPalavraPasse();
+    void caminhosIncompletos_data();
+    void caminhosIncompletos();
+    void caminhosGuardados();
+    void estadoDosCaminhos_data();
+    void estadoDosCaminhos();
+    void baseTrocada_data();
+    void baseTrocada();
+    void escolherCaminhos();
+    void idioma();
+    void idiomaForaDaLista();
+    void idiomaSemLista();
+    void paginaDeCodigo_data();
+    void paginaDeCodigo();
+    void sensores();
+    void sensoresPeloTeclado();
+    void sensoresFechadoAMeio();
+    void sensoresSemCopia();
+};
+
+namespace {
+
+const QString fabrica = u"Vistrel"_s;
+
+// A dialog as the menu opens it: the body works in it while it is open, and closes it at the end.
+void comDialogo(const QString &nome, const std::function<void(QDialog *)> &corpo) {
+    bool feito = false;
+    QTimer espera; // the form may let events run while it loads
+    QObject::connect(&espera, &QTimer::timeout, qApp, [&] {
+        const QPointer<QDialog> dialogo = qobject_cast<QDialog *>(registoForms().form(nome));
+        if (!dialogo || !dialogo->isVisible())
+            return;
+        espera.stop();
+        corpo(dialogo);
+        feito = true;
+        if (dialogo)
+            dialogo->close();
+    });
+    espera.start(1);
+    registoForms().abrir(nome);
+    QVERIFY(feito);
+}
+
+struct Programa {
+    explicit Programa(Instalacao::Base base = Instalacao::Base::Vazia) : instalacao(base) {
+        registarManutencao(registoForms());
+        principal = std::make_unique<frmMain>();
+        mostrar(principal.get());
+    }
+    QString guardado(const QString &seccao, const QString &chave) const {
+        return modINI::GetSetting(estado().NomePrograma, seccao, chave);
+    }
+    Instalacao instalacao;
+    std::unique_ptr<frmMain> principal;
+};
+
+QString texto(QDialog *dialogo, const QString &campo) {
+    return controlo<QLineEdit>(dialogo, campo)->text();
+}
+
+// Every file of the installation that holds the text.
+QStringList ficheirosCom(const QString &pasta, const QByteArray &procurado) {
+    QStringList achados;
+    QDirIterator it(pasta, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+    while (it.hasNext())
+        if (const QString nome = it.next(); Instalacao::lerFicheiro(nome).contains(procurado))
+            achados.append(nome);
+    return achados;
+}
+
+qint64 contar(const QString &tabela, const QString &coluna, const QString &valor) {
+    Recordset rs = cnBD().consultar(u"SELECT COUNT(*) FROM %1 WHERE %2 = ?"_s.arg(tabela, coluna), {valor});
+    rs.avancar();
+    return rs.inteiro(0);
+}
+
+void comSensores(const Instalacao &inst, int leituras = 3) {
+    inst.sensores({{u"A1"_s, u"Câmara 1"_s}, {u"B2"_s, u"Câmara 2"_s}, {u"C3"_s, u"Câmara 3"_s}});
+    for (const QString &s : {u"A1"_s, u"B2"_s, u"C3"_s})
+        inst.leituras(u"Temperaturas"_s, s, u"2024-03-15 00:00:00"_s, 300, QList<double>(leituras, 4.5));
+    inst.leituras(u"Pressao"_s, u"A1"_s, u"2024-03-15 00:00:00"_s, 300, {101.0});
+}
+
+// The menu of a row is modal: its entry is taken once it has come up. Gives back its text.
+QString entradaDoMenu(QDialog *dialogo, int linha) {
+    auto *grelha = controlo<Grelha>(dialogo, u"grdSensores"_s);
+    QString legenda;
+    QTimer::singleShot(0, qApp, [&] {
+        auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+        if (!menu)
+            desistir(u"no menu came up"_s);
+        legenda = menu->actions().constFirst()->text();
+        menu->setActiveAction(menu->actions().constFirst());
+        tecla(menu, Qt::Key_Return);
+    });
+    Q_EMIT grelha->customContextMenuRequested(grelha->visualRect(grelha->model()->index(linha, 0)).center());
+    return legenda;
+}
+
+void darNovoID(QDialog *dialogo, int linha, const QString &novo, int fim = Qt::Key_Return) {
+    auto *grelha = controlo<Grelha>(dialogo, u"grdSensores"_s);
+    clicarEm(grelha->viewport(), grelha->visualRect(grelha->model()->index(linha, 2)).center());
+    escrever(dialogo, u"txtEdit"_s, novo);
+    tecla(controlo<QLineEdit>(dialogo, u"txtEdit"_s), fim);
+}
+
+QStringList resumo(QDialog *dialogo) {
+    auto *grelha = controlo<Grelha>(dialogo, u"grdResumo"_s);
+    QStringList linhas;
+    for (int i = 0; i < grelha->linhas(); ++i)
+        linhas.append(grelha->celula(i, 0) + u' ' + grelha->celula(i, 1) + u' ' + grelha->celula(i, 2));
+    return linhas;
+}
+
+} // namespace
+
+void tst_manutencao::palavraPasse_data() {
+    QTest::addColumn<int>("objectivo");
+    QTest::addColumn<QString>("digitada");
+    QTest::addColumn<bool>("fecha");
+    QTest::addColumn<bool>("confirmado");
+    QTest::addColumn<QString>("abre");
+    QTest::newRow("a mission") << 1 << fabrica << true << true << QString();
+    QTest::newRow("sensors") << 2 << fabrica << true << false << u"frmSensoresEdit"_s;
+    QTest::newRow("all missions") << 3 << fabrica << true << true << QString();
+    QTest::newRow("other letters' case") << 1 << u"vistrel"_s << false << false << QString();
+    QTest::newRow("blanks") << 1 << u"   "_s << false << false << QString();
+    QTest::newRow("more than the password") << 2 << u" Vistrel"_s << false << false << QString();
+}
+
+void tst_manutencao::palavraPasse() {
+    QFETCH(const int, objectivo);
+    QFETCH(const QString, digitada);
+    QFETCH(const bool, fecha);
+    QFETCH(const bool, confirmado);
+    QFETCH(const QString, abre);
+    const Programa programa;
+    estado().ObjectivoPassWord = qint16(objectivo);
+    estado().EliminarConfirmado = true; // left over from another time
+    QString aberto;
+    if (!abre.isEmpty())
+        QTimer::singleShot(50, qApp, [&] {
+            if (QWidget *outro = registoForms().form(abre)) {
+                aberto = abre;
+                outro->close();
+            }
+        });
+    bool aindaAberto = false;
+    comDialogo(u"frmPassWord"_s, [&](QDialog *dialogo) {
+        const QPointer<QDialog> vigiado = dialogo;
+        escrever(dialogo, u"txtPassWord"_s, digitada);
+        aindaAberto = vigiado && vigiado->isVisible();
+        if (aindaAberto)
+            tecla(controlo<QLineEdit>(dialogo, u"txtPassWord"_s), Qt::Key_Escape);
+    });
+    QCOMPARE(aindaAberto, !fecha);
+    QCOMPARE(estado().EliminarConfirmado, confirmado);
+    QCOMPARE(aberto, abre);
+}
+
+void tst_manutencao::palavraPasseNaoFica() {
+    Programa programa;
+    const QString segredo = u"Segredo-71"_s;
+    estado().ObjectivoPassWord = 1;
+    comDialogo(u"frmPassWord"_s, [&](QDialog *dialogo) {
+        escrever(dialogo, u"txtPassWord"_s, segredo);
+        auto *campo = controlo<QLineEdit>(dialogo, u"txtPassWord"_s);
+        for (const QString &visivel : {campo->displayText(), campo->accessibleName(), campo->toolTip(),
+                                       dialogo->accessibleName(), dialogo->windowTitle()})
+            QVERIFY(!visivel.contains(segredo));
+        QCOMPARE(campo->echoMode(), QLineEdit::Password);
+    });
+    QVERIFY(!estado().EliminarConfirmado);
+    QCOMPARE(ficheirosCom(programa.instalacao.ficheiro({}), segredo.toUtf8()), QStringList());
+}
+
+void tst_manutencao::alterarPalavraPasse_data() {
+    QTest::addColumn<QStringList>("campos"); // present, new, confirmation
+    QTest::addColumn<QString>("mensagem");
+    QTest::addColumn<QString>("fica");
+    QTest::newRow("not filled") << QStringList{fabrica, u"Nova"_s, u""_s} << QString() << fabrica;
+    QTest::newRow("wrong") << QStringList{u"Errada"_s, u"Nova"_s, u"Nova"_s} << u"PassWord Inválida"_s << fabrica;
+    QTest::newRow("not confirmed") << QStringList{fabrica, u"Nova"_s, u"nova"_s}
+                                   << u"A confirmação da nova PassWord está incorrecta"_s << fabrica;
+    QTest::newRow("changed") << QStringList{fabrica, u"Ção-11 car."_s, u"Ção-11 car."_s}
+                             << u"PassWord alterada com Sucesso"_s << u"Ção-11 car."_s;
+}
+
+void tst_manutencao::alterarPalavraPasse() {
+    QFETCH(const QStringList, campos);
+    QFETCH(const QString, mensagem);
+    QFETCH(const QString, fica);
+    Programa programa;
+    if (!mensagem.isEmpty())
+        programa.instalacao.dialogos.esperarMensagem(mensagem);
+    comDialogo(u"frmConfiguracoes"_s, [&](QDialog *dialogo) {
+        controlo<QTabWidget>(dialogo, u"Tiras"_s)->setCurrentIndex(1);
+        const QStringList nomes = {u"txtPassWord"_s, u"txtNewPassWord"_s, u"txtConfPassWord"_s};
+        for (int i = 0; i < 3; ++i)
+            escrever(dialogo, nomes[i], campos[i]);
+        clicar(dialogo, u"cmdConfirmarPassword"_s);
+        for (int i = 0; i < 3; ++i)
+            QCOMPARE(texto(dialogo, nomes[i]), fica == fabrica ? campos[i] : QString());
+    });
+    QVERIFY(modPassWord::PassWordCorrecta(fica));
+    QCOMPARE(modPassWord::PassWordCorrecta(fabrica), fica == fabrica);
+}
+
+void tst_manutencao::caminhosIncompletos_data() {
+    QTest::addColumn<QString>("campo");
+    for (const char *campo : {"txtCaminhoBD", "txtCaminhoImagens", "txtINI_Path"})
+        QTest::newRow(campo) << QString::fromUtf8(campo);
+}
+
+void tst_manutencao::caminhosIncompletos() {
+    QFETCH(const QString, campo);
+    Programa programa;
+    const QString bd = programa.guardado(u"BD"_s, u"MAIN"_s);
+    programa.instalacao.dialogos.esperarMensagem(u"Dados Incorrectos"_s);
+    comDialogo(u"frmConfiguracoes"_s, [&](QDialog *dialogo) {
+        for (const char16_t *nome : {u"txtCaminhoBD", u"txtCaminhoImagens", u"txtINI_Path"})
+            escrever(dialogo, QString::fromUtf16(nome), u"/outro/caminho"_s);
+        escrever(dialogo, campo, {});
+        clicar(dialogo, u"cmdConcluirDados"_s);
+    });
+    QCOMPARE(programa.instalacao.dialogos.estilos.constLast(), Dialogos::Estilo::Exclamacao);
+    QCOMPARE(programa.guardado(u"BD"_s, u"MAIN"_s), bd);
+    QCOMPARE(programa.guardado(u"JPG"_s, u"MAIN"_s), QString());
+    QVERIFY(!QFile::exists(programa.instalacao.pastaPrograma() + u"/Vistrel.ini"));
+}
+
+// The settings folder goes to a file that nobody reads it from.
+void tst_manutencao::caminhosGuardados() {
+    Programa programa;
+    const Instalacao &inst = programa.instalacao;
+    const QString emVigor = modINI::GetINIPATH();
+    programa.instalacao.dialogos.esperarMensagem(u"Dados Alterados Com Sucesso"_s);
+    comDialogo(u"frmConfiguracoes"_s, [&](QDialog *dialogo) {
+        QCOMPARE(texto(dialogo, u"txtCaminhoBD"_s), inst.caminhoBD());
+        QCOMPARE(texto(dialogo, u"txtINI_Path"_s), emVigor);
+        escrever(dialogo, u"txtCaminhoImagens"_s, u"./Saída"_s);
+        escrever(dialogo, u"txtINI_Path"_s, inst.ficheiro(u"outra"_s));
+        clicar(dialogo, u"cmdConcluirDados"_s);
+    });
+    QCOMPARE(programa.guardado(u"JPG"_s, u"MAIN"_s), u"./Saída"_s);
+    QCOMPARE(modINI::LerValorINI(u"INI"_s, u"Path"_s, {}, inst.pastaPrograma() + u"/Vistrel.ini"),
+             inst.ficheiro(u"outra"_s));
+    QCOMPARE(modINI::GetINIPATH(), emVigor);
+    QVERIFY(estado().BDLigada);
+    QVERIFY(!programa.guardado(u"FORMS"_s, u"frmConfiguracoesTOP"_s).isEmpty());
+}
+
+void tst_manutencao::estadoDosCaminhos_data() {
+    QTest::addColumn<QString>("campo");
+    QTest::addColumn<QString>("caminho"); // below the temporary folder, unless it begins with a sign
+    QTest::addColumn<QString>("estado");
+    QTest::newRow("database") << u"CaminhoBD"_s << u"BD/Kelvark.mdb"_s << u"✓ Em condições"_s;
+    QTest::newRow("no database") << u"CaminhoBD"_s << u"BD/Outra.mdb"_s << u"✗ Não existe o ficheiro"_s;
+    QTest::newRow("folder") << u"CaminhoBD"_s << u"BD"_s << u"é uma pasta, não uma base de dados"_s;
+    QTest::newRow("text") << u"CaminhoBD"_s << u"texto.mdb"_s << u"não é uma base de dados"_s;
+    QTest::newRow("old engine") << u"CaminhoBD"_s << u"antiga.mdb"_s << u"formato do motor de base de dados antigo"_s;
+    QTest::newRow("export folder") << u"CaminhoImagens"_s << u"BD"_s << u"✓ Em condições"_s;
+    QTest::newRow("to be made") << u"CaminhoImagens"_s << u"novas/ainda"_s << u"⚠ A pasta será criada"_s;
+    QTest::newRow("beside the program") << u"CaminhoImagens"_s << u"./Saída"_s << u"⚠ A pasta será criada"_s;
+    QTest::newRow("file for a folder") << u"CaminhoImagens"_s << u"texto.mdb"_s << u"✗ Não é uma pasta"_s;
+    QTest::newRow("nowhere") << u"CaminhoImagens"_s << u"texto.mdb/nada"_s << u"✗ Não é possível escrever"_s;
+    QTest::newRow("settings in force") << u"INI_Path"_s << u"definicoes"_s << u"✓ Em condições"_s;
+    QTest::newRow("other settings") << u"INI_Path"_s << u"BD"_s << u"⚠ Em vigor: "_s;
+    QTest::newRow("nothing") << u"INI_Path"_s << u""_s << u"✗ Por preencher"_s;
+}
+
+void tst_manutencao::estadoDosCaminhos() {
+    QFETCH(const QString, campo);
+    QFETCH(const QString, caminho);
+    QFETCH(const QString, estado);
+    Programa programa;
+    const Instalacao &inst = programa.instalacao;
+    Instalacao::escreverFicheiro(inst.ficheiro(u"texto.mdb"_s), "isto não é uma base de dados");
+    Instalacao::escreverFicheiro(inst.ficheiro(u"antiga.mdb"_s),
+                                 QByteArray("\0\1\0\0Standard Jet DB\0", 20) + QByteArray(4096, '\0'));
+    const bool tal = caminho.isEmpty() || caminho.startsWith(u'.') || caminho.startsWith(u'/');
+    comDialogo(u"frmConfiguracoes"_s, [&](QDialog *dialogo) {
+        escrever(dialogo, u"txt" + campo, tal ? caminho : inst.ficheiro(caminho));
+        auto *etiqueta = controlo<QLabel>(dialogo, u"lblEstado" + campo);
+        QVERIFY2(esperar([&] { return etiqueta->text().contains(estado); }), qUtf8Printable(etiqueta->text()));
+    });
+}
+
+void tst_manutencao::baseTrocada_data() {
+    QTest::addColumn<QString>("caminho");
+    QTest::addColumn<QString>("aviso");     // a message
+    QTest::addColumn<QString>("relatorio"); // a report
+    QTest::newRow("another one") << u"outra/Boa.mdb"_s << QString() << QString();
+    QTest::newRow("none") << u"outra/Nada.mdb"_s << u"AVISO: Base de Dados Inexistente."_s << QString();
+    QTest::newRow("folder") << u"outra"_s << QString() << u"é uma pasta"_s;
+    QTest::newRow("text") << u"texto.mdb"_s << QString() << u"não é uma base de dados"_s;
+}
+
+// The success box follows whatever came of the new database, and the way back is open.
+void tst_manutencao::baseTrocada() {
+    QFETCH(const QString, caminho);
+    QFETCH(const QString, aviso);
+    QFETCH(const QString, relatorio);
+    Programa programa;
+    Instalacao &inst = programa.instalacao;
+    QDir().mkpath(inst.ficheiro(u"outra"_s));
+    inst.criarBase(inst.ficheiro(u"outra/Boa.mdb"_s));
+    Instalacao::escreverFicheiro(inst.ficheiro(u"texto.mdb"_s), "isto não é uma base de dados");
+    if (!aviso.isEmpty())
+        inst.dialogos.esperarMensagem(aviso);
+    if (!relatorio.isEmpty())
+        inst.erros.esperar(relatorio);
+    if (!aviso.isEmpty() || !relatorio.isEmpty())
+        inst.erros.esperar(u"frmMain.BuscarEstadoMenu"_s); // there is nothing to build the menu from
+    inst.dialogos.esperarMensagem(u"Dados Alterados Com Sucesso"_s);
+    inst.dialogos.esperarMensagem(u"Dados Alterados Com Sucesso"_s);
+    comDialogo(u"frmConfiguracoes"_s, [&](QDialog *dialogo) {
+        escrever(dialogo, u"txtCaminhoImagens"_s, inst.ficheiro(u"saida"_s));
+        escrever(dialogo, u"txtCaminhoBD"_s, inst.ficheiro(caminho));
+        clicar(dialogo, u"cmdConcluirDados"_s);
+        const bool boa = aviso.isEmpty() && relatorio.isEmpty();
+        QCOMPARE(ligacaoPartilhada().aberta(), boa);
+        if (boa)
+            QCOMPARE(cnBD().caminho(), inst.ficheiro(caminho));
+        QCOMPARE(estado().CaminhoBD, inst.ficheiro(caminho));
+        escrever(dialogo, u"txtCaminhoBD"_s, inst.caminhoBD());
+        clicar(dialogo, u"cmdConcluirDados"_s);
+    });
+    QCOMPARE(cnBD().caminho(), inst.caminhoBD());
+    QVERIFY(estado().BDLigada);
+}
+
+void tst_manutencao::escolherCaminhos() {
+    Programa programa;
+    DialogosDeTeste &dialogos = programa.instalacao.dialogos;
+    dialogos.responderAbrir(u"/dados/Outra.mdb"_s, u"*.mdb"_s);
+    dialogos.responderPasta(u"/dados/saida"_s);
+    dialogos.responderPasta({});
+    comDialogo(u"frmConfiguracoes"_s, [&](QDialog *dialogo) {
+        const QString antes = texto(dialogo, u"txtINI_Path"_s);
+        clicar(dialogo, u"cmdCaminhoBD"_s);
+        clicar(dialogo, u"cmdCaminhoImagens"_s);
+        clicar(dialogo, u"cmdINI_Path"_s);
+        QCOMPARE(texto(dialogo, u"txtCaminhoBD"_s), u"/dados/Outra.mdb"_s);
+        QCOMPARE(texto(dialogo, u"txtCaminhoImagens"_s), u"/dados/saida/"_s);
+        QCOMPARE(texto(dialogo, u"txtINI_Path"_s), antes); // cancelled
+    });
+}
+
+void tst_manutencao::idioma() {
+    Programa programa;
+    const Instalacao &inst = programa.instalacao;
+    inst.ficheiroLingua(u"EN"_s, {{u"VISTREL_frmMain"_s, u"mnuGeral"_s, u"General"_s}});
+    modINI::SaveSettings(u"Vistrel"_s, {{u"Lingua"_s, u"1"_s, u"Português"_s},
+                                        {u"Lingua"_s, u"L1"_s, u"PT"_s},
+                                        {u"Lingua"_s, u"2"_s, u"English"_s},
+                                        {u"Lingua"_s, u"L2"_s, u"EN"_s},
+                                        {u"Lingua"_s, u"ACT"_s, u"1"_s}});
+    comDialogo(u"frmConfiguracoes"_s, [&](QDialog *dialogo) {
+        const QPointer<QDialog> vigiado = dialogo;
+        controlo<QTabWidget>(dialogo, u"Tiras"_s)->setCurrentIndex(2);
+        QCOMPARE(controlo<QComboBox>(dialogo, u"cboLingua"_s)->currentText(), u"Português - PT"_s);
+        escolher(dialogo, u"cboLingua"_s, u"English - EN"_s);
+        clicar(dialogo, u"cmdConluirIdioma"_s);
+        QVERIFY(!vigiado || !vigiado->isVisible());
+    });
+    QCOMPARE(programa.guardado(u"Lingua"_s, u"ACT"_s), u"2"_s);
+    QCOMPARE(estado().Lingua, u"EN"_s);
+    QCOMPARE(controlo<QAction>(programa.principal.get(), u"Geral"_s)->text(), u"General"_s);
+}
+
+void tst_manutencao::idiomaForaDaLista() {
+    Programa programa;
+    modINI::SaveSettings(
+        u"Vistrel"_s,
+        {{u"Lingua"_s, u"1"_s, u"Português"_s}, {u"Lingua"_s, u"L1"_s, u"PT"_s}, {u"Lingua"_s, u"ACT"_s, u"4"_s}});
+    programa.instalacao.erros.esperar(u"frmConfiguracoes.Form_Load"_s);
+    comDialogo(u"frmConfiguracoes"_s, [&](QDialog *dialogo) {
+        QCOMPARE(controlo<QComboBox>(dialogo, u"cboLingua"_s)->currentIndex(), -1);
+        QVERIFY(!texto(dialogo, u"txtCaminhoBD"_s).isEmpty()); // the rest works
+    });
+}
+
+void tst_manutencao::idiomaSemLista() {
+    Programa programa;
+    comDialogo(u"frmConfiguracoes"_s, [&](QDialog *dialogo) {
+        auto *caixa = controlo<QComboBox>(dialogo, u"cboLingua"_s);
+        QCOMPARE(caixa->count(), 1);
+        QCOMPARE(caixa->currentText(), u"Português - PT"_s);
+    });
+    QCOMPARE(programa.guardado(u"Lingua"_s, u"ACT"_s), QString());
+}
+
+void tst_manutencao::paginaDeCodigo_data() {
+    QTest::addColumn<QString>("codigo");
+    QTest::addColumn<int>("conjunto");
+    QTest::addColumn<bool>("avisa");
+    QTest::newRow("Czech, western set") << u"CZ"_s << 1 << true;
+    QTest::newRow("Czech, its own") << u"CZ"_s << 238 << false;
+    QTest::newRow("another, Czech set") << u"PT"_s << 238 << true;
+    QTest::newRow("another, western set") << u"EN"_s << 1 << false;
+    QTest::newRow("wide text") << u"CZ"_s << 0 << false;
+}
+
+void tst_manutencao::paginaDeCodigo() {
+    QFETCH(const QString, codigo);
+    QFETCH(const int, conjunto);
+    QFETCH(const bool, avisa);
+    QCOMPARE(linguas::pedeOutraPagina(codigo, conjunto), avisa);
+}
+
+void tst_manutencao::sensores() {
+    Programa programa;
+    comSensores(programa.instalacao);
+    programa.instalacao.dialogos.esperarMensagem(u"Alterações concluidas"_s);
+    comDialogo(u"frmSensoresEdit"_s, [&](QDialog *dialogo) {
+        auto *grelha = controlo<Grelha>(dialogo, u"grdSensores"_s);
+        QCOMPARE(grelha->linhas(), 3);
+        QVERIFY(!controlo<QWidget>(dialogo, u"cmdConfirmar"_s)->isEnabled());
+        darNovoID(dialogo, 0, u"X9"_s, Qt::Key_Escape);
+        QCOMPARE(grelha->celula(0, 2), QString());
+        darNovoID(dialogo, 0, u"B2"_s);
+        QCOMPARE(entradaDoMenu(dialogo, 2), u"Eliminar"_s);
+        QCOMPARE(grelha->estadoDaLinha(2), u"red"_s);
+        QCOMPARE(entradaDoMenu(dialogo, 2), u"Anular Eliminar"_s);
+        QVERIFY(grelha->estadoDaLinha(2) != u"red");
+        entradaDoMenu(dialogo, 2);
+        const QStringList esperado = {u"Temperaturas 3 3"_s, u"Sensores 0 2"_s};
+        QVERIFY(esperar([&] { return resumo(dialogo) == esperado; }));
+        clicar(dialogo, u"cmdConfirmar"_s);
+        QCOMPARE(grelha->linhas(), 1); // what is done is gone
+        QVERIFY(dialogo->isVisible());
+        QVERIFY(programa.principal->isEnabled());
+    });
+    QCOMPARE(contar(u"Temperaturas"_s, u"Sensor"_s, u"A1"_s), 0);
+    QCOMPARE(contar(u"Temperaturas"_s, u"Sensor"_s, u"B2"_s), 6);
+    QCOMPARE(contar(u"Temperaturas"_s, u"Sensor"_s, u"C3"_s), 0);
+    QCOMPARE(contar(u"Pressao"_s, u"Sensor"_s, u"A1"_s), 1); // stays under the old name
+    QCOMPARE(contar(u"Sensores"_s, u"SensorID"_s, u"B2"_s), 1);
+    // The copy holds what stood there before.
+    const QDir pasta(programa.instalacao.ficheiro(u"BD"_s));
+    const QStringList copias = pasta.entryList({u"Kelvark*20*"_s}, QDir::Files);
+    QCOMPARE(copias.size(), 1);
+    Ligacao copia;
+    copia.abrir(pasta.filePath(copias.constFirst()));
+    Recordset rs = copia.consultar(u"SELECT COUNT(*) FROM Temperaturas WHERE Sensor = 'C3'"_s);
+    QVERIFY(rs.avancar());
+    QCOMPARE(rs.inteiro(0), 3);
+}
+
+void tst_manutencao::sensoresPeloTeclado() {
+    Programa programa;
+    comSensores(programa.instalacao);
+    comDialogo(u"frmSensoresEdit"_s, [&](QDialog *dialogo) {
+        auto *grelha = controlo<Grelha>(dialogo, u"grdSensores"_s);
+        grelha->setFocus();
+        tecla(grelha, Qt::Key_Delete);
+        QCOMPARE(grelha->estadoDaLinha(0), u"red"_s);
+        tecla(grelha, Qt::Key_Delete);
+        QVERIFY(grelha->estadoDaLinha(0) != u"red");
+        tecla(grelha, Qt::Key_Down);
+        tecla(grelha, Qt::Key_Return);
+        escrever(dialogo, u"txtEdit"_s, u"Z7"_s);
+        tecla(controlo<QLineEdit>(dialogo, u"txtEdit"_s), Qt::Key_Return);
+        QCOMPARE(grelha->celula(1, 2), u"Z7"_s);
+        auto *resumida = controlo<QLabel>(dialogo, u"lblResumo"_s);
+        QVERIFY(esperar([&] { return resumida->text().contains(u"nenhum sensor tem o identificador \"Z7\""); }));
+    });
+    QCOMPARE(contar(u"Sensores"_s, u"SensorID"_s, u"B2"_s), 1); // nothing was confirmed
+}
+
+void tst_manutencao::sensoresFechadoAMeio() {
+    Programa programa;
+    comSensores(programa.instalacao, 40000);
+    comDialogo(u"frmSensoresEdit"_s, [&](QDialog *dialogo) {
+        entradaDoMenu(dialogo, 0);
+        auto *resumida = controlo<QLabel>(dialogo, u"lblResumo"_s);
+        QVERIFY(esperar([&] { return resumo(dialogo).size() == 2; }));
+        // Closed once the tables are being changed.
+        QTimer vigia;
+        connect(&vigia, &QTimer::timeout, dialogo, [&] {
+            if (resumida->text().startsWith(u"A alterar"))
+                dialogo->close();
+        });
+        vigia.start(1);
+        clicar(dialogo, u"cmdConfirmar"_s);
+        QVERIFY(!dialogo->isVisible());
+    });
+    QVERIFY(programa.principal->isEnabled());
+    QCOMPARE(contar(u"Temperaturas"_s, u"Sensor"_s, u"A1"_s), 40000);
+    QCOMPARE(contar(u"Sensores"_s, u"SensorID"_s, u"A1"_s), 1);
+}
+
+// Without its copy nothing is changed.
+void tst_manutencao::sensoresSemCopia() {
+    Programa programa;
+    comSensores(programa.instalacao);
+    programa.instalacao.erros.esperar(u"frmSensoresEdit.cmdConfirmar_Click"_s);
+    comDialogo(u"frmSensoresEdit"_s, [&](QDialog *dialogo) {
+        entradaDoMenu(dialogo, 0);
+        QVERIFY(esperar([&] { return resumo(dialogo).size() == 2; }));
+        const QString bd = programa.instalacao.ficheiro(u"BD"_s);
+        QVERIFY(QDir().rename(bd, bd + u"-fora"));
+        clicar(dialogo, u"cmdConfirmar"_s);
+        QVERIFY(QDir().rename(bd + u"-fora", bd));
+        QCOMPARE(controlo<Grelha>(dialogo, u"grdSensores"_s)->estadoDaLinha(0), u"red"_s);
+    });
+    QCOMPARE(contar(u"Temperaturas"_s, u"Sensor"_s, u"A1"_s), 3);
+}
+
+QTEST_MAIN(tst_manutencao)
+#include "tst_manutencao.moc"
