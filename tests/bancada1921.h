@@ -31,6 +31,8 @@ struct Bancada {
         form = registoForms().abrir(u"frmDS1921"_s);
         utilizador::mostrar(form);
         form->activateWindow();
+        if (!QTest::qWaitForWindowActive(form))
+            utilizador::desistir(u"frmDS1921 is not active"_s);
     }
     // The PC's clock goes with the reader's.
     void acertar() { instalacao.relogio(leitor.agora().toString(u"yyyy-MM-dd HH:mm:ss"_s)); }
