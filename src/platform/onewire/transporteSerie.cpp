@@ -32,7 +32,7 @@ constexpr Pergunta deteccao[] = {{0x45, 0x44}, {0x5B, 0x5A}, {LerVelocidade, 0x0
 
 constexpr int esperaDoReset = 30;
 constexpr int esperaDaDeteccao = 400; // a converter may keep bytes back, and a virtual adapter wait for its turn
-constexpr int esperaDaResposta = 1000;
+constexpr int esperaDaResposta = 3000;
 constexpr int esperaDaEscrita = 500;
 constexpr qsizetype pedaco = 64; // data bytes on the way at once
 
