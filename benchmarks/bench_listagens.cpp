@@ -135,7 +135,7 @@ int main(int argc, char **argv) {
             5,
             [&] {
                 return medidas::segundosDe([&] {
-                    exportacao::escreverCSV({nosso, {u"Medias", u"Temperatura"}, {sensor}, tudo}, [] {});
+                    exportacao::escreverCSV({nosso, {u"Medias", u"Temperatura"}, {{sensor}}, tudo}, [] {});
                 });
             },
             [&] { return medidas::segundosDe([&] { csvSimples(motor, simples); }); });
@@ -153,7 +153,7 @@ int main(int argc, char **argv) {
             [&] {
                 return medidas::segundosDe([&] {
                     ModeloListagem modelo;
-                    modelo.abrir(listagens::consulta(*membro, {tudo, {sensor}}));
+                    modelo.abrir(listagens::consulta(*membro, {tudo, {{sensor}}}));
                     for (int i = 0; i < 100; ++i)
                         if (modelo.data(modelo.index(i, 3), Qt::DisplayRole).toString().isEmpty())
                             std::abort();

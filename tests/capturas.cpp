@@ -1,4 +1,5 @@
-// Remakes the pictures of docs/imagens from an installation: vistrel-capturas <installation> <target folder>.
+// Remakes the pictures of docs/imagens from an installation: vistrel-capturas <installation> <target folder>
+// [--escuro] [--so <group>].
 // Forms are worked by their controls' names, as a user works them.
 #include "core/datas.h"
 #include "core/estado.h"
@@ -8,6 +9,7 @@
 #include "data/ligacao.h"
 #include "data/modMain.h"
 #include "data/recordset.h"
+#include "devicestate/forms/listaMarcada.h"
 #include "platform/chart/TChart.h"
 #include "platform/forms/dialogosQt.h"
 #include "platform/forms/grelha.h"
@@ -142,6 +144,103 @@ void outras(QWidget &principal) {
     fechar(w);
 }
 
+void marcar(QWidget *w, const QString &lista, const QList<int> &linhas) {
+    auto *grelha = controlo<ListaMarcada>(w, lista);
+    for (const int linha : linhas)
+        if (linha < grelha->linhas())
+            grelha->marcar(linha, true);
+}
+
+void pontoDe(QWidget *w, const QString &form, const QString &nome) {
+    auto *chart = controlo<TChart>(w, u"TChart"_s);
+    QTest::keyClick(chart, Qt::Key_Home);
+    QTest::keyClick(chart, Qt::Key_Return);
+    passar(300);
+    if (QWidget *pontos = registoForms().form(form)) {
+        guardar(pontos, nome);
+        pontos->close();
+    }
+}
+
+void imprimir(QWidget *w, const QString &nome) {
+    controlo<QPushButton>(w, u"cmdImprimir"_s)->click();
+    passar(500);
+    for (QWidget *topo : QApplication::topLevelWidgets())
+        if (topo->objectName().startsWith(u"DataReport")) {
+            guardar(topo, nome);
+            topo->close();
+        }
+}
+
+void sensUI(QWidget &principal) {
+    QWidget *w = vista(u"frmGraficoSensUI"_s, 1, 30);
+    confirmar(w);
+    guardar(&principal, u"sensui-grafico"_s);
+    fechar(w);
+    w = vista(u"frmGraficoHistogramaSensUI"_s, 1, 30);
+    confirmar(w);
+    guardar(&principal, u"sensui-histograma"_s);
+    imprimir(w, u"impressao-sensui-histograma"_s);
+    fechar(w);
+    w = vista(u"frmListagemObservacoesSensUI"_s, 2, 300);
+    confirmar(w);
+    guardar(&principal, u"sensui-listagem"_s);
+    imprimir(w, u"impressao-sensui-listagem"_s);
+    fechar(w);
+    w = vista(u"frmListagemAlarmesSensUi"_s, 3, 390);
+    confirmar(w);
+    guardar(&principal, u"sensui-alarmes"_s);
+    imprimir(w, u"impressao-sensui-alarmes"_s);
+    fechar(w);
+}
+
+void estados(QWidget &principal) {
+    QWidget *w = vista(u"frmGraficoInputs"_s, 0, 3);
+    marcar(w, u"grdDispositivos"_s, {0, 1});
+    marcar(w, u"grdInputs"_s, {0, 2});
+    guardar(&principal, u"inputs-painel"_s);
+    confirmar(w);
+    guardar(&principal, u"inputs"_s);
+    pontoDe(w, u"frmOpccoesPontosInputs"_s, u"inputs-ponto"_s);
+    imprimir(w, u"impressao-inputs"_s);
+    fechar(w);
+    w = vista(u"frmGraficoOutputs"_s, 0, 7);
+    marcar(w, u"grdDispositivos"_s, {0});
+    marcar(w, u"grdOutputs"_s, {0});
+    confirmar(w);
+    guardar(&principal, u"outputs"_s);
+    fechar(w);
+    for (const QString &form :
+         {u"frmGraficoREGISTO_C_Inputs"_s, u"frmGraficoREGISTO_C_Sensores"_s, u"frmGraficoREGISTO_C_GroupCond"_s}) {
+        w = vista(form, 0, 30);
+        marcar(w, u"grdCondicoes"_s, {0});
+        guardar(&principal, form + u"-painel");
+        confirmar(w);
+        guardar(&principal, form);
+        pontoDe(w, u"frmOpccoesPontos"_s + form.mid(10), form + u"-ponto");
+        fechar(w);
+    }
+}
+
+void registadores(QWidget &principal) {
+    for (const QString &form : {u"frmGraficoLoggers"_s, u"frmHistogramaLoggers"_s, u"frmListagemObservacoesLogger"_s,
+                                u"frmListagemAlarmesLogger"_s}) {
+        QWidget *w = vista(form, 0, 0);
+        controlo<Grelha>(w, u"grdSensoresAll"_s)->setLinhaActual(4);
+        guardar(&principal, form + u"-painel");
+        confirmar(w);
+        guardar(&principal, form);
+        imprimir(w, form + u"-impressao");
+        if (form == u"frmGraficoLoggers")
+            pontoDe(w, u"frmOpccoesLoggersPontos"_s, form + u"-ponto");
+        fechar(w);
+    }
+    QWidget *w = registoForms().abrir(u"frmListagemLoggers"_s);
+    controlo<QCheckBox>(w, u"chkConcluidas"_s)->click();
+    guardar(&principal, u"frmListagemLoggers"_s);
+    fechar(w);
+}
+
 void menus(QWidget &principal) {
     for (const QString &chave : {u"Graficos"_s, u"Listagens"_s, u"Geral"_s})
         if (auto *menu = principal.findChild<QMenu *>(u"menu"_s + chave); menu && menu->menuAction()->isVisible()) {
@@ -166,7 +265,7 @@ void modal(const QString &nome, const std::function<void(QWidget *)> &trabalho) 
     registoForms().abrir(nome);
 }
 
-void manutencao() {
+void manutencao(QWidget &) {
     modal(u"frmPassWord"_s, [](QWidget *w) { guardar(w, u"password"_s); });
     modal(u"frmConfiguracoes"_s, [](QWidget *w) {
         auto *tiras = controlo<QTabWidget>(w, u"Tiras"_s);
@@ -211,15 +310,22 @@ int main(int argc, char *argv[]) {
     const qsizetype lingua = argumentos.indexOf(u"--lingua"_s);
     estado().Lingua = lingua > 0 ? argumentos.value(lingua + 1) : modTraducoes::linguaDasDefinicoes();
     modMain::carregaGlobaisBD();
-    modMain::registarForms();
+    modMain::registarForms(registoForms());
     {
         frmMain principal;
         principal.show();
         guardar(&principal, u"principal"_s);
         menus(principal);
-        graficos(principal);
-        outras(principal);
-        manutencao();
+        const qsizetype so = argumentos.indexOf(u"--so"_s);
+        const QList<std::pair<QString, void (*)(QWidget &)>> grupos{{u"graficos"_s, graficos},
+                                                                    {u"outras"_s, outras},
+                                                                    {u"sensui"_s, sensUI},
+                                                                    {u"estados"_s, estados},
+                                                                    {u"registadores"_s, registadores},
+                                                                    {u"manutencao"_s, manutencao}};
+        for (const auto &[nome, fazer] : grupos)
+            if (so < 0 || argumentos.value(so + 1) == nome)
+                fazer(principal);
         modErros::TratarErro(u"frmMain.Exemplo"_s, u"A base de dados está bloqueada por outro programa."_s, u"5"_s);
         if (QWidget *erro = registoForms().form(u"frmErro"_s)) {
             guardar(erro, u"erro"_s);

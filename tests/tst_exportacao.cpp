@@ -50,7 +50,7 @@ private Q_SLOTS:
         preencher(instalacao);
         const QString caminho = instalacao.ficheiro(u"saida.csv"_s);
         Instalacao::escreverFicheiro(caminho, QByteArray(5000, 'x')); // what stood there is replaced
-        exportacao::escreverCSV({caminho, {u"Medias", u"Temperatura"}, {u"S2"_s, u"S1"_s}, tudo}, [] {});
+        exportacao::escreverCSV({caminho, {u"Medias", u"Temperatura"}, {{u"S2"_s}, {u"S1"_s}}, tudo}, [] {});
         QCOMPARE(Instalacao::lerFicheiro(caminho), esperado);
     }
 
@@ -82,7 +82,7 @@ private Q_SLOTS:
         setrlimit(RLIMIT_FSIZE, &pouco);
         QString descricao;
         try {
-            exportacao::escreverCSV({caminho, {u"Medias", u"Temperatura"}, {u"S1"_s}, tudo}, [] {});
+            exportacao::escreverCSV({caminho, {u"Medias", u"Temperatura"}, {{u"S1"_s}}, tudo}, [] {});
         } catch (const Falha &f) {
             descricao = f.descricao();
         }
@@ -96,11 +96,11 @@ private Q_SLOTS:
         preencher(instalacao);
         const QString caminho = instalacao.ficheiro(u"meia.csv"_s);
         int linhas = 0;
-        QVERIFY_THROWS_EXCEPTION(Interrompido,
-                                 exportacao::escreverCSV({caminho, {u"Medias", u"Temperatura"}, {u"S2"_s}, tudo}, [&] {
-                                     if (++linhas == 2)
-                                         throw Interrompido();
-                                 }));
+        QVERIFY_THROWS_EXCEPTION(
+            Interrompido, exportacao::escreverCSV({caminho, {u"Medias", u"Temperatura"}, {{u"S2"_s}}, tudo}, [&] {
+                if (++linhas == 2)
+                    throw Interrompido();
+            }));
         QCOMPARE(Instalacao::lerFicheiro(caminho).count('\n'), 2);
     }
 };

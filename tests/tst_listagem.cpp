@@ -55,7 +55,7 @@ private Q_SLOTS:
         instalacao.executar(u"UPDATE Humidade SET MediaSync = 'TRUE' WHERE Percentagem >= 40"_s);
         ModeloListagem modelo;
         const MembroListagem &m = membro(u"frmListagemObservacoesHumidade");
-        modelo.abrir(listagens::consulta(m, {{ate, desde}, {u"S1"_s, u"S2"_s}, soComNota, soMedias}));
+        modelo.abrir(listagens::consulta(m, {{ate, desde}, {{u"S1"_s}, {u"S2"_s}}, soComNota, soMedias}));
         QCOMPARE(coluna(modelo, 3), valores);
         QCOMPARE(modelo.columnCount(), 5);
     }
@@ -68,7 +68,7 @@ private Q_SLOTS:
             instalacao.executar(u"INSERT INTO Alarmes VALUES (?, 'n', ?, 30, 5, 31.5)"_s, {sonda, data});
         ModeloListagem modelo;
         modelo.abrir(listagens::consulta(membro(u"frmListagemAlarmesMediasTemp"),
-                                         {{desde, ate}, {u"S1"_s, u"S2"_s}, false, false}));
+                                         {{desde, ate}, {{u"S1"_s}, {u"S2"_s}}, false, false}));
         QCOMPARE(coluna(modelo, 0), QStringList({u"S1"_s, u"S2"_s}));
         QCOMPARE(coluna(modelo, 2), QStringList({u"01/06/2026 10:00:00"_s, u"02/06/2025 10:00:00"_s}));
         QCOMPARE(coluna(modelo, 5).first(), u"31,5"_s);
@@ -78,14 +78,14 @@ private Q_SLOTS:
         Instalacao instalacao;
         instalacao.leituras(u"Medias"_s, u"O'Neil"_s, u"2026-03-01 00:00:00"_s, 0, {1, 2, 3});
         ModeloListagem modelo;
-        modelo.abrir(listagens::consulta(membro(u"frmListagemObservacoesMedias"), {{desde, ate}, {u"O'Neil"_s}}));
+        modelo.abrir(listagens::consulta(membro(u"frmListagemObservacoesMedias"), {{desde, ate}, {{u"O'Neil"_s}}}));
         const int linha = int(coluna(modelo, 3).indexOf(u"2"_s));
         QVERIFY(!modelo.setData(modelo.index(linha, 3), u"9"_s, Qt::EditRole));
         QVERIFY(modelo.flags(modelo.index(linha, 4)) & Qt::ItemIsEditable);
         QVERIFY(modelo.setData(modelo.index(linha, 4), u"porta 'aberta'"_s, Qt::EditRole));
         QCOMPARE(instalacao.linha(u"SELECT COUNT(*), MAX(Temperatura) FROM Medias WHERE flag = 'porta ''aberta'''"_s),
                  QVariantList({1, 2}));
-        modelo.abrir(listagens::consulta(membro(u"frmListagemObservacoesPressao"), {{desde, ate}, {u"O'Neil"_s}}));
+        modelo.abrir(listagens::consulta(membro(u"frmListagemObservacoesPressao"), {{desde, ate}, {{u"O'Neil"_s}}}));
         QVERIFY(modelo.vazio());
     }
 
@@ -103,7 +103,8 @@ private Q_SLOTS:
             transaccao.confirmar();
         }
         ModeloListagem modelo;
-        modelo.abrir(listagens::consulta(membro(u"frmListagemObservacoesTemp"), {{desde, ate}, {u"S1"_s, u"S2"_s}}));
+        modelo.abrir(
+            listagens::consulta(membro(u"frmListagemObservacoesTemp"), {{desde, ate}, {{u"S1"_s}, {u"S2"_s}}}));
         QVERIFY(modelo.rowCount() < linhas);
         modelo.data(modelo.index(modelo.rowCount() - 1, 2), Qt::DisplayRole);
         instalacao.leituras(u"Temperaturas"_s, u"S1"_s, u"2026-02-01 00:00:00"_s, 60, {-1, -2, -3});
@@ -137,7 +138,7 @@ private Q_SLOTS:
             transaccao.confirmar();
         }
         ModeloListagem modelo;
-        modelo.abrir(listagens::consulta(membro(u"frmListagemObservacoesMedias"), {{desde, ate}, {u"S1"_s}}));
+        modelo.abrir(listagens::consulta(membro(u"frmListagemObservacoesMedias"), {{desde, ate}, {{u"S1"_s}}}));
         Ligacao captura;
         captura.abrir(instalacao.caminhoBD());
         for (int vez = 0; vez < 3; ++vez) {
@@ -166,7 +167,7 @@ private Q_SLOTS:
             u"UPDATE Temperaturas SET flag = CASE WHEN Temperatura IN (3, 4, 30000, 69000) THEN 'n' END"_s);
         ModeloListagem modelo;
         modelo.abrir(
-            listagens::consulta(membro(u"frmListagemObservacoesTemp"), {{desde, ate}, {u"S1"_s}, true, false}));
+            listagens::consulta(membro(u"frmListagemObservacoesTemp"), {{desde, ate}, {{u"S1"_s}}, true, false}));
         QTRY_VERIFY(modelo.contado());
         QCOMPARE(coluna(modelo, 2), QStringList({u"69000"_s, u"30000"_s, u"4"_s, u"3"_s}));
     }
@@ -176,7 +177,7 @@ private Q_SLOTS:
         instalacao.executar(u"DROP TABLE AlarmesHum"_s);
         ModeloListagem modelo;
         QVERIFY_THROWS_EXCEPTION(
-            Falha, modelo.abrir(listagens::consulta(membro(u"frmListagemAlarmesHum"), {{desde, ate}, {u"S"_s}})));
+            Falha, modelo.abrir(listagens::consulta(membro(u"frmListagemAlarmesHum"), {{desde, ate}, {{u"S"_s}}})));
         QVERIFY(modelo.vazio());
         modelo.abrir(listagens::consulta(membro(u"frmListagemAlarmesHum"), {}));
         QVERIFY(modelo.vazio());

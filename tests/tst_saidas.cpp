@@ -335,9 +335,9 @@ private Q_SLOTS:
     }
 
     void listaDeSensoresCortada() {
-        const QList<Sensor> poucos{{u"1"_s, QString(700, u'a'), false}};
+        const QList<impressao::Nomeado> poucos{{QString(700, u'a'), u"1"_s}};
         QCOMPARE(impressao::listaDeSensores(u"Sensores: "_s, poucos).size(), 714);
-        const QList<Sensor> muitos{{u"1"_s, QString(712, u'a'), false}};
+        const QList<impressao::Nomeado> muitos{{QString(712, u'a'), u"1"_s}};
         const QString cortada = impressao::listaDeSensores(u"Sensores: "_s, muitos);
         QCOMPARE(cortada.size(), 725);
         QVERIFY(cortada.endsWith(u"a ..."));

@@ -25,6 +25,10 @@ QDateTime instante(const QString &texto) {
     return datas::instanteDe(datas::segundosDe(texto));
 }
 
+notas::Lugar lugar(QStringView tabela, const QDateTime &data) {
+    return {tabela, u"Data", {u"Sensor"}, {sensorA}, data};
+}
+
 struct Lidas {
     QList<Leitura> linhas;
     double media = 0;
@@ -32,7 +36,7 @@ struct Lidas {
 
 Lidas ler(const Intervalo &intervalo, bool comLimites = true, const QString &sensor = sensorA) {
     Lidas lidas;
-    lidas.media = lerLeituras({{u"Temperaturas", u"Temperatura"}, sensor, intervalo, comLimites},
+    lidas.media = lerLeituras({{u"Temperaturas", u"Temperatura"}, {sensor}, intervalo, comLimites},
                               [&](const Leitura &l) { lidas.linhas.append(l); });
     return lidas;
 }
@@ -279,14 +283,14 @@ void tst_vistas::notaDeUmaLeitura() {
     const Instalacao inst;
     inst.leituras(u"Humidade"_s, sensorA, {{u"2024-03-10 10:00:01"_s, 50.0}, {u"2024-03-10 10:00:02"_s, 51.0}});
     QFETCH(QString, escrita);
-    QVERIFY(notas::gravar(u"Humidade", instante(u"2024-03-10 10:00:02"_s), sensorA, notas::paraGuardar(escrita)));
+    QVERIFY(notas::gravar(lugar(u"Humidade", instante(u"2024-03-10 10:00:02"_s)), notas::paraGuardar(escrita)));
     QTEST(inst.linha(u"SELECT flag FROM Humidade WHERE Percentagem = 51"_s).value(0).toString(), "guardada");
     QCOMPARE(inst.linha(u"SELECT flag FROM Humidade WHERE Percentagem = 50"_s).value(0).toString(), u" "_s);
-    const auto lida = notas::ler(u"Humidade", instante(u"2024-03-10 10:00:02"_s), sensorA);
+    const auto lida = notas::ler(lugar(u"Humidade", instante(u"2024-03-10 10:00:02"_s)));
     QVERIFY(lida.has_value());
     QTEST(notas::paraMostrar(*lida), "mostrada");
-    QVERIFY(!notas::ler(u"Humidade", instante(u"2024-03-10 10:00:03"_s), sensorA));
-    QVERIFY(!notas::gravar(u"Humidade", instante(u"2024-03-10 10:00:03"_s), sensorA, u"x"_s));
+    QVERIFY(!notas::ler(lugar(u"Humidade", instante(u"2024-03-10 10:00:03"_s))));
+    QVERIFY(!notas::gravar(lugar(u"Humidade", instante(u"2024-03-10 10:00:03"_s)), u"x"_s));
 }
 
 // Two readings of one sensor in the same second: the note is that of the first stored, each time.
@@ -294,9 +298,9 @@ void tst_vistas::notaDeUmaSoLinha() {
     const Instalacao inst;
     inst.leituras(u"Medias"_s, sensorA, {{u"2024-03-10 10:00:00"_s, 9.0}, {u"2024-03-10 10:00:00"_s, 1.0}});
     const QDateTime data = instante(u"2024-03-10 10:00:00"_s);
-    QVERIFY(notas::gravar(u"Medias", data, sensorA, u"primeira"_s));
-    QCOMPARE(*notas::ler(u"Medias", data, sensorA), u"primeira"_s);
-    QVERIFY(notas::gravar(u"Medias", data, sensorA, u"outra"_s));
+    QVERIFY(notas::gravar(lugar(u"Medias", data), u"primeira"_s));
+    QCOMPARE(*notas::ler(lugar(u"Medias", data)), u"primeira"_s);
+    QVERIFY(notas::gravar(lugar(u"Medias", data), u"outra"_s));
     QCOMPARE(inst.linha(u"SELECT flag FROM Medias WHERE Temperatura = 9"_s).value(0).toString(), u"outra"_s);
     QCOMPARE(inst.linha(u"SELECT flag FROM Medias WHERE Temperatura = 1"_s).value(0).toString(), u" "_s);
 }
@@ -324,7 +328,7 @@ void tst_vistas::familia() {
     QSet<QString> forms;
     QCOMPARE(familiaGraficos().size(), 9u);
     for (const MembroGrafico &m : familiaGraficos()) {
-        lerLeituras({m.tabela, sensorA, dia(), true}, [](const Leitura &) {});
+        lerLeituras({m.tabela, {sensorA}, dia(), true}, [](const Leitura &) {});
         QCOMPARE(m.pontos->tabela, m.tabela.nome);
         QCOMPARE(m.pontos->grafico, m.form);
         forms << m.form.toString() << m.pontos->form.toString();

@@ -10,7 +10,7 @@
 class Dialogos {
 public:
     virtual ~Dialogos() = default;
-    enum class Estilo { Informacao, Exclamacao };
+    enum class Estilo { Informacao, Exclamacao, Critico };
     virtual void mensagem(const QString &texto, Estilo estilo = Estilo::Informacao) = 0;
     virtual bool pergunta(const QString &texto) = 0; // true: yes
     // Empty results mean cancelled. Filters have the form "csv (*.csv)|*.csv".

@@ -23,8 +23,10 @@ struct Estado {
     qint16 CharsetForms = 0;
     QString VersaoApp;
     qint16 ObjectivoPassWord = 0;
-    bool EliminarConfirmado = false; // the password dialog was answered rightly for a deletion
     bool GravarNaBD = false;         // reads of a logger are stored; from the first download on
+    bool EliminarConfirmado = false; // the password dialog was answered rightly for a deletion
+    QString EnderecoTerminal;        // where the terminal begins
+    QString PortaTerminal;
 
     QString PastaPrograma; // no trailing separator
     QString NomePrograma = u"Vistrel"_s;

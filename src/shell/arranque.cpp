@@ -4,11 +4,16 @@
 #include "core/eventos.h"
 #include "core/modTraducoes.h"
 #include "core/rotina.h"
+#include "devicestate/forms/registar.h"
 #include "logger/forms/registar.h"
+#include "logger/forms/registarAjuda.h"
+#include "logger/views/forms/registar.h"
 #include "manutencao/registar.h"
 #include "platform/forms/registoForms.h"
 #include "platform/onewire/barramento.h"
 #include "platform/onewire/tmex.h"
+#include "platform/unit/rede.h"
+#include "poseidon/forms/registar.h"
 #include "shell/frmIconCompactarErepararBD.h"
 #include "shell/frmMain.h"
 #include "shell/textosDoQt.h"
@@ -38,10 +43,14 @@ void fecharSessao1Wire() {
 
 namespace modMain {
 
-void registarForms() {
-    registarVistas(registoForms());
-    registarManutencao(registoForms());
-    registarLogger(registoForms());
+void registarForms(RegistoForms &forms) {
+    registarLogger(forms);
+    registarAjuda(forms);
+    registarVistas(forms);
+    registarEstados(forms);
+    registarVistasDosRegistadores(forms);
+    registarPoseidon(forms);
+    registarManutencao(forms);
 }
 
 std::unique_ptr<frmMain> Main() {
@@ -49,7 +58,8 @@ std::unique_ptr<frmMain> Main() {
         estado().Lingua = modTraducoes::linguaDasDefinicoes();
         textosDoQt::aplicar(estado().Lingua);
         forcarEventos();
-        registarForms();
+        registarForms(registoForms());
+        rede::instalar();
         frmIconCompactarErepararBD().exec();
         forcarEventos();
         auto principal = std::make_unique<frmMain>();

@@ -3,11 +3,12 @@
 #include <memory>
 
 class frmMain;
+class RegistoForms;
 
 namespace modMain {
 
-// Makes every form of the system known by its name.
-void registarForms();
+// Makes every form that the menu can name known.
+void registarForms(RegistoForms &forms);
 
 // The process entry once there is an application: language, splash, main window. The caller keeps the window alive
 // while events run. Null when the start failed; the failure has been reported.

@@ -7,6 +7,7 @@
 #include "core/modDoubleTratamento.h"
 #include "data/ligacao.h"
 #include "data/recordset.h"
+#include "views/estados.h"
 
 #include <QFile>
 
@@ -15,8 +16,6 @@
 #include <cstring>
 
 namespace {
-
-enum Coluna { colData, colSensor, colNome, colValor, colObservacoes };
 
 // Dates in the locale's form are slow to make, and a file repeats a few hundred times of day over and over.
 class TextosDeDatas {
@@ -120,38 +119,53 @@ QByteArrayView bytesDe(const Recordset &rs, int coluna) {
 
 class Linhas {
 public:
-    explicit Linhas(EscritorCSV &escritor) : m_escritor(escritor) {}
+    Linhas(EscritorCSV &escritor, std::span<const exportacao::ColunaCSV> colunas)
+        : m_escritor(escritor), m_colunas(colunas) {}
 
     void escrever(const Recordset &rs) {
-        if (const double segundos = rs.segundos(colData); std::isnan(segundos)) {
-            m_escritor.juntar(bytesDe(rs, colData));
-        } else {
-            m_escritor.juntar(m_datas.data(segundos));
-            m_escritor.juntar(" ");
-            m_escritor.juntar(m_datas.hora(segundos));
+        for (int i = 0; i < int(m_colunas.size()); ++i) {
+            if (i > 0)
+                m_escritor.juntar(";");
+            escreverCampo(rs, i);
         }
-        m_escritor.juntar(";");
-        m_escritor.juntar(bytesDe(rs, colSensor));
-        m_escritor.juntar(";");
-        m_escritor.juntar(bytesDe(rs, colNome));
-        m_escritor.juntar(";");
-        if (rs.nulo(colValor) || (!rs.eNumero(colValor) && std::isnan(rs.numero(colValor))))
-            m_escritor.juntar(bytesDe(rs, colValor)); // "ND" goes as it is
-        else
-            m_escritor.juntar(m_numeros.texto(rs.numero(colValor)));
-        const QByteArrayView observacoes = bytesDe(rs, colObservacoes);
-        const Limites &limites = m_limites.de(observacoes.data(), int(observacoes.size()));
-        juntarLimite(limites.maximo);
-        juntarLimite(limites.minimo);
         m_escritor.fimDeLinha();
     }
 
 private:
-    void juntarLimite(double limite) {
-        m_escritor.juntar(";");
+    void escreverCampo(const Recordset &rs, int i) {
+        switch (m_colunas[size_t(i)].forma) {
+        case exportacao::FormaCSV::Texto:
+            return m_escritor.juntar(bytesDe(rs, i));
+        case exportacao::FormaCSV::Data:
+            return escreverData(rs, i);
+        case exportacao::FormaCSV::Numero:
+            if (rs.nulo(i) || (!rs.eNumero(i) && std::isnan(rs.numero(i))))
+                return m_escritor.juntar(bytesDe(rs, i));
+            return m_escritor.juntar(m_numeros.texto(rs.numero(i)));
+        case exportacao::FormaCSV::Limites: {
+            const QByteArrayView guardados = bytesDe(rs, i);
+            const Limites &limites = m_limites.de(guardados.data(), int(guardados.size()));
+            escreverLimite(limites.maximo);
+            m_escritor.juntar(";");
+            return escreverLimite(limites.minimo);
+        }
+        case exportacao::FormaCSV::Estado:
+            return m_escritor.juntar(estados::ligado(bytesDe(rs, i)) ? "1" : "0");
+        }
+    }
+    void escreverData(const Recordset &rs, int i) {
+        const double segundos = rs.segundos(i);
+        if (std::isnan(segundos))
+            return m_escritor.juntar(bytesDe(rs, i));
+        m_escritor.juntar(m_datas.data(segundos));
+        m_escritor.juntar(" ");
+        m_escritor.juntar(m_datas.hora(segundos));
+    }
+    void escreverLimite(double limite) {
         m_escritor.juntar(std::isnan(limite) ? QByteArrayView("NA") : QByteArrayView(m_numeros.texto(limite)));
     }
     EscritorCSV &m_escritor;
+    std::span<const exportacao::ColunaCSV> m_colunas;
     TextosDeDatas m_datas;
     TextosDeNumeros m_numeros;
     CacheLimites m_limites;
@@ -163,11 +177,22 @@ namespace exportacao {
 
 void escreverCSV(const PedidoCSV &pedido, const std::function<void()> &passar) {
     EscritorCSV escritor(pedido.caminho);
-    const auto linhas = std::make_unique<Linhas>(escritor);
-    const QString sql = u"SELECT Data, Sensor, NomeSensor, "_s + pedido.tabela.valor + u", Observacoes FROM " +
-                        pedido.tabela.nome + u" WHERE Data BETWEEN ? AND ? AND Sensor = ? ORDER BY Data";
-    for (const QString &sensor : pedido.sensores) {
-        Recordset rs = cnBD().consultar(sql, {pedido.intervalo.inicio, pedido.intervalo.fim, sensor});
+    const TabelaLeituras &t = pedido.tabela;
+    const ColunaCSV deLeituras[] = {{t.data, FormaCSV::Data},
+                                    {u"Sensor", FormaCSV::Texto},
+                                    {u"NomeSensor", FormaCSV::Texto},
+                                    {t.valor, FormaCSV::Numero},
+                                    {t.limites, FormaCSV::Limites}};
+    const FormatoCSV formato = pedido.formato ? *pedido.formato : FormatoCSV{deLeituras, t.data};
+    const auto linhas = std::make_unique<Linhas>(escritor, formato.colunas);
+    QStringList colunas;
+    for (const ColunaCSV &coluna : formato.colunas)
+        colunas.append(coluna.coluna.toString());
+    const QString sql = u"SELECT "_s + colunas.join(u", "_s) + u" FROM " + t.nome + u" WHERE " + t.data +
+                        u" BETWEEN ? AND ? AND " + escolhas::condicao(t.chave) + u" ORDER BY " + formato.ordem;
+    for (const QStringList &chave : pedido.chaves) {
+        Recordset rs = cnBD().consultar(sql, QVariantList{pedido.intervalo.inicio, pedido.intervalo.fim} +
+                                                 escolhas::valores(chave));
         while (rs.avancar()) {
             linhas->escrever(rs);
             passar();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "views/exportacao.h"
 #include "views/familiaPontos.h"
 #include "views/leituras.h"
 #include "views/regras.h"
@@ -7,7 +8,10 @@
 #include <span>
 
 // How the left axis is fitted once there is data.
-enum class EixoEsquerdo { Folga, Percentagem };
+enum class EixoEsquerdo { Folga, Percentagem, Estados };
+
+// What becomes of one choice alone: a line with its limits, coloured point by point, or a line like those of several.
+enum class LinhaUnica { ComLimites, ComoVarias };
 
 // One line chart.
 struct MembroGrafico {
@@ -25,6 +29,10 @@ struct MembroGrafico {
     double (*ler)(const PedidoLeituras &, const AoLer &) = lerLeituras;
     QStringView chaveTitulo{};                      // empty: the form's name and ".Caption"
     QStringView formMedia = u"frmGraficoPrincipal"; // whose section holds the text of the average
+    LinhaUnica linhaUnica = LinhaUnica::ComLimites;
+    bool comCSV = true;
+    const exportacao::FormatoCSV *csv = nullptr; // null: that of readings
+    QStringView formLimites{};                   // whose section names the limit lines; empty: its own
 };
 
 std::span<const MembroGrafico> familiaGraficos();

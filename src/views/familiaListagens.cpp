@@ -2,6 +2,7 @@
 
 #include "core/datas.h"
 #include "core/literais.h"
+#include "core/modDoubleTratamento.h"
 #include "data/recordset.h"
 
 #include <array>
@@ -88,6 +89,7 @@ constexpr auto alarmesOrvalho = colunasAlarme({chavesComuns,
                                                rotulosComuns,
                                                {u"Max DP C", u"Min DP C", u"Leit. DP C"}});
 constexpr QStringView relatorioAlarmes = u"DataReportAlarmes";
+constexpr ColunasChave sonda{u"SondaID"};
 constexpr QStringView lugarDosAlarmes = u"frmListagemAlarmesMediasTemp";
 
 // Verified alarms ----------------------------------------------------------------------------------------------
@@ -182,7 +184,8 @@ constexpr MembroListagem tabela[] = {
      .tituloImpressao = u"Listagem de Alarmes de Temperatura",
      .relatorio = relatorioAlarmes,
      .ligacao = LigacaoListagem::Alarmes,
-     .comFiltro = false},
+     .comFiltro = false,
+     .chave = sonda},
     {.form = u"frmListagemAlarmesHum",
      .tabela = u"AlarmesHum",
      .regra = &regras::humidade,
@@ -192,7 +195,8 @@ constexpr MembroListagem tabela[] = {
      .relatorio = relatorioAlarmes,
      .ligacao = LigacaoListagem::Alarmes,
      .comFiltro = false,
-     .formGrupos = u"frmListagemObservacoesTemp"},
+     .formGrupos = u"frmListagemObservacoesTemp",
+     .chave = sonda},
     // These two share the saved place of the temperatures' alarms.
     {.form = u"frmListagemAlarmesPressao",
      .tabela = u"AlarmesPressao",
@@ -203,7 +207,8 @@ constexpr MembroListagem tabela[] = {
      .relatorio = relatorioAlarmes,
      .ligacao = LigacaoListagem::Alarmes,
      .comFiltro = false,
-     .formLugar = lugarDosAlarmes},
+     .formLugar = lugarDosAlarmes,
+     .chave = sonda},
     {.form = u"frmListagemAlarmesDPC",
      .tabela = u"AlarmesPOrv",
      .regra = &regras::pontoDeOrvalho,
@@ -213,7 +218,8 @@ constexpr MembroListagem tabela[] = {
      .relatorio = relatorioAlarmes,
      .ligacao = LigacaoListagem::Alarmes,
      .comFiltro = false,
-     .formLugar = lugarDosAlarmes},
+     .formLugar = lugarDosAlarmes,
+     .chave = sonda},
     {.form = u"frmListagemAlarmesMask",
      .tabela = u"MaskListaAlarmes",
      .regra = nullptr,
@@ -233,6 +239,12 @@ int posicaoDe(const MembroListagem &membro, QStringView campo) {
         if (membro.colunas[i].campo == campo)
             return int(i);
     return -1;
+}
+
+QString textoDoLimite(const QString &observacoes, ColunaListagem::Forma forma) {
+    const Limites limites = lerLimites(observacoes);
+    const double limite = forma == ColunaListagem::Forma::LimiteMaximo ? limites.maximo : limites.minimo;
+    return std::isnan(limite) ? u"NA"_s : modDoubleTratamento::NumeroParaTexto(limite);
 }
 
 } // namespace
@@ -257,27 +269,30 @@ ConsultaListagem consulta(const MembroListagem &membro, const Pedido &pedido) {
     c.data = u"Data"_s;
     c.colunaData = posicaoDe(membro, u"Data");
 
-    const QString chave = membro.ligacao == LigacaoListagem::Alarmes ? u"SondaID"_s : u"Sensor"_s;
-    const QString doSensor = nome + u" WHERE " + chave + u" = ?";
-    for (const QString &sensor : pedido.sensores) {
+    const QString filtro = membro.filtro.isEmpty() ? QString() : u" AND "_s + membro.filtro;
+    const QString onde = nome + u" WHERE " + escolhas::condicao(membro.chave) + filtro;
+    for (const QStringList &chave : pedido.chaves) {
         // Without parentheses round the sensors, the date test of the alarms binds the first one only. It stays so.
         if (membro.ligacao == LigacaoListagem::Alarmes && !c.ramos.isEmpty())
-            c.ramos.append({doSensor, {sensor}, {}, {}});
+            c.ramos.append({onde, escolhas::valores(chave), {}, {}});
         else
-            c.ramos.append({doSensor, {sensor}, pedido.intervalo.inicio, pedido.intervalo.fim});
+            c.ramos.append({onde, escolhas::valores(chave), pedido.intervalo.inicio, pedido.intervalo.fim});
     }
 
     const int nota = posicaoDe(membro, u"Flag");
     const int medias = membro.comMedias ? c.visiveis : -1;
     // Tested row by row: a search for rare notes inside the engine would hold the window still.
-    c.aceita = [nota, medias, soComNota = pedido.soComNota && nota >= 0,
+    c.aceita = [nota, medias, soComNota = (pedido.soComNota || membro.soComNota) && nota >= 0,
                 soMedias = pedido.soMedias && medias >= 0](const Recordset &rs) {
         int tamanho = 0;
         if (soComNota && (rs.utf8(nota, tamanho), tamanho == 0))
             return false;
         return !soMedias || rs.texto(medias).compare(u"TRUE", Qt::CaseInsensitive) == 0;
     };
-    c.celula = [data = c.colunaData](const QString &guardado, int coluna) {
+    c.celula = [&membro, data = c.colunaData](const QString &guardado, int coluna) {
+        const ColunaListagem::Forma forma = membro.colunas[size_t(coluna)].forma;
+        if (forma != ColunaListagem::Forma::ComoEsta)
+            return textoDoLimite(guardado, forma);
         const double instante = coluna == data ? datas::segundosDe(guardado) : semData;
         return std::isnan(instante) ? guardado : datas::textoDataHora(datas::instanteDe(instante));
     };

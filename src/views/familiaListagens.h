@@ -4,8 +4,6 @@
 #include "views/modeloListagem.h"
 #include "views/regras.h"
 
-#include <QStringList>
-
 #include <span>
 
 // One column of a listing: on the screen and on paper.
@@ -18,6 +16,14 @@ struct ColunaListagem {
     QStringView chaveRotulo;
     QStringView omissaoRotulo;
     QStringView caixa; // text box of the report
+    enum class Forma { ComoEsta, LimiteMaximo, LimiteMinimo } forma = Forma::ComoEsta;
+};
+
+// A line at the head of the page that names what the rows are of.
+struct CabecalhoListagem {
+    QStringView rotulo; // label of the report
+    QStringView chave;
+    QStringView omissao;
 };
 
 // How the rows of a listing are asked for.
@@ -27,7 +33,7 @@ enum class LigacaoListagem {
     Verificados, // alarms verified by operators, of one device or of all
 };
 
-// One listing of sensors' rows.
+// One listing.
 struct MembroListagem {
     QStringView form;
     QStringView tabela;
@@ -43,6 +49,10 @@ struct MembroListagem {
     QStringView formLugar{};  // whose saved place it shares; empty: its own
     QStringView formGrupos{}; // whose section names the row of all sensors; empty: its own
     QStringView chaveImpressao = u"PrintTitle";
+    ColunasChave chave{u"Sensor"};
+    bool soComNota = false;                          // the filter is always on
+    QStringView filtro{};                            // of few rows, in the query itself; empty: none
+    std::span<const CabecalhoListagem> cabecalhos{}; // one for each value of the key
 };
 
 std::span<const MembroListagem> familiaListagens();
@@ -51,7 +61,7 @@ namespace listagens {
 
 struct Pedido {
     Intervalo intervalo;
-    QStringList sensores;
+    QList<QStringList> chaves;
     bool soComNota = false;
     bool soMedias = false;
 };

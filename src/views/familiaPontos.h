@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QStringView>
+#include "views/escolha.h"
 
 // The name and the caption key of the label before the value.
 struct EtiquetaValor {
@@ -15,6 +15,10 @@ struct MembroPontos {
     QStringView tabela;
     EtiquetaValor valor;
     QStringView seccaoDe{}; // whose texts it uses; empty: its own
+    QStringView legendaChave = u"Sensor";
+    ColunasChave chave{u"Sensor"};
+    QStringView data = u"Data";
+    QStringView dataDoZero{}; // of points at height 0, where a row holds two; empty: the same
 };
 
 namespace familiaPontos {

@@ -90,7 +90,8 @@ std::optional<quint32> corDoBalde(double baixo, std::optional<double> minimo, st
 }
 
 std::vector<Balde> contar(std::span<const double> valores, double intervalo, std::optional<double> minimo,
-                          std::optional<double> maximo, const std::function<void()> &passar) {
+                          std::optional<double> maximo, const std::function<void()> &passar,
+                          const std::optional<Extremos> &extremos) {
     double menor = INFINITY;
     double maior = -INFINITY;
     for (const double v : valores) {
@@ -99,8 +100,8 @@ std::vector<Balde> contar(std::span<const double> valores, double intervalo, std
     }
     if (!(menor <= maior))
         return {};
-    menor = comoTexto(menor);
-    maior = comoTexto(maior);
+    menor = comoTexto(extremos ? extremos->menor : menor);
+    maior = comoTexto(extremos ? extremos->maior : maior);
     const std::vector<Limites> limites = limitesDosBaldes(menor, maior, intervalo, passar);
     std::vector<qint64> totais(limites.size());
     const auto ultimo = qint64(limites.size()) - 1;

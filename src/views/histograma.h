@@ -29,8 +29,13 @@ std::optional<quint32> corDoBalde(double baixo, std::optional<double> minimo, st
 
 // Buckets with at least one value and a colour, in order. The first is [min, min + width], each further one starts
 // 0.1 above the shared edge, so that values between two buckets are counted nowhere. NaN values count nowhere.
-// passar is called now and then, so that events run.
+// passar is called now and then, so that events run. The buckets run from the least to the greatest value, or between
+// the extremes given, outside of which nothing counts.
+struct Extremos {
+    double menor, maior;
+};
 std::vector<Balde> contar(std::span<const double> valores, double intervalo, std::optional<double> minimo,
-                          std::optional<double> maximo, const std::function<void()> &passar = {});
+                          std::optional<double> maximo, const std::function<void()> &passar = {},
+                          const std::optional<Extremos> &extremos = {});
 
 } // namespace histograma

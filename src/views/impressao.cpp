@@ -4,6 +4,7 @@
 #include "core/estado.h"
 #include "core/literais.h"
 #include "data/modMain.h"
+#include "views/sensores.h"
 
 namespace {
 
@@ -14,34 +15,35 @@ QString intervalo(const QString &inicio, const QString &fim) {
     return inicio + u" <> " + fim;
 }
 
-QString daUnidade(const QString &ip, const QString &inicio, const QString &fim) {
+QString daUnidade(const QString &ip, bool semMac, const QString &inicio, const QString &fim) {
     QString nome;
     QString mac;
     modMain::BuscarNomePoseidonPorID(ip, nome, mac);
-    return u"Poseidon: " + ip + u" - " + nome + u" - " + mac + u"           " + intervalo(inicio, fim);
+    const QString unidade = u"Poseidon: " + ip + u" - " + nome;
+    return (semMac ? unidade : unidade + u" - " + mac) + u"           " + intervalo(inicio, fim);
 }
 
 } // namespace
 
 namespace impressao {
 
-QString descricao(const QString &tagDoFiltro, const QList<Sensor> &seleccao, const QString &inicio,
-                  const QString &fim) {
+QString descricao(const QString &tagDoFiltro, const QString &unicoSensor, const QString &inicio, const QString &fim,
+                  bool semMac) {
     if (const QString ip = sensores::unidadeDaTag(tagDoFiltro); !ip.isEmpty())
-        return daUnidade(ip, inicio, fim);
-    if (seleccao.size() == 1) {
+        return daUnidade(ip, semMac, inicio, fim);
+    if (!unicoSensor.isEmpty()) {
         // The stored value is one mode digit and the address.
-        const QString ip = modMain::BuscarPoseidonPorIDSensor(seleccao.first().id).trimmed();
+        const QString ip = modMain::BuscarPoseidonPorIDSensor(unicoSensor).trimmed();
         if (!ip.isEmpty())
-            return daUnidade(ip.mid(1), inicio, fim);
+            return daUnidade(ip.mid(1), semMac, inicio, fim);
     }
     return intervalo(inicio, fim);
 }
 
-QString listaDeSensores(const QString &prefixo, const QList<Sensor> &seleccao) {
+QString listaDeSensores(const QString &prefixo, const QList<Nomeado> &seleccao) {
     QString lista = prefixo;
-    for (const Sensor &sensor : seleccao)
-        lista += sensor.nome + u" [" + sensor.id + u']';
+    for (const Nomeado &sensor : seleccao)
+        lista += sensor.nome + u" [" + sensor.parenteses + u']';
     return lista.size() > maximoDaLista ? lista.left(corteDaLista) + u" ..." : lista;
 }
 

@@ -1,18 +1,23 @@
 #pragma once
 
-#include "views/sensores.h"
-
 #include <QList>
 #include <QString>
 
 // Texts at the head of printed views.
 namespace impressao {
 
-// Whose readings, from when to when: the unit of the filter, or that of the only sensor, before the range.
-QString descricao(const QString &tagDoFiltro, const QList<Sensor> &seleccao, const QString &inicio, const QString &fim);
+// Whose readings, from when to when: the unit of the filter, or that of the only sensor (empty: there are several),
+// before the range.
+QString descricao(const QString &tagDoFiltro, const QString &unicoSensor, const QString &inicio, const QString &fim,
+                  bool semMac = false);
 
-// The sensors of a histogram, in order; a text longer than 725 characters is cut to 721 and " ...".
-QString listaDeSensores(const QString &prefixo, const QList<Sensor> &seleccao);
+// The names in a histogram, each with what stands in brackets behind it; a text longer than 725 characters is cut to
+// 721 and " ...".
+struct Nomeado {
+    QString nome;
+    QString parenteses;
+};
+QString listaDeSensores(const QString &prefixo, const QList<Nomeado> &seleccao);
 
 // The date in the short form, and the time of printing.
 QString dataHora();

@@ -17,27 +17,29 @@ double valorDe(const Recordset &rs) {
     return rs.nulo(colValor) ? std::numeric_limits<double>::quiet_NaN() : rs.numero(colValor);
 }
 
-// Nothing and one blank are no note.
-bool temNota(const Recordset &rs) {
-    const char *bytes = rs.utf8(colFlag);
+} // namespace
+
+bool temNota(const Recordset &rs, int coluna) {
+    const char *bytes = rs.utf8(coluna);
     return bytes[0] != '\0' && (bytes[0] != ' ' || bytes[1] != '\0');
 }
-
-} // namespace
 
 Intervalo::Intervalo(const QDateTime &a, const QDateTime &b)
     : inicio(datas::textoBD(std::min(a, b))), fim(datas::textoBD(std::max(a, b))) {}
 
 double lerLeituras(const PedidoLeituras &pedido, const AoLer &aoLer) {
-    const QString sql = u"SELECT Data, "_s + pedido.tabela.valor + u", flag" +
-                        (pedido.comLimites ? u", Observacoes" : u"") + u" FROM " + pedido.tabela.nome +
-                        u" WHERE Data BETWEEN ? AND ? AND Sensor = ? ORDER BY Data";
-    Recordset rs = cnBD().consultar(sql, {pedido.intervalo.inicio, pedido.intervalo.fim, pedido.sensor});
+    const TabelaLeituras &t = pedido.tabela;
+    const QString limitesOuNada = pedido.comLimites ? u", " + t.limites.toString() : QString();
+    const QString sql = u"SELECT "_s + t.data + u", " + t.valor + u", flag" + limitesOuNada + u" FROM " + t.nome +
+                        u" WHERE " + t.data + u" BETWEEN ? AND ? AND " + escolhas::condicao(t.chave) + u" ORDER BY " +
+                        t.data;
+    Recordset rs = cnBD().consultar(sql, QVariantList{pedido.intervalo.inicio, pedido.intervalo.fim} +
+                                             escolhas::valores(pedido.chave));
     CacheLimites limites;
     double soma = 0;
     qint64 comValor = 0;
     while (rs.avancar()) {
-        Leitura leitura{rs.segundos(colData), valorDe(rs), {}, temNota(rs)};
+        Leitura leitura{rs.segundos(colData), valorDe(rs), {}, temNota(rs, colFlag)};
         if (std::isnan(leitura.data))
             continue; // has no place on the time axis
         if (pedido.comLimites) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "views/escolha.h"
 #include "views/limites.h"
 
 #include <QDateTime>
@@ -29,14 +30,21 @@ using AoLer = std::function<void(const Leitura &)>;
 struct TabelaLeituras {
     QStringView nome;
     QStringView valor; // column
+    QStringView data = u"Data";
+    ColunasChave chave{u"Sensor"};
+    QStringView limites = u"Observacoes"; // column or expression that gives them as lerLimites reads them
 };
 
 struct PedidoLeituras {
     TabelaLeituras tabela;
-    QString sensor;
+    QStringList chave;
     Intervalo intervalo;
     bool comLimites = true;
 };
+
+class Recordset;
+// Nothing and one blank are no note.
+bool temNota(const Recordset &rs, int coluna);
 
 // Walks the readings by date and gives back their average; readings without a value do not weigh, and no reading
 // at all gives 0. The callback may throw to stop.

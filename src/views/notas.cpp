@@ -7,22 +7,30 @@
 #include "data/recordset.h"
 
 namespace {
-const QString onde = u"Data = ? AND Sensor = ?"_s;
+
+QString onde(const notas::Lugar &lugar) {
+    const QString condicao = lugar.colunaData + u" = ? AND "_s + escolhas::condicao(lugar.colunas);
+    return u" WHERE "_s + dialecto::soUmaLinha(lugar.tabela, condicao);
 }
+
+QVariantList valores(const notas::Lugar &lugar) {
+    return QVariantList{datas::textoBD(lugar.data)} + escolhas::valores(lugar.chave);
+}
+
+} // namespace
 
 namespace notas {
 
-std::optional<QString> ler(QStringView tabela, const QDateTime &data, const QString &sensor) {
-    const QString sql = u"SELECT flag FROM "_s + tabela + u" WHERE " + dialecto::soUmaLinha(tabela, onde);
-    Recordset rs = cnBD().consultar(sql, {datas::textoBD(data), sensor});
+std::optional<QString> ler(const Lugar &lugar) {
+    Recordset rs = cnBD().consultar(u"SELECT flag FROM "_s + lugar.tabela + onde(lugar), valores(lugar));
     if (!rs.avancar())
         return std::nullopt;
     return rs.texto(0);
 }
 
-bool gravar(QStringView tabela, const QDateTime &data, const QString &sensor, const QString &nota) {
-    const QString sql = u"UPDATE "_s + tabela + u" SET flag = ? WHERE " + dialecto::soUmaLinha(tabela, onde);
-    return cnBD().executar(sql, {nota, datas::textoBD(data), sensor}) > 0;
+bool gravar(const Lugar &lugar, const QString &nota) {
+    const QString sql = u"UPDATE "_s + lugar.tabela + u" SET flag = ?" + onde(lugar);
+    return cnBD().executar(sql, QVariantList{nota} + valores(lugar)) > 0;
 }
 
 QString paraGuardar(const QString &texto) {

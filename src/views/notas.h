@@ -1,17 +1,28 @@
 #pragma once
 
+#include "views/escolha.h"
+
 #include <QDateTime>
 #include <QString>
 
 #include <optional>
 
-// The note that a user attaches to one stored reading, found by its exact second.
+// The note that a user attaches to one stored row, found by its exact second.
 namespace notas {
 
-// What flag holds ("" for Null); nothing when there is no such reading.
-std::optional<QString> ler(QStringView tabela, const QDateTime &data, const QString &sensor);
-// Changes one reading at most; false when there is none.
-bool gravar(QStringView tabela, const QDateTime &data, const QString &sensor, const QString &nota);
+// Where it stands.
+struct Lugar {
+    QStringView tabela;
+    QStringView colunaData = u"Data";
+    ColunasChave colunas{u"Sensor"};
+    QStringList chave;
+    QDateTime data;
+};
+
+// What flag holds ("" for Null); nothing when there is no such row.
+std::optional<QString> ler(const Lugar &lugar);
+// Changes one row at most; false when there is none.
+bool gravar(const Lugar &lugar, const QString &nota);
 
 // What is stored for a text of the user's: trimmed, and one blank for nothing.
 QString paraGuardar(const QString &texto);

@@ -1,13 +1,15 @@
 #pragma once
 
-#include <QString>
+#include <QStringList>
 
 // The point that was clicked, as a chart hands it to the form of its points. All text, as shown.
 struct PontoActual {
     QString indice;
     QString x; // date and time
     QString y;
-    QString sensor;
+    QString sensor; // or what else the points belong to
     QString descricao;
     QString serie;
+    QStringList chave = {}; // values that find the row
+    QStringView colunaData = u"Data";
 };

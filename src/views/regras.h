@@ -9,6 +9,7 @@ struct RegraTipo {
     char16_t letra = 0;                     // last character of the trimmed type
     bool contraria = false;                 // passes when the last character is any other
     std::array<QStringView, 4> excluidos{}; // whole types that never pass
+    std::array<QStringView, 2> unicos{};    // when there are any, only these whole types pass
 
     bool aceita(QStringView tipo) const;
 };

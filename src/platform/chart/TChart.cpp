@@ -128,8 +128,9 @@ void TChart::setUnidade(const QString &unidade) {
     m->unidade = unidade;
 }
 
-void TChart::setLegenda(bool visivel) {
+void TChart::setLegenda(bool visivel, int aPartirDe) {
     m->comLegenda = visivel;
+    m->nomesAPartirDe = aPartirDe;
 }
 
 void TChart::setNota(std::function<QString(int, int)> nota) {
@@ -143,7 +144,7 @@ void TChart::actualizar() {
     for (const PlotSerie *p : m->plots)
         if (p->serie().Active && !p->serie().Title.isEmpty())
             nomeadas.push_back(p);
-    if (!m->comLegenda || nomeadas.size() < 2)
+    if (!m->comLegenda || int(nomeadas.size()) < m->nomesAPartirDe)
         nomeadas.clear();
     m->quadro->legenda()->definir(std::move(nomeadas));
 

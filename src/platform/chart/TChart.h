@@ -53,8 +53,8 @@ public:
     void anularZoom();
 
     void setUnidade(const QString &unidade); // behind values in the readout, such as " °C"
-    // Names under the picture when there are two series or more; on from the beginning.
-    void setLegenda(bool visivel);
+    // Names under the picture when there are so many series or more; on from the beginning.
+    void setLegenda(bool visivel, int aPartirDe = 2);
     // Text of a marked point for the readout, asked for only when the pointer rests on one.
     void setNota(std::function<QString(int serie, int indice)> nota);
 

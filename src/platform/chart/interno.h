@@ -59,6 +59,7 @@ struct TChart::Interno {
     QString unidade;
     std::function<QString(int, int)> nota;
     bool comLegenda = true;
+    int nomesAPartirDe = 2;
     bool zoomPermitido = true;
     bool comZoom = false;
     QCPRange todoX, todoY;     // the whole picture

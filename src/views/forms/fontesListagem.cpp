@@ -6,7 +6,6 @@
 #include "platform/forms/grelha.h"
 #include "views/dispositivos.h"
 #include "views/forms/painelSensores.h"
-#include "views/impressao.h"
 
 #include <QCheckBox>
 #include <QVBoxLayout>
@@ -21,8 +20,8 @@ QString textoDe(const MembroListagem &membro, const QString &chave, const QStrin
 
 } // namespace
 
-PainelVista *FonteSensores::criarPainel(QWidget *pai) {
-    m_painel = new PainelSensores({m_membro.form.toString(), m_membro.regra, m_membro.formGrupos.toString()}, pai);
+PainelVista *FonteLinhas::criarPainel(QWidget *pai) {
+    m_painel = m_fabrica(pai);
     if (m_membro.comFiltro) {
         m_soComNota = criarCaixa(u"chkObservacoesPreenchidas"_s, u"Só Obsevações preenchidas"_s);
         m_painel->juntarOpcao({m_soComNota});
@@ -34,25 +33,27 @@ PainelVista *FonteSensores::criarPainel(QWidget *pai) {
     return m_painel;
 }
 
-QCheckBox *FonteSensores::criarCaixa(const QString &nome, const QString &omissao) const {
+QCheckBox *FonteLinhas::criarCaixa(const QString &nome, const QString &omissao) const {
     auto *caixa = new QCheckBox(textoDe(m_membro, nome + u".Caption", omissao));
     caixa->setObjectName(nome);
     caixa->setAccessibleName(caixa->text());
     return caixa;
 }
 
-ConsultaListagem FonteSensores::consulta() const {
+ConsultaListagem FonteLinhas::consulta() const {
     listagens::Pedido pedido;
     pedido.intervalo = Intervalo(m_painel->inicio(), m_painel->fim());
-    for (const Sensor &sensor : m_painel->seleccionados())
-        pedido.sensores.append(sensor.id);
+    for (const Escolha &escolha : m_painel->escolhas())
+        pedido.chaves.append(escolha.chave);
     pedido.soComNota = m_soComNota && m_soComNota->isChecked();
     pedido.soMedias = m_soMedias && m_soMedias->isChecked();
+    m_impressos.clear();
+    for (size_t i = 0; i < m_membro.cabecalhos.size(); ++i) {
+        const CabecalhoListagem &c = m_membro.cabecalhos[i];
+        m_impressos.append({c.rotulo.toString(), textoDe(m_membro, c.chave.toString(), c.omissao.toString()) +
+                                                     pedido.chaves.value(0).value(qsizetype(i))});
+    }
     return listagens::consulta(m_membro, pedido);
-}
-
-QString FonteSensores::descricao(const QString &inicio, const QString &fim) const {
-    return impressao::descricao(m_painel->tagDoFiltro(), m_painel->seleccionados(), inicio, fim);
 }
 
 PainelDispositivos::PainelDispositivos(const QString &form, QWidget *pai)
@@ -81,14 +82,11 @@ void PainelDispositivos::encher() {
     });
 }
 
-QString PainelDispositivos::ip() const {
+QList<Escolha> PainelDispositivos::escolhas() const {
     const int linha = m_grdDispositivos->linhaActual();
-    const QString ip = linha < 0 ? QString() : m_grdDispositivos->celula(linha, 0);
-    return ip == dispositivos::todos ? QString() : ip;
-}
-
-QString PainelDispositivos::nome() const {
-    return m_grdDispositivos->celula(m_grdDispositivos->linhaActual(), 1);
+    if (linha < 0 || m_grdDispositivos->celula(linha, 0) == dispositivos::todos)
+        return {Escolha()};
+    return {{{m_grdDispositivos->celula(linha, 0)}, m_grdDispositivos->celula(linha, 1)}};
 }
 
 QWidget *PainelDispositivos::primeiroControlo() const {
@@ -101,17 +99,19 @@ PainelVista *FonteDispositivos::criarPainel(QWidget *pai) {
 }
 
 ConsultaListagem FonteDispositivos::consulta() const {
-    const QString ip = m_painel->ip();
-    m_impresso = ip.isEmpty() ? textoDe(m_membro, u"AllDev"_s, u"Todos os dispositivos"_s) : m_painel->nome();
+    const Escolha escolha = m_painel->escolhas().first();
+    const QString ip = escolha.chave.value(0);
+    m_impresso = ip.isEmpty() ? textoDe(m_membro, u"AllDev"_s, u"Todos os dispositivos"_s) : escolha.nome;
     return listagens::consultaVerificados(m_membro, Intervalo(m_painel->inicio(), m_painel->fim()), ip);
 }
 
-QString FonteDispositivos::descricao(const QString &inicio, const QString &fim) const {
-    return inicio + u" <> " + fim;
+QList<std::pair<QString, QString>> FonteDispositivos::cabecalhos() const {
+    return {{u"lblDispositivos"_s, m_impresso}};
 }
 
 std::unique_ptr<FonteListagem> criarFonteListagem(const MembroListagem &membro) {
     if (membro.ligacao == LigacaoListagem::Verificados)
         return std::make_unique<FonteDispositivos>(membro);
-    return std::make_unique<FonteSensores>(membro);
+    return std::make_unique<FonteLinhas>(
+        membro, fabricaSensores({membro.form.toString(), membro.regra, membro.formGrupos.toString()}));
 }

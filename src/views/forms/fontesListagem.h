@@ -4,23 +4,25 @@
 #include "views/forms/painelVista.h"
 
 class Grelha;
-class PainelSensores;
 class QCheckBox;
 
-// Sensors and a range: readings with their notes, and alarms.
-class FonteSensores : public FonteListagem {
+// Rows of what is chosen in a panel, in a range: readings with their notes, and alarms.
+class FonteLinhas : public FonteListagem {
 public:
-    explicit FonteSensores(const MembroListagem &membro) : m_membro(membro) {}
+    FonteLinhas(const MembroListagem &membro, FabricaPainel fabrica)
+        : m_membro(membro), m_fabrica(std::move(fabrica)) {}
     PainelVista *criarPainel(QWidget *pai) override;
     ConsultaListagem consulta() const override;
-    QString descricao(const QString &inicio, const QString &fim) const override;
+    QList<std::pair<QString, QString>> cabecalhos() const override { return m_impressos; }
 
 private:
     QCheckBox *criarCaixa(const QString &nome, const QString &omissao) const;
     const MembroListagem &m_membro;
-    PainelSensores *m_painel = nullptr;
+    FabricaPainel m_fabrica;
+    PainelVista *m_painel = nullptr;
     QCheckBox *m_soComNota = nullptr;
     QCheckBox *m_soMedias = nullptr;
+    mutable QList<std::pair<QString, QString>> m_impressos; // of the last query
 };
 
 // The panel of views over devices: one of them, or all.
@@ -28,11 +30,9 @@ class PainelDispositivos : public PainelVista {
     Q_OBJECT
 public:
     PainelDispositivos(const QString &form, QWidget *pai);
-    QString ip() const;   // empty: all
-    QString nome() const; // of the chosen device
+    QList<Escolha> escolhas() const override; // one device; without a key: all of them
 
 protected:
-    bool comSeleccao() const override { return true; }
     QWidget *primeiroControlo() const override;
 
 private:
@@ -45,8 +45,7 @@ public:
     explicit FonteDispositivos(const MembroListagem &membro) : m_membro(membro) {}
     PainelVista *criarPainel(QWidget *pai) override;
     ConsultaListagem consulta() const override;
-    QString descricao(const QString &inicio, const QString &fim) const override;
-    QString dispositivos() const override { return m_impresso; }
+    QList<std::pair<QString, QString>> cabecalhos() const override;
 
 private:
     const MembroListagem &m_membro;

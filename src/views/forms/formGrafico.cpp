@@ -9,7 +9,6 @@
 #include "platform/chart/TChart.h"
 #include "platform/forms/registoForms.h"
 #include "views/forms/formOpccoesPontos.h"
-#include "views/forms/painelSensores.h"
 #include "views/notas.h"
 
 #include <QLabel>
@@ -32,9 +31,8 @@ FormVista::Config configDe(const MembroGrafico &membro) {
 
 } // namespace
 
-FormGrafico::FormGrafico(const MembroGrafico &membro, QWidget *pai)
-    : FormVista(configDe(membro), pai), m_membro(membro),
-      m_painel(new PainelSensores({membro.form.toString(), membro.regra, {}}, this)) {
+FormGrafico::FormGrafico(const MembroGrafico &membro, const FabricaPainel &fabrica, QWidget *pai)
+    : FormVista(configDe(membro), pai), m_membro(membro), m_painel(fabrica(this)) {
     auto *vista = new QWidget(this);
     m_pilha = new QStackedLayout(vista);
     m_chart = new TChart;
@@ -93,6 +91,8 @@ void FormGrafico::ConfigurarGrafico() {
     esquerdo.Automatic = false;
     esquerdo.Maximum = 40;
     esquerdo.Minimum = 1; // not the 0 of the settings
+    if (m_membro.eixo == EixoEsquerdo::Estados)
+        ajustarEixoEsquerdo();
     m_chart->Bottom().Automatic = false;
     m_chart->Bottom().Visible = false;
     m_chart->setZoomEnable(true);
@@ -132,9 +132,11 @@ void FormGrafico::abrirPontos(int serie, int indice) {
     m_ponto = {QString::number(indice),
                datas::textoDataHora(datas::instanteDe(clicada.XValue(indice))),
                modDoubleTratamento::NumeroParaTexto(clicada.YValue(indice)),
-               sensores::idDe(clicada.Name),
+               Escolha{chaveDaSerie(serie), {}}.textoDaChave(),
                clicada.Title,
-               QString::number(serie)};
+               QString::number(serie),
+               chaveDaSerie(serie),
+               colunaDaData(clicada.YValue(indice))};
     RegistoForms &forms = registoForms();
     auto *pontos = new FormOpccoesPontos(*m_membro.pontos, m_ponto, m_chart, forms.dono ? forms.dono.data() : window());
     pontos->setAttribute(Qt::WA_DeleteOnClose);
@@ -143,11 +145,23 @@ void FormGrafico::abrirPontos(int serie, int indice) {
     pontos->open();
 }
 
+// The three that stand from the beginning belong to the only choice; a line of several has its own.
+QStringList FormGrafico::chaveDaSerie(int serie) const {
+    return m_carregadas.value(std::max(0, serie - seriesFixas)).chave;
+}
+
+// Where a row holds two dates, one is that of its point at height 0.
+QStringView FormGrafico::colunaDaData(double y) const {
+    const QStringView doZero = m_membro.pontos->dataDoZero;
+    return y == 0 && !doZero.isEmpty() ? doZero : m_membro.pontos->data;
+}
+
 QString FormGrafico::notaDe(int serie, int indice) const {
     const QByteArray nome = fonte("notaDe");
     return Rotina(nome.constData(), [&] {
         const TSerie &s = m_chart->Series(serie);
-        const auto flag = notas::ler(m_membro.tabela.nome, datas::instanteDe(s.XValue(indice)), sensores::idDe(s.Name));
+        const auto flag = notas::ler({m_membro.tabela.nome, colunaDaData(s.YValue(indice)), m_membro.tabela.chave,
+                                      chaveDaSerie(serie), datas::instanteDe(s.XValue(indice))});
         return notas::paraMostrar(flag.value_or(QString())).trimmed();
     });
 }

@@ -2,12 +2,12 @@
 
 #include "views/familiaGraficos.h"
 #include "views/forms/formVista.h"
+#include "views/forms/painelVista.h"
 #include "views/pontoActual.h"
 
 #include <QTimer>
 
 class CargaEmCurso;
-class PainelSensores;
 class TChart;
 class TSerie;
 class Vigia;
@@ -17,7 +17,7 @@ class QStackedLayout;
 class FormGrafico : public FormVista {
     Q_OBJECT
 public:
-    explicit FormGrafico(const MembroGrafico &membro, QWidget *pai = nullptr);
+    FormGrafico(const MembroGrafico &membro, const FabricaPainel &fabrica, QWidget *pai = nullptr);
 
     void ConfigurarGrafico();
     void ActualizarGrafico();
@@ -37,8 +37,10 @@ private:
     void carregar();
     void limparGrafico();
     void carregarSeleccao(const Vigia &vigia);
-    double AdicionarValorAoGrafico(const Intervalo &intervalo, const QString &sensor, const QString &descricao);
-    double ConfigurarGraficoComSeries(const Intervalo &intervalo, const QString &sensor, const QString &descricao);
+    double AdicionarValorAoGrafico(const Intervalo &intervalo, const Escolha &escolha);
+    double ConfigurarGraficoComSeries(const Intervalo &intervalo, const Escolha &escolha);
+    QStringList chaveDaSerie(int serie) const;
+    QStringView colunaDaData(double y) const;
     void ConfigurarBottomAxis();
     void ajustarEixoEsquerdo();
     void mostrarMedia(double media);
@@ -54,14 +56,15 @@ private:
     QString notaDe(int serie, int indice) const;
 
     const MembroGrafico &m_membro;
-    PainelSensores *m_painel;
+    PainelVista *m_painel;
     TChart *m_chart;
     TChart *m_fundo;
     QStackedLayout *m_pilha;
     QTimer m_timer1;
     QTimer m_timer2;
     PontoActual m_ponto;
-    QString m_inicio; // range of what is loaded; m_inicio is empty when nothing is
+    QList<Escolha> m_carregadas; // in the order of their series
+    QString m_inicio;            // range of what is loaded; m_inicio is empty when nothing is
     QString m_fim;
     QString m_sufixoZoom;
     size_t m_indiceCor = 0;

@@ -9,7 +9,6 @@
 #include "core/rotina.h"
 #include "platform/chart/TChart.h"
 #include "views/forms/frmEsperaPraCriarGrafico.h"
-#include "views/forms/painelSensores.h"
 
 #include <QLabel>
 #include <QPushButton>
@@ -20,7 +19,8 @@ namespace {
 const QString semRotulo;
 const QString semMarca = u" "_s;
 const QString marca = u"!"_s;
-constexpr double folga = 4;     // above and below what is drawn
+constexpr double folga = 4; // above and below what is drawn
+constexpr double folgaDosEstados = 0.5;
 constexpr double umMinuto = 60; // seconds
 
 } // namespace
@@ -49,9 +49,9 @@ void FormGrafico::carregar() {
     m_painel->fechar(false);
     mostrarGrafico(false);
     limparGrafico();
-    const bool comSensores = !m_painel->seleccionados().isEmpty();
-    m_inicio = comSensores ? m_painel->textoInicio() : QString();
-    m_fim = comSensores ? m_painel->textoFim() : QString();
+    const bool comEscolha = !m_painel->escolhas().isEmpty();
+    m_inicio = comEscolha ? m_painel->textoInicio() : QString();
+    m_fim = comEscolha ? m_painel->textoFim() : QString();
     carregarSeleccao(vigia);
     if (m_chart->MaxXValue() > 0 && m_chart->MinXValue() > 0) {
         ConfigurarBottomAxis();
@@ -61,6 +61,7 @@ void FormGrafico::carregar() {
 
 void FormGrafico::limparGrafico() {
     m_indiceCor = 0;
+    m_carregadas.clear();
     m_chart->anularZoom();
     m_sufixoZoom.clear();
     while (m_chart->SeriesCount() > seriesFixas)
@@ -75,13 +76,14 @@ void FormGrafico::limparGrafico() {
 
 // Each sensor's routine reports its own failure and ends with 0; the others go on.
 void FormGrafico::carregarSeleccao(const Vigia &vigia) {
-    const QList<Sensor> seleccao = m_painel->seleccionados();
+    const QList<Escolha> seleccao = m_painel->escolhas();
+    const bool comLimites = seleccao.size() == 1 && m_membro.linhaUnica == LinhaUnica::ComLimites;
     const Intervalo intervalo(m_painel->inicio(), m_painel->fim());
     double soma = 0;
     int comMedia = 0;
-    for (const Sensor &sensor : seleccao) {
-        const double media = seleccao.size() == 1 ? AdicionarValorAoGrafico(intervalo, sensor.id, sensor.nome)
-                                                  : ConfigurarGraficoComSeries(intervalo, sensor.id, sensor.nome);
+    for (const Escolha &escolha : seleccao) {
+        const double media =
+            comLimites ? AdicionarValorAoGrafico(intervalo, escolha) : ConfigurarGraficoComSeries(intervalo, escolha);
         vigia.passar();
         if (m_parar)
             throw Interrompido();
@@ -93,28 +95,30 @@ void FormGrafico::carregarSeleccao(const Vigia &vigia) {
     mostrarMedia(comMedia > 0 ? soma / comMedia : 0);
 }
 
-double FormGrafico::AdicionarValorAoGrafico(const Intervalo &intervalo, const QString &sensor,
-                                            const QString &descricao) {
+double FormGrafico::AdicionarValorAoGrafico(const Intervalo &intervalo, const Escolha &escolha) {
     const QByteArray nome = fonte("AdicionarValorAoGrafico");
     return Rotina(nome.constData(), [&] {
         m_chart->Bottom().Visible = true;
         TSerie &leituras = m_chart->Series(serieLeituras);
         TSerie &maximo = m_chart->Series(serieMaximo);
         TSerie &minimo = m_chart->Series(serieMinimo);
-        maximo.Title = texto(u"Max"_s, u"Max"_s);
+        const QStringView formLimites = m_membro.formLimites.isEmpty() ? m_membro.form : m_membro.formLimites;
+        const QString seccao = modTraducoes::seccaoDe(formLimites.toString());
+        maximo.Title = modTraducoes::texto(seccao, u"Max"_s, u"Max"_s);
         maximo.Color = cores::vermelho;
-        minimo.Title = texto(u"Min"_s, u"Min"_s);
+        minimo.Title = modTraducoes::texto(seccao, u"Min"_s, u"Min"_s);
         minimo.Color = cores::azul;
-        leituras.Title = descricao;
+        leituras.Title = escolha.nome;
+        m_carregadas.append(escolha);
         leituras.Color = cores::verde;
         leituras.ColorEachPoint = true;
         // The limit lines bear the sensor too: a click on one leads to the sensor's reading.
         for (TSerie *serie : {&leituras, &maximo, &minimo}) {
-            serie->Name = u'A' + sensor;
+            serie->Name = u'A' + escolha.textoDaChave();
             serie->Active = true;
         }
         const Vigia vigia(this);
-        return m_membro.ler({m_membro.tabela, sensor, intervalo, true}, [&](const Leitura &l) {
+        return m_membro.ler({m_membro.tabela, escolha.chave, intervalo, true}, [&](const Leitura &l) {
             leituras.AddXY(l.data, l.valor, l.comNota ? marca : semMarca, cores::doPonto(l.limites, l.valor));
             if (!std::isnan(l.valor)) {
                 if (l.limites.temMaximo())
@@ -129,8 +133,7 @@ double FormGrafico::AdicionarValorAoGrafico(const Intervalo &intervalo, const QS
     });
 }
 
-double FormGrafico::ConfigurarGraficoComSeries(const Intervalo &intervalo, const QString &sensor,
-                                               const QString &descricao) {
+double FormGrafico::ConfigurarGraficoComSeries(const Intervalo &intervalo, const Escolha &escolha) {
     const QByteArray nome = fonte("ConfigurarGraficoComSeries");
     return Rotina(nome.constData(), [&] {
         m_chart->Bottom().Visible = true;
@@ -140,13 +143,15 @@ double FormGrafico::ConfigurarGraficoComSeries(const Intervalo &intervalo, const
         // A sensor without readings uses its colour up too.
         const quint32 cor = cores::paleta[m_indiceCor];
         m_indiceCor = (m_indiceCor + 1) % cores::paleta.size();
-        TSerie &serie = m_chart->AddSeries();
-        serie.Title = descricao;
-        serie.Name = u'A' + sensor;
+        const bool estados = m_membro.eixo == EixoEsquerdo::Estados;
+        TSerie &serie = m_chart->AddSeries(estados ? TSerie::Estilo::Degrau : TSerie::Estilo::Linha);
+        m_carregadas.append(escolha);
+        serie.Title = escolha.nome;
+        serie.Name = u'A' + escolha.textoDaChave();
         serie.Active = true;
         serie.Color = cor;
         const Vigia vigia(this);
-        return m_membro.ler({m_membro.tabela, sensor, intervalo, false}, [&](const Leitura &l) {
+        return m_membro.ler({m_membro.tabela, escolha.chave, intervalo, false}, [&](const Leitura &l) {
             serie.AddXY(l.data, l.valor, l.comNota ? marca : semMarca, cor);
             vigia.passar();
             if (m_parar)
@@ -166,9 +171,21 @@ void FormGrafico::ConfigurarBottomAxis() {
 void FormGrafico::ajustarEixoEsquerdo() {
     TEixo &esquerdo = m_chart->Left();
     esquerdo.Automatic = false;
-    const bool percentagem = m_membro.eixo == EixoEsquerdo::Percentagem;
-    esquerdo.Minimum = percentagem ? 0 : m_chart->MinYValue() - folga;
-    esquerdo.Maximum = percentagem ? 100 : m_chart->MaxYValue() + folga;
+    switch (m_membro.eixo) {
+    case EixoEsquerdo::Folga:
+        esquerdo.Minimum = m_chart->MinYValue() - folga;
+        esquerdo.Maximum = m_chart->MaxYValue() + folga;
+        break;
+    case EixoEsquerdo::Percentagem:
+        esquerdo.Minimum = 0;
+        esquerdo.Maximum = 100;
+        break;
+    case EixoEsquerdo::Estados:
+        esquerdo.Minimum = -folgaDosEstados;
+        esquerdo.Maximum = 1 + folgaDosEstados;
+        esquerdo.Increment = 1;
+        break;
+    }
 }
 
 void FormGrafico::mostrarMedia(double media) {
@@ -193,7 +210,8 @@ void FormGrafico::terminarCarga() {
         m_fim.clear();
         m_chart->Bottom().Visible = false;
     }
-    m_chart->setLegenda(!m_inicio.isEmpty()); // also says which sensor a single line is
+    // Also says what a single line is.
+    m_chart->setLegenda(!m_inicio.isEmpty(), m_membro.linhaUnica == LinhaUnica::ComoVarias ? 1 : 2);
     m_chart->actualizar();
     mostrarGrafico(true);
     cmdImprimir()->setEnabled(!m_inicio.isEmpty());

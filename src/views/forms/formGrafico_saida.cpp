@@ -12,9 +12,7 @@
 #include "platform/chart/TChart.h"
 #include "views/exportacao.h"
 #include "views/forms/frmEsperaPraCriarGrafico.h"
-#include "views/forms/painelSensores.h"
 #include "views/forms/saidaGrafico.h"
-#include "views/impressao.h"
 
 #include <QFileInfo>
 #include <QLabel>
@@ -37,7 +35,8 @@ void FormGrafico::criarSaidas() {
         connect(accao, &QAction::triggered, this, feito);
     };
     entrada(u"mnuExportJPG"_s, u"JPG"_s, &FormGrafico::mnuExportJPG_Click);
-    entrada(u"mnuExportCSV"_s, u"CSV"_s, &FormGrafico::mnuExportCSV_Click);
+    if (m_membro.comCSV)
+        entrada(u"mnuExportCSV"_s, u"CSV"_s, &FormGrafico::mnuExportCSV_Click);
     cmdExport()->setMenu(menu);
 }
 
@@ -47,7 +46,7 @@ void FormGrafico::cmdImprimir_Click() {
         saidaGrafico::Pagina pagina;
         pagina.relatorio = u"DataReportGraficoPrincipal"_s;
         pagina.titulo = texto(u"PrintTitle"_s, m_membro.tituloImpressao.toString()) + m_sufixoZoom;
-        pagina.descricao = impressao::descricao(m_painel->tagDoFiltro(), m_painel->seleccionados(), m_inicio, m_fim);
+        pagina.descricao = m_painel->descricao(m_inicio, m_fim);
         pagina.media = lblMedia()->text();
         pagina.alarmes = texto(u"Alarm"_s, u"! = Alarmes"_s);
         saidaGrafico::imprimir(*m_chart, pagina, window());
@@ -89,11 +88,11 @@ bool FormGrafico::ExportarCSV(const QString &caminho, const QString &inicio, con
         const Vigia vigia(this);
         const CargaEmCurso carga(this);
         connect(carga.espera(), &frmEsperaPraCriarGrafico::cancelar, this, [this] { m_parar = true; });
-        QStringList ids;
-        for (const Sensor &sensor : m_painel->seleccionados())
-            ids.append(sensor.id);
+        QList<QStringList> chaves;
+        for (const Escolha &escolha : m_painel->escolhas())
+            chaves.append(escolha.chave);
         const Intervalo intervalo(datas::lerDataHora(inicio), datas::lerDataHora(fim));
-        exportacao::escreverCSV({caminho, m_membro.tabela, ids, intervalo}, [&] {
+        exportacao::escreverCSV({caminho, m_membro.tabela, chaves, intervalo, m_membro.csv}, [&] {
             vigia.passar();
             if (m_parar)
                 throw Interrompido();

@@ -11,7 +11,6 @@
 #include "data/recordset.h"
 #include "platform/chart/TChart.h"
 #include "views/forms/frmEsperaPraCriarGrafico.h"
-#include "views/forms/painelSensores.h"
 #include "views/forms/saidaGrafico.h"
 #include "views/impressao.h"
 
@@ -19,6 +18,8 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QStackedLayout>
+
+#include <cmath>
 
 namespace {
 
@@ -39,9 +40,8 @@ FormVista::Config configDe(const MembroHistograma &membro) {
 
 } // namespace
 
-FormHistograma::FormHistograma(const MembroHistograma &membro, QWidget *pai)
-    : FormVista(configDe(membro), pai), m_membro(membro),
-      m_painel(new PainelSensores({membro.form.toString(), membro.regra, {}}, this)) {
+FormHistograma::FormHistograma(const MembroHistograma &membro, const FabricaPainel &fabrica, QWidget *pai)
+    : FormVista(configDe(membro), pai), m_membro(membro), m_painel(fabrica(this)) {
     auto *vista = new QWidget(this);
     m_pilha = new QStackedLayout(vista);
     m_chart = new TChart;
@@ -117,35 +117,39 @@ void FormHistograma::carregar() {
     m_chart->anularZoom();
     m_sufixoZoom.clear();
     m_lblTotal->clear();
-    const QList<Sensor> seleccao = m_painel->seleccionados();
+    const QList<Escolha> seleccao = m_painel->escolhas();
     modINI::SaveSetting(estado().NomePrograma, m_membro.form.toString(), chaveHist, m_cboIntervalo->currentText());
     m_inicio = seleccao.isEmpty() ? QString() : m_painel->textoInicio();
     m_fim = m_painel->textoFim();
     m_painel->fechar(false);
     m_pilha->setCurrentWidget(m_fundo);
     m_chart->Series(0).Clear();
-    m_textoSensores = impressao::listaDeSensores(texto(u"PRINT1"_s, u"Sensores: "_s), seleccao);
+    m_textoSensores = listaDe(seleccao);
     if (seleccao.isEmpty())
         return;
     const double intervalo = histograma::lerIntervalo(m_cboIntervalo->currentText());
     const std::vector<double> valores = lerValores(seleccao, vigia);
     // The limits come from one sensor only, the last one chosen.
-    const Limites limites = limitesDoSensor(seleccao.last().id);
+    const Limites limites = limitesDe(seleccao.last().chave);
     const auto opcional = [](double l) { return std::isnan(l) ? std::optional<double>() : std::optional(l); };
-    mostrarBaldes(histograma::contar(valores, intervalo, opcional(limites.minimo), opcional(limites.maximo), [&] {
+    const auto passar = [&] {
         vigia.passar();
         if (m_parar)
             throw Interrompido();
-    }));
+    };
+    mostrarBaldes(histograma::contar(valores, intervalo, opcional(limites.minimo), opcional(limites.maximo), passar,
+                                     extremosDe(seleccao)));
 }
 
-std::vector<double> FormHistograma::lerValores(const QList<Sensor> &seleccao, const Vigia &vigia) const {
+std::vector<double> FormHistograma::lerValores(const QList<Escolha> &seleccao, const Vigia &vigia) const {
     std::vector<double> valores;
+    const TabelaLeituras &t = m_membro.tabela;
     const Intervalo intervalo(m_painel->inicio(), m_painel->fim());
-    const QString sql = u"SELECT "_s + m_membro.tabela.valor + u" FROM " + m_membro.tabela.nome +
-                        u" WHERE Data BETWEEN ? AND ? AND Sensor = ?";
-    for (const Sensor &sensor : seleccao) {
-        Recordset rs = cnBD().consultar(sql, {intervalo.inicio, intervalo.fim, sensor.id});
+    const QString sql = u"SELECT "_s + t.valor + u" FROM " + t.nome + u" WHERE " + t.data + u" BETWEEN ? AND ? AND " +
+                        escolhas::condicao(t.chave);
+    for (const Escolha &escolha : seleccao) {
+        Recordset rs =
+            cnBD().consultar(sql, QVariantList{intervalo.inicio, intervalo.fim} + escolhas::valores(escolha.chave));
         while (rs.avancar()) {
             valores.push_back(rs.eNumero(0) ? rs.real(0)
                               : rs.nulo(0)  ? std::numeric_limits<double>::quiet_NaN()
@@ -159,10 +163,37 @@ std::vector<double> FormHistograma::lerValores(const QList<Sensor> &seleccao, co
 }
 
 // From the first record stored, whatever its date.
-Limites FormHistograma::limitesDoSensor(const QString &sensor) const {
-    Recordset rs = cnBD().consultar(
-        u"SELECT Observacoes FROM "_s + m_membro.tabela.nome + u" WHERE Sensor = ? ORDER BY rowid LIMIT 1", {sensor});
+Limites FormHistograma::limitesDe(const QStringList &chave) const {
+    const TabelaLeituras &t = m_membro.tabela;
+    Recordset rs = cnBD().consultar(u"SELECT "_s + t.limites + u" FROM " + t.nome + u" WHERE " +
+                                        escolhas::condicao(t.chave) + u" ORDER BY rowid LIMIT 1",
+                                    escolhas::valores(chave));
     return rs.avancar() ? lerLimites(rs.texto(0)) : Limites();
+}
+
+std::optional<histograma::Extremos> FormHistograma::extremosDe(const QList<Escolha> &seleccao) const {
+    if (!m_membro.extremosSemDatas)
+        return std::nullopt;
+    const TabelaLeituras &t = m_membro.tabela;
+    histograma::Extremos extremos{INFINITY, -INFINITY};
+    for (const Escolha &escolha : seleccao) {
+        Recordset rs = cnBD().consultar(u"SELECT MIN(%1), MAX(%1) FROM %2 WHERE "_s.arg(t.valor, t.nome) +
+                                            escolhas::condicao(t.chave),
+                                        escolhas::valores(escolha.chave));
+        if (!rs.avancar() || rs.nulo(0))
+            continue;
+        extremos = {std::min(extremos.menor, rs.numero(0)), std::max(extremos.maior, rs.numero(1))};
+    }
+    return extremos.menor <= extremos.maior ? std::optional(extremos) : std::nullopt;
+}
+
+QString FormHistograma::listaDe(const QList<Escolha> &seleccao) const {
+    const Intervalo intervalo(m_painel->inicio(), m_painel->fim());
+    QList<impressao::Nomeado> nomes;
+    for (const Escolha &escolha : seleccao)
+        nomes.append({escolha.nome, m_membro.parenteses ? m_membro.parenteses(m_membro.tabela, escolha, intervalo)
+                                                        : escolha.textoDaChave()});
+    return impressao::listaDeSensores(texto(u"PRINT1"_s, u"Sensores: "_s), nomes);
 }
 
 void FormHistograma::mostrarBaldes(const std::vector<histograma::Balde> &baldes) {
@@ -207,7 +238,7 @@ void FormHistograma::cmdImprimir_Click() {
         saidaGrafico::Pagina pagina;
         pagina.relatorio = u"DataReportHistogramaPrincipal"_s;
         pagina.titulo = texto(u"PrintTitle"_s, m_membro.tituloImpressao.toString()) + m_sufixoZoom;
-        pagina.descricao = impressao::descricao(m_painel->tagDoFiltro(), m_painel->seleccionados(), m_inicio, m_fim);
+        pagina.descricao = m_painel->descricao(m_inicio, m_fim);
         pagina.media = m_lblTotal->text();
         pagina.sensores = m_textoSensores;
         saidaGrafico::imprimir(*m_chart, pagina, window());

@@ -2,10 +2,9 @@
 
 #include "views/familiaHistogramas.h"
 #include "views/forms/formVista.h"
+#include "views/forms/painelVista.h"
 #include "views/histograma.h"
-#include "views/sensores.h"
 
-class PainelSensores;
 class TChart;
 class Vigia;
 class QComboBox;
@@ -16,7 +15,7 @@ class QStackedLayout;
 class FormHistograma : public FormVista {
     Q_OBJECT
 public:
-    explicit FormHistograma(const MembroHistograma &membro, QWidget *pai = nullptr);
+    FormHistograma(const MembroHistograma &membro, const FabricaPainel &fabrica, QWidget *pai = nullptr);
 
     void CarregarCombos();
     void CarregarDadosDeSeriesSelleccionadas();
@@ -28,15 +27,17 @@ private:
     QByteArray fonte(const char *rotina) const;
     void criarFaixaDoIntervalo();
     void carregar();
-    std::vector<double> lerValores(const QList<Sensor> &seleccao, const Vigia &vigia) const;
-    Limites limitesDoSensor(const QString &sensor) const;
+    std::vector<double> lerValores(const QList<Escolha> &seleccao, const Vigia &vigia) const;
+    Limites limitesDe(const QStringList &chave) const;
+    std::optional<histograma::Extremos> extremosDe(const QList<Escolha> &seleccao) const;
+    QString listaDe(const QList<Escolha> &seleccao) const;
     void mostrarBaldes(const std::vector<histograma::Balde> &baldes);
     void terminarCarga();
     void cmdImprimir_Click();
     void cmdJPG_Click();
 
     const MembroHistograma &m_membro;
-    PainelSensores *m_painel;
+    PainelVista *m_painel;
     TChart *m_chart;
     TChart *m_fundo;
     QStackedLayout *m_pilha;

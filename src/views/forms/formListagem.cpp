@@ -182,8 +182,9 @@ void FormListagem::cmdImprimir_Click() {
         std::unique_ptr<DataReport> relatorio = criarRelatorio(m_membro.relatorio.toString());
         const QString titulo = texto(m_membro.chaveImpressao.toString(), m_membro.tituloImpressao.toString());
         relatorio->rotulo(u"Section4"_s, u"lblTitulo"_s, titulo);
-        relatorio->rotulo(u"Section4"_s, u"lblDescricao"_s, m_fonte->descricao(m_inicio, m_fim));
-        relatorio->rotulo(u"Section4"_s, u"lblDispositivos"_s, m_fonte->dispositivos());
+        relatorio->rotulo(u"Section4"_s, u"lblDescricao"_s, m_painel->descricao(m_inicio, m_fim));
+        for (const auto &[rotulo, cabecalho] : m_fonte->cabecalhos())
+            relatorio->rotulo(u"Section4"_s, rotulo, cabecalho);
         relatorio->rotulo(u"Section3"_s, u"lblDataHora"_s, impressao::dataHora());
         for (const ColunaListagem &coluna : m_membro.colunas) {
             if (coluna.rotulo.isEmpty())

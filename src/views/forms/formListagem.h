@@ -9,14 +9,14 @@ class PainelVista;
 class QTableView;
 class QLabel;
 
-// What a listing chooses from: gives the panel, and the query and the head of the page for what is chosen in it.
+// What a listing chooses from: gives the panel, and the query for what is chosen in it.
 class FonteListagem {
 public:
     virtual ~FonteListagem() = default;
     virtual PainelVista *criarPainel(QWidget *pai) = 0;
     virtual ConsultaListagem consulta() const = 0;
-    virtual QString descricao(const QString &inicio, const QString &fim) const = 0;
-    virtual QString dispositivos() const { return {}; } // printed where the report has room for it
+    // Further labels at the head of the page, by their names, where the report has room for them.
+    virtual QList<std::pair<QString, QString>> cabecalhos() const { return {}; }
 };
 
 // A listing of the family: its row says what it shows, its source what it chooses from.

@@ -73,7 +73,7 @@ void FormOpccoesPontos::montar() {
     connect(concluir, &QPushButton::clicked, this, &FormOpccoesPontos::cmdConcluir_Click);
 
     const QString nomeValor = m_membro.valor.nome.toString();
-    const QString legendaSensor = texto(u"LabelSensor.Caption"_s, u"Sensor"_s);
+    const QString legendaSensor = texto(u"LabelSensor.Caption"_s, m_membro.legendaChave.toString());
     nome->setAccessibleName(legendaSensor);
     auto *grelha = new QGridLayout(this);
     grelha->addWidget(criarEtiqueta(u"LabelSensor"_s, legendaSensor, m_sensor), 0, 0);
@@ -93,11 +93,15 @@ void FormOpccoesPontos::montar() {
     m_observacoes->setFocus();
 }
 
+notas::Lugar FormOpccoesPontos::lugarDaNota() const {
+    return {m_membro.tabela, m_ponto.colunaData, m_membro.chave, m_ponto.chave, datas::lerDataHora(m_data->text())};
+}
+
 // A point without its reading leaves the box empty and says nothing.
 void FormOpccoesPontos::CarregarDescricao() {
     const QByteArray nome = fonte("CarregarDescricao");
     Rotina(nome.constData(), [this] {
-        const auto flag = notas::ler(m_membro.tabela, datas::lerDataHora(m_data->text()), m_sensor->text());
+        const auto flag = notas::ler(lugarDaNota());
         m_notaLida = notas::paraMostrar(flag.value_or(QString()));
         m_observacoes->setPlainText(m_notaLida);
         m_observacoes->moveCursor(QTextCursor::End);
@@ -112,8 +116,7 @@ void FormOpccoesPontos::cmdConcluir_Click() {
         // What the user did not touch is stored as it was read, line ends included.
         const bool alterada = m_observacoes->document()->isModified();
         const QString nota = notas::paraGuardar(alterada ? m_observacoes->toPlainText() : m_notaLida);
-        const QDateTime data = datas::lerDataHora(m_data->text());
-        if (notas::gravar(m_membro.tabela, data, m_sensor->text(), nota))
+        if (notas::gravar(lugarDaNota(), nota))
             marcarPonto(nota != u" ");
         accept();
     });

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "views/familiaPontos.h"
+#include "views/notas.h"
 #include "views/pontoActual.h"
 
 #include <QDialog>
@@ -24,6 +25,7 @@ private:
     QString texto(const QString &chave, const QString &omissao) const;
     QByteArray fonte(const char *rotina) const;
     void montar();
+    notas::Lugar lugarDaNota() const;
     void CarregarDescricao();
     void cmdConcluir_Click();
     void marcarPonto(bool comNota);

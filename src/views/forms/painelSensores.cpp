@@ -5,6 +5,7 @@
 #include "core/rotina.h"
 #include "platform/forms/grelha.h"
 #include "platform/forms/lugar.h"
+#include "views/impressao.h"
 
 #include <QHeaderView>
 #include <QKeyEvent>
@@ -273,22 +274,27 @@ void PainelSensores::EliminarSondaSelAll() {
     moverTodas(m_grdSensoresSel, m_grdSensoresAll, m_estadoSel, m_estadoAll);
 }
 
-QList<Sensor> PainelSensores::seleccionados() const {
-    QList<Sensor> lista;
+QList<Escolha> PainelSensores::escolhas() const {
+    QList<Escolha> lista;
     for (int i = 0; i < m_grdSensoresSel->linhas(); ++i)
-        lista.append({sensores::idDe(m_grdSensoresSel->celula(i, 0)), m_grdSensoresSel->celula(i, 1),
-                      m_grdSensoresSel->estadoDaLinha(i) == estadoVermelho});
+        lista.append({{sensores::idDe(m_grdSensoresSel->celula(i, 0))}, m_grdSensoresSel->celula(i, 1)});
     return lista;
+}
+
+QString PainelSensores::descricao(const QString &inicio, const QString &fim) const {
+    const int linhas = m_grdSensoresSel->linhas();
+    const QString unico = linhas == 1 ? sensores::idDe(m_grdSensoresSel->celula(0, 0)) : QString();
+    return impressao::descricao(tagDoFiltro(), unico, inicio, fim, m_config.semMac);
 }
 
 QString PainelSensores::tagDoFiltro() const {
     return m_cmdGrupos->property("Tag").toString();
 }
 
-bool PainelSensores::comSeleccao() const {
-    return m_grdSensoresSel->linhas() > 0;
-}
-
 QWidget *PainelSensores::primeiroControlo() const {
     return m_grdSensoresAll;
+}
+
+FabricaPainel fabricaSensores(const ConfigPainel &config) {
+    return [config](QWidget *vista) { return new PainelSensores(config, vista); };
 }

@@ -9,7 +9,8 @@ class Grelha;
 struct ConfigPainel {
     QString form;
     const RegraTipo *regra;
-    QString formTodos; // whose section names the row of all sensors; empty: the view's
+    QString formTodos = {}; // whose section names the row of all sensors; empty: the view's
+    bool semMac = false;    // a printed page names a unit without its hardware address
 };
 
 // The panel of the views over sensors: all sensors of the quantity, narrowed to a group or unit, and the chosen ones.
@@ -25,11 +26,11 @@ public:
     void AdicionarSondaSelAll();
     void EliminarSondaSelAll();
 
-    QList<Sensor> seleccionados() const; // in the order of adding
+    QList<Escolha> escolhas() const override; // in the order of adding
+    QString descricao(const QString &inicio, const QString &fim) const override;
     QString tagDoFiltro() const;
 
 protected:
-    bool comSeleccao() const override;
     void fecharSubpaineis() override;
     int larguraPreferida() const override;
     QWidget *primeiroControlo() const override;
@@ -59,3 +60,5 @@ private:
     bool m_aEncher = false;
     QString m_tagPendente;
 };
+
+FabricaPainel fabricaSensores(const ConfigPainel &config);

@@ -158,6 +158,17 @@ void PainelVista::setPeriodo(const QDate &de, const QDate &ate) {
     m_horaFim->setTime(QTime(23, 59, 59));
 }
 
+void PainelVista::setIntervalo(const QDateTime &de, const QDateTime &ate) {
+    m_dataInicio->setDate(de.date());
+    m_horaInicio->setTime(de.time());
+    m_dataFim->setDate(ate.date());
+    m_horaFim->setTime(ate.time());
+}
+
+QString PainelVista::descricao(const QString &inicio, const QString &fim) const {
+    return inicio + u" <> " + fim;
+}
+
 QString PainelVista::textoInicio() const {
     return datas::textoDataHora(inicio());
 }

@@ -1,9 +1,12 @@
 #pragma once
 
 #include "core/literais.h"
+#include "views/escolha.h"
 
 #include <QDateTime>
 #include <QFrame>
+
+#include <functional>
 
 class QDateEdit;
 class QTimeEdit;
@@ -13,6 +16,10 @@ class QTimer;
 class QToolButton;
 class QVBoxLayout;
 class QVariantAnimation;
+class PainelVista;
+
+// Makes the panel of a view; the view owns it.
+using FabricaPainel = std::function<PainelVista *(QWidget *vista)>;
 
 // The options panel that every view has: the range of dates with its check, the confirm button, and above them what
 // the view chooses from. It slides over the view from under cmdOpccoes.
@@ -44,6 +51,12 @@ public:
     // What a view asks beyond the range, beside it.
     void juntarOpcao(const QList<QWidget *> &controlos);
     void setPeriodo(const QDate &de, const QDate &ate);
+    void setIntervalo(const QDateTime &de, const QDateTime &ate);
+
+    // What is chosen, in order.
+    virtual QList<Escolha> escolhas() const = 0;
+    // What a printed page says of it and of the range.
+    virtual QString descricao(const QString &inicio, const QString &fim) const;
 
 Q_SIGNALS:
     void carregar(); // a good range was confirmed, and something is chosen
@@ -51,7 +64,7 @@ Q_SIGNALS:
     void focoParaVista();
 
 protected:
-    virtual bool comSeleccao() const = 0;
+    virtual bool comSeleccao() const { return !escolhas().isEmpty(); }
     virtual void fecharSubpaineis() {}
     virtual int larguraPreferida() const { return 0; }
     virtual QWidget *primeiroControlo() const = 0;

@@ -1,0 +1,53 @@
+#include "logger/views/listaMissoes.h"
+
+#include "core/datas.h"
+#include "core/estado.h"
+#include "core/literais.h"
+#include "data/ligacao.h"
+#include "data/recordset.h"
+
+#include <array>
+
+namespace listaMissoes {
+
+namespace {
+
+// By their number in Ordem.
+constexpr std::array<QStringView, 4> ordens{u"LoggerID, DataProg DESC",
+                                            u"Nomelogger, DescricaoMissao, NMissao, DataProg DESC", u"DataProg DESC",
+                                            u"DataFimMissao DESC"};
+
+QString dataMostrada(const Recordset &rs, int coluna) {
+    const QDateTime data = rs.dataHora(coluna);
+    return data.isValid() ? datas::textoDataHora(data) : rs.texto(coluna);
+}
+
+} // namespace
+
+QList<Linha> listar(bool concluidas, Ordem ordem) {
+    QList<Linha> lista;
+    Recordset rs = cnBD().consultar(u"SELECT LoggerID, Nomelogger, DescricaoMissao, NMissao, DataProg, DataFimMissao "
+                                    "FROM DS1921head WHERE Flag = ? ORDER BY "_s +
+                                        ordens[size_t(ordem)],
+                                    {concluidas ? u"C"_s : u"NC"_s});
+    while (rs.avancar())
+        lista.append({{rs.texto(0), rs.texto(1), rs.texto(2), rs.texto(3)}, dataMostrada(rs, 4), dataMostrada(rs, 5)});
+    return lista;
+}
+
+void VerificarMissoesConcluidas() {
+    Transaccao transaccao(cnBD());
+    QList<qint64> terminadas;
+    {
+        const QDateTime agora = estado().ambiente.agora();
+        Recordset rs = cnBD().consultar(u"SELECT rowid, DataFimMissao FROM DS1921head WHERE Flag = 'NC'"_s);
+        while (rs.avancar())
+            if (const QDateTime fim = rs.dataHora(1); fim.isValid() && fim < agora)
+                terminadas.append(rs.inteiro(0));
+    }
+    for (const qint64 linha : terminadas)
+        cnBD().executar(u"UPDATE DS1921head SET flag = 'C' WHERE rowid = ?"_s, {linha});
+    transaccao.confirmar();
+}
+
+} // namespace listaMissoes

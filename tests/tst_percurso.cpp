@@ -1,0 +1,203 @@
+// Every entry of the menu as a user goes through it: open, choose, confirm, export, print, close.
+#include "core/modINI.h"
+#include "data/ligacao.h"
+#include "demo/gerador.h"
+#include "devicestate/forms/listaMarcada.h"
+#include "platform/chart/TChart.h"
+#include "platform/forms/registoForms.h"
+#include "platform/report/JanelaRelatorio.h"
+#include "shell/arranque.h"
+#include "shell/frmMain.h"
+#include "shell/menu.h"
+#include "tests/apoio/instalacao.h"
+#include "tests/apoio/widgets.h"
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QApplication>
+#include <QDateEdit>
+#include <QFileInfo>
+#include <QMdiSubWindow>
+#include <QPointer>
+#include <QTableView>
+#include <QTest>
+#include <QTimer>
+
+namespace {
+
+constexpr qint64 linhasDaDemonstracao = 60'000;
+constexpr int quantasVistas = 48;
+const QString agora = u"2026-06-15 12:00:00"_s;
+
+template <typename T>
+T *filho(QWidget *form, const QString &nome) {
+    return form->findChild<T *>(nome);
+}
+
+// Everything that the panel offers, over all dates; a mission brings its own.
+void escolherTudo(QWidget *form) {
+    if (auto *todos = filho<QAbstractButton>(form, u"cmdAdicionarAll"_s))
+        todos->click();
+    for (const QString &nome : {u"grdDispositivos"_s, u"grdInputs"_s, u"grdOutputs"_s, u"grdCondicoes"_s})
+        if (auto *lista = qobject_cast<ListaMarcada *>(filho<QTableView>(form, nome)))
+            for (int i = 0; i < lista->linhas(); ++i)
+                lista->marcar(i, true);
+    if (filho<QTableView>(form, u"grdSensoresMissao"_s))
+        return;
+    // Listings have many pages to print.
+    const bool listagem = filho<QTableView>(form, u"DataGrid"_s);
+    if (auto *inicio = filho<QDateEdit>(form, u"DTPdataInicio"_s))
+        inicio->setDate(listagem ? QDate(2026, 5, 1) : QDate(2024, 1, 1));
+}
+
+bool comDados(QWidget *form) {
+    if (auto *grelha = filho<QTableView>(form, u"DataGrid"_s))
+        return grelha->model()->rowCount() > 0;
+    if (auto *chart = filho<TChart>(form, u"TChart"_s))
+        for (int i = 0; i < chart->SeriesCount(); ++i)
+            if (chart->Series(i).Count() > 0)
+                return true;
+    return false;
+}
+
+struct Percurso {
+    explicit Percurso(Instalacao &i) : instalacao(i) {
+        modMain::registarForms(registoForms());
+        principal = std::make_unique<frmMain>();
+        principal->show();
+    }
+
+    // With all menus above it.
+    bool oferecida(const EntradaMenu &entrada) const {
+        if (!principal->findChild<QAction *>(entrada.chave.toString())->isVisible())
+            return false;
+        for (const EntradaMenu &pai : menuPrincipal())
+            if (pai.chave == entrada.pai)
+                return oferecida(pai);
+        return true;
+    }
+
+    void exportar(QWidget *form) {
+        const QString base = instalacao.ficheiro(form->objectName());
+        if (auto *csv = filho<QAction>(form, u"mnuExportCSV"_s)) {
+            instalacao.dialogos.responderGravar(base + u".csv", u"csv"_s);
+            instalacao.dialogos.esperarMensagem(u"Exportação concluida com sucesso"_s);
+            csv->trigger();
+            QVERIFY2(QFileInfo(base + u".csv").size() > 0, qPrintable(base));
+        }
+        auto *jpg = filho<QAction>(form, u"mnuExportJPG"_s);
+        auto *botao = filho<QAbstractButton>(form, u"cmdJPG"_s);
+        if (!jpg && !botao)
+            return;
+        instalacao.dialogos.responderGravar(base + u".jpg", u"jpg"_s);
+        jpg ? jpg->trigger() : botao->click();
+        QCOMPARE(QImage(base + u".jpg").size(), QSize(1050, 506));
+    }
+
+    void imprimir(QWidget *form) {
+        filho<QAbstractButton>(form, u"cmdImprimir"_s)->click();
+        QPointer<JanelaRelatorio> janela;
+        for (QWidget *topo : QApplication::topLevelWidgets())
+            if (auto *aberta = qobject_cast<JanelaRelatorio *>(topo); aberta && aberta->isVisible())
+                janela = aberta;
+        QVERIFY2(janela, qPrintable(form->objectName()));
+        const QString pdf = instalacao.ficheiro(form->objectName() + u".pdf");
+        QVERIFY(janela->gravarPDF(pdf));
+        QVERIFY(QFileInfo(pdf).size() > 1000);
+        janela->close();
+    }
+
+    // A view from its confirmation to its closing; false when it had nothing to show.
+    bool percorrer(QWidget *form) {
+        escolherTudo(form);
+        filho<QAbstractButton>(form, u"cmdConfirmar"_s)->click();
+        if (!utilizador::esperar([this] { return principal->isEnabled(); }))
+            QTest::qFail("the load does not end", __FILE__, __LINE__);
+        const bool cheio = comDados(form);
+        if (cheio) {
+            exportar(form);
+            imprimir(form);
+        }
+        return cheio;
+    }
+
+    void fechar(const QPointer<QWidget> &form) {
+        form->close();
+        QTRY_VERIFY(!form);
+    }
+
+    Instalacao &instalacao;
+    std::unique_ptr<frmMain> principal;
+};
+
+} // namespace
+
+class TestePercurso : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void menu_data() {
+        QTest::addColumn<bool>("cheia");
+        QTest::addColumn<QString>("antes");
+        QTest::newRow("full database") << true << QString();
+        QTest::newRow("without the optional table") << true << u"DROP TABLE MaskListaAlarmes"_s;
+        QTest::newRow("empty database") << false << QString();
+    }
+    void menu() {
+        QFETCH(const bool, cheia);
+        QFETCH(const QString, antes);
+        Instalacao instalacao(cheia ? Instalacao::Base::Nenhuma : Instalacao::Base::Vazia);
+        instalacao.relogio(agora);
+        if (cheia) {
+            demonstracao::Pedido pedido;
+            pedido.linhas = linhasDaDemonstracao;
+            pedido.fim = QDateTime::fromString(agora, u"yyyy-MM-dd HH:mm:ss"_s);
+            pedido.fim.setTimeSpec(Qt::UTC);
+            QDir().mkpath(QFileInfo(instalacao.caminhoBD()).path());
+            demonstracao::fazerBase(instalacao.caminhoBD(), pedido);
+            instalacao.abrirBase();
+        }
+        // Where the table is missing, each building of the menu says so; nothing else does.
+        if (!antes.isEmpty()) {
+            instalacao.executar(antes);
+            instalacao.erros.esperar(u"VerificaSeTabelaExiste_MaskListaAlarmes"_s);
+        }
+        Percurso p(instalacao);
+        int vistas = 0;
+        QStringList semDados;
+        for (const EntradaMenu &entrada : menuPrincipal()) {
+            const QString nome = entrada.form.toString();
+            auto *accao = p.principal->findChild<QAction *>(entrada.chave.toString());
+            QVERIFY2(accao, qPrintable(entrada.chave.toString()));
+            if (nome.isEmpty() || entrada.accao != AccaoMenu::Form || !registoForms().construido(nome))
+                continue;
+            // What the menu does not offer for want of data must open all the same.
+            if (p.oferecida(entrada))
+                accao->trigger();
+            else if (antes.isEmpty())
+                registoForms().abrir(nome);
+            else
+                continue;
+            const QPointer<QWidget> form = registoForms().form(nome);
+            QVERIFY2(form, qPrintable(nome));
+            QTest::qWait(20);
+            if (filho<QAbstractButton>(form, u"cmdConfirmar"_s)) {
+                ++vistas;
+                if (!p.percorrer(form))
+                    semDados.append(nome);
+            }
+            if (QTest::currentTestFailed())
+                return;
+            p.fechar(form);
+        }
+        QCOMPARE(vistas, antes.isEmpty() ? quantasVistas : quantasVistas - 1);
+        if (cheia)
+            QCOMPARE(semDados.join(u' '), QString());
+        else
+            QCOMPARE(semDados.size(), vistas);
+        QCOMPARE(modINI::GetSetting(u"Errors"_s, u"INDEX"_s, u"ID"_s).toInt(), antes.isEmpty() ? 0 : 1);
+        instalacao.verificar();
+    }
+};
+
+QTEST_MAIN(TestePercurso)
+#include "tst_percurso.moc"
