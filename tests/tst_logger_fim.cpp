@@ -1,4 +1,5 @@
 #include "logger/memoriaDS1921.h"
+#include "manutencao/registar.h"
 #include "tests/bancada1921.h"
 
 #include <QDialog>
@@ -37,6 +38,8 @@ private Q_SLOTS:
     void naoPara();
     void semAmostras_data();
     void semAmostras();
+    void senhaDaInstalacao_data();
+    void senhaDaInstalacao();
     void antesDoInicio_data();
     void antesDoInicio();
     void fimPassado();
@@ -98,6 +101,41 @@ void tst_logger_fim::semAmostras() {
     QCOMPARE(b.um(u"SELECT COUNT(*) FROM DS1921head"_s).toInt(), eliminada ? 0 : 1);
     QCOMPARE(b.leitor.chip().missao(), !eliminada);
     QVERIFY(b.permitido("cmdLer") || !b.visivel("FrameEstado"));
+}
+
+void tst_logger_fim::senhaDaInstalacao_data() {
+    QTest::addColumn<QString>("digitada");
+    QTest::addColumn<bool>("eliminada");
+    QTest::newRow("right") << u"Vistrel"_s << true;
+    QTest::newRow("given up") << u"vistrel"_s << false;
+}
+
+// With the dialog itself.
+void tst_logger_fim::senhaDaInstalacao() {
+    QFETCH(QString, digitada);
+    QFETCH(bool, eliminada);
+    Bancada b;
+    registarManutencao(registoForms());
+    b.comMissao();
+    b.instalacao.executar(u"DELETE FROM DS1921"_s);
+    b.instalacao.dialogos.responderPergunta(true, u"Deseja parar"_s);
+    b.instalacao.dialogos.responderPergunta(true, u"não existem dados"_s);
+    QTimer escreve; // once the dialog is there
+    connect(&escreve, &QTimer::timeout, this, [&] {
+        const QPointer<QWidget> dialogo = registoForms().form(u"frmPassWord"_s);
+        if (!dialogo || !dialogo->isVisible())
+            return;
+        escreve.stop();
+        utilizador::escrever(dialogo, u"txtPassWord"_s, digitada);
+        if (dialogo && dialogo->isVisible())
+            utilizador::tecla(utilizador::controlo<QWidget>(dialogo, u"txtPassWord"_s), Qt::Key_Escape);
+    });
+    escreve.start(20);
+    b.clicar("cmdPararMissao");
+    QVERIFY(!escreve.isActive());
+    QCOMPARE(b.um(u"SELECT COUNT(*) FROM DS1921head"_s).toInt(), eliminada ? 0 : 1);
+    b.leitor.linha->reset();
+    QCOMPARE(b.leitor.chip().missao(), !eliminada);
 }
 
 void tst_logger_fim::antesDoInicio_data() {

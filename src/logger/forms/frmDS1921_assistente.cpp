@@ -72,7 +72,8 @@ QWidget *frmDS1921::criarAssistente() {
     connect(m_cmdAvancar, &QPushButton::clicked, this, &frmDS1921::cmdAvancar_Click);
     connect(m_cmdConcluir, &QPushButton::clicked, this, &frmDS1921::cmdConcluir_Click);
     auto *traco = new QFrame;
-    traco->setFrameStyle(QFrame::HLine | QFrame::Sunken);
+    traco->setFrameStyle(QFrame::HLine | QFrame::Plain);
+    traco->setForegroundRole(QPalette::Mid);
     auto *botoes = new QHBoxLayout;
     botoes->addWidget(m_lblPasso);
     botoes->addStretch();

@@ -20,6 +20,7 @@ constexpr qreal ampliacaoDoTitulo = 1.25;
 constexpr int folga = 5;
 constexpr int sublinhado = 3;
 constexpr int margemDaCaixa = 8;
+constexpr int margemDoBotao = 12;
 
 } // namespace
 
@@ -58,6 +59,7 @@ QPushButton *botao(const QString &nome, const QString &texto) {
     b->setObjectName(nome);
     b->setAccessibleName(texto);
     b->setAutoDefault(true);
+    b->setMinimumWidth(b->fontMetrics().horizontalAdvance(texto) + 2 * margemDoBotao);
     return b;
 }
 
