@@ -3,6 +3,7 @@
 #include "core/literais.h"
 #include "data/insercao.h"
 #include "data/ligacao.h"
+#include "demo/unidadesVirtuais.h"
 
 #include <QVariant>
 
@@ -35,8 +36,9 @@ void inserir(Ligacao &bd, const QString &tabela, const QStringList &colunas, con
 void gravarUnidades(Historia &h) {
     QList<QVariantList> linhas;
     for (const Unidade &u : unidades())
-        linhas.append({u.endereco.toString(), u.nome.toString(), u.firmware, double(u.modelo), u.mac.toString(), 8080,
-                       u.modo == '2' ? u"AUT"_s : u"MAN"_s, 2000, 1, u.modelo == 10 ? 0 : 1, 0, 6});
+        linhas.append({u.endereco.toString(), u.nome.toString(), u.firmware, double(u.modelo), u.mac.toString(),
+                       portaWebDasUnidades, u.modo == '2' ? u"AUT"_s : u"MAN"_s, 2000, 1,
+                       unidadeVirtual(u.endereco) ? 1 : 0, 0, 6});
     inserir(h.bd, u"Poseidons"_s,
             {u"PoseidonIP"_s, u"Nome"_s, u"FirmwareV"_s, u"Modelo"_s, u"Mac"_s, u"Porta"_s, u"m"_s, u"Timeout"_s,
              u"Estado"_s, u"VistrelS"_s, u"ApagarLog"_s, u"NLeiturasM"_s},
@@ -75,11 +77,15 @@ void gravarCanais(Historia &h) {
             {u"PoseidonIP"_s, u"InputNum"_s, u"InputID"_s, u"codFuncao"_s, u"InputState"_s, u"OutputState"_s,
              u"Estado"_s, u"Descricao"_s},
             entradas);
+    QList<QVariantList> spider;
+    for (const EntradaSpider &e : entradasSpider())
+        spider.append({e.endereco.toString(), e.identificador, int(spider.size()) + 1, u"SIM"_s,
+                       spider.isEmpty() ? e.endereco.toString() : QString(), spider.isEmpty() ? u"1"_s : QString(),
+                       u"0"_s, u"0"_s, u"0"_s, e.nome.toString()});
     inserir(h.bd, u"PoseidonInputsSpider"_s,
             {u"PoseidonIP"_s, u"InputID"_s, u"InputNum"_s, u"Seleccionado"_s, u"opOutputIP"_s, u"opOutputID"_s,
              u"InputState"_s, u"OutputState"_s, u"Estado"_s, u"Descricao"_s},
-            {{u"127.0.0.2"_s, 301, 1, u"SIM"_s, u"127.0.0.2"_s, u"1"_s, u"0"_s, u"0"_s, u"0"_s, u"Detector Fumo"_s},
-             {u"127.0.0.2"_s, 302, 2, u"SIM"_s, u""_s, u""_s, u"0"_s, u"0"_s, u"0"_s, u"Degelo Congelados"_s}});
+            spider);
     inserir(h.bd, u"PoseidonOutputs"_s,
             {u"PoseidonIP"_s, u"OutputNum"_s, u"OutputID"_s, u"codFuncao"_s, u"DataUltimaMod"_s, u"Intervalo"_s,
              u"Estado"_s, u"EstadoPoseidon"_s, u"Descricao"_s},

@@ -20,6 +20,11 @@ constexpr Unidade asUnidades[] = {
     {u"127.0.0.7", u"Poseidon Reserva", 4, 314, u"02:00:7F:00:00:07", '2'},
 };
 
+constexpr EntradaSpider asEntradasSpider[] = {
+    {u"127.0.0.2", 301, u"Detector Fumo"},
+    {u"127.0.0.2", 302, u"Degelo Congelados"},
+};
+
 constexpr Grupo osGrupos[] = {
     {1, u"Cadeia de Frio", 0}, {2, u"Laboratórios", 1}, {3, u"Restauração", 2}, {4, u"Zonas Técnicas", 3},
     {5, u"Logística", 4},      {6, u"Farmácia", 0},     {7, u"Processo", 3},    {8, u"Exteriores", 4},
@@ -200,6 +205,9 @@ void identificar(Sensor &s, const Familia &f, const Unidade &u, int ordemNaUnida
 
 std::span<const Unidade> unidades() {
     return asUnidades;
+}
+std::span<const EntradaSpider> entradasSpider() {
+    return asEntradasSpider;
 }
 std::span<const Grupo> grupos() {
     return osGrupos;

@@ -22,6 +22,14 @@ struct Unidade {
 };
 std::span<const Unidade> unidades();
 
+// An input of a unit's extension.
+struct EntradaSpider {
+    QStringView endereco;
+    int identificador;
+    QStringView nome;
+};
+std::span<const EntradaSpider> entradasSpider();
+
 struct Grupo {
     int codigo;
     QStringView nome;

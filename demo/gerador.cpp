@@ -57,7 +57,7 @@ void apagarComDiarios(const QString &caminho) {
         QFile::remove(caminho + fim);
 }
 
-qint64 preencher(const QString &caminho, const Pedido &pedido) {
+qint64 preencher(const QString &caminho, const Pedido &pedido, qint64 fim) {
     Ligacao bd;
     bd.abrir(caminho);
     // Nobody else sees the file before it is renamed, and a maker that dies leaves nothing to recover.
@@ -69,7 +69,7 @@ qint64 preencher(const QString &caminho, const Pedido &pedido) {
     Historia h{.bd = bd,
                .clima = Clima(pedido.semente),
                .sensores = std::move(todos),
-               .fim = fimDaHistoria(pedido),
+               .fim = fim,
                .prazos = prazos,
                .aoAvancar = pedido.aoAvancar};
     Transaccao tudo(bd);
@@ -101,8 +101,9 @@ Resultado fazerBase(const QString &caminho, const Pedido &pedido) {
     apagarComDiarios(provisorio);
     criarBD(provisorio);
     Resultado r;
+    r.fim = fimDaHistoria(pedido);
     try {
-        r.linhas = preencher(provisorio, pedido);
+        r.linhas = preencher(provisorio, pedido, r.fim);
     } catch (...) {
         apagarComDiarios(provisorio);
         throw;

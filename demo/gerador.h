@@ -19,6 +19,7 @@ struct Resultado {
     qint64 linhas = 0;
     qint64 bytes = 0;
     double segundos = 0;
+    qint64 fim = 0; // of the history, wall-clock seconds
 };
 
 // A whole database at a path where none is. It appears there only when it is complete.

@@ -1,7 +1,10 @@
+#include "demo/clima.h"
 #include "demo/gerador.h"
+#include "demo/missoes.h"
 
 #include "core/falha.h"
 #include "core/literais.h"
+#include "demo/unidadesVirtuais.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -58,7 +61,17 @@ Resultado fazerInstalacao(const QString &pasta, const Pedido &pedido) {
              "[Lingua]\nACT=1\n1=Português\nL1=PT\n2=English\nL2=EN\n"
              "3=Čeština\nL3=CZ\n\n"
              "[D2251]\nPesquisa=127.0.0.2 127.0.0.3 127.0.0.4 127.0.0.5 "
-             "127.0.0.6 127.0.0.7\nPortaConsola=8099\n"_s.arg(base, raiz.filePath(u"JPG"_s)));
+             "127.0.0.6 127.0.0.7\nPortaConsola=%3\n"_s.arg(base, raiz.filePath(u"JPG"_s))
+                 .arg(portaConsolaDasUnidades));
+    escrever(raiz.filePath(u"unidades.txt"_s), argumentosDasUnidades(pedido.semente));
+    // The settings shared with the capture service: the reader is a drawer of virtual buttons.
+    const QString gaveta = raiz.filePath(u"gaveta"_s);
+    const Leitor leitor = fazerGaveta(gaveta, Clima(pedido.semente), r.fim);
+    escrever(definicoes.filePath(u"Kelvark.ini"_s),
+             u"[LIAGACAOHARDWARE]\nPortType=%1\nPortNum=%2\nDispositivo=%3\n1WireDeviceID=%4\nCaminho%1.%2=%5\n"_s
+                 .arg(portaTipo)
+                 .arg(portaNumero)
+                 .arg(leitor.adaptador, leitor.adaptadorID, gaveta));
     copiarLinguas(definicoes);
     return r;
 }

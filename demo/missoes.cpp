@@ -1,9 +1,10 @@
-#include "demo/historia.h"
+#include "demo/missoes.h"
 
 #include "core/literais.h"
 #include "data/insercao.h"
 #include "data/ligacao.h"
 #include "demo/acaso.h"
+#include "demo/historia.h"
 
 #include <algorithm>
 #include <cmath>
@@ -49,8 +50,20 @@ double amostraDe(const Missao &m, quint64 chave, qint64 t) {
     return std::round((v + m.calibracao) * 2) / 2;
 }
 
+QString idDe(const Missao &m, const Clima &clima) {
+    return rom1Wire(0x21, misturar(clima.chaveDe(800), m.registador) & 0x0FFFFFFFFFFF, false);
+}
+
+quint64 chaveDe(const Missao &m, const Clima &clima) {
+    return misturar(clima.chaveDe(900 + m.registador), m.numero);
+}
+
+qint64 inicioDe(const Missao &m, qint64 fim) {
+    return (fim - qint64(m.diasAtras) * 86400 - (m.registador + 2) * 3720) / 60 * 60;
+}
+
 void gravarAmostras(Historia &h, Insercao &i, const Missao &m, const QString &id, qint64 inicio, qint64 fimPrevisto) {
-    const quint64 chave = misturar(h.clima.chaveDe(900 + m.registador), m.numero);
+    const quint64 chave = chaveDe(m, h.clima);
     const QString numero = u"%1"_s.arg(m.numero, 4, 10, QChar(u'0'));
     const qint64 ate = std::min(fimPrevisto, h.fim);
     const qint64 total = std::min<qint64>((ate - inicio) / (m.intervalo * 60), amostrasDoRegistador);
@@ -81,8 +94,8 @@ void gravarMissoes(Historia &h) {
                       {u"LoggerID"_s, u"Nomelogger"_s, u"DescricaoMissao"_s, u"NMissao"_s, u"Data"_s, u"Temperatura"_s,
                        u"Max"_s, u"Min"_s, u"Alarm"_s, u"flag"_s});
     for (const Missao &m : missoes) {
-        const QString id = rom1Wire(0x21, misturar(h.clima.chaveDe(800), m.registador) & 0x0FFFFFFFFFFF, false);
-        const qint64 inicio = (h.fim - qint64(m.diasAtras) * 86400 - (m.registador + 2) * 3720) / 60 * 60;
+        const QString id = idDe(m, h.clima);
+        const qint64 inicio = inicioDe(m, h.fim);
         const qint64 fimPrevisto = inicio + qint64(m.duracao) * 86400;
         cabecas.texto(0, id);
         cabecas.texto(1, m.nome.toString());
@@ -97,6 +110,17 @@ void gravarMissoes(Historia &h) {
         cabecas.gravar();
         gravarAmostras(h, amostras, m, id, inicio, fimPrevisto);
     }
+}
+
+std::vector<MissaoNoBotao> missoesNosBotoes(const Clima &clima, qint64 fim) {
+    std::vector<MissaoNoBotao> lista;
+    for (const Missao &m : missoes)
+        if (!m.concluida)
+            lista.push_back(
+                {idDe(m, clima), m.nome.toString(), m.descricao.toString(), m.numero, inicioDe(m, fim), m.intervalo,
+                 m.maximo, m.minimo, m.base, m.calibracao,
+                 [&m, chave = chaveDe(m, clima)](qint64 t) { return amostraDe(m, chave, t) - m.calibracao; }});
+    return lista;
 }
 
 } // namespace demonstracao

@@ -3,8 +3,8 @@
 # and touches nothing. Arguments are further packages.
 set -eu
 
-packages="cmake ninja-build g++ ccache clang-format git qt6-base-dev qt6-svg-dev libgl-dev libqcustomplot-dev
- libsqlitecpp-dev libsqlite3-dev libpugixml-dev poppler-utils xvfb xauth fonts-dejavu-core ca-certificates $*"
+packages="cmake ninja-build g++ ccache clang-format git qt6-base-dev qt6-svg-dev qt6-serialport-dev libgl-dev
+ libqcustomplot-dev libsqlitecpp-dev libsqlite3-dev libpugixml-dev poppler-utils xvfb xauth fonts-dejavu-core ca-certificates $*"
 
 command -v dpkg-query >/dev/null && command -v apt-get >/dev/null || {
     echo "This is no Debian system; what the build needs is called on Debian:" >&2

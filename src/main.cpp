@@ -3,6 +3,7 @@
 #include "shell/apresentadorQt.h"
 #include "shell/arranque.h"
 #include "shell/frmMain.h"
+#include "simulator/botao/transporteVirtual.h"
 
 #include <QApplication>
 
@@ -16,6 +17,7 @@ int main(int argc, char *argv[]) {
     estado().PastaPrograma = QApplication::applicationDirPath();
     estado().ambiente.dialogos = &dialogos;
     estado().ambiente.apresentador = &apresentador;
+    simulador::oferecerGavetas();
     int codigo = 1;
     {
         const std::unique_ptr<frmMain> principal = modMain::Main();

@@ -265,7 +265,7 @@ void modal(const QString &nome, const std::function<void(QWidget *)> &trabalho) 
     registoForms().abrir(nome);
 }
 
-void manutencao() {
+void manutencao(QWidget &) {
     modal(u"frmPassWord"_s, [](QWidget *w) { guardar(w, u"password"_s); });
     modal(u"frmConfiguracoes"_s, [](QWidget *w) {
         auto *tiras = controlo<QTabWidget>(w, u"Tiras"_s);
@@ -322,7 +322,7 @@ int main(int argc, char *argv[]) {
                                                                     {u"sensui"_s, sensUI},
                                                                     {u"estados"_s, estados},
                                                                     {u"registadores"_s, registadores},
-                                                                    {u"manutencao"_s, [](QWidget &) { manutencao(); }}};
+                                                                    {u"manutencao"_s, manutencao}};
         for (const auto &[nome, fazer] : grupos)
             if (so < 0 || argumentos.value(so + 1) == nome)
                 fazer(principal);

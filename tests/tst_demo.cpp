@@ -8,6 +8,8 @@
 #include "demo/captura.h"
 #include "demo/gerador.h"
 #include "demo/historia.h"
+#include "platform/onewire/DS1921.h"
+#include "simulator/botao/transporteVirtual.h"
 #include "tests/apoio/instalacao.h"
 
 #include <QCryptographicHash>
@@ -364,6 +366,50 @@ private Q_SLOTS:
         for (const QString &endereco : definicao(u"D2251"_s, u"Pesquisa"_s).split(u' '))
             QVERIFY2(endereco.startsWith(u"127."_s), qPrintable(endereco));
         QVERIFY(QDir(definicao(u"JPG"_s, u"MAIN"_s)).exists());
+    }
+
+    // The open missions of the database are in the drawer's buttons, sample by sample.
+    void gavetaDeBotoes() {
+        Instalacao outra(Instalacao::Base::Nenhuma);
+        const QString pasta = outra.ficheiro(u"demo"_s);
+        (void)fazerInstalacao(pasta, pedido(30000));
+        estado().PastaPrograma = pasta;
+        QVERIFY(modMain::carregaGlobaisBD());
+        simulador::oferecerGavetas();
+        const simulador::Gaveta gaveta(pasta + u"/gaveta"_s);
+        QVERIFY(gaveta.nomes().size() >= 6);
+        DS1921 controlo;
+        controlo.PortaTipo = modINI::GetSetting(u"Kelvark"_s, u"LIAGACAOHARDWARE"_s, u"PortType"_s).toShort();
+        controlo.PortaNumero = modINI::GetSetting(u"Kelvark"_s, u"LIAGACAOHARDWARE"_s, u"PortNum"_s).toShort();
+        QStringList tipos;
+        int emMissao = 0, comparadas = 0;
+        for (const QString &nome : gaveta.nomes()) {
+            if (nome == u"adaptador")
+                continue;
+            QVERIFY(gaveta.por({u"adaptador"_s, nome}));
+            controlo.ROMID.clear();
+            QCOMPARE(controlo.ActualizarEstado(), qint16(1));
+            tipos.append(controlo.TipoRegistador);
+            std::vector<DS1921::Amostra> amostras;
+            const qint16 n = controlo.ContarAmostras(amostras);
+            emMissao += controlo.MissaoEmCurso;
+            QCOMPARE(n > 0, controlo.MissaoEmCurso);
+            Recordset r = cnBD().consultar(
+                u"SELECT s.Data, s.Temperatura FROM DS1921 s JOIN DS1921head h ON h.LoggerID = s.LoggerID AND "
+                "h.Nomelogger = s.Nomelogger AND h.DescricaoMissao = s.DescricaoMissao AND h.NMissao = s.NMissao "
+                "WHERE h.Flag = 'NC' AND s.LoggerID = ? ORDER BY s.Data"_s,
+                {controlo.ROMID});
+            const double calibracao = nome == u"pescado" ? -0.5 : nome == u"sangue" ? 0.5 : 0.0;
+            for (size_t i = 0; r.avancar(); ++i) {
+                QVERIFY(i < amostras.size());
+                QCOMPARE(r.texto(0), datas::textoBD(amostras[i].Data));
+                QCOMPARE(r.real(1), amostras[i].Temperatura + calibracao);
+                ++comparadas;
+            }
+        }
+        QVERIFY(tipos.contains(u"G"_s) && tipos.contains(u"H"_s) && tipos.contains(u"Z"_s));
+        QCOMPARE(emMissao, 4);
+        QVERIFY(comparadas > 1000);
     }
 
     void capturaEscreveEnquantoSeLe() {

@@ -124,6 +124,38 @@ private Q_SLOTS:
         }
     }
 
+    // The count's cursor sees an older database than the writer's: it must not stand in a note's way, and finds its
+    // place again.
+    void notaDuranteAContagem() {
+        Instalacao instalacao;
+        constexpr int linhas = 60000;
+        {
+            Transaccao transaccao(cnBD());
+            for (int i = 0; i < linhas; ++i)
+                cnBD().executar(
+                    u"INSERT INTO Medias (Data, Sensor, NomeSensor, Temperatura) VALUES (?, 'S1', 'n', ?)"_s,
+                    {datas::textoBD(datas::segundosDe(desde) + i / 7 * 60), i});
+            transaccao.confirmar();
+        }
+        ModeloListagem modelo;
+        modelo.abrir(listagens::consulta(membro(u"frmListagemObservacoesMedias"), {{desde, ate}, {{u"S1"_s}}}));
+        Ligacao captura;
+        captura.abrir(instalacao.caminhoBD());
+        for (int vez = 0; vez < 3; ++vez) {
+            QVERIFY(!modelo.contado());
+            captura.executar(u"INSERT INTO Medias (Data, Sensor, NomeSensor, Temperatura) "
+                             "VALUES ('2026-11-01 00:00:00', 'S1', 'n', -1)"_s);
+            QVERIFY(modelo.setData(modelo.index(vez, 4), u"nota %1"_s.arg(vez), Qt::EditRole));
+            QCoreApplication::processEvents();
+        }
+        QTRY_VERIFY(modelo.contado());
+        QCOMPARE(modelo.rowCount(), linhas);
+        const QStringList valores = coluna(modelo, 3);
+        QCOMPARE(QSet<QString>(valores.begin(), valores.end()).size(), linhas);
+        QCOMPARE(coluna(modelo, 4).mid(0, 3), QStringList({u"nota 0"_s, u"nota 1"_s, u"nota 2"_s}));
+        QCOMPARE(instalacao.linha(u"SELECT COUNT(*) FROM Medias WHERE flag LIKE 'nota _'"_s), QVariantList({3}));
+    }
+
     // Few notes among many rows: pages are cut by rows read, too.
     void filtroRaro() {
         Instalacao instalacao;

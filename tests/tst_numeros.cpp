@@ -2,6 +2,7 @@
 #include "core/modDoubleTratamento.h"
 #include "tests/apoio/instalacao.h"
 
+#include <QRandomGenerator>
 #include <QTest>
 
 #include <cmath>
@@ -18,6 +19,7 @@ private Q_SLOTS:
     void comPonto();
     void escreve_data();
     void escreve();
+    void quinzeAlgarismos();
     void idaEVoltaEmTodasAsLinguas();
     void arredonda_data();
     void arredonda();
@@ -161,6 +163,17 @@ void tst_numeros::arredonda() {
     const double r = Arredondar(numero, casas);
     QCOMPARE(r, esperado);
     QVERIFY2(r != 0 || !std::signbit(r), "minus zero");
+}
+
+// Whatever the road, the text is that of 15 significant digits.
+void tst_numeros::quinzeAlgarismos() {
+    QRandomGenerator sorte(20260315);
+    for (int i = 0; i < 20000; ++i) {
+        const double inteiro = sorte.bounded(2000000) - 1000000;
+        const double numero = i % 3 == 0 ? inteiro / std::pow(10, sorte.bounded(5)) : inteiro * sorte.generateDouble();
+        if (std::fabs(numero) >= 1e-4)
+            QCOMPARE(NumeroComPonto(numero), QByteArray::number(numero, 'g', 15));
+    }
 }
 
 void tst_numeros::semValor() {

@@ -135,8 +135,27 @@ bool Gaveta::por(const QStringList &nomes) const {
     return gravar(m_pasta + u'/' + ficheiroLeitor, nomes.join(u'\n').toUtf8() + '\n');
 }
 
+bool Gaveta::trocar(const QStringList &nomes) const {
+    QStringList todos = nomes;
+    for (const QString &nome : noLeitor())
+        if (const auto um = botao(nome); um && !um->temChip() && !todos.contains(nome))
+            todos.append(nome);
+    return por(todos);
+}
+
 std::unique_ptr<Botao> Gaveta::botao(const QString &nome) const {
     return nome.contains(u'/') ? nullptr : Botao::abrir(m_pasta + u'/' + nome + extensao);
+}
+
+void Gaveta::acelerar(double fator, qint64 agora) const {
+    for (const QString &nome : nomes()) {
+        const auto um = botao(nome);
+        if (!um)
+            continue;
+        um->actualizar(agora);
+        um->aceleracao = fator;
+        um->guardar();
+    }
 }
 
 std::unique_ptr<Botao> Gaveta::criar(const QString &nome, const onewire::Rom &rom, const QDateTime &relogio,

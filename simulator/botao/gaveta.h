@@ -50,7 +50,11 @@ public:
     QStringList nomes() const;
     QStringList noLeitor() const;
     bool por(const QStringList &nomes) const; // empty: nothing on the reader
+    // The same, but what belongs to the reader itself (a number without a logger) stays.
+    bool trocar(const QStringList &nomes) const;
     std::unique_ptr<Botao> botao(const QString &nome) const;
+    // The time of all its buttons goes faster or slower from now on.
+    void acelerar(double fator, qint64 agora) const;
     // A new button as it leaves the factory, its clock set; saved.
     std::unique_ptr<Botao> criar(const QString &nome, const onewire::Rom &rom, const QDateTime &relogio,
                                  qint64 agora) const;

@@ -60,4 +60,12 @@ std::optional<onewire::Rom> TransporteVirtual::procurar(quint8 familia, bool pri
     return m_pesquisa.aceitar(idos, divergencias);
 }
 
+void oferecerGavetas() {
+    onewire::barramento().gaveta = [](const QString &pasta) -> std::unique_ptr<onewire::Transporte> {
+        if (!Gaveta::e(pasta))
+            return nullptr;
+        return std::make_unique<TransporteVirtual>(std::make_shared<Linha>(Gaveta(pasta)));
+    };
+}
+
 } // namespace simulador

@@ -21,4 +21,7 @@ private:
     bool m_fora = false;
 };
 
+// From here on a port whose path is a drawer's folder is the virtual reader over it.
+void oferecerGavetas();
+
 } // namespace simulador

@@ -10,7 +10,7 @@
 class Dialogos {
 public:
     virtual ~Dialogos() = default;
-    enum class Estilo { Informacao, Exclamacao };
+    enum class Estilo { Informacao, Exclamacao, Critico };
     virtual void mensagem(const QString &texto, Estilo estilo = Estilo::Informacao) = 0;
     virtual bool pergunta(const QString &texto) = 0; // true: yes
     // Empty results mean cancelled. Filters have the form "csv (*.csv)|*.csv".
@@ -37,6 +37,8 @@ struct Ambiente {
     std::function<QDateTime()> agora;
     std::function<bool()> redeLigada;
     QLocale locale;
+    // Told of every text that is looked up; for the test of the language files.
+    std::function<void(const QString &seccao, const QString &chave, const QString &omissao)> textoPedido;
     Dialogos *dialogos = nullptr;
     Apresentador *apresentador = nullptr;
 };

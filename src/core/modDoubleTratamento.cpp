@@ -54,13 +54,30 @@ QByteArray textoDe(const Decimal &d) {
     return t;
 }
 
+// The shortest text that gives the same number back is also the one of 15 digits, as long as it has no more of them.
+// That is so for nearly every reading, and it is many times faster. Empty when it is not so.
+QByteArray textoCurto(double numero) {
+    constexpr double maximo = 1e15;
+    constexpr double minimo = 1e-4;
+    const double absoluto = std::fabs(numero);
+    if (absoluto == 0)
+        return "0";
+    if (absoluto < minimo || absoluto >= maximo)
+        return {};
+    char tampao[40];
+    const auto fim = std::to_chars(tampao, tampao + sizeof tampao, numero, std::chars_format::fixed);
+    constexpr qsizetype maisCurto = 15; // signs, points and leading zeros counted as digits
+    return fim.ptr - tampao <= maisCurto ? QByteArray(tampao, fim.ptr - tampao) : QByteArray();
+}
+
 } // namespace
 
 namespace modDoubleTratamento {
 
 QString SeparadorDecimal() {
-    const QString metade = estado().ambiente.locale.toString(0.5, 'f', 1);
-    return metade.size() == 3 ? metade.mid(1, 1) : u","_s;
+    const QLocale &locale = estado().ambiente.locale;
+    const QString separador = locale.decimalPoint();
+    return separador.size() == 1 && locale.zeroDigit().size() == 1 ? separador : u","_s;
 }
 
 double TextoParaDouble(const QString &texto) {
@@ -83,12 +100,17 @@ bool eND(const QString &texto) {
 }
 
 QByteArray NumeroComPonto(double numero) {
-    return std::isfinite(numero) ? textoDe(decimalDe(numero)) : QByteArray();
+    if (!std::isfinite(numero))
+        return {};
+    const QByteArray curto = textoCurto(numero);
+    return curto.isEmpty() ? textoDe(decimalDe(numero)) : curto;
 }
 
 QString NumeroParaTexto(double numero) {
     QString t = QString::fromLatin1(NumeroComPonto(numero));
-    return t.replace(u"."_s, SeparadorDecimal());
+    if (const qsizetype ponto = t.indexOf(u'.'); ponto > 0)
+        t[ponto] = SeparadorDecimal().front();
+    return t;
 }
 
 double Arredondar(double numero, int casas) {

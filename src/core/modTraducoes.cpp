@@ -16,6 +16,8 @@ QString GetSettingsLingua(const QString &lingua, const QString & /*ficheiro*/, c
 
 QString CarregarLingua(const QString &chave, const QString &seccao, const QString &omissao, const QString &lingua) {
     return Rotina("modTraducoes.CarregarLingua", [&] {
+        if (const auto &pedido = estado().ambiente.textoPedido)
+            pedido(seccao, chave, omissao);
         const QString lido = GetSettingsLingua(lingua, u"Kelvark"_s, seccao, chave, omissao);
         return lido.isEmpty() ? omissao : lido;
     });

@@ -6,11 +6,14 @@
 #include "core/rotina.h"
 #include "devicestate/forms/registar.h"
 #include "logger/forms/registar.h"
+#include "logger/forms/registarAjuda.h"
 #include "logger/views/forms/registar.h"
 #include "manutencao/registar.h"
 #include "platform/forms/registoForms.h"
 #include "platform/onewire/barramento.h"
 #include "platform/onewire/tmex.h"
+#include "platform/unit/rede.h"
+#include "poseidon/forms/registar.h"
 #include "shell/frmIconCompactarErepararBD.h"
 #include "shell/frmMain.h"
 #include "shell/textosDoQt.h"
@@ -42,9 +45,11 @@ namespace modMain {
 
 void registarForms(RegistoForms &forms) {
     registarLogger(forms);
+    registarAjuda(forms);
     registarVistas(forms);
     registarEstados(forms);
     registarVistasDosRegistadores(forms);
+    registarPoseidon(forms);
     registarManutencao(forms);
 }
 
@@ -54,6 +59,7 @@ std::unique_ptr<frmMain> Main() {
         textosDoQt::aplicar(estado().Lingua);
         forcarEventos();
         registarForms(registoForms());
+        rede::instalar();
         frmIconCompactarErepararBD().exec();
         forcarEventos();
         auto principal = std::make_unique<frmMain>();

@@ -27,9 +27,33 @@ struct ModeloListagem::Contagem {
     bool ha; // stands on a row
     int linhas = 0;
     int lidasNaPagina = 0;
-    QString ultimaData;
+    QByteArray ultimaData;
     int iguais = 0;
+    bool largada = false; // the cursor was closed and has to find its place again
 };
+
+namespace {
+
+QByteArrayView bytesDe(const Recordset &rs, int coluna) {
+    int tamanho = 0;
+    const char *bytes = rs.utf8(coluna, tamanho);
+    return {bytes, tamanho};
+}
+
+} // namespace
+
+QByteArrayView ModeloListagem::Linha::celula(int coluna) const {
+    const int inicio = coluna > 0 ? fins[coluna - 1] : 0;
+    return QByteArrayView(bytes).sliced(inicio, fins[coluna] - inicio);
+}
+
+void ModeloListagem::Linha::setCelula(int coluna, const QByteArray &conteudo) {
+    const int inicio = coluna > 0 ? fins[coluna - 1] : 0;
+    const int crescimento = int(conteudo.size()) - (fins[coluna] - inicio);
+    bytes.replace(inicio, fins[coluna] - inicio, conteudo);
+    for (qsizetype i = coluna; i < fins.size(); ++i)
+        fins[i] += crescimento;
+}
 
 ModeloListagem::ModeloListagem(QObject *pai) : QAbstractTableModel(pai) {
     m_relogio.setInterval(0);
@@ -39,7 +63,8 @@ ModeloListagem::ModeloListagem(QObject *pai) : QAbstractTableModel(pai) {
 
 ModeloListagem::~ModeloListagem() = default;
 
-Recordset ModeloListagem::cursor(const QString &desde) const {
+Recordset ModeloListagem::cursor(const QByteArray &desdeBytes) const {
+    const QString desde = QString::fromUtf8(desdeBytes);
     if (m_consulta.ramos.size() > maximoDeRamos)
         throw Falha(
             erros::chamadaInvalida,
@@ -90,7 +115,7 @@ void ModeloListagem::abrir(const ConsultaListagem &consulta) {
         return;
     Recordset rs = cursor({});
     const bool ha = rs.avancar(); // from here on the count sees the database as it is now
-    m_contagem.reset(new Contagem{std::move(rs), ha, 0, 0, {}, 0});
+    m_contagem.reset(new Contagem{std::move(rs), ha, 0, 0, {}, 0, false});
     beginResetModel();
     m_colunas = consulta.visiveis;
     m_colunaDoNumero = m_contagem->rs.colunas() - 1;
@@ -120,6 +145,8 @@ void ModeloListagem::contarFatia(int linhas) {
     QElapsedTimer tempo;
     tempo.start();
     Contagem &c = *m_contagem;
+    if (c.largada)
+        retomarContagem();
     const int ate = linhas < std::numeric_limits<int>::max() - c.linhas ? c.linhas + linhas : linhas;
     while (c.ha && c.linhas < ate && !tempo.hasExpired(fatiaMs)) {
         for (int i = 0; c.ha && i < linhasPorPagina; ++i) {
@@ -145,27 +172,49 @@ void ModeloListagem::contarLinha() {
         return;
     // The first page is wanted at once, and its rows are at hand.
     const bool primeira = m_ancoras.size() <= 1 && c.linhas < linhasPorPagina;
-    Linha lida = primeira ? lerLinha(c.rs) : Linha();
-    const QString data = primeira ? lida.celulas.at(m_consulta.colunaData) : c.rs.texto(m_consulta.colunaData);
-    c.iguais = c.linhas > 0 && data == c.ultimaData ? c.iguais + 1 : 0;
-    c.ultimaData = data;
+    const QByteArrayView data = bytesDe(c.rs, m_consulta.colunaData);
+    const bool igual = c.linhas > 0 && data == c.ultimaData;
+    c.iguais = igual ? c.iguais + 1 : 0;
+    if (!igual)
+        c.ultimaData = data.toByteArray();
     if (m_ancoras.empty() || c.linhas - m_ancoras.back().linha >= linhasPorPagina || c.lidasNaPagina > lidasPorPagina) {
-        m_ancoras.push_back({c.linhas, data, c.iguais});
+        m_ancoras.push_back({c.linhas, c.ultimaData, c.iguais});
         c.lidasNaPagina = 0;
     }
     if (primeira && m_ancoras.size() == 1) {
-        if (c.linhas == 0)
+        Pagina &pagina = m_paginas[0];
+        if (c.linhas == 0) {
             m_recentes.push_back(0);
-        m_paginas[0].push_back(std::move(lida));
+            pagina.reserve(linhasPorPagina);
+        }
+        pagina.push_back(lerLinha(c.rs));
     }
     ++c.linhas;
 }
 
+// From the last row that was counted. Rows that have come since are newer and lie before it.
+void ModeloListagem::retomarContagem() {
+    Contagem &c = *m_contagem;
+    c.rs = cursor(c.ultimaData);
+    c.largada = false;
+    c.ha = c.rs.avancar();
+    for (int iguais = c.linhas > 0 ? c.iguais + 1 : 0; c.ha && iguais > 0; c.ha = c.rs.avancar()) {
+        if (bytesDe(c.rs, m_consulta.colunaData) != c.ultimaData)
+            break;
+        iguais -= !m_consulta.aceita || m_consulta.aceita(c.rs) ? 1 : 0;
+    }
+}
+
 ModeloListagem::Linha ModeloListagem::lerLinha(const Recordset &rs) const {
     Linha linha;
-    linha.celulas.reserve(m_colunas);
-    for (int i = 0; i < m_colunas; ++i)
-        linha.celulas.append(rs.texto(i)); // shown form only when it is asked for
+    for (int i = 0; i < m_colunas; ++i) {
+        // A number is a text of the system's own; the shown form of the others is made when it is asked for.
+        if (rs.eNumero(i))
+            linha.bytes.append(rs.texto(i).toUtf8());
+        else
+            linha.bytes.append(bytesDe(rs, i));
+        linha.fins.append(int(linha.bytes.size()));
+    }
     linha.numero = rs.inteiro(m_colunaDoNumero);
     return linha;
 }
@@ -184,11 +233,12 @@ ModeloListagem::Pagina ModeloListagem::lerPagina(size_t numero) const {
     const Ancora *proxima = numero + 1 < m_ancoras.size() ? &m_ancoras[numero + 1] : nullptr;
     const auto linhas = size_t((proxima ? proxima->linha : m_linhas) - ancora.linha);
     Pagina lida;
-    QString data = ancora.data;
+    lida.reserve(linhas);
+    QByteArray data = ancora.data;
     int iguais = 0;
     Recordset rs = cursor(ancora.data);
     while (lida.size() < linhas && seguinte(rs)) {
-        const QString desta = rs.texto(m_consulta.colunaData);
+        const QByteArray desta = bytesDe(rs, m_consulta.colunaData).toByteArray();
         iguais = desta == data ? iguais : 0;
         data = desta;
         if (proxima && (data < proxima->data || (data == proxima->data && iguais >= proxima->iguais)))
@@ -245,7 +295,7 @@ QVariant ModeloListagem::data(const QModelIndex &indice, int papel) const {
         const Linha *l = linha(indice.row());
         if (!l)
             return {};
-        const QString &guardado = l->celulas.at(indice.column());
+        const QString guardado = QString::fromUtf8(l->celula(indice.column()));
         return papel == Qt::EditRole ? guardado : mostrado(guardado, indice.column());
     });
 }
@@ -271,8 +321,14 @@ bool ModeloListagem::setData(const QModelIndex &indice, const QVariant &valor, i
         Linha *l = linha(indice.row());
         if (!l)
             return false;
+        // An open cursor sees the database as it was when it began, and the engine refuses to write from there once
+        // another program has written since.
+        if (m_contagem) {
+            m_contagem->rs.fechar();
+            m_contagem->largada = true;
+        }
         m_consulta.gravar(l->numero, valor.toString());
-        l->celulas[indice.column()] = valor.toString();
+        l->setCelula(indice.column(), valor.toString().toUtf8());
         Q_EMIT dataChanged(indice, indice);
         return true;
     });

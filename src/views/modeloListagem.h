@@ -5,6 +5,7 @@
 #include <QAbstractTableModel>
 #include <QHash>
 #include <QTimer>
+#include <QVarLengthArray>
 
 #include <functional>
 #include <vector>
@@ -66,17 +67,22 @@ private:
     // Where a page begins: at its first row, reached by skipping the accepted rows of the same date before it.
     struct Ancora {
         int linha = 0;
-        QString data;
+        QByteArray data;
         int iguais = 0;
     };
+    // The cells as they are stored, end to end: most are never shown, and a text each would cost more than the query.
     struct Linha {
-        QStringList celulas; // as stored
+        QByteArray bytes;
+        QVarLengthArray<int, 12> fins;
         qint64 numero = 0;
+        QByteArrayView celula(int coluna) const;
+        void setCelula(int coluna, const QByteArray &conteudo);
     };
     using Pagina = std::vector<Linha>;
     struct Contagem;
 
-    Recordset cursor(const QString &desde) const;
+    Recordset cursor(const QByteArray &desde) const;
+    void retomarContagem();
     Pagina lerPagina(size_t numero) const;
     Pagina &pagina(size_t numero) const;
     Linha *linha(int numero) const;

@@ -3,6 +3,7 @@
 #include "core/literais.h"
 
 #include <QDir>
+#include <QFile>
 #include <QHostAddress>
 #include <QStandardPaths>
 
@@ -26,6 +27,43 @@ bool guardar(T &destino, const std::optional<int> &n) {
     return n.has_value();
 }
 
+// "101;Câmara 1;C;4.0;1.8;1.0;7.0": number, name, unit, and for readings mean, amplitude and limits.
+bool juntarCanal(Definicao &d, const QString &texto) {
+    const QStringList partes = texto.split(u';');
+    const bool entrada = partes.value(2) == u"s";
+    if (partes.size() != (entrada ? 3 : 7) || partes[0].isEmpty() || partes[1].isEmpty())
+        return false;
+    simulador::Canal canal{partes[0], partes[1], partes[2]};
+    double *const numeros[] = {&canal.centro, &canal.amplitude, &canal.minimo, &canal.maximo};
+    bool lido = true;
+    for (qsizetype i = 3; lido && i < partes.size(); ++i)
+        *numeros[i - 3] = partes[i].toDouble(&lido);
+    if (lido)
+        partes[0].toULongLong(&lido);
+    if (lido)
+        d.canais.append(canal);
+    return lido;
+}
+
+// An argument "@file" stands for the file's lines.
+std::optional<QStringList> comFicheiros(const QStringList &linha) {
+    QStringList todos;
+    for (qsizetype i = 0; i < linha.size(); ++i) {
+        if (i == 0 || !linha[i].startsWith(u'@')) {
+            todos += linha[i];
+            continue;
+        }
+        QFile ficheiro(linha[i].mid(1));
+        if (!ficheiro.open(QIODevice::ReadOnly))
+            return std::nullopt;
+        const auto linhas = QString::fromUtf8(ficheiro.readAll()).split(u'\n');
+        for (const QString &l : linhas)
+            if (!l.trimmed().isEmpty())
+                todos += l.trimmed();
+    }
+    return todos;
+}
+
 struct Opcao {
     QStringView nome;
     QStringView valor;
@@ -46,6 +84,8 @@ constexpr Opcao opcoes[] = {
      [](Definicao &d, const QString &v) { return guardar(d.portaConsola, numero(v, 0, 65535)); }},
     {u"porta-pesquisa", u"N", u"porta UDP da pesquisa (22510)",
      [](Definicao &d, const QString &v) { return guardar(d.portaPesquisa, numero(v, 0, 65535)); }},
+    {u"canal", u"ID;NOME;C;...", u"um canal em vez dos habituais: ID;NOME;UNIDADE;CENTRO;AMPLITUDE;MÍNIMO;MÁXIMO",
+     juntarCanal},
     {u"registos", u"N", u"registos que cabem na memória (2000)",
      [](Definicao &d, const QString &v) { return guardar(d.registos, numero(v, 1, 5'000'000)); }},
     {u"intervalo", u"SEGUNDOS", u"tempo entre registos (300)",
@@ -88,8 +128,14 @@ Definicao comum() {
 
 } // namespace
 
-Argumentos lerArgumentos(const QStringList &linha) {
+Argumentos lerArgumentos(const QStringList &dados) {
     Argumentos lidos;
+    const std::optional<QStringList> todos = comFicheiros(dados);
+    if (!todos) {
+        lidos.erro = u"Um ficheiro de argumentos não se lê."_s;
+        return lidos;
+    }
+    const QStringList &linha = *todos;
     Definicao base = comum();
     for (qsizetype i = 1; i < linha.size(); ++i) {
         QString nome = linha.at(i);
@@ -143,6 +189,7 @@ QString textoDeAjuda(const QString &programa) {
     texto += coluna(u"--unidade ENDEREÇO"_s, 22) + u"mais uma unidade, como 127.0.0.2\n"_s;
     for (const Opcao &o : opcoes)
         texto += coluna(u"--"_s + o.nome + u' ' + o.valor, 22) + o.descricao + u'\n';
+    texto += coluna(u"@FICHEIRO"_s, 22) + u"os argumentos das linhas de um ficheiro\n"_s;
     texto += coluna(u"--defeitos"_s, 22) + u"lista dos maus comportamentos\n"_s;
     texto +=
         u"\nExemplo:\n  %1 --unidade 127.0.0.2 --nome \"Câmara 1\" --unidade 127.0.0.3 --nome Cais --defeito lento\n"_s

@@ -33,7 +33,8 @@ QString filtroQt(const QString &filtro) {
 } // namespace
 
 void DialogosQt::mensagem(const QString &texto, Estilo estilo) {
-    mostrar(estilo == Estilo::Exclamacao ? QMessageBox::Warning : QMessageBox::Information, texto, QMessageBox::Ok);
+    constexpr QMessageBox::Icon icones[] = {QMessageBox::Information, QMessageBox::Warning, QMessageBox::Critical};
+    mostrar(icones[size_t(estilo)], texto, QMessageBox::Ok);
 }
 
 bool DialogosQt::pergunta(const QString &texto) {

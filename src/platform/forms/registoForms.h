@@ -18,6 +18,7 @@ public:
 
     void registar(const QString &nome, Fabrica fabrica, Modo modo = Modo::Filho);
     bool construido(const QString &nome) const;
+    QStringList nomes() const { return m_entradas.keys(); }
 
     // Shows the form; one that is loaded already comes to the front. A modal one returns after it has closed.
     // Null when the name has no factory.

@@ -1,13 +1,18 @@
 #include "platform/onewire/barramento.h"
 
+#include "platform/onewire/portos.h"
+
 #include <utility>
 
 namespace onewire {
 
 Barramento &barramento() {
     auto &servico = estado().onewire;
-    if (!servico)
-        servico = std::make_unique<Barramento>();
+    if (!servico) {
+        auto novo = std::make_unique<Barramento>();
+        novo->abrir = abrirPorto;
+        servico = std::move(novo);
+    }
     return static_cast<Barramento &>(*servico);
 }
 

@@ -25,6 +25,8 @@ public:
     bool emUso = false;   // an operation is on the bus
     bool ocupado = false; // set by `abrir`: there is an adapter, but another program holds it
 
+    bool preparado = false; // the adapter's net was set up once by its search
+
     // Makes the virtual reader of a drawer's folder; empty where there is none.
     std::function<std::unique_ptr<Transporte>(const QString &pasta)> gaveta;
 };

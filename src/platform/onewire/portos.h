@@ -1,0 +1,19 @@
+#pragma once
+
+#include "platform/onewire/transporte.h"
+
+#include <QString>
+
+#include <memory>
+
+namespace onewire {
+
+// Where a port of the settings lies: the key "Caminho<tipo>.<porto>" of section LIAGACAOHARDWARE, else the usual
+// place; empty when the pair stands for nothing here.
+QString caminhoDoPorto(qint16 porto, qint16 tipo);
+
+// The adapter at a port, locked against other programs: a folder is a bus master of the kernel or a drawer, anything
+// else a serial line. Null when there is none or it is held.
+std::unique_ptr<Transporte> abrirPorto(qint16 porto, qint16 tipo);
+
+} // namespace onewire
