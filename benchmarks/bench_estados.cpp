@@ -28,6 +28,7 @@ constexpr int missoesGuardadas = 200;
 constexpr int outrasEntradas = 9;     // with a tenth of the rows each
 constexpr double inicio = 1577836800; // 2020-01-01
 constexpr double limiteDaRazao = 1.5;
+constexpr double missaoAberta = 50; // ms, picture included: nobody sees it wait
 
 [[noreturn]] void parar(const char *porque) {
     std::fprintf(stderr, "bench_estados: %s\n", porque);
@@ -153,6 +154,7 @@ int main(int argc, char *argv[]) {
     QWidget *missao = abrir(u"frmGraficoLoggers"_s);
     // What a form costs anyway: the same chart with two samples.
     auto *missoes = missao->findChild<Grelha *>(u"grdSensoresMissao"_s);
+    double consulta = 0;
     const medidas::Par deMissao = medidas::comparar(
         3 * voltas,
         [&] {
@@ -161,13 +163,14 @@ int main(int argc, char *argv[]) {
         },
         [&] {
             missoes->setLinhaActual(missoes->linhas() - 1);
-            const double vazio = carregar(missao, 0, 2);
-            return vazio + bd.laco("SELECT Data, Temperatura, flag, Max, Min FROM DS1921 WHERE LoggerID = '21A' AND "
-                                   "Nomelogger = 'Vacinas' AND DescricaoMissao = 'Rota' AND NMissao = '0001' "
-                                   "ORDER BY Data",
-                                   amostras);
+            consulta = bd.laco("SELECT Data, Temperatura, flag, Max, Min FROM DS1921 WHERE LoggerID = '21A' AND "
+                               "Nomelogger = 'Vacinas' AND DescricaoMissao = 'Rota' AND NMissao = '0001' ORDER BY Data",
+                               amostras);
+            return carregar(missao, 0, 2);
         });
-    bem = medidas::dizer("missão de 2048 amostras, contra o form e a consulta", deMissao, limiteDaRazao) && bem;
+    std::printf("missão de %d amostras: %.1f ms (até %.0f), com duas %.1f ms, a consulta %.1f ms\n", amostras,
+                deMissao.nosso * 1e3, missaoAberta, deMissao.simples * 1e3, consulta * 1e3);
+    bem = bem && deMissao.nosso * 1e3 <= missaoAberta;
     delete missao;
     return bem ? 0 : 1;
 }
