@@ -4,6 +4,7 @@
 #include "demo/gerador.h"
 #include "devicestate/forms/listaMarcada.h"
 #include "platform/chart/TChart.h"
+#include "platform/forms/grelha.h"
 #include "platform/forms/registoForms.h"
 #include "platform/report/JanelaRelatorio.h"
 #include "shell/arranque.h"
@@ -34,7 +35,7 @@ T *filho(QWidget *form, const QString &nome) {
     return form->findChild<T *>(nome);
 }
 
-// Everything that the panel offers, over all dates; a mission brings its own.
+// Everything that the panel offers, over all dates; a mission brings its own range.
 void escolherTudo(QWidget *form) {
     if (auto *todos = filho<QAbstractButton>(form, u"cmdAdicionarAll"_s))
         todos->click();
@@ -44,10 +45,10 @@ void escolherTudo(QWidget *form) {
                 lista->marcar(i, true);
     if (filho<QTableView>(form, u"grdSensoresMissao"_s))
         return;
-    // Listings have many pages to print.
-    const bool listagem = filho<QTableView>(form, u"DataGrid"_s);
+    // Listings of readings have many pages to print.
+    const bool muitas = form->objectName().startsWith(u"frmListagemObservacoes");
     if (auto *inicio = filho<QDateEdit>(form, u"DTPdataInicio"_s))
-        inicio->setDate(listagem ? QDate(2026, 5, 1) : QDate(2024, 1, 1));
+        inicio->setDate(muitas ? QDate(2026, 5, 1) : QDate(2024, 1, 1));
 }
 
 bool comDados(QWidget *form) {
@@ -107,13 +108,32 @@ struct Percurso {
         janela->close();
     }
 
-    // A view from its confirmation to its closing; false when it had nothing to show.
+    bool confirmar(QWidget *form) {
+        filho<QAbstractButton>(form, u"cmdConfirmar"_s)->click();
+        if (!utilizador::esperar([this] { return principal->isEnabled(); }, 30'000))
+            QTest::qFail("the load does not end", __FILE__, __LINE__);
+        return comDados(form);
+    }
+
+    // One mission after the other, until there is something to see.
+    bool confirmarMissao(QWidget *form, Grelha *registadores, Grelha *missoes) {
+        for (int r = 0; r < registadores->linhas(); ++r) {
+            registadores->setLinhaActual(r);
+            for (int m = 0; m < missoes->linhas(); ++m) {
+                missoes->setLinhaActual(m);
+                if (confirmar(form))
+                    return true;
+            }
+        }
+        return false;
+    }
+
+    // A view from its confirmation to the printed page; false when it had nothing to show.
     bool percorrer(QWidget *form) {
         escolherTudo(form);
-        filho<QAbstractButton>(form, u"cmdConfirmar"_s)->click();
-        if (!utilizador::esperar([this] { return principal->isEnabled(); }))
-            QTest::qFail("the load does not end", __FILE__, __LINE__);
-        const bool cheio = comDados(form);
+        auto *missoes = filho<Grelha>(form, u"grdSensoresMissao"_s);
+        const bool cheio =
+            missoes ? confirmarMissao(form, filho<Grelha>(form, u"grdSensoresAll"_s), missoes) : confirmar(form);
         if (cheio) {
             exportar(form);
             imprimir(form);
@@ -156,6 +176,12 @@ private Q_SLOTS:
             demonstracao::fazerBase(instalacao.caminhoBD(), pedido);
             instalacao.abrirBase();
         }
+        if (cheia) // so short a history has few alarms
+            for (const auto &[tabela, tipo] :
+                 {std::pair(u"AlarmesHum"_s, u"%\\%"_s), std::pair(u"AlarmesPressao"_s, u"%K"_s)})
+                instalacao.executar(u"INSERT INTO %1 SELECT SensorID, Descricao, '2026-06-01 10:00:00', 60, 20, 61.5 "
+                                    "FROM Sensores WHERE Tipo LIKE ? ESCAPE '\\' LIMIT 1"_s.arg(tabela),
+                                    {tipo});
         // Where the table is missing, each building of the menu says so; nothing else does.
         if (!antes.isEmpty()) {
             instalacao.executar(antes);
