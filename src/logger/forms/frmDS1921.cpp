@@ -156,6 +156,7 @@ QWidget *frmDS1921::criarResultados() {
     const int data = fontMetrics().horizontalAdvance(datas::textoDataHora(estado().ambiente.agora()));
     m_grdTemps->setColumnWidth(0, 7 * fontMetrics().averageCharWidth());
     m_grdTemps->setColumnWidth(1, data + 2 * margem);
+    m_grdTemps->setMinimumWidth(data + 26 * fontMetrics().averageCharWidth() + 2 * margem);
     m_grdAlarmes->setMinimumWidth(2 * data + fontMetrics().horizontalAdvance(u" <> "_s) + 3 * margem);
     m_cmdGrafico = pecas1921::botao(u"cmdGrafico"_s, texto(u"cmdGrafico.Caption"_s, u"Gráfico"_s));
     m_cmdGrafico->setEnabled(false);
