@@ -312,11 +312,14 @@ void tst_logger::alarmes() {
     b.andar(82);
     b.clicar("cmdLerDados");
     b.clicar("lblResultados");
+    const auto cor = [](const Grelha *grelha, int linha) { // as it is painted
+        return grelha->model()->index(linha, 0).data(Qt::BackgroundRole).value<QColor>().name();
+    };
     QStringList sequencias;
     QStringList cores;
     for (int i = 0; i < b.alarmes()->linhas(); ++i) {
         sequencias.append(b.alarmes()->celula(i, 0));
-        cores.append(b.alarmes()->estadoDaLinha(i));
+        cores.append(cor(b.alarmes(), i));
     }
     const auto entre = [](const char *de, const char *ate) {
         return u"02/03/2026 %1:00 <> 02/03/2026 %2:00"_s.arg(QString::fromLatin1(de), QString::fromLatin1(ate));
@@ -325,8 +328,8 @@ void tst_logger::alarmes() {
     QCOMPARE(sequencias, (QStringList{entre("09:11", "09:31"), entre("09:51", "09:51"), entre("10:11", "10:11"),
                                       entre("10:21", "10:21")}));
     QCOMPARE(cores, (QStringList{u"#ee9d89"_s, u"#7d8aaf"_s, u"#ee9d89"_s, u"#7d8aaf"_s}));
-    QCOMPARE(b.amostras()->estadoDaLinha(0), u"#fbf6ce"_s);
-    QCOMPARE(b.amostras()->estadoDaLinha(1), u"#e1ede2"_s);
+    QCOMPARE(cor(b.amostras(), 0), u"#fbf6ce"_s);
+    QCOMPARE(cor(b.amostras(), 1), u"#e1ede2"_s);
     QCOMPARE(b.um(u"SELECT COUNT(*) FROM DS1921 WHERE Alarm = 'TRUE'"_s).toInt(), 6);
 }
 

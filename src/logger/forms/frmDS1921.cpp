@@ -1,5 +1,6 @@
 #include "logger/forms/frmDS1921.h"
 
+#include "core/datas.h"
 #include "core/estado.h"
 #include "core/literais.h"
 #include "core/modTraducoes.h"
@@ -152,9 +153,11 @@ QWidget *frmDS1921::criarResultados() {
     auto *alarmes = pecas1921::grupo(u"ReyFrameAlarmesTemp"_s,
                                      texto(u"ReyFrameAlarmesTemp.Caption"_s, u"Alarmes de Temperaturas"_s));
     m_grdAlarmes = grelha(u"grdAlarmes"_s, alarmes->title(), {texto(u"ALARM"_s, u"Início <> Fim"_s)});
-    const int letra = fontMetrics().averageCharWidth();
-    m_grdTemps->setColumnWidth(0, 8 * letra);
-    m_grdTemps->setColumnWidth(1, 24 * letra);
+    const int data = fontMetrics().horizontalAdvance(datas::textoDataHora(estado().ambiente.agora()));
+    m_grdTemps->setColumnWidth(0, 7 * fontMetrics().averageCharWidth());
+    m_grdTemps->setColumnWidth(1, data + 2 * margem);
+    m_grdTemps->setMinimumWidth(data + 26 * fontMetrics().averageCharWidth() + 2 * margem);
+    m_grdAlarmes->setMinimumWidth(2 * data + fontMetrics().horizontalAdvance(u" <> "_s) + 3 * margem);
     m_cmdGrafico = pecas1921::botao(u"cmdGrafico"_s, texto(u"cmdGrafico.Caption"_s, u"Gráfico"_s));
     m_cmdGrafico->setEnabled(false);
     connect(m_cmdGrafico, &QPushButton::clicked, this, [this] { mostrarAba(Grafico); });

@@ -43,7 +43,7 @@ QString trocar(const QString &estado) {
 
 QColor cor(const QString &estado, const QPalette &paleta) {
     const QString inicio = estado.trimmed().left(3).toLower();
-    QColor clara(outraCor);
+    QColor clara(estado.startsWith(u'#') ? QColor(estado) : QColor(outraCor));
     for (const CorDeEstado &c : coresDeEstado)
         if (inicio == c.estado)
             clara = QColor(c.cor);

@@ -23,7 +23,7 @@ public:
     int adicionarLinha(const QStringList &celulas);
     void removerLinha(int linha);
 
-    // A state counts by its first three letters: "res", "red", "blu", anything else.
+    // A state counts by its first three letters: "res", "red", "blu", anything else; "#rrggbb" is a colour itself.
     void setRowBackColor(int linha, const QString &estado);
     QString estadoDaLinha(int linha) const;
     // Makes the stripes regular again; gives back the state of the next row.
