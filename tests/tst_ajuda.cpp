@@ -18,7 +18,7 @@
 namespace {
 
 struct Mesa {
-    Instalacao instalacao{Instalacao::Base::Nenhuma};
+    Instalacao instalacao{Instalacao::Base::Vazia};
     BotaoDeTeste leitor;
     QList<QPair<int, int>> tentados; // type, number
     int tipo = 5, numero = 3;        // where the reader is
@@ -196,6 +196,7 @@ private Q_SLOTS:
     void pelaJanelaPrincipal() {
         Mesa m;
         m.porNoLeitor({BotaoDeTeste::rom(simulador::Variante::G)});
+        m.instalacao.abrirBase();
         registarAjuda(registoForms());
         frmMain principal;
         utilizador::mostrar(&principal);

@@ -1,6 +1,10 @@
 #include "core/estado.h"
 #include "core/modErros.h"
 #include "core/perfil.h"
+#include "devicestate/condicoes.h"
+#include "devicestate/entradas.h"
+#include "devicestate/familiaSensUI.h"
+#include "logger/views/familiaLoggers.h"
 #include "platform/forms/registoForms.h"
 #include "shell/apresentadorQt.h"
 #include "shell/arranque.h"
@@ -13,10 +17,13 @@
 
 #include <QApplication>
 #include <QDirIterator>
+#include <QFileInfo>
 #include <QPointer>
 #include <QRegularExpression>
 #include <QTest>
 #include <QTimer>
+
+#include <typeinfo>
 
 // The language files hold every text that the program uses, and nothing else. What it uses is read off the sources
 // (texts that stand beside their key) and seen while every form is opened (captions, and the sections of families).
@@ -42,9 +49,40 @@ public:
     QString escolherPasta(const QString &) override { return {}; }
 };
 
-// Opens every form once, in a small installation, and notes what it asks for.
-Textos abrirTudo() {
+// What was seen while every form was opened: the texts asked for, and which classes each form is made of.
+struct Visto {
     Textos pedidos;
+    QHash<QString, QSet<QString>> formsDaClasse; // class in small letters -> forms
+};
+
+void notarClasses(const QObject *objecto, const QString &form, Visto &visto) {
+    static const QRegularExpression numero(u"^\\d+"_s);
+    for (const QMetaObject *m = objecto->metaObject(); m; m = m->superClass())
+        visto.formsDaClasse[QString::fromUtf8(m->className()).toLower()].insert(form);
+    // A class without signals of its own only shows here.
+    visto.formsDaClasse[QString::fromUtf8(typeid(*objecto).name()).remove(numero).toLower()].insert(form);
+    for (const QObject *filho : objecto->children())
+        notarClasses(filho, form, visto);
+}
+
+// The point form of every chart that has one.
+void abrirPontos(Visto &visto) {
+    QList<MembroGrafico> graficos;
+    for (const auto &familia : {familiaGraficos(), familiaSensUI::graficos(), familiaLoggers::graficos()})
+        graficos.append(QList<MembroGrafico>(familia.begin(), familia.end()));
+    for (const entradas::Especie &e : entradas::especies())
+        graficos.append(e.grafico);
+    for (const condicoes::Especie &e : condicoes::especies())
+        graficos.append(e.grafico);
+    for (const MembroGrafico &m : std::as_const(graficos))
+        if (m.pontos) {
+            const FormOpccoesPontos form(*m.pontos, PontoActual(), nullptr, nullptr);
+            notarClasses(&form, m.pontos->form.toString(), visto);
+        }
+}
+
+Visto abrirTudo() {
+    Visto visto;
     Instalacao instalacao;
     instalacao.sensores(
         {{u"A"_s, u"a"_s, u"P 1250C"_s}, {u"B"_s, u"b"_s, u"P 1250R"_s}, {u"C"_s, u"c"_s, u"P 1250K"_s}});
@@ -53,7 +91,7 @@ Textos abrirTudo() {
     estado().ambiente.dialogos = &dialogos;
     estado().ambiente.apresentador = &apresentador;
     estado().ambiente.textoPedido = [&](const QString &seccao, const QString &chave, const QString &omissao) {
-        pedidos[{seccao, chave}] = omissao;
+        visto.pedidos[{seccao, chave}] = omissao;
     };
     modMain::registarForms(registoForms());
     frmMain principal;
@@ -67,45 +105,37 @@ Textos abrirTudo() {
     for (const QString &nome : registoForms().nomes()) {
         const QPointer<QWidget> form = registoForms().abrir(nome);
         QTest::qWait(30);
-        if (form)
-            (form->isWindow() ? form.data() : form->parentWidget())->close();
+        if (!form)
+            continue;
+        notarClasses(form, nome, visto);
+        (form->isWindow() ? form.data() : form->parentWidget())->close();
     }
-    for (const MembroGrafico &m : familiaGraficos())
-        const FormOpccoesPontos form(*m.pontos, PontoActual(), nullptr, nullptr);
+    abrirPontos(visto);
     modErros::TratarErro(u"teste"_s, u"teste"_s, u"1"_s);
     QTest::qWait(30);
     estado().ambiente.textoPedido = nullptr;
-    return pedidos;
+    return visto;
 }
 
-// Everything that the program asks for. A key of a family's source counts for the sections in which a key of that
-// source alone was asked for.
+// Everything that the program asks for: what was seen, and what stands in the sources for rarer moments.
 Textos textosUsados() {
-    Textos usados = abrirTudo();
-    QMap<QString, Fonte> fontes;
-    QHash<QString, int> vezes;
+    const Visto visto = abrirTudo();
+    Textos usados = visto.pedidos;
     QDirIterator it(pastaFontes, {u"*.cpp"_s, u"*.h"_s}, QDir::Files, QDirIterator::Subdirectories);
     while (it.hasNext()) {
-        const QString nome = it.next();
-        const QString codigo = lerTexto(nome);
+        const QFileInfo ficheiro(it.next());
+        const QString codigo = lerTexto(ficheiro.filePath());
         juntarDirectos(codigo, usados);
-        const Fonte &fonte = *fontes.insert(nome, analisar(codigo));
-        QSet<QString> chaves;
-        for (const Texto &t : fonte.textos)
-            chaves.insert(t.chave);
-        for (const QString &c : std::as_const(chaves))
-            ++vezes[c];
-    }
-    const Textos pedidos = usados;
-    for (const Fonte &fonte : std::as_const(fontes)) {
-        QSet<QString> seccoes;
-        if (!fonte.seccaoCalculada && QSet<QString>(fonte.seccoes.begin(), fonte.seccoes.end()).size() == 1)
-            seccoes.insert(fonte.seccoes.constFirst());
-        for (const Texto &t : fonte.textos)
-            if (fonte.seccaoCalculada && vezes[t.chave] == 1)
-                for (auto p = pedidos.begin(); p != pedidos.end(); ++p)
-                    if (p.key().second == t.chave)
-                        seccoes.insert(p.key().first);
+        const Fonte fonte = analisar(codigo);
+        const QString classe = ficheiro.baseName().section(u'_', 0, 0);
+        QStringList seccoes;
+        if (!fonte.seccao.isEmpty())
+            seccoes.append(fonte.seccao);
+        else if (classe.startsWith(u"frm"))
+            seccoes.append(u"VISTREL_"_s + classe);
+        else
+            for (const QString &form : visto.formsDaClasse.value(classe.toLower()))
+                seccoes.append(u"VISTREL_"_s + form);
         for (const Texto &t : fonte.textos)
             for (const QString &s : std::as_const(seccoes))
                 if (!usados.contains({s, t.chave}))

@@ -194,7 +194,10 @@ private Q_SLOTS:
             const QString nome = entrada.form.toString();
             auto *accao = p.principal->findChild<QAction *>(entrada.chave.toString());
             QVERIFY2(accao, qPrintable(entrada.chave.toString()));
-            if (nome.isEmpty() || entrada.accao != AccaoMenu::Form || !registoForms().construido(nome))
+            if (nome.isEmpty())
+                continue;
+            QVERIFY2(registoForms().construido(nome), qPrintable(nome));
+            if (entrada.accao != AccaoMenu::Form)
                 continue;
             // What the menu does not offer for want of data must open all the same.
             if (p.oferecida(entrada))

@@ -4,8 +4,6 @@
 
 #include <QTest>
 
-#include <cmath>
-
 using namespace registoDS1921;
 
 namespace {
@@ -52,7 +50,6 @@ private Q_SLOTS:
     void gamas();
     void numericos_data();
     void numericos();
-    void lixo();
 
 private:
     std::unique_ptr<Instalacao> m_instalacao = std::make_unique<Instalacao>(Instalacao::Base::Nenhuma);
@@ -270,28 +267,6 @@ void tst_registo1921::numericos_data() {
 void tst_registo1921::numericos() {
     QFETCH(QString, texto);
     QTEST(numeros1921::eNumerico(texto), "numerico");
-}
-
-// Whatever stands in the pages: an answer, no failure, and numbers that can be shown.
-void tst_registo1921::lixo() {
-    quint32 semente = 1921;
-    const auto acaso = [&semente](quint32 ate) { return (semente = semente * 1664525 + 1013904223) / 65536 % ate; };
-    int aceites = 0;
-    for (int volta = 0; volta < 20000; ++volta) {
-        // Near a real record, so that every field is reached.
-        QString texto = lidoDe(CriarEstruturaDasLinhas(u"0001abc"_s, u"nome"_s, romid + u"15", u"-0,5"_s));
-        for (quint32 mudas = acaso(6); mudas > 0; --mudas)
-            texto[qsizetype(acaso(quint32(texto.size())))] = QChar(char16_t(acaso(256)));
-        texto.truncate(qsizetype(acaso(quint32(texto.size() + 1))));
-        const auto r = decifrar(texto, romid);
-        if (!r)
-            continue;
-        ++aceites;
-        QVERIFY(!r->TextoMissao.isEmpty() && !r->descricaoRegistador.isEmpty());
-        QVERIFY(r->intervalo.toInt() >= 1 && r->intervalo.toInt() <= numeros1921::maiorIntervalo);
-        QVERIFY(std::isfinite(r->Calibracao));
-    }
-    QVERIFY(aceites > 100);
 }
 
 QTEST_GUILESS_MAIN(tst_registo1921)

@@ -40,6 +40,7 @@ struct Mesa {
         caminho(serie.caminho());
         controlo.PortaTipo = 5;
         controlo.PortaNumero = 1;
+        leitor.passoMs = 600; // the wait for the clock is short, however slow the machine
     }
     static void caminho(const QString &onde) {
         modINI::SaveSetting(u"Kelvark"_s, u"LIAGACAOHARDWARE"_s, u"Caminho5.1"_s, onde);

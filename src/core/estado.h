@@ -25,7 +25,7 @@ struct Estado {
     qint16 ObjectivoPassWord = 0;
     bool GravarNaBD = false;         // reads of a logger are stored; from the first download on
     bool EliminarConfirmado = false; // the password dialog was answered rightly for a deletion
-    QString EnderecoTerminal; // where the terminal begins
+    QString EnderecoTerminal;        // where the terminal begins
     QString PortaTerminal;
 
     QString PastaPrograma; // no trailing separator

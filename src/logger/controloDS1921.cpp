@@ -2,11 +2,12 @@
 
 #include "core/datas.h"
 #include "core/estado.h"
+#include "core/literais.h"
 #include "core/modDoubleTratamento.h"
 #include "core/modINI.h"
+#include "core/modTraducoes.h"
 #include "logger/numeros1921.h"
 #include "logger/prazos1921.h"
-#include "logger/texto1921.h"
 
 #include <algorithm>
 
@@ -17,12 +18,16 @@ constexpr double limiteDeFabrica = 87.5;
 constexpr double minimoDeFabrica = -40;
 constexpr int casasDaTemperatura = 3;
 
+QString texto(const QString &chave, const QString &omissao) {
+    return modTraducoes::texto(u"DSfrmDS1921"_s, chave, omissao);
+}
+
 qint16 definicao(const QString &chave) {
     return modINI::GetSetting(u"Kelvark"_s, u"LIAGACAOHARDWARE"_s, chave, u"0"_s).toShort();
 }
 
 QString simOuNao(bool sim) {
-    return sim ? texto1921(u"Conf"_s, u"Sim"_s) : texto1921(u"NConf"_s, u"Não"_s);
+    return sim ? texto(u"Conf"_s, u"Sim"_s) : texto(u"NConf"_s, u"Não"_s);
 }
 
 float valorDaLista(const QString &texto) {
@@ -80,16 +85,16 @@ EstadoMissao ControloDS1921::BuscarDadosPeloObjecto() {
         caixas.txtInicioMissao.clear();
     if (!controlo.MissaoEmCurso) {
         m_estado = EstadoMissao::SemMissao;
-        caixas.txtEstadoMissao = texto1921(u"Message3"_s, u"Sem Missão"_s);
-        caixas.lblMissao = texto1921(u"Message4"_s, u"> Sem Missão Activa ..."_s);
+        caixas.txtEstadoMissao = texto(u"Message3"_s, u"Sem Missão"_s);
+        caixas.lblMissao = texto(u"Message4"_s, u"> Sem Missão Activa ..."_s);
         caixas.txtInicioMissao.clear();
     } else if (controlo.InicioAmostragem.date().year() > anoSemAmostras) {
         m_estado = EstadoMissao::Activa;
-        caixas.txtEstadoMissao = texto1921(u"Message10"_s, u"Activa"_s);
+        caixas.txtEstadoMissao = texto(u"Message10"_s, u"Activa"_s);
         caixas.txtInicioMissao = datas::textoDataHora(controlo.InicioAmostragem);
     } else {
         m_estado = EstadoMissao::Atraso;
-        caixas.txtEstadoMissao = texto1921(u"Message12"_s, u"Atraso Activo"_s);
+        caixas.txtEstadoMissao = texto(u"Message12"_s, u"Atraso Activo"_s);
         if (caixas.txtInicioMissao.isEmpty())
             caixas.txtInicioMissao = datas::textoDataHora(prazos1921::MinutosParaData(controlo.MinutosAtraso));
     }
@@ -117,11 +122,11 @@ void ControloDS1921::mostrarLimites() {
 
 QString ControloDS1921::titulo() const {
     if (m_estado == EstadoMissao::SemRegistador)
-        return texto1921(u"frmDS1921.Caption"_s, u"Registador"_s);
+        return texto(u"frmDS1921.Caption"_s, u"Registador"_s);
     QString titulo =
-        texto1921(u"Message7"_s, u"Registador - "_s) + u' ' + controlo.ROMID + u" ( DS1921" + controlo.TipoRegistador;
+        texto(u"Message7"_s, u"Registador - "_s) + u' ' + controlo.ROMID + u" ( DS1921" + controlo.TipoRegistador;
     if (m_registo.VersaoAntiga)
-        titulo += u" - " + texto1921(u"Oldversion"_s, u"Versão antiga"_s);
+        titulo += u" - " + texto(u"Oldversion"_s, u"Versão antiga"_s);
     return titulo + u" )";
 }
 
@@ -142,12 +147,13 @@ bool ControloDS1921::ActualizarIbutton(const Programa &p, const std::function<vo
     bool escrito = false;
     {
         const SessaoTMEX sessao(m_porto, passar);
-        escrito = sessao.preparar() && m_memoria.EscrevePaginasMemoria(sessao.numero(), FamiliaDS1921, LinhasMemoria);
+        escrito =
+            sessao.preparar() && m_memoria.EscrevePaginasMemoria(sessao.numero(), FamiliaDS1921, LinhasMemoria, ROMID);
     }
     if (escrito)
         Calibracao = registoDS1921::valorDeCalibracao(p.calibracao);
     const bool presente = controlo.ActualizarEstado() == 1;
-    // A button that was changed meanwhile holds another one's record, or would get another one's mission.
+    // A button that was changed meanwhile would get another one's mission.
     if (escrito && presente && controlo.ROMID == ROMID) {
         controlo.IntervaloAmostra = qint16(p.intervalo);
         controlo.CicloContinuo = p.cicloContinuo;

@@ -32,7 +32,7 @@ bool SessaoTMEX::preparar() const {
     return tmex::TMSetup(m_sessao) == 1;
 }
 
-std::optional<QString> MemoriaDS1921::procurar(tmex::Sessao sessao, qint16 familia) {
+std::optional<tmex::NumeroROM> MemoriaDS1921::procurar(tmex::Sessao sessao, qint16 familia) {
     if (tmex::TMFamilySearchSetup(sessao, m_estado, familia) != 1 || tmex::TMNext(sessao, m_estado) != 1)
         return std::nullopt;
     tmex::NumeroROM numero{}; // element 0 at zero asks for the number
@@ -40,7 +40,7 @@ std::optional<QString> MemoriaDS1921::procurar(tmex::Sessao sessao, qint16 famil
     // Two bits tell enough: the search has already kept to the family.
     if (((numero[0] ^ familia) & mascaraDaFamilia) != 0)
         return std::nullopt;
-    return registoDS1921::textoROM(numero);
+    return numero;
 }
 
 QString MemoriaDS1921::LerPaginaTexto(tmex::Sessao sessao, qint16 pagina) {
@@ -64,8 +64,10 @@ bool MemoriaDS1921::EscreverPaginaVazia(tmex::Sessao sessao, const QString &text
 }
 
 // The first page that is refused ends it: what comes after it would never be read.
-bool MemoriaDS1921::EscrevePaginasMemoria(tmex::Sessao sessao, qint16 familia, const QStringList &LinhasMemoria) {
-    if (!procurar(sessao, familia))
+bool MemoriaDS1921::EscrevePaginasMemoria(tmex::Sessao sessao, qint16 familia, const QStringList &LinhasMemoria,
+                                          const QString &ROMID) {
+    const auto numero = procurar(sessao, familia);
+    if (!numero || registoDS1921::ROMIDde(*numero) != ROMID)
         return false;
     for (qint16 i = 0; i < LinhasMemoria.size(); ++i)
         if (!EscreverPaginaTexto(sessao, LinhasMemoria[i], i))
@@ -84,13 +86,13 @@ bool MemoriaDS1921::EscrevePaginasReset(tmex::Sessao sessao, qint16 familia) {
 
 MemoriaDS1921::Leitura MemoriaDS1921::FindFirstFamily(tmex::Sessao sessao, qint16 familia) {
     Leitura leitura;
-    const std::optional<QString> numero = procurar(sessao, familia);
+    const auto numero = procurar(sessao, familia);
     if (!numero)
         return leitura;
     QString texto;
     for (qint16 pagina = 1; pagina <= registoDS1921::paginasLidas; ++pagina)
         texto += LerPaginaTexto(sessao, pagina);
-    const auto registo = registoDS1921::decifrar(texto, *numero);
+    const auto registo = registoDS1921::decifrar(texto, registoDS1921::textoROM(*numero));
     if (!registo) {
         leitura.achado = Achado::Ilegivel;
         return leitura;

@@ -32,15 +32,16 @@ private:
 // What this system itself reads and writes in a button's memory.
 class MemoriaDS1921 {
 public:
-    // The text of the old record's search; none: no button of this family answers.
-    std::optional<QString> procurar(tmex::Sessao sessao, qint16 familia);
+    // None: no button of this family answers.
+    std::optional<tmex::NumeroROM> procurar(tmex::Sessao sessao, qint16 familia);
 
     QString LerPaginaTexto(tmex::Sessao sessao, qint16 pagina);
     bool EscreverPaginaTexto(tmex::Sessao sessao, const QString &texto, qint16 pagina);
     bool EscreverPaginaVazia(tmex::Sessao sessao, const QString &texto, qint16 pagina);
 
-    // False: no button, or a page was refused.
-    bool EscrevePaginasMemoria(tmex::Sessao sessao, qint16 familia, const QStringList &LinhasMemoria);
+    // False: no button, another one than ROMID, or a page was refused.
+    bool EscrevePaginasMemoria(tmex::Sessao sessao, qint16 familia, const QStringList &LinhasMemoria,
+                               const QString &ROMID);
     bool EscrevePaginasReset(tmex::Sessao sessao, qint16 familia);
 
     enum class Achado { Nenhum, Ilegivel, Lido };

@@ -148,6 +148,13 @@ QString textoROM(const tmex::NumeroROM &numero) {
     return texto;
 }
 
+QString ROMIDde(const tmex::NumeroROM &numero) {
+    QString texto;
+    for (auto i = numero.rbegin(); i != numero.rend(); ++i)
+        texto += u"%1"_s.arg(*i, 2, 16, QChar(u'0')).toUpper();
+    return texto;
+}
+
 quint32 ShiftBitsLeft(quint32 valor, int bits) {
     return bits < 32 ? valor << bits : 0;
 }

@@ -49,6 +49,8 @@ int numeroSeguinte(int maiorGuardado);
 
 // The ROM number as only the old record uses it: the last byte, the family, takes three characters.
 QString textoROM(const tmex::NumeroROM &numero);
+// The number as the control and the database know it.
+QString ROMIDde(const tmex::NumeroROM &numero);
 quint32 ShiftBitsLeft(quint32 valor, int bits);
 
 // What a read of the record means to the form.

@@ -6,9 +6,8 @@
 
 namespace {
 
-QString semEscapes(QString literal) {
-    return literal.replace(u"\\\""_s, u"\""_s).replace(u"\\n"_s, u"\n"_s).replace(u"\\\\"_s, u"\\"_s);
-}
+const QString chave = QLatin1String(R"re(\s*u"([^"]+)"(?:_s)?,\s*)re");
+const QString literal = QLatin1String(R"re(((?:u?"(?:[^"\\]|\\.)*"(?:_s)?\s*)+))re");
 
 // "u"a" "b"_s" -> "ab"
 QString juntar(const QString &literais) {
@@ -16,48 +15,63 @@ QString juntar(const QString &literais) {
     QString junto;
     for (auto m = um.globalMatch(literais); m.hasNext();)
         junto += m.next().captured(1);
-    return semEscapes(junto);
+    return junto.replace(u"\\\""_s, u"\""_s).replace(u"\\n"_s, u"\n"_s).replace(u"\\\\"_s, u"\\"_s);
 }
 
-const QString literal = QLatin1String(R"re((?:u?"(?:[^"\\]|\\.)*"(?:_s)?\s*)+)re");
+QString semComentarios(QString codigo) {
+    static const QRegularExpression comentario(u"^\\s*//.*$"_s, QRegularExpression::MultilineOption);
+    return codigo.remove(comentario);
+}
+
+void juntarTodos(const QString &codigo, const QRegularExpression &padrao, QList<textosDasFontes::Texto> &textos) {
+    for (auto m = padrao.globalMatch(codigo); m.hasNext();) {
+        const auto achado = m.next();
+        textos.append({achado.captured(1), juntar(achado.captured(2))});
+    }
+}
 
 } // namespace
 
 namespace textosDasFontes {
 
-Fonte analisar(QString codigo) {
-    static const QRegularExpression comentario(u"^\\s*//.*$"_s, QRegularExpression::MultilineOption);
-    static const QRegularExpression chamada(QLatin1String(R"re(\btexto\(\s*u"([^"]+)"_s,\s*()re") + literal + u")\\)"_s);
-    static const QRegularExpression directa(
-        QLatin1String(
-            R"re(modTraducoes::texto\(\s*(?:u|QStringLiteral\()"([^"]+)"(?:_s|\)),\s*(?:u"([^"]+)"_s,\s*()re") +
-        literal + u")\\))?"_s);
-    static const QRegularExpression linha(
-        QLatin1String(R"re(u"([A-Za-z][\w.()]*)",\s*(u"(?:[^"\\]|\\.)+"(?:\s*"(?:[^"\\]|\\.)*")*)\s*\})re"));
-    codigo.remove(comentario);
+Fonte analisar(const QString &comComentarios) {
+    static const QRegularExpression chamada(u"\\btexto\\("_s + chave + literal + u"\\)"_s);
+    static const QRegularExpression linha(u"\\{(?:[^{}\"]*,\\s*)?"_s + chave.mid(3) + literal + u"\\}"_s);
+    static const QRegularExpression propria(
+        QLatin1String(R"re(modTraducoes::texto\(\s*(?:u|QStringLiteral\()"([^"]+)"(?:_s|\)),\s*(?!u"))re"));
+    const QString codigo = semComentarios(comComentarios);
     Fonte fonte;
-    fonte.seccaoCalculada = codigo.contains(u"modTraducoes::seccaoDe("_s);
-    for (auto m = directa.globalMatch(codigo); m.hasNext();)
-        fonte.seccoes.append(m.next().captured(1));
-    for (auto m = chamada.globalMatch(codigo); m.hasNext();) {
-        const auto achado = m.next();
-        fonte.textos.append({achado.captured(1), juntar(achado.captured(2))});
-    }
-    if (codigo.contains(u"modTraducoes::texto("_s)) // tables of texts
-        for (auto m = linha.globalMatch(codigo); m.hasNext();) {
-            const auto achado = m.next();
-            fonte.textos.append({achado.captured(1), juntar(achado.captured(2))});
-        }
+    // The first one is the file's own; a second one belongs to a routine that names its texts alone.
+    const auto achada = propria.match(codigo);
+    fonte.seccao = achada.captured(1);
+    juntarTodos(codigo, chamada, fonte.textos);
+    if (achada.hasMatch())
+        juntarTodos(codigo, linha, fonte.textos);
     return fonte;
 }
 
-void juntarDirectos(const QString &codigo, Textos &usados) {
-    static const QRegularExpression directa(
-        QLatin1String(R"re((?:modTraducoes::texto|avisar)\(\s*u"([^"]+)"_s,\s*u"([^"]+)"_s,\s*()re") + literal +
-        u")\\)"_s);
+void juntarDirectos(const QString &comComentarios, Textos &usados) {
+    static const QRegularExpression directa(QLatin1String(R"re((?:modTraducoes::texto|avisar)\(\s*u"([^"]+)"_s,)re") +
+                                            chave + literal + u"\\)"_s);
+    struct Genero {
+        QString seccao, inicio, fim;
+    };
+    static const Genero generos[] = {
+        {u"DSfrmDS1921"_s, u"\\btexto1921\\("_s, u"\\)"_s},
+        {u"frmDescarregar2251"_s, u"\\bMensagem \\w+\\{"_s, u"\\}"_s},
+        {u"frmDescarregar2251"_s, u"\\blinha\\("_s, u"\\)"_s},
+    };
+    const QString codigo = semComentarios(comComentarios);
     for (auto m = directa.globalMatch(codigo); m.hasNext();) {
         const auto achado = m.next();
         usados[{achado.captured(1), achado.captured(2)}] = juntar(achado.captured(3));
+    }
+    for (const Genero &g : generos) {
+        QList<Texto> textos;
+        juntarTodos(codigo, QRegularExpression(g.inicio + chave + literal + g.fim), textos);
+        for (const Texto &t : std::as_const(textos))
+            if (!usados.contains({g.seccao, t.chave}))
+                usados[{g.seccao, t.chave}] = t.omissao;
     }
 }
 

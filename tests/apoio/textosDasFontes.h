@@ -3,9 +3,9 @@
 #include <QList>
 #include <QMap>
 #include <QString>
-#include <QStringList>
 
-// The texts of the interface as they stand in the sources: beside their key, and sometimes beside their section.
+// The texts of the interface as they stand in the sources: beside their key, and mostly with a section that the file
+// itself names.
 namespace textosDasFontes {
 
 struct Texto {
@@ -15,12 +15,11 @@ using Textos = QMap<QPair<QString, QString>, QString>; // section and key -> def
 
 struct Fonte {
     QList<Texto> textos;
-    QStringList seccoes; // named by the file itself
-    bool seccaoCalculada = false;
+    QString seccao; // of the file's own lookup; empty: that of the form which uses the file's class
 };
-Fonte analisar(QString codigo);
+Fonte analisar(const QString &codigo);
 
-// Calls that name section, key and text at once.
+// Calls and rows that name their section themselves, or whose kind has one.
 void juntarDirectos(const QString &codigo, Textos &usados);
 
 } // namespace textosDasFontes

@@ -1,6 +1,7 @@
 #include "logger/forms/esperaLogger.h"
 
-#include "logger/texto1921.h"
+#include "core/literais.h"
+#include "core/modTraducoes.h"
 #include "platform/forms/registoForms.h"
 
 #include <QFrame>
@@ -14,11 +15,15 @@ namespace {
 
 constexpr int atrasoMs = 350; // a window that flashes by is worse than none
 
+QString texto(const QString &chave, const QString &omissao) {
+    return modTraducoes::texto(u"DSfrmDS1921"_s, chave, omissao);
+}
+
 } // namespace
 
 frmEsperaLogger::frmEsperaLogger(QWidget *dono)
     : QDialog(dono, Qt::Dialog | Qt::FramelessWindowHint), m_mensagem(new QLabel),
-      m_cancelar(new QPushButton(texto1921(u"cmdCancelar.Caption"_s, u"Cancelar"_s))) {
+      m_cancelar(new QPushButton(texto(u"cmdCancelar.Caption"_s, u"Cancelar"_s))) {
     setObjectName(u"frmEsperaLogger"_s);
     setModal(false);
     m_mensagem->setObjectName(u"lblEspera"_s);

@@ -1,9 +1,10 @@
 #include "logger/forms/frmDS1921.h"
 
 #include "core/estado.h"
+#include "core/literais.h"
+#include "core/modTraducoes.h"
 #include "logger/forms/esperaLogger.h"
 #include "logger/forms/pecas1921.h"
-#include "logger/texto1921.h"
 #include "platform/chart/TChart.h"
 #include "platform/forms/grelha.h"
 #include "platform/forms/icones.h"
@@ -24,9 +25,15 @@ namespace {
 
 const QString seccaoDoGrafico = u"frmGraficoHistograma1921"_s;
 constexpr int margem = 10;
+constexpr int alturaDoProgresso = 4;
+constexpr QSize tamanhoInicial(780, 520);
 
 lugar::Regra regraDoLugar() {
     return {u"frmDS1921"_s, u"Kelvark"_s, 0, 0}; // the capture service keeps it in its own file
+}
+
+QString texto(const QString &chave, const QString &omissao) {
+    return modTraducoes::texto(u"DSfrmDS1921"_s, chave, omissao);
 }
 
 } // namespace
@@ -34,7 +41,7 @@ lugar::Regra regraDoLugar() {
 frmDS1921::frmDS1921(QWidget *pai) : QWidget(pai) {
     setObjectName(u"frmDS1921"_s);
     setAttribute(Qt::WA_DeleteOnClose);
-    setWindowTitle(texto1921(u"frmDS1921.Caption"_s, u"Registador"_s));
+    setWindowTitle(texto(u"frmDS1921.Caption"_s, u"Registador"_s));
     setWindowIcon(icones::icone(u"registador"_s));
     setAccessibleName(windowTitle());
     Rotina("frmDS1921.Form_Load", [this] { Form_Load(); });
@@ -53,7 +60,7 @@ void frmDS1921::Form_Load() {
     m_progresso = new QProgressBar;
     m_progresso->setObjectName(u"ProgressBar1"_s);
     m_progresso->setTextVisible(false);
-    m_progresso->setMaximumHeight(margem);
+    m_progresso->setFixedHeight(alturaDoProgresso);
     QSizePolicy politica = m_progresso->sizePolicy();
     politica.setRetainSizeWhenHidden(true);
     m_progresso->setSizePolicy(politica);
@@ -67,6 +74,7 @@ void frmDS1921::Form_Load() {
         permitirAba(aba, false);
     mostrarAba(Estado);
     m_cmdLer->setFocus();
+    resize(sizeHint());
     connect(new QShortcut(QKeySequence::NextChild, this), &QShortcut::activated, this, [this] { trocarDeAba(1); });
     connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_PageDown), this), &QShortcut::activated, this,
             [this] { trocarDeAba(1); });
@@ -77,8 +85,8 @@ void frmDS1921::Form_Load() {
 // Which logger and which mission, whatever tab is shown.
 QWidget *frmDS1921::criarCabecalho() {
     auto *cabecalho = new QWidget;
-    m_lblDescricaoRegistador = pecas1921::etiqueta(u"lblDescricaoRegistador"_s, {});
-    m_lblMissao = pecas1921::etiqueta(u"lblMissao"_s, {});
+    m_lblDescricaoRegistador = new pecas1921::EtiquetaCurta(u"lblDescricaoRegistador"_s);
+    m_lblMissao = new pecas1921::EtiquetaCurta(u"lblMissao"_s);
     m_lblNumeroMissoes = new pecas1921::EtiquetaClicavel;
     m_lblNumeroMissoes->setObjectName(u"lblNumeroMissoes"_s);
     m_lblNumeroMissoes->setTextFormat(Qt::PlainText);
@@ -86,24 +94,25 @@ QWidget *frmDS1921::criarCabecalho() {
     forte.setBold(true);
     for (QLabel *l : {m_lblDescricaoRegistador, m_lblMissao, static_cast<QLabel *>(m_lblNumeroMissoes)})
         l->setFont(forte);
-    for (QLabel *l : {m_lblDescricaoRegistador, m_lblMissao})
-        l->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     // Never seen: the maintenance word is typed into it.
     m_txtPass = new QLineEdit;
     m_txtPass->setObjectName(u"txtPass"_s);
     m_txtPass->setEchoMode(QLineEdit::NoEcho);
     m_txtPass->setFrame(false);
     m_txtPass->setFixedSize(1, 1);
+    QPalette invisivel = m_txtPass->palette();
+    invisivel.setColor(QPalette::Base, Qt::transparent);
+    m_txtPass->setPalette(invisivel);
     m_txtPass->setFocusPolicy(Qt::NoFocus);
     connect(m_lblNumeroMissoes, &pecas1921::EtiquetaClicavel::Click, this, &frmDS1921::lblNumeroMissoes_Click);
     connect(m_txtPass, &QLineEdit::textEdited, this, &frmDS1921::txtPass_Change);
 
     auto *linha = new QHBoxLayout(cabecalho);
     linha->setContentsMargins(0, 0, 0, 0);
-    linha->addWidget(pecas1921::etiqueta(u"lblDesc"_s, texto1921(u"Desc"_s, u"Descrição do Registador"_s) + u':'));
+    linha->addWidget(pecas1921::etiqueta(u"lblDesc"_s, texto(u"Desc"_s, u"Descrição do Registador"_s) + u':'));
     linha->addWidget(m_lblDescricaoRegistador, 1);
     linha->addSpacing(margem);
-    linha->addWidget(pecas1921::etiqueta(u"lblMiss"_s, texto1921(u"Miss"_s, u"Missão"_s) + u':'));
+    linha->addWidget(pecas1921::etiqueta(u"lblMiss"_s, texto(u"Miss"_s, u"Missão"_s) + u':'));
     linha->addWidget(m_lblNumeroMissoes);
     linha->addWidget(m_lblMissao, 1);
     linha->addWidget(m_txtPass);
@@ -115,11 +124,10 @@ QWidget *frmDS1921::criarAbas() {
     auto *linha = new QHBoxLayout(faixa);
     linha->setContentsMargins(0, 0, 0, 0);
     linha->setSpacing(0);
-    m_separadores = {
-        new pecas1921::Separador(u"lblAssistente"_s, texto1921(u"lblAssistente.Caption"_s, u"Assistente"_s)),
-        new pecas1921::Separador(u"lblResultados"_s, texto1921(u"lblResultados.Caption"_s, u"Resultados"_s)),
-        new pecas1921::Separador(u"lblEstado"_s, texto1921(u"lblEstado.Caption"_s, u"Estado"_s)),
-        new pecas1921::Separador(u"lblGrafico"_s, texto1921(u"cmdGrafico.Caption"_s, u"Gráfico"_s))};
+    m_separadores = {new pecas1921::Separador(u"lblAssistente"_s, texto(u"lblAssistente.Caption"_s, u"Assistente"_s)),
+                     new pecas1921::Separador(u"lblResultados"_s, texto(u"lblResultados.Caption"_s, u"Resultados"_s)),
+                     new pecas1921::Separador(u"lblEstado"_s, texto(u"lblEstado.Caption"_s, u"Estado"_s)),
+                     new pecas1921::Separador(u"lblGrafico"_s, texto(u"cmdGrafico.Caption"_s, u"Gráfico"_s))};
     for (int i = 0; i < abas; ++i) {
         linha->addWidget(m_separadores[size_t(i)]);
         connect(m_separadores[size_t(i)], &QAbstractButton::clicked, this, [this, i] { mostrarAba(Aba(i)); });
@@ -137,17 +145,17 @@ QWidget *frmDS1921::criarResultados() {
         return g;
     };
     auto *amostras = pecas1921::grupo(u"ReyFrameHoraDataRes"_s,
-                                      texto1921(u"ReyFrameHoraDataRes.Caption"_s, u"Hora/Data Temperaturas"_s));
-    m_grdTemps = grelha(u"grdTemps"_s, amostras->title(),
-                        {texto1921(u"NUM"_s, u"Nº"_s), texto1921(u"DATAHORA"_s, u"Data/Hora"_s),
-                         texto1921(u"TEMP"_s, u"Temperatura"_s)});
+                                      texto(u"ReyFrameHoraDataRes.Caption"_s, u"Hora/Data Temperaturas"_s));
+    m_grdTemps =
+        grelha(u"grdTemps"_s, amostras->title(),
+               {texto(u"NUM"_s, u"Nº"_s), texto(u"DATAHORA"_s, u"Data/Hora"_s), texto(u"TEMP"_s, u"Temperatura"_s)});
     auto *alarmes = pecas1921::grupo(u"ReyFrameAlarmesTemp"_s,
-                                     texto1921(u"ReyFrameAlarmesTemp.Caption"_s, u"Alarmes de Temperaturas"_s));
-    m_grdAlarmes = grelha(u"grdAlarmes"_s, alarmes->title(), {texto1921(u"ALARM"_s, u"Início <> Fim"_s)});
+                                     texto(u"ReyFrameAlarmesTemp.Caption"_s, u"Alarmes de Temperaturas"_s));
+    m_grdAlarmes = grelha(u"grdAlarmes"_s, alarmes->title(), {texto(u"ALARM"_s, u"Início <> Fim"_s)});
     const int letra = fontMetrics().averageCharWidth();
     m_grdTemps->setColumnWidth(0, 8 * letra);
-    m_grdTemps->setColumnWidth(1, 26 * letra);
-    m_cmdGrafico = pecas1921::botao(u"cmdGrafico"_s, texto1921(u"cmdGrafico.Caption"_s, u"Gráfico"_s));
+    m_grdTemps->setColumnWidth(1, 24 * letra);
+    m_cmdGrafico = pecas1921::botao(u"cmdGrafico"_s, texto(u"cmdGrafico.Caption"_s, u"Gráfico"_s));
     m_cmdGrafico->setEnabled(false);
     connect(m_cmdGrafico, &QPushButton::clicked, this, [this] { mostrarAba(Grafico); });
 
@@ -158,8 +166,8 @@ QWidget *frmDS1921::criarResultados() {
     lado->addWidget(m_cmdGrafico, 0, Qt::AlignRight);
     auto *linha = new QHBoxLayout(frame);
     linha->setContentsMargins(0, margem, 0, 0);
-    linha->addWidget(amostras, 1);
-    linha->addLayout(lado, 1);
+    linha->addWidget(amostras, 6);
+    linha->addLayout(lado, 5);
     return frame;
 }
 
@@ -167,7 +175,7 @@ QWidget *frmDS1921::criarGrafico() {
     auto *frame = pecas1921::moldura(u"FrameGrafico"_s);
     m_chart = new TChart;
     m_chart->setObjectName(u"TChart1"_s);
-    m_chart->setAccessibleName(texto1921(u"cmdGrafico.Caption"_s, u"Gráfico"_s));
+    m_chart->setAccessibleName(texto(u"cmdGrafico.Caption"_s, u"Gráfico"_s));
     m_chart->setUnidade(u" °C"_s);
     m_chart->Left().Title =
         modTraducoes::texto(seccaoDoGrafico, u"TChart1.Axis.Left.Title.Caption"_s, u"Temperaturas ºC"_s);
@@ -240,11 +248,11 @@ void frmDS1921::verificar(const Vigia &vigia) const {
 std::function<void()> frmDS1921::passagem(Genero genero) {
     return [this, genero, vigia = Vigia(this)] {
         vigia.passar();
-        // Half a record is worse than an old one.
-        if (genero == Genero::Escrita)
-            cancelavel(false);
-        else
+        // Half a record is worse than an old one: once the session is open, what is begun is finished.
+        if (genero != Genero::Escrita)
             verificar(vigia);
+        else if (onewire::barramento().sessao != 0)
+            cancelavel(false);
     };
 }
 
@@ -284,6 +292,10 @@ void frmDS1921::criticar(const QString &texto) {
 void frmDS1921::cancelavel(bool sim) {
     if (m_espera && m_espera->janela())
         m_espera->janela()->setCancelavel(sim);
+}
+
+QSize frmDS1921::sizeHint() const {
+    return tamanhoInicial.expandedTo(QWidget::sizeHint());
 }
 
 void frmDS1921::showEvent(QShowEvent *evento) {

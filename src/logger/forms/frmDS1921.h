@@ -40,6 +40,7 @@ public:
     explicit frmDS1921(QWidget *pai = nullptr);
 
     static constexpr int passos = 6;
+    QSize sizeHint() const override;
 
 protected:
     void showEvent(QShowEvent *evento) override;
@@ -84,12 +85,12 @@ private:
     QWidget *criarEstadoDaMissao();
     QWidget *criarTemperaturasERelogio();
     QWidget *criarBotoesDoEstado();
-    QLineEdit *caixaDoEstado(const QString &nome, QString CaixasDS1921::*campo);
+    QLineEdit *caixaDoEstado(const QString &nome, QString CaixasDS1921::*campo, int caracteres);
     void mostrarCaixas();
     void LimparTexts();
     void ResetEstado();
     void lblNumeroMissoes_Click();
-    void txtPass_Change(const QString &texto);
+    void txtPass_Change(const QString &palavra);
     void TimerNumeroLeiturasErro_Timer();
 
     // frmDS1921_leitura.cpp

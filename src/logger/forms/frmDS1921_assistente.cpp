@@ -1,11 +1,12 @@
 #include "core/datas.h"
 #include "core/estado.h"
+#include "core/literais.h"
 #include "core/modDoubleTratamento.h"
+#include "core/modTraducoes.h"
 #include "logger/forms/frmDS1921.h"
 #include "logger/forms/pecas1921.h"
 #include "logger/numeros1921.h"
 #include "logger/prazos1921.h"
-#include "logger/texto1921.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -52,6 +53,10 @@ QHBoxLayout *lado(const QList<QWidget *> &controlos) {
     return linha;
 }
 
+QString texto(const QString &chave, const QString &omissao) {
+    return modTraducoes::texto(u"DSfrmDS1921"_s, chave, omissao);
+}
+
 } // namespace
 
 QWidget *frmDS1921::criarAssistente() {
@@ -60,14 +65,15 @@ QWidget *frmDS1921::criarAssistente() {
     for (QWidget *passo : {criarPasso0(), criarPasso1(), criarPasso2(), criarPasso3(), criarPasso4(), criarPasso5()})
         m_assistente->addWidget(passo);
     m_lblPasso = pecas1921::etiqueta(u"lblPasso"_s, {});
-    m_cmdRetroceder = pecas1921::botao(u"cmdRetroceder"_s, texto1921(u"cmdRetroceder.Caption"_s, u"Retroceder"_s));
-    m_cmdAvancar = pecas1921::botao(u"cmdAvancar"_s, texto1921(u"cmdAvancar.Caption"_s, u"Avançar"_s));
-    m_cmdConcluir = pecas1921::botao(u"cmdConcluir"_s, texto1921(u"cmdConcluir.Caption"_s, u"Concluir"_s));
+    m_cmdRetroceder = pecas1921::botao(u"cmdRetroceder"_s, texto(u"cmdRetroceder.Caption"_s, u"Retroceder"_s));
+    m_cmdAvancar = pecas1921::botao(u"cmdAvancar"_s, texto(u"cmdAvancar.Caption"_s, u"Avançar"_s));
+    m_cmdConcluir = pecas1921::botao(u"cmdConcluir"_s, texto(u"cmdConcluir.Caption"_s, u"Concluir"_s));
     connect(m_cmdRetroceder, &QPushButton::clicked, this, &frmDS1921::cmdRetroceder_Click);
     connect(m_cmdAvancar, &QPushButton::clicked, this, &frmDS1921::cmdAvancar_Click);
     connect(m_cmdConcluir, &QPushButton::clicked, this, &frmDS1921::cmdConcluir_Click);
     auto *traco = new QFrame;
-    traco->setFrameStyle(QFrame::HLine | QFrame::Sunken);
+    traco->setFrameStyle(QFrame::HLine | QFrame::Plain);
+    traco->setForegroundRole(QPalette::Mid);
     auto *botoes = new QHBoxLayout;
     botoes->addWidget(m_lblPasso);
     botoes->addStretch();
@@ -85,18 +91,17 @@ QWidget *frmDS1921::criarAssistente() {
 
 QWidget *frmDS1921::criarPasso0() {
     const Passo p(0);
-    p.coluna->addWidget(pecas1921::titulo(u"lblIntroducao"_s, texto1921(u"lblIntroducao.Caption"_s, u"Introdução"_s)));
-    p.coluna->addWidget(
-        pecas1921::paragrafo(u"txtRegistP1"_s, texto1921(u"txtRegistP1.Text"_s,
-                                                         u"Bem vindo ao assistente de programação do Registador !"_s)));
+    p.coluna->addWidget(pecas1921::titulo(u"lblIntroducao"_s, texto(u"lblIntroducao.Caption"_s, u"Introdução"_s)));
+    p.coluna->addWidget(pecas1921::paragrafo(
+        u"txtRegistP1"_s, texto(u"txtRegistP1.Text"_s, u"Bem vindo ao assistente de programação do Registador !"_s)));
     p.coluna->addWidget(pecas1921::paragrafo(
         u"txtRegistP2"_s,
-        texto1921(
+        texto(
             u"txtRegistP2.Text"_s,
             u"Este assistente, vai ajudá-lo nas configurações necessárias para iniciar uma missão de gravação de Temperaturas."_s)));
     p.coluna->addWidget(pecas1921::paragrafo(
         u"txtRegistP3"_s,
-        texto1921(
+        texto(
             u"txtRegistP3.Text"_s,
             u"Seleccione 'Avançar >' para passar à fase seguinte. A qualquer momento pode seleccionar o botão '< Voltar' para examinar as opções das fases anteriores."_s)));
     return p.acabar();
@@ -104,12 +109,11 @@ QWidget *frmDS1921::criarPasso0() {
 
 QWidget *frmDS1921::criarPasso1() {
     const Passo p(1);
-    p.coluna->addWidget(
-        pecas1921::titulo(u"lblRegHora"_s, texto1921(u"lblRegHora.Caption"_s, u"Regulação da hora:"_s)));
+    p.coluna->addWidget(pecas1921::titulo(u"lblRegHora"_s, texto(u"lblRegHora.Caption"_s, u"Regulação da hora:"_s)));
     p.coluna->addWidget(pecas1921::paragrafo(
         u"txtRegistP4"_s,
-        texto1921(u"txtRegistP4.Text"_s,
-                  u"A escolha desta opção vai sincronizar a hora do Registador com a hora do Computador."_s)));
+        texto(u"txtRegistP4.Text"_s,
+              u"A escolha desta opção vai sincronizar a hora do Registador com a hora do Computador."_s)));
     m_lblDataHoraLogger = pecas1921::etiqueta(u"lblDataHoraLogger"_s, {});
     m_lblDataHoraPC = pecas1921::etiqueta(u"lblDataHoraPC"_s, {});
     m_txtDescricaoRegistador = new QLineEdit;
@@ -122,38 +126,38 @@ QWidget *frmDS1921::criarPasso1() {
         descricao->setMaxLength(registoDS1921::maximoDeDescricao);
         descricao->setMinimumWidth(36 * fontMetrics().averageCharWidth());
     }
-    QFormLayout *relogios = p.campos();
-    relogios->addRow(pecas1921::etiqueta(u"lblDataHora"_s,
-                                         texto1921(u"lblDataHora.Caption"_s, u"Data/Hora actual do Registador :"_s)),
-                     m_lblDataHoraLogger);
-    relogios->addRow(
-        pecas1921::etiqueta(u"lblDataHora2"_s, texto1921(u"lblDataHora2.Caption"_s, u"Data/Hora actual do PC :"_s)),
+    QFormLayout *campos = p.campos();
+    campos->addRow(
+        pecas1921::etiqueta(u"lblDataHora"_s, texto(u"lblDataHora.Caption"_s, u"Data/Hora actual do Registador :"_s)),
+        m_lblDataHoraLogger);
+    campos->addRow(
+        pecas1921::etiqueta(u"lblDataHora2"_s, texto(u"lblDataHora2.Caption"_s, u"Data/Hora actual do PC :"_s)),
         m_lblDataHoraPC);
-    QFormLayout *nomes = p.campos();
-    nomes->addRow(pecas1921::etiqueta(u"lblDesR"_s, texto1921(u"lblDesR.Caption"_s, u"Descrição do Registador :"_s),
-                                      m_txtDescricaoRegistador),
-                  m_txtDescricaoRegistador);
-    nomes->addRow(pecas1921::etiqueta(u"lblDescM"_s, texto1921(u"lblDescM.Caption"_s, u"Descrição da missão:"_s),
-                                      m_txtDescricaoMissao),
-                  m_txtDescricaoMissao);
+    campos->addRow(new QWidget);
+    campos->addRow(pecas1921::etiqueta(u"lblDesR"_s, texto(u"lblDesR.Caption"_s, u"Descrição do Registador :"_s),
+                                       m_txtDescricaoRegistador),
+                   m_txtDescricaoRegistador);
+    campos->addRow(pecas1921::etiqueta(u"lblDescM"_s, texto(u"lblDescM.Caption"_s, u"Descrição da missão:"_s),
+                                       m_txtDescricaoMissao),
+                   m_txtDescricaoMissao);
     return p.acabar();
 }
 
 QWidget *frmDS1921::criarPasso2() {
     const Passo p(2);
     p.coluna->addWidget(
-        pecas1921::titulo(u"lblAtrasoM"_s, texto1921(u"lblAtrasoM.Caption"_s, u"Atraso do Início da Missão"_s)));
+        pecas1921::titulo(u"lblAtrasoM"_s, texto(u"lblAtrasoM.Caption"_s, u"Atraso do Início da Missão"_s)));
     p.coluna->addWidget(pecas1921::paragrafo(
         u"txtRegistP5"_s,
-        texto1921(
+        texto(
             u"txtRegistP5.Text"_s,
             u"O atraso do início da missão, indica o intervalo de tempo que vai decorrer antes de começar a leitura das temperaturas."_s)));
     p.coluna->addWidget(pecas1921::paragrafo(
         u"txtRegistP6"_s,
-        texto1921(
+        texto(
             u"txtRegistP6.Text"_s,
             u"Seleccione o nº de Dias, Horas ou  Minutos para defenir o atraso do início da missão. O nº total em minutos é mostrado à sua direita."_s)));
-    const QString inicio = texto1921(u"lblInicMissao.Caption"_s, u"Início da Missão:"_s);
+    const QString inicio = texto(u"lblInicMissao.Caption"_s, u"Início da Missão:"_s);
     m_dataInicio = pecas1921::data(u"DTPdataInicio"_s, inicio);
     m_horaInicio = pecas1921::hora(u"DTPhoraInicio"_s, inicio);
     m_lblLabelMin = pecas1921::etiqueta(u"lblLabelMin"_s, {});
@@ -166,47 +170,45 @@ QWidget *frmDS1921::criarPasso2() {
 
 QWidget *frmDS1921::criarPasso3() {
     const Passo p(3);
-    const QString intervalo = texto1921(u"lblIntLeitura.Caption"_s, u"Intervalo de Leitura"_s);
+    const QString intervalo = texto(u"lblIntLeitura.Caption"_s, u"Intervalo de Leitura"_s);
     p.coluna->addWidget(pecas1921::titulo(u"lblIntLeitura"_s, intervalo));
     p.coluna->addWidget(pecas1921::paragrafo(
         u"txtRegistP7"_s,
-        texto1921(
-            u"txtRegistP7.Text"_s,
-            u"O Intervalo de Leitura, define o tempo que decorre entre duas leituras após o início da missão."_s)));
+        texto(u"txtRegistP7.Text"_s,
+              u"O Intervalo de Leitura, define o tempo que decorre entre duas leituras após o início da missão."_s)));
     m_cboIntervalo = pecas1921::lista(u"cboIntervaloLeitura"_s, intervalo);
     for (int minutos = 1; minutos <= numeros1921::maiorIntervalo; ++minutos)
         m_cboIntervalo->addItem(QString::number(minutos));
-    p.coluna->addLayout(lado(
-        {m_cboIntervalo, pecas1921::etiqueta(u"ReyLabelMin"_s, texto1921(u"ReyLabelMin.Caption"_s, u"minutos"_s))}));
-    const QString calibracao = texto1921(u"lblCalibracaoIbutton.Caption"_s, u"Calibração do Registador"_s);
+    p.coluna->addLayout(
+        lado({m_cboIntervalo, pecas1921::etiqueta(u"ReyLabelMin"_s, texto(u"ReyLabelMin.Caption"_s, u"minutos"_s))}));
+    const QString calibracao = texto(u"lblCalibracaoIbutton.Caption"_s, u"Calibração do Registador"_s);
     m_cboCalibracao = pecas1921::lista(u"cboCalibracao"_s, calibracao);
     p.coluna->addSpacing(margem);
     p.coluna->addWidget(pecas1921::titulo(u"lblCalibracaoIbutton"_s, calibracao));
     p.coluna->addLayout(
-        lado({m_cboCalibracao, pecas1921::etiqueta(u"lblTempCalib"_s, texto1921(u"lblTempCalib.Caption"_s, u"ºC"_s))}));
+        lado({m_cboCalibracao, pecas1921::etiqueta(u"lblTempCalib"_s, texto(u"lblTempCalib.Caption"_s, u"ºC"_s))}));
     return p.acabar();
 }
 
 QWidget *frmDS1921::criarPasso4() {
     const Passo p(4);
-    p.coluna->addWidget(
-        pecas1921::titulo(u"lblAlarmesL"_s, texto1921(u"lblAlarmesL.Caption"_s, u"ALARME - Limites"_s)));
+    p.coluna->addWidget(pecas1921::titulo(u"lblAlarmesL"_s, texto(u"lblAlarmesL.Caption"_s, u"ALARME - Limites"_s)));
     p.coluna->addWidget(pecas1921::paragrafo(
         u"txtRegistP8"_s,
-        texto1921(
+        texto(
             u"txtRegistP8.Text"_s,
             u"Os Alarmes de Temperatura são destinado a missões longas e têm como objectivo gerar um histograma das temperaturas."_s)));
     p.coluna->addWidget(pecas1921::paragrafo(
         u"txtRegistP9"_s,
-        texto1921(
+        texto(
             u"txtRegistP9.Text"_s,
             u"Os Limites de Temperatura indicam a gama de tolerância e uma vez excedidos, gravam a duração do tempo excedido."_s)));
-    const QString minimo = texto1921(u"lblLimMin.Caption"_s, u"Limite Minímo"_s);
-    const QString maximo = texto1921(u"lblLimMax.Caption"_s, u"Limite Máximo"_s);
+    const QString minimo = texto(u"lblLimMin.Caption"_s, u"Limite Minímo"_s);
+    const QString maximo = texto(u"lblLimMax.Caption"_s, u"Limite Máximo"_s);
     m_cboLimMin = pecas1921::lista(u"cboLimMin"_s, minimo);
     m_cboLimMax = pecas1921::lista(u"cboLimMax"_s, maximo);
     QFormLayout *campos = p.campos();
-    const QString graus = texto1921(u"lblTempCalib.Caption"_s, u"ºC"_s);
+    const QString graus = texto(u"lblTempCalib.Caption"_s, u"ºC"_s);
     campos->addRow(pecas1921::etiqueta(u"lblLimMin"_s, minimo, m_cboLimMin), lado({m_cboLimMin, new QLabel(graus)}));
     campos->addRow(pecas1921::etiqueta(u"lblLimMax"_s, maximo, m_cboLimMax), lado({m_cboLimMax, new QLabel(graus)}));
     return p.acabar();
@@ -215,15 +217,15 @@ QWidget *frmDS1921::criarPasso4() {
 QWidget *frmDS1921::criarPasso5() {
     const Passo p(5);
     p.coluna->addWidget(
-        pecas1921::titulo(u"lblCicloContinuo"_s, texto1921(u"lblCicloContinuo.Caption"_s, u"Ciclo Continuo"_s)));
+        pecas1921::titulo(u"lblCicloContinuo"_s, texto(u"lblCicloContinuo.Caption"_s, u"Ciclo Continuo"_s)));
     p.coluna->addWidget(pecas1921::paragrafo(
         u"txtRegistP10"_s,
-        texto1921(
+        texto(
             u"txtRegistP10.Text"_s,
             u"O Registador tem capacidade para 2048 leituras. Para além dos 2048 registos, estes serão gravadas no histograma das temperaturas."_s)));
     p.coluna->addWidget(pecas1921::paragrafo(
         u"txtRegistP11"_s,
-        texto1921(
+        texto(
             u"txtRegistP11.Text"_s,
             u"Com o intervalo de tempo, atrás seleccionado, as 2048 leituras de temperatura, serão concluidas aproximadamente a:"_s)));
     m_lblDataAproximada = pecas1921::etiqueta(u"lblDataAproximada"_s, {});
@@ -232,13 +234,13 @@ QWidget *frmDS1921::criarPasso5() {
     m_lblDataAproximada->setFont(forte);
     m_lblDataAproximada->setIndent(margem);
     p.coluna->addWidget(m_lblDataAproximada);
-    m_chkCicloContinuo = new QCheckBox(texto1921(u"chkCicloContinuo.Caption"_s, u"Activar Ciclo Continuo"_s));
+    m_chkCicloContinuo = new QCheckBox(texto(u"chkCicloContinuo.Caption"_s, u"Activar Ciclo Continuo"_s));
     m_chkCicloContinuo->setObjectName(u"chkCicloContinuo"_s);
     m_chkCicloContinuo->setAccessibleName(m_chkCicloContinuo->text());
     p.coluna->addWidget(m_chkCicloContinuo);
     p.coluna->addWidget(pecas1921::paragrafo(
         u"txtRegistP12"_s,
-        texto1921(
+        texto(
             u"txtRegistP12.Text"_s,
             u"O sistema entra em modo de vigilância. Ao terminar o ciclo de 2048 leituras, o sistema só vai registar as temperaturas que estejam fora da gama."_s)));
     return p.acabar();
@@ -249,7 +251,7 @@ void frmDS1921::mostrarPasso(int passo) {
     m_assistente->setCurrentIndex(passo);
     m_cmdRetroceder->setEnabled(passo > 0);
     m_cmdAvancar->setEnabled(passo < passos - 1);
-    m_lblPasso->setText(texto1921(u"lblPasso.Caption"_s, u"Passo %1 de %2"_s).arg(passo + 1).arg(passos));
+    m_lblPasso->setText(texto(u"lblPasso.Caption"_s, u"Passo %1 de %2"_s).arg(passo + 1).arg(passos));
     if (passo == 2)
         mostrarAtraso();
 }
@@ -281,7 +283,7 @@ QDateTime frmDS1921::inicioEscolhido() const {
 
 void frmDS1921::mostrarAtraso() {
     m_lblLabelMin->setText(QString::number(prazos1921::minutosAte(estado().ambiente.agora(), inicioEscolhido())) +
-                           u' ' + texto1921(u"ReyLabelMin.Caption"_s, u"minutos"_s));
+                           u' ' + texto(u"ReyLabelMin.Caption"_s, u"minutos"_s));
 }
 
 void frmDS1921::InicioMissao() {
@@ -308,19 +310,19 @@ bool frmDS1921::recusar(int passo, QWidget *controlo, const QString &mensagem) {
 bool frmDS1921::verificarPrograma() {
     if (m_txtDescricaoRegistador->text().trimmed().isEmpty())
         return recusar(1, m_txtDescricaoRegistador,
-                       texto1921(u"MessageNR"_s, u"O nome do registador não pode ser nulo !"_s));
+                       texto(u"MessageNR"_s, u"O nome do registador não pode ser nulo !"_s));
     if (m_txtDescricaoMissao->text().trimmed().isEmpty())
-        return recusar(1, m_txtDescricaoMissao, texto1921(u"MessageNM"_s, u"O nome da missão não pode ser nulo !"_s));
+        return recusar(1, m_txtDescricaoMissao, texto(u"MessageNM"_s, u"O nome da missão não pode ser nulo !"_s));
     if (modDoubleTratamento::TextoParaDouble(m_cboLimMin->currentText()) >
         modDoubleTratamento::TextoParaDouble(m_cboLimMax->currentText()))
         return recusar(4, m_cboLimMin,
-                       texto1921(u"Message1"_s, u"A temperatura minima não pode ser superior á máxima !"_s));
+                       texto(u"Message1"_s, u"A temperatura minima não pode ser superior á máxima !"_s));
     return true;
 }
 
 void frmDS1921::cmdConcluir_Click() {
-    accao("frmDS1921.cmdConcluir_Click", Genero::Escrita,
-          texto1921(u"EsperaProgramar"_s, u"A programar o registador..."_s), [this] {
+    accao("frmDS1921.cmdConcluir_Click", Genero::Escrita, texto(u"EsperaProgramar"_s, u"A programar o registador..."_s),
+          [this] {
               if (!verificarPrograma())
                   return;
               passo("frmDS1921.ActualizarIbutton", [this] { return ActualizarIbutton(); });
@@ -341,7 +343,7 @@ bool frmDS1921::ActualizarIbutton() {
         mostrarAba(Estado);
         return true;
     }
-    criticar(texto1921(u"Message2"_s, u"Ocorreu 1 erro ao tentar escrever no Registador"_s));
+    criticar(texto(u"Message2"_s, u"Ocorreu 1 erro ao tentar escrever no Registador"_s));
     return false;
 }
 

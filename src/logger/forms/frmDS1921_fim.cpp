@@ -1,10 +1,11 @@
 #include "core/datas.h"
 #include "core/estado.h"
+#include "core/literais.h"
 #include "core/modINI.h"
 #include "core/modPassWord.h"
+#include "core/modTraducoes.h"
 #include "logger/forms/frmDS1921.h"
 #include "logger/missoes.h"
-#include "logger/texto1921.h"
 #include "platform/forms/registoForms.h"
 
 #include <QPushButton>
@@ -13,6 +14,10 @@ namespace {
 
 constexpr qint16 objectivoEliminarMissao = 3;
 
+QString texto(const QString &chave, const QString &omissao) {
+    return modTraducoes::texto(u"DSfrmDS1921"_s, chave, omissao);
+}
+
 } // namespace
 
 void frmDS1921::cmdPararMissao_Click() {
@@ -20,15 +25,15 @@ void frmDS1921::cmdPararMissao_Click() {
     const QDateTime inicio = datas::lerDataHora(m_logica->caixas.txtInicioMissao);
     if (m_logica->caixas.txtInicioMissao.isEmpty())
         return;
-    if (!perguntar(texto1921(u"PararMissao"_s, u"Deseja parar a missão?"_s))) {
+    if (!perguntar(texto(u"PararMissao"_s, u"Deseja parar a missão?"_s))) {
         m_cmdPararMissao->setEnabled(true);
         return;
     }
     const bool antesDoInicio = estado().ambiente.agora() <= inicio;
     if (antesDoInicio &&
-        !perguntar(texto1921(u"DataErr"_s, u"Erro, A data de fim de missao é anterior á data de inicio"_s) + u'\n' +
-                   texto1921(u"DataErr2"_s, u"Para Terminar a missão é necessário inserir palavra-passe"_s) + u'\n' +
-                   texto1921(u"DataErr3"_s, u"Deseja Continuar?"_s))) {
+        !perguntar(texto(u"DataErr"_s, u"Erro, A data de fim de missao é anterior á data de inicio"_s) + u'\n' +
+                   texto(u"DataErr2"_s, u"Para Terminar a missão é necessário inserir palavra-passe"_s) + u'\n' +
+                   texto(u"DataErr3"_s, u"Deseja Continuar?"_s))) {
         m_cmdPararMissao->setEnabled(true);
         return;
     }
@@ -48,9 +53,9 @@ void frmDS1921::TerminarMissao(bool confirmado) {
         return;
     }
     if (!confirmado &&
-        !perguntar(texto1921(u"DataErr4"_s, u"Aviso, não existem dados nesta missão"_s) + u'\n' +
-                   texto1921(u"DataErr2"_s, u"Para Terminar a missão pode ser necessário inserir palavra-passe"_s) +
-                   u'\n' + texto1921(u"DataErr3"_s, u"Deseja Continuar?"_s))) {
+        !perguntar(texto(u"DataErr4"_s, u"Aviso, não existem dados nesta missão"_s) + u'\n' +
+                   texto(u"DataErr2"_s, u"Para Terminar a missão pode ser necessário inserir palavra-passe"_s) + u'\n' +
+                   texto(u"DataErr3"_s, u"Deseja Continuar?"_s))) {
         lerRegistador(false);
         return;
     }
@@ -99,5 +104,5 @@ void frmDS1921::FormatarDS1921() {
     if (formatado)
         lerRegistador(false);
     else
-        criticar(texto1921(u"ResetErr"_s, u"Erro ao formatar Registador!"_s));
+        criticar(texto(u"ResetErr"_s, u"Erro ao formatar Registador!"_s));
 }

@@ -1,12 +1,13 @@
 #include "core/datas.h"
 #include "core/estado.h"
+#include "core/literais.h"
 #include "core/modDoubleTratamento.h"
+#include "core/modTraducoes.h"
 #include "logger/forms/esperaLogger.h"
 #include "logger/forms/frmDS1921.h"
 #include "logger/forms/pecas1921.h"
 #include "logger/numeros1921.h"
 #include "logger/prazos1921.h"
-#include "logger/texto1921.h"
 #include "platform/chart/TChart.h"
 #include "platform/forms/grelha.h"
 #include "platform/forms/registoForms.h"
@@ -37,16 +38,20 @@ constexpr int casasDaTemperatura = 3;
 constexpr int casasDoGrafico = 1;
 constexpr int inteiro = 100; // the progress bar, counting down
 
+QString texto(const QString &chave, const QString &omissao) {
+    return modTraducoes::texto(u"DSfrmDS1921"_s, chave, omissao);
+}
+
 } // namespace
 
 void frmDS1921::cmdLer_Click() {
-    accao("frmDS1921.cmdLer_Click", Genero::Leitura, texto1921(u"EsperaLer"_s, u"A ler o registador..."_s),
+    accao("frmDS1921.cmdLer_Click", Genero::Leitura, texto(u"EsperaLer"_s, u"A ler o registador..."_s),
           [this] { lerRegistador(false); });
 }
 
 void frmDS1921::cmdLerDados_Click() {
     accao("frmDS1921.cmdLerDados_Click", Genero::Descarga,
-          texto1921(u"EsperaLerDados"_s, u"A ler os dados do registador..."_s), [this] {
+          texto(u"EsperaLerDados"_s, u"A ler os dados do registador..."_s), [this] {
               estado().GravarNaBD = true;
               if (!lerRegistador(true))
                   return;
@@ -77,7 +82,7 @@ bool frmDS1921::lerRegistador(bool comDados) {
     using Memoria = ControloDS1921::Memoria;
     if (memoria == Memoria::Ilegivel) {
         if (!PerguntarResetRegistadorAntigo(
-                texto1921(u"ResetDataLogger2"_s, u"Versão antiga detectada, Deseja formatar o registador?"_s))) {
+                texto(u"ResetDataLogger2"_s, u"Versão antiga detectada, Deseja formatar o registador?"_s))) {
             ResetEstado();
             m_cmdLer->setFocus();
         }
@@ -87,7 +92,7 @@ bool frmDS1921::lerRegistador(bool comDados) {
         mostrarRegisto();
     } else if (memoria != Memoria::SemRede) {
         mostrarCaixas();
-        avisar(texto1921(u"NE"_s, u"DS1921 não encontrado"_s));
+        avisar(texto(u"NE"_s, u"DS1921 não encontrado"_s));
     }
     BuscarDadosPeloObjecto(comDados, comDados);
     acabarLeitura(comDados);
@@ -159,8 +164,11 @@ void frmDS1921::acabarLeitura(bool comDados) {
 void frmDS1921::DownloadLog() {
     Ocupado = true;
     const bool terminou = m_logica->missaoTerminou();
+    const Vigia vigia(this);
     const std::vector<ControloDS1921::Linha> linhas = m_logica->DownloadLog();
+    vigia.passar();
     mostrarAmostras(linhas);
+    vigia.passar();
     LeiturasGrafico = linhas;
     CarregarDados();
     Ocupado = false;

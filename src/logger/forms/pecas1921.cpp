@@ -19,6 +19,8 @@ namespace {
 constexpr qreal ampliacaoDoTitulo = 1.25;
 constexpr int folga = 5;
 constexpr int sublinhado = 3;
+constexpr int margemDaCaixa = 8;
+constexpr int margemDoBotao = 12;
 
 } // namespace
 
@@ -57,13 +59,15 @@ QPushButton *botao(const QString &nome, const QString &texto) {
     b->setObjectName(nome);
     b->setAccessibleName(texto);
     b->setAutoDefault(true);
+    b->setMinimumWidth(b->fontMetrics().horizontalAdvance(texto) + 2 * margemDoBotao);
     return b;
 }
 
-QLineEdit *caixa(const QString &nome) {
+QLineEdit *caixa(const QString &nome, int caracteres) {
     auto *c = new QLineEdit;
     c->setObjectName(nome);
     c->setReadOnly(true);
+    c->setMinimumWidth(c->fontMetrics().horizontalAdvance(QString(caracteres, u'0')) + 2 * margemDaCaixa);
     return c;
 }
 
@@ -160,6 +164,22 @@ void Separador::enterEvent(QEnterEvent *evento) {
 void Separador::leaveEvent(QEvent *evento) {
     QAbstractButton::leaveEvent(evento);
     update();
+}
+
+EtiquetaCurta::EtiquetaCurta(const QString &nome) {
+    setObjectName(nome);
+    setTextFormat(Qt::PlainText);
+    setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+}
+
+QSize EtiquetaCurta::minimumSizeHint() const {
+    return {0, QLabel::minimumSizeHint().height()};
+}
+
+void EtiquetaCurta::paintEvent(QPaintEvent *) {
+    QPainter p(this);
+    p.setPen(palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, foregroundRole()));
+    p.drawText(rect(), Qt::AlignLeft | Qt::AlignVCenter, fontMetrics().elidedText(text(), Qt::ElideRight, width()));
 }
 
 void EtiquetaClicavel::mouseReleaseEvent(QMouseEvent *evento) {

@@ -19,7 +19,7 @@ QLabel *etiqueta(const QString &nome, const QString &texto, QWidget *parceiro = 
 QLabel *titulo(const QString &nome, const QString &texto);    // of a step
 QLabel *paragrafo(const QString &nome, const QString &texto); // wraps
 QPushButton *botao(const QString &nome, const QString &texto);
-QLineEdit *caixa(const QString &nome); // shows, takes nothing
+QLineEdit *caixa(const QString &nome, int caracteres); // shows, takes nothing; so wide at least
 QComboBox *lista(const QString &nome, const QString &acessivel);
 QDateEdit *data(const QString &nome, const QString &acessivel);
 QTimeEdit *hora(const QString &nome, const QString &acessivel);
@@ -40,6 +40,17 @@ protected:
     void paintEvent(QPaintEvent *evento) override;
     void enterEvent(QEnterEvent *evento) override;
     void leaveEvent(QEvent *evento) override;
+};
+
+// A name of any length: what does not fit ends in an ellipsis, the whole is its tool tip.
+class EtiquetaCurta : public QLabel {
+    Q_OBJECT
+public:
+    explicit EtiquetaCurta(const QString &nome);
+    QSize minimumSizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent *evento) override;
 };
 
 // A label that answers to a click.

@@ -30,8 +30,9 @@ struct Pergunta {
 };
 constexpr Pergunta deteccao[] = {{0x45, 0x44}, {0x5B, 0x5A}, {LerVelocidade, 0x00}};
 
-constexpr int esperaDaDeteccao = 60;
-constexpr int esperaDaResposta = 1000;
+constexpr int esperaDoReset = 30;
+constexpr int esperaDaDeteccao = 400; // a converter may keep bytes back, and a virtual adapter wait for its turn
+constexpr int esperaDaResposta = 3000;
 constexpr int esperaDaEscrita = 500;
 constexpr qsizetype pedaco = 64; // data bytes on the way at once
 
@@ -72,12 +73,14 @@ bool TransporteSerie::detectar() {
     QThread::msleep(3);
     m_porta->clearError(); // a port without these lines is no worse for it
     escrever(QByteArray(1, char(PrimeiroReset)));
-    QThread::msleep(8);
-    ler(64, 0);
+    ler(1, esperaDoReset);
     m_porta->clear(QSerialPort::Input);
     for (const Pergunta &p : deteccao) {
         escrever(QByteArray(1, char(p.envia)));
-        const QByteArray resposta = ler(1, esperaDaDeteccao);
+        QByteArray resposta = ler(1, esperaDaDeteccao);
+        // A driver that had its speed already took the first byte for a reset, and its answer may come late.
+        if (resposta.size() == 1 && (resposta.at(0) & 0xC0) == 0xC0)
+            resposta = ler(1, esperaDaDeteccao);
         if (resposta.size() != 1 || quint8(resposta.at(0)) != p.espera)
             return false;
     }

@@ -23,6 +23,7 @@ class frmDescarregar2251 : public QWidget {
 public:
     explicit frmDescarregar2251(QWidget *pai = nullptr);
 
+    QSize sizeHint() const override { return QWidget::sizeHint().expandedTo(QSize(1060, 480)); }
     const listaPoseidons::Lista &lista() const { return m_lista; }
     void definirTempos(const Acerto2251::Tempos &tempos) { m_acerto->definirTempos(tempos); }
 

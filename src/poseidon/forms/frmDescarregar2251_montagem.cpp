@@ -69,7 +69,7 @@ frmDescarregar2251::frmDescarregar2251(QWidget *pai)
     disposicao->addWidget(m_grelha, 1);
     disposicao->addLayout(montarInfo());
     disposicao->addLayout(montarOpcoes());
-    resize(sizeHint().expandedTo(QSize(1060, 480)));
+    resize(sizeHint());
 
     m_TimerProgressBar.setInterval(intervaloDaBarra);
     connect(&m_TimerProgressBar, &QTimer::timeout, this, [this] {

@@ -89,7 +89,7 @@ frmTelnet::frmTelnet(QWidget *pai) : QWidget(pai), Winsock1(novaConsola()) {
     disposicao->addLayout(topo);
     disposicao->addWidget(m_Text1, 1);
     disposicao->addLayout(fundo);
-    resize(sizeHint().expandedTo(QSize(640, 420)));
+    resize(sizeHint());
 
     connect(m_txtLinha, &QLineEdit::returnPressed, this, &frmTelnet::enviarLinha);
     for (QLineEdit *caixa : {m_txtEndereco, m_txtPorta})

@@ -17,6 +17,7 @@ class frmTelnet : public QWidget {
 public:
     explicit frmTelnet(QWidget *pai = nullptr);
 
+    QSize sizeHint() const override { return QWidget::sizeHint().expandedTo(QSize(640, 420)); }
     // Takes the address and port that were left for the terminal; not while it is connected.
     void CarregarEndereco();
 
