@@ -227,6 +227,7 @@ void registadores(QWidget &principal) {
                                 u"frmListagemAlarmesLogger"_s}) {
         QWidget *w = vista(form, 0, 0);
         controlo<Grelha>(w, u"grdSensoresAll"_s)->setLinhaActual(4);
+        controlo<Grelha>(w, u"grdSensoresMissao"_s)->setLinhaActual(2);
         guardar(&principal, form + u"-painel");
         confirmar(w);
         guardar(&principal, form);

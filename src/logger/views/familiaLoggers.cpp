@@ -43,6 +43,11 @@ constexpr MembroGrafico tabelaGraficos[] = {
      .formLimites = u"frmGraficoHumidadeHistograma"}, // so written in the language files
 };
 
+// The name says the rest of the key.
+QString idDoRegistador(const TabelaLeituras &, const Escolha &escolha, const Intervalo &) {
+    return escolha.chave.first();
+}
+
 constexpr MembroHistograma tabelaHistogramas[] = {
     {.form = u"frmHistogramaLoggers",
      .tabela = amostras,
@@ -50,6 +55,7 @@ constexpr MembroHistograma tabelaHistogramas[] = {
      .titulo = u"Histograma do Registador",
      .tituloImpressao = u"Histograma do Registador",
      .baseJPG = u"GraphHistLoggers",
+     .parenteses = idDoRegistador,
      .extremosSemDatas = true},
 };
 
