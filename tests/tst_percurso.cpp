@@ -1,5 +1,6 @@
 // Every entry of the menu as a user goes through it: open, choose, confirm, export, print, close.
 #include "core/modINI.h"
+#include "core/perfil.h"
 #include "data/ligacao.h"
 #include "demo/gerador.h"
 #include "devicestate/forms/listaMarcada.h"
@@ -187,6 +188,12 @@ private Q_SLOTS:
             instalacao.executar(antes);
             instalacao.erros.esperar(u"VerificaSeTabelaExiste_MaskListaAlarmes"_s);
         }
+        QStringList semTexto; // asked for on the way and in no language file
+        estado().ambiente.textoPedido = [&](const QString &seccao, const QString &chave, const QString &omissao) {
+            const QString linha = seccao + u'\t' + chave + u'\t' + omissao;
+            if (!m_textos.valor(seccao, chave) && !semTexto.contains(linha))
+                semTexto.append(linha);
+        };
         Percurso p(instalacao);
         int vistas = 0;
         QStringList semDados;
@@ -223,9 +230,13 @@ private Q_SLOTS:
             QCOMPARE(semDados.join(u' '), QString());
         else
             QCOMPARE(semDados.size(), vistas);
+        QVERIFY2(semTexto.isEmpty(), qPrintable(semTexto.join(u'\n')));
         QCOMPARE(modINI::GetSetting(u"Errors"_s, u"INDEX"_s, u"ID"_s).toInt(), antes.isEmpty() ? 0 : 1);
         instalacao.verificar();
     }
+
+private:
+    const Perfil m_textos{Instalacao::lerFicheiro(QStringLiteral(VISTREL_FONTES) + u"/../languages/Kelvark-PT.ini"_s)};
 };
 
 QTEST_MAIN(TestePercurso)

@@ -9,6 +9,9 @@ namespace {
 const QString chave = QLatin1String(R"re(\s*u"([^"]+)"(?:_s)?,\s*)re");
 const QString literal = QLatin1String(R"re(((?:u?"(?:[^"\\]|\\.)*"(?:_s)?\s*)+))re");
 
+// Where a call works its section out.
+const QString calculada = QLatin1String(R"re((?:\s*modTraducoes::seccaoDe\((?:[^()]|\([^()]*\))*\),)?)re");
+
 // "u"a" "b"_s" -> "ab"
 QString juntar(const QString &literais) {
     static const QRegularExpression um(QLatin1String(R"re("((?:[^"\\]|\\.)*)")re"));
@@ -35,7 +38,7 @@ void juntarTodos(const QString &codigo, const QRegularExpression &padrao, QList<
 namespace textosDasFontes {
 
 Fonte analisar(const QString &comComentarios) {
-    static const QRegularExpression chamada(u"\\btexto\\("_s + chave + literal + u"\\)"_s);
+    static const QRegularExpression chamada(u"\\btexto\\("_s + calculada + chave + literal + u"\\)"_s);
     static const QRegularExpression linha(u"\\{(?:[^{}\"]*,\\s*)?"_s + chave.mid(3) + literal + u"\\}"_s);
     static const QRegularExpression propria(
         QLatin1String(R"re(modTraducoes::texto\(\s*(?:u|QStringLiteral\()"([^"]+)"(?:_s|\)),\s*(?!u"))re"));
