@@ -58,6 +58,26 @@ void textoOuNulo(Comando &comando, int posicao, QByteArrayView texto) {
         comando.texto(posicao, texto);
 }
 
+// The wording of an alarm asks for the language, which costs more than the row itself; units measure in tenths, so the
+// same few texts come again and again.
+class TextosDeAlarme {
+public:
+    template <typename Fazer>
+    const QByteArray &de(quint32 sensor, double valor, const Fazer &fazer) {
+        if (m_textos.size() > maximo)
+            m_textos.clear();
+        const auto chave = std::make_pair(sensor, valor);
+        auto achado = m_textos.find(chave);
+        if (achado == m_textos.end())
+            achado = m_textos.insert(chave, fazer());
+        return *achado;
+    }
+
+private:
+    static constexpr qsizetype maximo = 4096;
+    QHash<std::pair<quint32, double>, QByteArray> m_textos;
+};
+
 } // namespace
 
 bool TratamentoDados2251::GuardarDados(const QString &ip) {
@@ -141,6 +161,7 @@ void TratamentoDados2251::guardarLeituras(const QString &ip, const PassoLeituras
     Comando inserir(cnBD(), u"INSERT INTO "_s + passo.tabela + u' ' + passo.insercao);
     TextoDaData texto;
     QByteArray alarme;
+    TextosDeAlarme alarmes;
     for (const Leitura &linha : linhas) {
         const Sensor &sensor = vSensores[linha.sensor];
         const bool lido = !std::isnan(linha.valor);
@@ -155,7 +176,7 @@ void TratamentoDados2251::guardarLeituras(const QString &ip, const PassoLeituras
         if (lido && !sensor.limites.existem())
             alarme = " ";
         else if (lido && !sensor.limites.dentro(linha.valor))
-            alarme = sensor.limites.texto(linha.valor).toUtf8();
+            alarme = alarmes.de(linha.sensor, linha.valor, [&] { return sensor.limites.texto(linha.valor).toUtf8(); });
         const QByteArrayView observacoes = lido ? QByteArrayView(sensor.utf8Observacoes) : QByteArrayView("");
         if (passo.textosSempre) {
             inserir.texto(5, observacoes);
