@@ -212,7 +212,7 @@ private Q_SLOTS:
 
     // The same keys in all files, none that no source knows; what the reports ask for is not seen here.
     void semChavesAMais() {
-        static const QRegularExpression propriedade(u"\\.(Caption|Text|ToolTipText|Exemplo)$"_s);
+        static const QRegularExpression propriedade(u"\\.(Caption|Text|ToolTip|ToolTipText|Exemplo)$"_s);
         const Perfil portugues(Instalacao::lerFicheiro(caminhoDe(u"PT"_s)));
         QStringList aMais;
         for (const QString &seccao : portugues.seccoes())
