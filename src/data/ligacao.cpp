@@ -13,14 +13,21 @@
 
 #include <QElapsedTimer>
 #include <QFile>
+#include <QThread>
 
+#include <fcntl.h>
 #include <sqlite3.h>
+#include <unistd.h>
 
+#include <atomic>
+#include <thread>
 #include <utility>
 
 namespace {
 
 constexpr int esperaOcupadaMs = 5000;
+// A page that leaves the cache and is changed again makes the commit read the whole log anew, so hot pages must stay.
+constexpr int memoriaKiB = 16384;
 
 int ligarTexto(sqlite3_stmt *instrucao, int posicao, const QByteArray &t) {
     return sqlite3_bind_text(instrucao, posicao, t.constData(), int(t.size()), SQLITE_TRANSIENT);
@@ -214,6 +221,9 @@ void Ligacao::abrir(const QString &caminho) {
     }
     novo->soLeitura = !ficheiro.gravavel;
     novo->imutavel = ficheiro.imutavel;
+    novo->executarDirecto("PRAGMA cache_size = -" + QByteArray::number(memoriaKiB));
+    if (ficheiro.gravavel)
+        novo->recolha.emplace(novo->bd.getHandle(), nome);
     Recordset rs(novo, novo->preparar(u"PRAGMA user_version"_s, {}));
     const qint64 versao = rs.avancar() ? rs.inteiro(0) : 0;
     if (versao > versaoDoEsquema)
@@ -267,6 +277,26 @@ void Transaccao::confirmar() {
     m_ligacao.executar(nivel == 0 ? u"COMMIT"_s : u"RELEASE n%1"_s.arg(nivel));
     motor->transaccoes = nivel;
     m_pendente = false;
+}
+
+void Transaccao::escoar(const std::function<void()> &passar) {
+    const auto motor = m_motor.lock();
+    if (!motor || motor->transaccoes > 1)
+        return;
+    sqlite3_db_cacheflush(motor->bd.getHandle());
+    std::atomic<bool> feito = false;
+    const std::jthread disco([&feito, diario = QByteArray(QFile::encodeName(m_ligacao.m_caminho) + "-wal")] {
+        const int ficheiro = ::open(diario.constData(), O_RDONLY | O_CLOEXEC);
+        if (ficheiro >= 0) {
+            ::fdatasync(ficheiro);
+            ::close(ficheiro);
+        }
+        feito = true;
+    });
+    while (!feito) {
+        passar();
+        QThread::msleep(1);
+    }
 }
 
 Transaccao::~Transaccao() {

@@ -6,6 +6,7 @@
 #include <QString>
 #include <QVariant>
 
+#include <functional>
 #include <initializer_list>
 #include <memory>
 
@@ -61,6 +62,9 @@ public:
     Transaccao(const Transaccao &) = delete;
     Transaccao &operator=(const Transaccao &) = delete;
     void confirmar();
+    // Before confirmar(), when much was written: what is to be stored goes to the disk while events run, so that the
+    // confirmation itself is short.
+    void escoar(const std::function<void()> &passar);
 
 private:
     Ligacao &m_ligacao;

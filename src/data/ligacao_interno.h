@@ -1,8 +1,11 @@
 #pragma once
 
 #include "data/ligacao.h"
+#include "data/recolha.h"
 
 #include <SQLiteCpp/Database.h>
+
+#include <optional>
 
 struct sqlite3_stmt;
 
@@ -17,7 +20,8 @@ struct Motor {
     bool soLeitura = false;
     bool imutavel = false; // read without locks, since no log can be made beside the file
     int transaccoes = 0;
-    QString exame; // findings of the check, made once
+    QString exame;                  // findings of the check, made once
+    std::optional<Recolha> recolha; // only where this process may write; gone before the connection
 
     sqlite3_stmt *preparar(const QString &sql, const Parametros &valores);
     int executarDirecto(const QByteArray &sql);

@@ -189,6 +189,7 @@ void TratamentoDados2251::guardarLeituras(const QString &ip, const PassoLeituras
         inserir.executar();
         passar();
     }
+    transaccao.escoar(passar);
     transaccao.confirmar();
 }
 
@@ -210,6 +211,7 @@ void TratamentoDados2251::guardarRegistos(const QString &ip, const std::deque<Re
         inserir.executar();
         passar();
     }
+    transaccao.escoar(passar);
     transaccao.confirmar();
 }
 
