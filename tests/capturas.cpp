@@ -14,9 +14,11 @@
 #include "platform/forms/dialogosQt.h"
 #include "platform/forms/grelha.h"
 #include "platform/forms/registoForms.h"
+#include "platform/unit/rede.h"
 #include "shell/apresentadorQt.h"
 #include "shell/arranque.h"
 #include "shell/frmMain.h"
+#include "simulator/botao/transporteVirtual.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -285,6 +287,42 @@ void manutencao(QWidget &) {
     });
 }
 
+void botao(QWidget &principal) {
+    QWidget *ajuda = registoForms().abrir(u"frmAjuda"_s);
+    guardar(ajuda->isWindow() ? ajuda : &principal, u"adaptador"_s);
+    fechar(ajuda);
+    QWidget *w = registoForms().abrir(u"frmDS1921"_s);
+    passar(300);
+    guardar(w, u"botao-inicio"_s);
+    controlo<QPushButton>(w, u"cmdLerDados"_s)->click();
+    (void)QTest::qWaitFor([&] { return registoForms().dono->isEnabled(); }, 60000);
+    for (const QString &tira : {u"lblEstado"_s, u"lblResultados"_s, u"lblGrafico"_s, u"lblAssistente"_s}) {
+        QTest::mouseClick(controlo<QWidget>(w, tira), Qt::LeftButton);
+        guardar(w, u"botao-"_s + tira.mid(3));
+    }
+    for (int passo = 1; passo <= 5; ++passo) {
+        controlo<QPushButton>(w, u"cmdAvancar"_s)->click();
+        guardar(w, u"botao-passo-%1"_s.arg(passo));
+    }
+    fechar(w);
+}
+
+// Wants the virtual units of the installation to be running.
+void unidades(QWidget &principal) {
+    QWidget *w = registoForms().abrir(u"frmDescarregar2251"_s);
+    passar(1500);
+    guardar(&principal, u"unidades-pesquisa"_s);
+    (void)QTest::qWaitFor([&] { return w->isEnabled(); }, 30000);
+    guardar(&principal, u"unidades"_s);
+    controlo<QPushButton>(w, u"cmdDescarregar"_s)->click();
+    passar(400);
+    guardar(&principal, u"unidades-a-descarregar"_s);
+    (void)QTest::qWaitFor([&] { return w->isEnabled() && controlo<QPushButton>(w, u"cmdDescarregar"_s)->isEnabled(); },
+                          120000);
+    guardar(&principal, u"unidades-descarregadas"_s);
+    fechar(w);
+}
+
 } // namespace
 
 int main(int argc, char *argv[]) {
@@ -311,6 +349,8 @@ int main(int argc, char *argv[]) {
     const qsizetype lingua = argumentos.indexOf(u"--lingua"_s);
     estado().Lingua = lingua > 0 ? argumentos.value(lingua + 1) : modTraducoes::linguaDasDefinicoes();
     modMain::carregaGlobaisBD();
+    simulador::oferecerGavetas();
+    rede::instalar();
     modMain::registarForms(registoForms());
     {
         frmMain principal;
@@ -323,7 +363,9 @@ int main(int argc, char *argv[]) {
                                                                     {u"sensui"_s, sensUI},
                                                                     {u"estados"_s, estados},
                                                                     {u"registadores"_s, registadores},
-                                                                    {u"manutencao"_s, manutencao}};
+                                                                    {u"manutencao"_s, manutencao},
+                                                                    {u"botao"_s, botao},
+                                                                    {u"unidades"_s, unidades}};
         for (const auto &[nome, fazer] : grupos)
             if (so < 0 || argumentos.value(so + 1) == nome)
                 fazer(principal);

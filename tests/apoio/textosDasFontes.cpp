@@ -41,7 +41,7 @@ Fonte analisar(const QString &comComentarios) {
     static const QRegularExpression chamada(u"\\btexto\\("_s + calculada + chave + literal + u"\\)"_s);
     static const QRegularExpression linha(u"\\{(?:[^{}\"]*,\\s*)?"_s + chave.mid(3) + literal + u"\\}"_s);
     static const QRegularExpression propria(
-        QLatin1String(R"re(modTraducoes::texto\(\s*(?:u|QStringLiteral\()"([^"]+)"(?:_s|\)),\s*(?!u"))re"));
+        QLatin1String(R"re(modTraducoes::texto\(\s*(?:u|QStringLiteral\()"([^"]+)"(?:_s|\)),\s*+(?!u"))re"));
     const QString codigo = semComentarios(comComentarios);
     Fonte fonte;
     // The first one is the file's own; a second one belongs to a routine that names its texts alone.

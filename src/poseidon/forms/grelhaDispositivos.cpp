@@ -26,7 +26,7 @@ constexpr Titulo titulos[] = {
     {Coluna::MAC, u"lblMac.Caption", u"MAC", u"00:0A:59:00:12:34"},
     {Coluna::PORTA, u"lblPorta.Caption", u"Porta", u"65535"},
     {Coluna::TIPO, u"lblTipo.Caption", u"Tipo", u"Poseidon 2251"},
-    {Coluna::DESCRICAO, u"lblDescricao.Caption", u"Nome", u"Frigoríficos AB"},
+    {Coluna::DESCRICAO, u"lblDescricao.Caption", u"Nome", u"Frigoríficos do Laboratório"},
     {Coluna::TIPON, u"", u"", u"", true},
     {Coluna::MODO, u"", u"", u"", true},
     {Coluna::ACT, u"", u"", u"", true}, // nothing is ever in it
