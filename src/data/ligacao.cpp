@@ -26,8 +26,10 @@
 namespace {
 
 constexpr int esperaOcupadaMs = 5000;
-// A page that leaves the cache and is changed again makes the commit read the whole log anew, so hot pages must stay.
-constexpr int memoriaKiB = 16384;
+// A page that leaves the cache and is changed again makes the commit read the whole log anew, so hot pages must stay
+// while something is written; reading needs no more than the engine's own measure.
+constexpr const char *memoriaParaEscrever = "PRAGMA cache_size = -16384";
+constexpr const char *memoriaParaLer = "PRAGMA cache_size = -2000";
 
 int ligarTexto(sqlite3_stmt *instrucao, int posicao, const QByteArray &t) {
     return sqlite3_bind_text(instrucao, posicao, t.constData(), int(t.size()), SQLITE_TRANSIENT);
@@ -221,7 +223,6 @@ void Ligacao::abrir(const QString &caminho) {
     }
     novo->soLeitura = !ficheiro.gravavel;
     novo->imutavel = ficheiro.imutavel;
-    novo->executarDirecto("PRAGMA cache_size = -" + QByteArray::number(memoriaKiB));
     if (ficheiro.gravavel)
         novo->recolha.emplace(novo->bd.getHandle(), nome);
     Recordset rs(novo, novo->preparar(u"PRAGMA user_version"_s, {}));
@@ -263,6 +264,8 @@ void Ligacao::executarGuiao(const QString &sql) {
 
 Transaccao::Transaccao(Ligacao &ligacao) : m_ligacao(ligacao) {
     int &nivel = m_ligacao.motor().transaccoes;
+    if (nivel == 0)
+        m_ligacao.motor().executarDirecto(memoriaParaEscrever);
     // The outermost one takes the write lock at once, so that it cannot fail half way for want of it.
     m_ligacao.executar(nivel == 0 ? u"BEGIN IMMEDIATE"_s : u"SAVEPOINT n%1"_s.arg(nivel));
     ++nivel;
@@ -277,6 +280,8 @@ void Transaccao::confirmar() {
     m_ligacao.executar(nivel == 0 ? u"COMMIT"_s : u"RELEASE n%1"_s.arg(nivel));
     motor->transaccoes = nivel;
     m_pendente = false;
+    if (nivel == 0)
+        motor->executarDirecto(memoriaParaLer);
 }
 
 void Transaccao::escoar(const std::function<void()> &passar) {
@@ -308,6 +313,8 @@ Transaccao::~Transaccao() {
     const QByteArray ponto = QByteArray("n") + QByteArray::number(nivel);
     motor->executarDirecto(nivel == 0 ? QByteArray("ROLLBACK")
                                       : QByteArray("ROLLBACK TO " + ponto + "; RELEASE " + ponto));
+    if (nivel == 0)
+        motor->executarDirecto(memoriaParaLer);
 }
 
 Ligacao &ligacaoPartilhada() {
