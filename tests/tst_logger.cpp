@@ -91,7 +91,7 @@ void tst_logger::verificacoes() {
     Bancada b;
     b.instalacao.dialogos.esperarMensagem(mensagem);
     b.programar({.registador = registador, .missao = missao, .minimo = minimo});
-    QCOMPARE(b.instalacao.dialogos.estilos.value(0), Dialogos::Estilo::Exclamacao);
+    QCOMPARE(b.instalacao.dialogos.estilos.value(0), Dialogos::Estilo::Critico);
     QVERIFY(utilizador::controlo<QWidget>(b.form, frame)->isVisible());
     QVERIFY(b.permitido("cmdAvancar"));
     QVERIFY(!b.leitor.chip().missao());

@@ -289,7 +289,7 @@ void frmDS1921::avisar(const QString &texto) {
 }
 
 void frmDS1921::criticar(const QString &texto) {
-    comDialogo([&] { estado().ambiente.dialogos->mensagem(texto, Dialogos::Estilo::Exclamacao); });
+    comDialogo([&] { estado().ambiente.dialogos->mensagem(texto, Dialogos::Estilo::Critico); });
 }
 
 void frmDS1921::cancelavel(bool sim) {
