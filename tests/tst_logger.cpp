@@ -63,6 +63,7 @@ void tst_logger::programa() {
 
     b.andar(40);
     b.clicar("cmdLer");
+    QVERIFY(b.controlo("cmdLer")->hasFocus());
     QCOMPARE(b.caixa("txtEstadoMissao"), u"Activa"_s);
     QCOMPARE(b.caixa("txtInicioMissao"), u"02/03/2026 09:01:00"_s);
     QCOMPARE(b.caixa("txtDataPrevistaParaAcabar"), u"23/03/2026 17:01:00"_s); // 2048 quarters of an hour
@@ -141,6 +142,7 @@ void tst_logger::navegacao() {
     QVERIFY(!b.permitido("lblAssistente") && !b.permitido("cmdConcluir") && b.visivel("FrameEstado"));
     b.clicar("cmdLer");
     QVERIFY(b.visivel("FrameAssis(0)"));
+    QVERIFY(b.controlo("cmdAvancar")->hasFocus()); // not the tab that happens to come next
     QVERIFY(!b.permitido("cmdRetroceder"));
     for (int passo = 1; passo < 6; ++passo) {
         QTest::keyClick(b.form, Qt::Key_Return); // the keyboard goes on as the button does

@@ -219,6 +219,7 @@ void frmDS1921::accao(const char *fonte, Genero genero, const QString &mensagem,
         return;
     const Vigia vigia(this);
     const auto logica = m_logica; // the bus may still be within it when the window has gone
+    const QPointer<QWidget> foco = focusWidget();
     m_ocupado = true;
     m_cancelada = false;
     {
@@ -241,6 +242,19 @@ void frmDS1921::accao(const char *fonte, Genero genero, const QString &mensagem,
         grelha->setUpdatesEnabled(true);
     for (QPushButton *botao : {m_cmdLer, m_cmdLerDados})
         botao->setEnabled(true);
+    devolverFoco(foco);
+}
+
+// A button that was disabled meanwhile has handed the keyboard on to whatever came next.
+void frmDS1921::devolverFoco(QWidget *foco) {
+    if (!qobject_cast<pecas1921::Separador *>(focusWidget()) || qobject_cast<pecas1921::Separador *>(foco))
+        return;
+    if (foco && foco->isVisibleTo(this) && foco->isEnabled())
+        foco->setFocus();
+    else if (m_frames->currentIndex() == Assistente)
+        m_cmdAvancar->setFocus();
+    else if (m_frames->currentIndex() == Estado)
+        m_cmdLer->setFocus();
 }
 
 void frmDS1921::verificar(const Vigia &vigia) const {

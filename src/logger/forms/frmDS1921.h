@@ -144,6 +144,7 @@ private:
     void avisar(const QString &texto);
     void criticar(const QString &texto);
     void cancelavel(bool sim);
+    void devolverFoco(QWidget *foco);
 
     std::shared_ptr<ControloDS1921> m_logica = std::make_shared<ControloDS1921>();
     ChaveMissao m_clausulaMissao; // of the deletion in progress
