@@ -18,6 +18,7 @@ private Q_SLOTS:
     void verificacoes_data();
     void verificacoes();
     void limitesIguaisPassam();
+    void horaEscrita();
     void atraso_data();
     void atraso();
     void navegacao();
@@ -103,6 +104,19 @@ void tst_logger::limitesIguaisPassam() {
     Bancada b;
     b.programar({.minimo = u"8,0"_s});
     QVERIFY(b.leitor.chip().missao());
+}
+
+// Clicked into and typed, one part after the other.
+void tst_logger::horaEscrita() {
+    Bancada b;
+    b.clicar("cmdLer");
+    b.clicar("cmdAvancar");
+    b.clicar("cmdAvancar");
+    auto *hora = utilizador::controlo<QTimeEdit>(b.form, u"DTPhoraInicio"_s);
+    QTest::mouseClick(hora->findChild<QLineEdit *>(), Qt::LeftButton, {}, QPoint(8, hora->height() / 2));
+    QTest::keyClicks(hora, u"1130"_s);
+    QCOMPARE(hora->time().toString(u"hh:mm"), u"11:30"_s);
+    QCOMPARE(b.etiqueta("lblLabelMin"), u"150 minutos"_s);
 }
 
 void tst_logger::atraso_data() {

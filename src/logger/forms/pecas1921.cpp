@@ -3,6 +3,7 @@
 #include "core/datas.h"
 #include "core/estado.h"
 #include "logger/registoDS1921.h"
+#include "platform/forms/momento.h"
 
 #include <QComboBox>
 #include <QDateEdit>
@@ -86,6 +87,7 @@ QDateEdit *data(const QString &nome, const QString &acessivel) {
     d->setLocale(estado().ambiente.locale);
     d->setDisplayFormat(datas::formatoData());
     d->setCalendarPopup(true);
+    momento::escolherParteAoClicar(d);
     return d;
 }
 
@@ -95,6 +97,7 @@ QTimeEdit *hora(const QString &nome, const QString &acessivel) {
     h->setAccessibleName(acessivel);
     h->setLocale(estado().ambiente.locale);
     h->setDisplayFormat(datas::formatoHora());
+    momento::escolherParteAoClicar(h);
     return h;
 }
 

@@ -5,6 +5,7 @@
 #include "core/modTraducoes.h"
 #include "data/modMain.h"
 #include "platform/forms/lugar.h"
+#include "platform/forms/momento.h"
 #include "views/periodos.h"
 
 #include <QDateEdit>
@@ -33,6 +34,7 @@ QDateEdit *criarData(const QString &nome, const QString &acessivel) {
     data->setDisplayFormat(datas::formatoData());
     data->setCalendarPopup(true);
     data->setDate(estado().ambiente.agora().date());
+    momento::escolherParteAoClicar(data);
     return data;
 }
 
@@ -42,6 +44,7 @@ QTimeEdit *criarHora(const QString &nome, const QString &acessivel, const QTime 
     edicao->setAccessibleName(acessivel);
     edicao->setLocale(estado().ambiente.locale);
     edicao->setDisplayFormat(datas::formatoHora());
+    momento::escolherParteAoClicar(edicao);
     return edicao;
 }
 
