@@ -2,6 +2,7 @@
 
 #include "core/datas.h"
 #include "core/estado.h"
+#include "core/eventos.h"
 #include "core/literais.h"
 #include "core/modDoubleTratamento.h"
 #include "core/modINI.h"
@@ -206,14 +207,14 @@ std::vector<ControloDS1921::Linha> ControloDS1921::DownloadLog() {
         linhas.push_back({a.Data, a.Temperatura, t});
         paraGuardar.push_back({a.Data, t});
     }
-    // Before anything is shown: what was read is not lost when the window is closed.
+    // Before anything is shown, and to its end: what was read is not lost when the window is closed.
     if (estado().GravarNaBD) {
         ChaveMissao destino = chave();
         destino.LoggerID = controlo.ROMID;
         destino.DescricaoMissao = m_registo.TextoMissao;
         const QDateTime ultima =
             missoes::VerificaDataMaximaPraSensor(destino, datas::lerDataHora(caixas.txtInicioMissao));
-        missoes::juntarAmostras(destino, paraGuardar, LimiteMaxGlobal, LimiteMinGlobal, ultima);
+        missoes::juntarAmostras(destino, paraGuardar, LimiteMaxGlobal, LimiteMinGlobal, ultima, passarEventos);
     }
     return linhas;
 }

@@ -64,7 +64,7 @@ QDateTime VerificaDataMaximaPraSensor(const ChaveMissao &chave, const QDateTime 
 }
 
 int juntarAmostras(const ChaveMissao &chave, const std::vector<Amostra> &amostras, double maximo, double minimo,
-                   const QDateTime &DataUltimaLeitura) {
+                   const QDateTime &DataUltimaLeitura, const std::function<void()> &passar) {
     Transaccao transaccao(cnBD());
     Insercao linha(cnBD(), u"DS1921"_s,
                    {u"LoggerID"_s, u"Nomelogger"_s, u"DescricaoMissao"_s, u"NMissao"_s, u"Data"_s, u"Temperatura"_s,
@@ -86,7 +86,10 @@ int juntarAmostras(const ChaveMissao &chave, const std::vector<Amostra> &amostra
         linha.texto(8, emAlarme(a.Temperatura, maximo, minimo) ? u"TRUE"_s : u"FALSE"_s);
         linha.gravar();
         ++gravadas;
+        passar();
     }
+    if (gravadas > 0)
+        transaccao.escoar(passar);
     transaccao.confirmar();
     return gravadas;
 }

@@ -4,6 +4,7 @@
 #include <QString>
 #include <QVariantList>
 
+#include <functional>
 #include <vector>
 
 // What tells one mission from all others. The same button holds many, and a number recurs under other names.
@@ -39,9 +40,11 @@ void guardarCabeca(const Cabeca &cabeca);
 // The newest stored minute; without any, a moment before the mission's first sample.
 QDateTime VerificaDataMaximaPraSensor(const ChaveMissao &chave, const QDateTime &inicioMissao);
 
-// Adds the samples whose minute is later than the newest stored one, all or none. Gives back how many.
-int juntarAmostras(const ChaveMissao &chave, const std::vector<Amostra> &amostras, double maximo, double minimo,
-                   const QDateTime &DataUltimaLeitura);
+// Adds the samples whose minute is later than the newest stored one, all or none; <passar> runs meanwhile. Gives back
+// how many.
+int juntarAmostras(
+    const ChaveMissao &chave, const std::vector<Amostra> &amostras, double maximo, double minimo,
+    const QDateTime &DataUltimaLeitura, const std::function<void()> &passar = [] {});
 
 // The highest stored number of this button under these names, 0 without any.
 int UltimoNumeroMissaoDoRegistador(const QString &LoggerID, const QString &Nomelogger, const QString &DescricaoMissao);

@@ -63,6 +63,7 @@ void frmDS1921::cmdLerDados_Click() {
               if (passo("frmDS1921.VerificarROMID", [this] { return m_logica->VerificarROMID(); })) {
                   permitirAba(Grafico, true);
                   passo("frmDS1921.DownloadLog", [this] { DownloadLog(); });
+                  Vigia(this).passar();
                   MudarEstadoTabGrafico(true);
                   avisarAlterouMenus();
               } else {
