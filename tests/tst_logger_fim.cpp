@@ -1,9 +1,20 @@
+#include "core/datas.h"
+#include "core/modINI.h"
+#include "data/ligacao.h"
+#include "data/recordset.h"
 #include "logger/memoriaDS1921.h"
 #include "manutencao/registar.h"
+#include "platform/onewire/portos.h"
+#include "tests/apoio/leitorSerie.h"
 #include "tests/bancada1921.h"
 
+#include <QDateEdit>
 #include <QDialog>
 #include <QTimer>
+
+#include <cmath>
+
+using simulador::Variante;
 
 namespace {
 
@@ -47,6 +58,8 @@ private Q_SLOTS:
     void palavraErrada();
     void paginasIlegiveis_data();
     void paginasIlegiveis();
+    void vidaPelaPortaSerie_data();
+    void vidaPelaPortaSerie();
 };
 
 void tst_logger_fim::paraEGuarda() {
@@ -101,6 +114,8 @@ void tst_logger_fim::semAmostras() {
     QCOMPARE(b.um(u"SELECT COUNT(*) FROM DS1921head"_s).toInt(), eliminada ? 0 : 1);
     QCOMPARE(b.leitor.chip().missao(), !eliminada);
     QVERIFY(b.permitido("cmdLer") || !b.visivel("FrameEstado"));
+    if (!senha)
+        QVERIFY(b.permitido("cmdPararMissao")); // to try once more
 }
 
 void tst_logger_fim::senhaDaInstalacao_data() {
@@ -235,6 +250,77 @@ void tst_logger_fim::paginasIlegiveis() {
         QVERIFY(b.permitido("cmdLer") && b.permitido("cmdLerDados") && !b.permitido("cmdConcluir"));
         QVERIFY(b.controlo("cmdLer")->hasFocus());
     }
+}
+
+void tst_logger_fim::vidaPelaPortaSerie_data() {
+    QTest::addColumn<int>("variante");
+    QTest::addColumn<QString>("calibracao");
+    QTest::addColumn<double>("acerto");
+    QTest::addColumn<QString>("minimo");
+    QTest::addColumn<QString>("maximo");
+    QTest::newRow("G") << int(Variante::G) << u"0,7"_s << 0.7 << u"2,0"_s << u"25,0"_s;
+    QTest::newRow("H") << int(Variante::H) << u"0,125"_s << 0.125 << u"18,0"_s << u"30,5"_s;
+    QTest::newRow("Z") << int(Variante::Z) << u"-1,375"_s << -1.375 << u"-2,0"_s << u"20,5"_s;
+}
+
+// A mission from its programming to the format, over the line driver: what is stored is what the button measured.
+void tst_logger_fim::vidaPelaPortaSerie() {
+    QFETCH(int, variante);
+    QFETCH(QString, calibracao);
+    QFETCH(double, acerto);
+    QFETCH(QString, minimo);
+    QFETCH(QString, maximo);
+    Bancada b{Variante(variante)};
+    b.leitor.linha->temperatura = [](qint64 s) { return 20 + 7 * std::sin(double(s) / 9000); };
+    delete b.form;
+    LeitorSerie serie(b.leitor.linha);
+    onewire::barramento().abrir = onewire::abrirPorto;
+    modINI::SaveSettings(u"Kelvark"_s, {{u"LIAGACAOHARDWARE"_s, u"PortType"_s, u"5"_s},
+                                        {u"LIAGACAOHARDWARE"_s, u"PortNum"_s, u"1"_s},
+                                        {u"LIAGACAOHARDWARE"_s, u"Caminho5.1"_s, serie.caminho()}});
+    b.abrir();
+    const auto andar = [&](int minutos) { serie.comALinha([&] { b.andar(minutos); }); };
+    std::vector<double> medidas; // by the number of the sample, as the button's memory has them
+    const auto espreitar = [&] {
+        serie.comALinha([&] {
+            const simulador::ChipDS1921 &chip = b.leitor.chip();
+            medidas.resize(chip.contador());
+            for (size_t k = medidas.size() > 2048 ? medidas.size() - 2048 : 0; k < medidas.size(); ++k)
+                medidas[k] = simulador::grausDe(Variante(variante), chip.ler(0x1000 + int(k % 2048)));
+        });
+    };
+
+    utilizador::controlo<QTimeEdit>(b.form, u"DTPhoraInicio"_s)->setTime(QTime(10, 0));
+    b.programar({u"Cais"_s, u"Verão"_s, u"2"_s, calibracao, minimo, maximo, true});
+    QCOMPARE(b.caixa("txtEstadoMissao"), u"Atraso Activo"_s);
+    andar(61 + 600);
+    b.clicar("cmdLerDados");
+    espreitar();
+    const int primeiras = b.linhasGuardadas();
+    QCOMPARE(size_t(primeiras), medidas.size());
+    b.clicar("cmdLerDados");
+    QCOMPARE(b.um(u"SELECT COUNT(DISTINCT Data) FROM DS1921"_s).toInt(), b.linhasGuardadas());
+    andar(2 * 1900);
+    b.instalacao.dialogos.responderPergunta(false, u"Deseja parar"_s); // the planned end lies behind
+    b.clicar("cmdLerDados");
+    espreitar();
+    QVERIFY(medidas.size() > 2048 && medidas.size() - 2048 < size_t(primeiras));
+    QCOMPARE(size_t(b.linhasGuardadas()), medidas.size());
+    Recordset linhas = cnBD().consultar(u"SELECT Data, Temperatura FROM DS1921 ORDER BY Data"_s);
+    const QDateTime inicio = datas::lerDataHora(b.caixa("txtInicioMissao"));
+    for (size_t k = 0; linhas.avancar(); ++k) {
+        QCOMPARE(linhas.dataHora(0), inicio.addSecs(120 * qint64(k)));
+        QCOMPARE(linhas.real(1), std::round((medidas[k] + acerto) * 1000) / 1000);
+    }
+    b.instalacao.dialogos.responderPergunta(true, u"Deseja parar"_s);
+    b.clicar("cmdPararMissao");
+    QVERIFY(!serie.comALinha([&] { return b.leitor.chip().missao(); }));
+    b.instalacao.dialogos.responderPergunta(true, u"Formatar Registador?"_s);
+    b.clicar("lblNumeroMissoes");
+    QTest::keyClicks(utilizador::controlo<QLineEdit>(b.form, u"txtPass"_s), u"QUINTAL"_s);
+    QCOMPARE(serie.comALinha([&] { return int(b.leitor.chip().ler(0x20)); }), 0);
+    QCOMPARE(b.etiqueta("lblDescricaoRegistador"), u"x"_s);
+    QCOMPARE(size_t(b.linhasGuardadas()), medidas.size());
 }
 
 QTEST_MAIN(tst_logger_fim)

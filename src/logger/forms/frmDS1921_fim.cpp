@@ -71,8 +71,10 @@ void frmDS1921::VerificarPassword() {
         estado().ObjectivoPassWord = objectivoEliminarMissao;
         comDialogo([] { registoForms().abrir(u"frmPassWord"_s); });
     }
-    if (!estado().EliminarConfirmado)
+    if (!estado().EliminarConfirmado) {
+        m_cmdPararMissao->setEnabled(true);
         return;
+    }
     missoes::EliminarMissao(m_clausulaMissao);
     m_clausulaMissao = {};
     acabarMissao();
