@@ -5,11 +5,13 @@
 #include "data/recordset.h"
 #include "manutencao/linguas.h"
 #include "manutencao/registar.h"
+#include "platform/chart/TChart.h"
 #include "platform/forms/grelha.h"
 #include "platform/forms/registoForms.h"
 #include "shell/frmMain.h"
 #include "tests/apoio/instalacao.h"
 #include "tests/apoio/widgets.h"
+#include "views/forms/registar.h"
 
 #include <QComboBox>
 #include <QDir>
@@ -41,6 +43,7 @@ private Q_SLOTS:
     void estadoDosCaminhos();
     void baseTrocada_data();
     void baseTrocada();
+    void graficoDepoisDaTroca();
     void escolherCaminhos();
     void idioma();
     void idiomaForaDaLista();
@@ -363,6 +366,35 @@ void tst_manutencao::baseTrocada() {
     });
     QCOMPARE(cnBD().caminho(), inst.caminhoBD());
     QVERIFY(estado().BDLigada);
+}
+
+// A chart that is opened afterwards draws what the other database holds.
+void tst_manutencao::graficoDepoisDaTroca() {
+    Programa programa;
+    Instalacao &inst = programa.instalacao;
+    registarVistas(registoForms());
+    comSensores(inst, 3);
+    const QString outra = inst.ficheiro(u"Outra.mdb"_s);
+    cnBD().executar(u"PRAGMA wal_checkpoint(TRUNCATE)"_s); // all of it into the file itself
+    QVERIFY(QFile::copy(inst.caminhoBD(), outra));
+    inst.leituras(u"Temperaturas"_s, u"A1"_s, u"2024-03-15 05:00:00"_s, 300, {1, 2, 3, 4});
+    inst.dialogos.esperarMensagem(u"Dados Alterados Com Sucesso"_s);
+    inst.dialogos.esperarMensagem(u"Dados Alterados Com Sucesso"_s);
+    for (const auto &[caminho, pontos] : {std::pair(outra, 3), std::pair(inst.caminhoBD(), 7)}) {
+        comDialogo(u"frmConfiguracoes"_s, [&](QDialog *dialogo) {
+            escrever(dialogo, u"txtCaminhoImagens"_s, inst.ficheiro(u"saida"_s));
+            escrever(dialogo, u"txtCaminhoBD"_s, caminho);
+            clicar(dialogo, u"cmdConcluirDados"_s);
+        });
+        const QPointer<QWidget> form = registoForms().abrir(u"frmGraficoPrincipalTemp"_s);
+        QTest::qWait(50);
+        controlo<Grelha>(form, u"grdSensoresAll"_s)->setLinhaActual(0);
+        clicar(form, u"cmdAdicionar"_s);
+        clicar(form, u"cmdConfirmar"_s);
+        QTRY_COMPARE(controlo<TChart>(form, u"TChart"_s)->Series(0).Count(), pontos);
+        form->parentWidget()->close();
+        QTRY_VERIFY(!form);
+    }
 }
 
 void tst_manutencao::escolherCaminhos() {
