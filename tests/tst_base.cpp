@@ -25,6 +25,8 @@ private Q_SLOTS:
     void leituraSemCadeadoSegueQuemEscreve();
     void bloqueadaPorOutro();
     void leitorAoLadoDoEscritor();
+    void examinadaComOutraAberta_data();
+    void examinadaComOutraAberta();
     void escritorMortoAMeio();
     void danificada();
     void abreEFecha();
@@ -245,6 +247,51 @@ void tst_base::leitorAoLadoDoEscritor() {
     }
     QCOMPARE(vistas, linhas);
     QCOMPARE(servico.esperar(), "");
+}
+
+void tst_base::examinadaComOutraAberta_data() {
+    QTest::addColumn<bool>("reaberta");
+    QTest::newRow("a second look at the file") << false;
+    QTest::newRow("opened again while a cursor holds the first one") << true;
+}
+
+// Looking at the file must leave the locks of an open connection alone: a program that comes and goes would otherwise
+// take the log with it, and what is written afterwards would be lost.
+void tst_base::examinadaComOutraAberta() {
+    QFETCH(const bool, reaberta);
+    Instalacao inst(Base::Nenhuma);
+    inst.criarBase(inst.caminhoBD());
+    const auto sinal = [&](int n) { return inst.ficheiro(u"sinal%1"_s.arg(n)); };
+    Filho outro([&] { // begun before there is a connection whose locks it could take for its own
+        QByteArrayList contados;
+        for (const int n : {1, 3}) {
+            while (!QFile::exists(sinal(n)))
+                QTest::qSleep(5);
+            Ligacao bd;
+            bd.abrir(inst.caminhoBD());
+            contados += QByteArray::number(contar(bd, u"Sensores"_s));
+            bd.fechar();
+            Instalacao::escreverFicheiro(sinal(n + 1), "x");
+        }
+        return contados.join(' ');
+    });
+    inst.abrirBase();
+    inst.sensores({{u"A1"_s, u"Um"_s}, {u"B2"_s, u"Dois"_s}});
+    Recordset aMeio = cnBD().consultar(u"SELECT SensorID FROM Sensores"_s);
+    QVERIFY(aMeio.avancar());
+    if (reaberta) {
+        cnBD().fechar();
+        ligacaoPartilhada().abrir(inst.caminhoBD());
+    } else {
+        Ligacao().abrir(inst.caminhoBD());
+    }
+    QVERIFY(aMeio.avancar());
+    aMeio.fechar();
+    Instalacao::escreverFicheiro(sinal(1), "x");
+    QTRY_VERIFY(QFile::exists(sinal(2)));
+    cnBD().executar(u"INSERT INTO Sensores (SensorID) VALUES ('C3')"_s);
+    Instalacao::escreverFicheiro(sinal(3), "x");
+    QCOMPARE(outro.esperar(), "2 3");
 }
 
 void tst_base::escritorMortoAMeio() {
