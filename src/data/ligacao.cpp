@@ -82,6 +82,10 @@ QString texto(const QString &chave, const QString &omissao) {
     return modTraducoes::texto(u"KelvarkAUX"_s, chave, omissao);
 }
 
+[[noreturn]] void falharFechada() {
+    throw Falha(erros::objectoFechado, texto(u"BDFechada"_s, u"A base de dados não está aberta."_s));
+}
+
 QString explicar(int codigo) {
     for (const Explicacao &e : explicacoes)
         if (e.codigo == codigo)
@@ -132,10 +136,15 @@ void Motor::falhar(int codigo, const QString &contexto) {
     throw Falha(erros::motorBD + codigo, descricao);
 }
 
+void Motor::falharAnulada() {
+    throw Falha(erros::falhaDoFicheiro,
+                texto(u"BDAnulada"_s, u"A alteração foi anulada pela base de dados; nada foi gravado."_s));
+}
+
 sqlite3_stmt *Motor::preparar(const QString &sql, const Parametros &valores) {
     // The engine undoes a transaction by itself on some failures; what follows would then be stored without one.
     if (transaccoes > 0 && sqlite3_get_autocommit(bd.getHandle()) != 0)
-        throw Falha(erros::falhaDoFicheiro, u"A alteração foi anulada pela base de dados; nada foi gravado."_s);
+        falharAnulada();
     const QByteArray utf8 = sql.toUtf8();
     sqlite3_stmt *instrucao = nullptr;
     const char *resto = nullptr;
@@ -188,13 +197,13 @@ void Ligacao::definirEspera(int ms) {
 
 Motor &Ligacao::motor() const {
     if (!aberta())
-        throw Falha(erros::objectoFechado, u"A base de dados não está aberta."_s);
+        falharFechada();
     return *m_motor;
 }
 
 void Ligacao::fechar() {
     if (!aberta())
-        throw Falha(erros::objectoFechado, u"A base de dados já está fechada."_s);
+        falharFechada();
     // A cursor may keep the file open for a while; the write lock must not stay with it.
     if (m_motor->transaccoes > 0)
         m_motor->executarDirecto("ROLLBACK");
@@ -275,7 +284,9 @@ Transaccao::Transaccao(Ligacao &ligacao) : m_ligacao(ligacao) {
 void Transaccao::confirmar() {
     const auto motor = m_motor.lock();
     if (!motor || motor != m_ligacao.m_motor)
-        throw Falha(erros::objectoFechado, u"A base de dados foi fechada a meio da alteração; nada foi gravado."_s);
+        throw Falha(
+            erros::objectoFechado,
+            texto(u"BDFechadaAMeio"_s, u"A base de dados foi fechada a meio da alteração; nada foi gravado."_s));
     const int nivel = motor->transaccoes - 1;
     m_ligacao.executar(nivel == 0 ? u"COMMIT"_s : u"RELEASE n%1"_s.arg(nivel));
     motor->transaccoes = nivel;
@@ -326,6 +337,6 @@ Ligacao &ligacaoPartilhada() {
 Ligacao &cnBD() {
     Ligacao &ligacao = ligacaoPartilhada();
     if (!ligacao.aberta())
-        throw Falha(erros::objectoFechado, u"A base de dados não está aberta."_s);
+        falharFechada();
     return ligacao;
 }

@@ -26,6 +26,7 @@ struct Motor {
     sqlite3_stmt *preparar(const QString &sql, const Parametros &valores);
     int executarDirecto(const QByteArray &sql);
     [[noreturn]] void falhar(int codigo, const QString &contexto = {});
+    [[noreturn]] static void falharAnulada(); // the engine has undone the transaction by itself
 
 private:
     QString examinar();

@@ -13,6 +13,7 @@ class QMdiArea;
 class QMdiSubWindow;
 class QMenu;
 class QPushButton;
+class QToolButton;
 
 // The main window: the work area with the child forms, the menu built from what the database holds, the bar below.
 class frmMain : public QMainWindow {
@@ -48,11 +49,14 @@ private:
     void criarEntrada(const EntradaMenu &entrada);
     bool mostrada(const EntradaMenu &entrada) const;
     void aplicarEstados();
+    void encherJanelas(QMenu *menu);
+    void mostrarJanelas();
     void menuDaArea(const QPoint &onde);
     void descarregarFormularios();
 
     QMdiArea *m_area;
     QPushButton *m_sair;
+    QToolButton *m_janelas; // there while a child is open
     QLabel *m_estadoBD;
     QSet<QString> m_estados;
     QHash<QString, QAction *> m_accoes; // by menu key
