@@ -276,6 +276,8 @@ void tst_configuracoes::baseTrocada() {
         if (boa)
             QCOMPARE(cnBD().caminho(), inst.ficheiro(caminho));
         QCOMPARE(estado().CaminhoBD, inst.ficheiro(caminho));
+        auto *barra = controlo<QLabel>(programa.principal.get(), u"lblCaminhoBD"_s);
+        QCOMPARE(barra->text().contains(u"sem ligação"), !boa);
         escrever(dialogo, u"txtCaminhoBD"_s, inst.caminhoBD());
         clicar(dialogo, u"cmdConcluirDados"_s);
     });

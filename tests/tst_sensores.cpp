@@ -77,8 +77,10 @@ void tst_sensores::fundirEEliminar() {
         QCOMPARE(entradaDoMenu(dialogo, 2), u"Anular Eliminar"_s);
         QVERIFY(grelha->estadoDaLinha(2) != u"red");
         entradaDoMenu(dialogo, 2);
+        QVERIFY(!controlo<QWidget>(dialogo, u"cmdConfirmar"_s)->isEnabled()); // what it does was not shown yet
         const QStringList esperado = {u"Temperaturas 3 3"_s, u"Sensores 0 2"_s};
         QVERIFY(esperar([&] { return resumo(dialogo) == esperado; }));
+        QVERIFY(esperar([&] { return controlo<QWidget>(dialogo, u"cmdConfirmar"_s)->isEnabled(); }));
         clicar(dialogo, u"cmdConfirmar"_s);
         QCOMPARE(grelha->linhas(), 1); // what is done is gone
         QVERIFY(dialogo->isVisible());

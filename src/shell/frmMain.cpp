@@ -21,7 +21,6 @@
 #include <QMenu>
 #include <QPushButton>
 #include <QStatusBar>
-#include <QToolButton>
 
 namespace {
 
@@ -88,13 +87,10 @@ void frmMain::criarBarra() {
         close();
     });
     barra->addWidget(m_sair);
-    m_janelas = new QToolButton;
+    m_janelas = new QPushButton;
     m_janelas->setObjectName(u"STATUS:Janelas"_s);
     m_janelas->setIcon(icones::icone(u"janelas"_s));
-    m_janelas->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-    m_janelas->setAutoRaise(true);
-    m_janelas->setFocusPolicy(Qt::TabFocus);
-    m_janelas->setPopupMode(QToolButton::InstantPopup);
+    m_janelas->setFlat(true);
     m_janelas->setMenu(new QMenu(m_janelas));
     m_janelas->hide();
     connect(m_janelas->menu(), &QMenu::aboutToShow, this, [this] {

@@ -13,7 +13,6 @@ class QMdiArea;
 class QMdiSubWindow;
 class QMenu;
 class QPushButton;
-class QToolButton;
 
 // The main window: the work area with the child forms, the menu built from what the database holds, the bar below.
 class frmMain : public QMainWindow {
@@ -56,7 +55,7 @@ private:
 
     QMdiArea *m_area;
     QPushButton *m_sair;
-    QToolButton *m_janelas; // there while a child is open
+    QPushButton *m_janelas; // there while a child is open
     QLabel *m_estadoBD;
     QSet<QString> m_estados;
     QHash<QString, QAction *> m_accoes; // by menu key
