@@ -49,7 +49,7 @@ namespace riscas {
 inline const QString par;
 QString trocar(const QString &estado); // "" and "res" in turn
 QColor cor(const QString &estado, const QPalette &paleta);
-// What a row that stands out looks like while it is selected: its own colour, stronger. Invalid for a mere stripe, which
-// takes the palette's.
+// What a row that stands out looks like while it is selected: its own colour, stronger. Invalid for a mere stripe,
+// which takes the palette's.
 QColor corSeleccionada(const QString &estado, const QPalette &paleta);
 } // namespace riscas
