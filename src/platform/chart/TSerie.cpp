@@ -37,26 +37,6 @@ void TSerie::reservar(qsizetype pontos) {
     m_y.reserve(pontos);
 }
 
-qsizetype TSerie::AddXY(double x, double y, const QString &rotulo, quint32 cor) {
-    const qsizetype i = m_x.size();
-    // A NaN has no place in any order.
-    if (std::isnan(x) || (i > 0 && !(x >= m_x.constLast())))
-        m_porOrdem = false;
-    m_x.append(x);
-    m_y.append(y);
-    juntarCor(cor);
-    juntarRotulo(rotulo);
-    if (!std::isnan(y) && !std::isnan(x)) {
-        m_menorX = std::min(m_menorX, x);
-        m_maiorX = std::max(m_maiorX, x);
-        m_menorY = std::min(m_menorY, y);
-        m_maiorY = std::max(m_maiorY, y);
-    }
-    if (m_x.size() % bloco == 0)
-        resumir();
-    return i;
-}
-
 qsizetype TSerie::Add(double y, const QString &rotulo, quint32 cor) {
     return AddXY(double(Count()), y, rotulo, cor);
 }
@@ -74,14 +54,9 @@ quint8 TSerie::indiceDeCor(quint32 cor) {
     return quint8(i);
 }
 
-void TSerie::juntarCor(quint32 cor) {
-    // The usual case first: the colour of the point before.
-    if (!m_cores.isEmpty() && m_paleta[m_cores.constLast()] == cor) {
-        m_cores.append(quint8(m_cores.constLast()));
-        return;
-    }
-    if (m_cores.isEmpty() && m_paleta.size() == 1 && m_paleta.constFirst() == cor)
-        return;
+// The point before has another colour, or there is none.
+void TSerie::novaCor(quint32 cor) {
+    m_ultimaCor = cor;
     const quint8 indice = indiceDeCor(cor);
     if (m_cores.isEmpty()) {
         if (m_paleta.size() == 1)
@@ -102,9 +77,8 @@ void TSerie::juntarRotulo(const QString &rotulo) {
         m_textos.append(rotulo);
     if (!m_rotulos.isEmpty())
         m_rotulos.append(quint8(0));
-    if (m_rotulos.isEmpty() && rotulo == m_textos.constFirst())
-        return;
-    escreverRotulo(n - 1, rotulo);
+    if (rotulo != m_textos.constFirst())
+        escreverRotulo(n - 1, rotulo);
 }
 
 // The point exists; the list of indices, when there is one, already has a place for it.
@@ -163,17 +137,17 @@ bool TSerie::temMarca(qsizetype i) const {
 void TSerie::resumir() {
     const qsizetype inicio = m_x.size() - bloco;
     const double *y = m_y.constData() + inicio;
+    double menor = std::numeric_limits<double>::infinity();
+    double maior = -menor;
+    for (qsizetype k = 0; k < bloco; ++k) { // no comparison with a NaN holds
+        menor = y[k] < menor ? y[k] : menor;
+        maior = y[k] > maior ? y[k] : maior;
+    }
     Resumo r;
-    for (qsizetype k = 0; k < bloco; ++k) {
-        if (std::isnan(y[k]))
-            continue;
-        if (!r.comValores)
-            r.menor = r.maior = quint8(k);
-        r.comValores = true;
-        if (y[k] < y[r.menor])
-            r.menor = quint8(k);
-        if (y[k] > y[r.maior])
-            r.maior = quint8(k);
+    r.comValores = menor <= maior;
+    if (r.comValores) {
+        r.menor = quint8(std::find(y, y + bloco, menor) - y);
+        r.maior = quint8(std::find(y, y + bloco, maior) - y);
     }
     if (m_cores.isEmpty())
         r.cores = 1;

@@ -5,6 +5,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <algorithm>
+#include <cmath>
 #include <limits>
 
 // One series of a chart: points in order of adding. A NaN value is a gap. Costs 18 bytes a point when coloured and
@@ -68,7 +70,7 @@ public:
 
 private:
     quint8 indiceDeCor(quint32 cor);
-    void juntarCor(quint32 cor);
+    void novaCor(quint32 cor);
     void juntarRotulo(const QString &rotulo);
     void escreverRotulo(qsizetype i, const QString &rotulo);
     void separarRotulos();
@@ -85,11 +87,38 @@ private:
     mutable QList<quint32> m_ordem;
     mutable qsizetype m_ordenados = 0; // points that m_ordem knows
     bool m_porOrdem = true;
+    quint32 m_ultimaCor = 0;
+    double m_ultimoX = -std::numeric_limits<double>::infinity();
     double m_menorX = std::numeric_limits<double>::infinity();
     double m_maiorX = -std::numeric_limits<double>::infinity();
     double m_menorY = std::numeric_limits<double>::infinity();
     double m_maiorY = -std::numeric_limits<double>::infinity();
 };
+
+// Inline, and the usual point first: in order, with the colour and the label of all before it. A load adds millions.
+inline qsizetype TSerie::AddXY(double x, double y, const QString &rotulo, quint32 cor) {
+    const qsizetype i = m_x.size();
+    m_porOrdem = m_porOrdem && x >= m_ultimoX; // a NaN has no place in any order
+    m_ultimoX = x;
+    m_x.append(x);
+    m_y.append(y);
+    if (cor != m_ultimaCor || i == 0)
+        novaCor(cor);
+    else if (!m_cores.isEmpty())
+        m_cores.append(quint8(m_cores.constLast()));
+    const bool soUmRotulo = m_rotulos.isEmpty() && !m_textos.isEmpty();
+    if (!soUmRotulo || rotulo.constData() != m_textos.constFirst().constData())
+        juntarRotulo(rotulo);
+    if (!std::isnan(x) && !std::isnan(y)) {
+        m_menorX = std::min(m_menorX, x);
+        m_maiorX = std::max(m_maiorX, x);
+        m_menorY = std::min(m_menorY, y);
+        m_maiorY = std::max(m_maiorY, y);
+    }
+    if ((i + 1) % bloco == 0)
+        resumir();
+    return i;
+}
 
 inline QColor corOLE(quint32 cor) {
     return QColor(int(cor & 0xFF), int((cor >> 8) & 0xFF), int((cor >> 16) & 0xFF));
