@@ -84,7 +84,7 @@ struct Cena : Instalacao {
 };
 
 QList<double> alturas(const TSerie &serie) {
-    return serie.y();
+    return {serie.y().cbegin(), serie.y().cend()};
 }
 
 // One input of a unit, its twin on another device and a channel that no table knows.

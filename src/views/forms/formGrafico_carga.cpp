@@ -126,7 +126,7 @@ double FormGrafico::AdicionarValorAoGrafico(const Intervalo &intervalo, const Es
                 if (l.limites.temMinimo())
                     minimo.AddXY(l.data, l.limites.minimo, semRotulo, cores::azul);
             }
-            vigia.passar();
+            vigia.passarLinha();
             if (m_parar)
                 throw Interrompido();
         });
@@ -153,7 +153,7 @@ double FormGrafico::ConfigurarGraficoComSeries(const Intervalo &intervalo, const
         const Vigia vigia(this);
         return m_membro.ler({m_membro.tabela, escolha.chave, intervalo, false}, [&](const Leitura &l) {
             serie.AddXY(l.data, l.valor, l.comNota ? marca : semMarca, cor);
-            vigia.passar();
+            vigia.passarLinha();
             if (m_parar)
                 throw Interrompido();
         });
