@@ -4,9 +4,11 @@
 #include "tests/manutencaoDeTeste.h"
 
 #include <QDir>
+#include <QHelpEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QToolTip>
 
 using namespace utilizador;
 
@@ -18,6 +20,7 @@ private Q_SLOTS:
     void peloTeclado();
     void fechadoAMeio();
     void semCopia();
+    void dicas();
 };
 
 namespace {
@@ -160,6 +163,24 @@ void tst_sensores::semCopia() {
         QCOMPARE(controlo<Grelha>(dialogo, u"grdSensores"_s)->estadoDaLinha(0), u"red"_s);
     });
     QCOMPARE(contar(u"Temperaturas"_s, u"Sensor"_s, u"A1"_s), 3);
+}
+
+// The hint to the right button shows over the rows; a name that is cut shows itself.
+void tst_sensores::dicas() {
+    Programa programa;
+    const QString longo = u"Uma câmara com um nome que não cabe em coluna nenhuma desta janela, de tão comprido"_s;
+    programa.instalacao.sensores({{u"A1"_s, u"Câmara 1"_s}, {u"B2"_s, longo}});
+    comDialogo(u"frmSensoresEdit"_s, [&](QDialog *dialogo) {
+        auto *grelha = controlo<Grelha>(dialogo, u"grdSensores"_s);
+        const auto dica = [&](int linha) {
+            const QPoint onde = grelha->visualRect(grelha->model()->index(linha, 0)).center();
+            QHelpEvent pedido(QEvent::ToolTip, onde, grelha->viewport()->mapToGlobal(onde));
+            QApplication::sendEvent(grelha->viewport(), &pedido);
+            return QToolTip::text();
+        };
+        QCOMPARE(dica(0), u"Click direito para eliminar"_s);
+        QCOMPARE(dica(1), longo);
+    });
 }
 
 QTEST_MAIN(tst_sensores)

@@ -11,6 +11,8 @@
 
 namespace {
 
+constexpr QSize tamanhoDoSelector(760, 480);
+
 QWidget *donoActual() {
     QWidget *activa = QApplication::activeModalWidget();
     return activa ? activa : registoForms().dono.data();
@@ -37,9 +39,7 @@ class IconesPeloNome : public QFileIconProvider {
 public:
     QIcon icon(const QFileInfo &info) const override { return QFileIconProvider::icon(info.isDir() ? Folder : File); }
     QIcon icon(IconType tipo) const override { return QFileIconProvider::icon(tipo); }
-    QString type(const QFileInfo &info) const override {
-        return info.isFile() ? info.suffix().toUpper() : QFileIconProvider::type(info);
-    }
+    QString type(const QFileInfo &info) const override { return info.isFile() ? info.suffix().toUpper() : QString(); }
 };
 
 // Qt's own dialog on every desktop, since others look into files, too.
@@ -48,6 +48,7 @@ public:
     Selector(QFileDialog::AcceptMode aceitar, QFileDialog::FileMode modo, const QString &inicio)
         : m_dialogo(donoActual(), {}, QDir::rootPath()) { // somewhere without a database until it has its icons
         m_dialogo.setOption(QFileDialog::DontUseNativeDialog);
+        m_dialogo.resize(tamanhoDoSelector);
         m_dialogo.setIconProvider(&m_icones);
         m_dialogo.setAcceptMode(aceitar);
         m_dialogo.setFileMode(modo);

@@ -6,9 +6,11 @@
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QHeaderView>
+#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QSet>
 #include <QStyledItemDelegate>
+#include <QToolTip>
 
 namespace {
 
@@ -153,10 +155,20 @@ private:
 
 namespace {
 
-// A selected row still tells whether it is marked.
+// A selected row still tells whether it is marked. A text that is cut shows itself whole; over any other cell the list
+// says what it has to say.
 class DelegadoDaGrelha : public QStyledItemDelegate {
 public:
     explicit DelegadoDaGrelha(Grelha *vista) : QStyledItemDelegate(vista), m_vista(vista) {}
+
+    bool helpEvent(QHelpEvent *evento, QAbstractItemView *vista, const QStyleOptionViewItem &opcao,
+                   const QModelIndex &i) override {
+        const bool cortado = sizeHint(opcao, i).width() > vista->visualRect(i).width();
+        if (evento->type() != QEvent::ToolTip || cortado)
+            return QStyledItemDelegate::helpEvent(evento, vista, opcao, i);
+        QToolTip::showText(evento->globalPos(), vista->toolTip(), vista);
+        return true;
+    }
 
 protected:
     void initStyleOption(QStyleOptionViewItem *opcao, const QModelIndex &i) const override {
