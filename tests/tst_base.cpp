@@ -52,6 +52,7 @@ void tst_base::naoAbre_data() {
     const int recusado = erros::falhaDoFicheiro;
     QTest::newRow("missing") << QByteArray() << erros::falhaGeralBD << u"Não existe"_s;
     QTest::newRow("zero bytes") << QByteArray("") << recusado << u"está vazio"_s;
+    QTest::newRow("one byte") << boa.left(1) << recusado << u"não é uma base de dados"_s;
     QTest::newRow("shorter than a header") << boa.left(99) << recusado << u"não é uma base de dados"_s;
     QTest::newRow("header only") << boa.left(100) << recusado << u"truncado"_s;
     QTest::newRow("half") << boa.left(boa.size() / 2) << recusado << u"truncado"_s;

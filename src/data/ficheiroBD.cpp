@@ -55,9 +55,8 @@ Inicio lerInicio(const QString &caminho) {
     };
     exigir(codigo == SQLITE_OK);
     sqlite3_file *ficheiro = nullptr;
-    sqlite3_int64 tamanho = 0;
-    exigir(sqlite3_file_control(bd, "main", SQLITE_FCNTL_FILE_POINTER, &ficheiro) == SQLITE_OK && ficheiro->pMethods &&
-           ficheiro->pMethods->xFileSize(ficheiro, &tamanho) == SQLITE_OK);
+    exigir(sqlite3_file_control(bd, "main", SQLITE_FCNTL_FILE_POINTER, &ficheiro) == SQLITE_OK && ficheiro->pMethods);
+    const qint64 tamanho = QFileInfo(caminho).size();
     QByteArray cabecalho(int(qMin<qint64>(tamanho, tamanhoDoCabecalho)), '\0');
     exigir(cabecalho.isEmpty() ||
            ficheiro->pMethods->xRead(ficheiro, cabecalho.data(), int(cabecalho.size()), 0) == SQLITE_OK);

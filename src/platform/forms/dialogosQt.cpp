@@ -7,7 +7,9 @@
 #include <QFileDialog>
 #include <QFileIconProvider>
 #include <QFileInfo>
+#include <QHeaderView>
 #include <QMessageBox>
+#include <QTreeView>
 
 namespace {
 
@@ -49,6 +51,10 @@ public:
         : m_dialogo(donoActual(), {}, QDir::rootPath()) { // somewhere without a database until it has its icons
         m_dialogo.setOption(QFileDialog::DontUseNativeDialog);
         m_dialogo.resize(tamanhoDoSelector);
+        if (const auto *lista = m_dialogo.findChild<QTreeView *>(u"treeView"_s)) {
+            lista->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+            lista->header()->setSectionResizeMode(0, QHeaderView::Stretch);
+        }
         m_dialogo.setIconProvider(&m_icones);
         m_dialogo.setAcceptMode(aceitar);
         m_dialogo.setFileMode(modo);
