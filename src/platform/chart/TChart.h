@@ -14,7 +14,8 @@ struct TEixo {
     bool Visible = true;
     double Minimum = 0;
     double Maximum = 0;
-    double Increment = 0; // smallest distance between labels; labels are thinned so that they never overlap
+    double Increment = 0;    // smallest distance between labels; labels are thinned so that they never overlap
+    bool SoInteiros = false; // of values: nothing stands between whole numbers
     QString Title;
 };
 

@@ -184,6 +184,7 @@ void FormGrafico::ajustarEixoEsquerdo() {
         esquerdo.Minimum = -folgaDosEstados;
         esquerdo.Maximum = 1 + folgaDosEstados;
         esquerdo.Increment = 1;
+        esquerdo.SoInteiros = true;
         break;
     }
 }
