@@ -221,6 +221,8 @@ private Q_SLOTS:
             return dialogo;
         });
         c.abrir(u"frmGraficoLoggers"_s);
+        c.confirmar();
+        clicar(c.form, u"cmdOpccoes"_s);
         c.dialogos.responderPergunta(sim, u"Deseja Eliminar a missão?"_s);
         clicar(c.form, u"cmdEliminar"_s);
         QCOMPARE(pedidas, sim && comPassWord ? 1 : 0);
@@ -228,6 +230,9 @@ private Q_SLOTS:
         QCOMPARE(c.linhas(faro), cheia(1, 1));
         QCOMPARE(c.missoes().linhas(), eliminada ? 1 : 2);
         QVERIFY(c.principal.isEnabled());
+        // What is gone is drawn and printed no more.
+        QCOMPARE(c.chart().Series(0).Count(), eliminada ? 0 : 3);
+        QCOMPARE(controlo<QPushButton>(c.form, u"cmdImprimir"_s)->isEnabled(), !eliminada);
         if (!eliminada)
             return;
         // The next one is chosen; with the last one the logger goes.
