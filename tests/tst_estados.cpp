@@ -153,6 +153,7 @@ private Q_SLOTS:
         c.sensor({u"28A0000000000001"_s, u"Nível"_s, u"P 1250A"_s});
         c.leituras(leiturasSensUI, u"28A0000000000001"_s,
                    {{dia + u"01:00:00", u"7,5"_s, u"8,5XXX2"_s}, {dia + u"02:00:00", 9, u"8,5XXX2"_s, u"nota"_s}});
+        c.leituras(leiturasSensUI, u"28A0000000000001"_s, {{u"2024-03-14 02:00:00"_s, 4, u" "_s, u" "_s}});
         c.executar(u"UPDATE SensUI_Leituras SET NomeSensor = 'Nível', Escala = '0-10 m', Ident = '20X4X10X0'"_s);
         c.abrir(u"frmGraficoSensUI"_s);
         clicar(c.form, u"cmdAdicionar"_s);
@@ -165,10 +166,13 @@ private Q_SLOTS:
         QCOMPARE(c.exportarCSV(), QByteArray("15/03/2024 01:00:00;28A0000000000001;Nível;7,5;20X4X10X0;8,5;2\r\n"
                                              "15/03/2024 02:00:00;28A0000000000001;Nível;9;20X4X10X0;8,5;2\r\n"));
         c.notar(u"frmOpccoesPontosSensUI"_s, 0, 0, u" verificada "_s);
-        QCOMPARE(c.linha(u"SELECT flag FROM SensUI_Leituras ORDER BY Data"_s), QVariantList({u"verificada"_s}));
+        QCOMPARE(c.linha(u"SELECT flag FROM SensUI_Leituras WHERE Data > '2024-03-15' ORDER BY Data"_s),
+                 QVariantList({u"verificada"_s}));
 
+        // A lone blank is no alarm.
         c.abrir(u"frmListagemAlarmesSensUi"_s);
         clicar(c.form, u"cmdAdicionar"_s);
+        controlo<QDateEdit>(c.form, u"DTPdataInicio"_s)->setDate(QDate(2024, 3, 14));
         c.confirmar();
         auto *grelha = controlo<QTableView>(c.form, u"DataGrid"_s);
         QCOMPARE(grelha->model()->rowCount(), 2);
