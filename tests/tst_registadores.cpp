@@ -286,6 +286,19 @@ private Q_SLOTS:
         QCOMPARE(lidas, missoes);
     }
 
+    // With nothing to conclude, the list waits for no other program and writes nothing.
+    void listaSemEscrever() {
+        Cena c;
+        c.executar(u"UPDATE DS1921head SET flag = 'C' WHERE DescricaoMissao = 'Faro'"_s);
+        Ligacao outra;
+        outra.abrir(c.caminhoBD());
+        const Transaccao aEscrever(outra);
+        cnBD().definirEspera(0);
+        c.abrir(u"frmListagemLoggers"_s);
+        QCOMPARE(controlo<Grelha>(c.form, u"DataGrid"_s)->linhas(), 1);
+        c.erros.verificar();
+    }
+
     void verGrafico() {
         Cena c;
         c.abrir(u"frmListagemLoggers"_s);
