@@ -116,6 +116,10 @@ private Q_SLOTS:
         QCOMPARE(c.missoes().linhas(), 1);
         QVERIFY(controlo<QLabel>(c.form, u"lblSemDados"_s)->isVisible()); // never downloaded
         QCOMPARE(c.intervalo(), u"01/03/2024 10:00:00 - 01/03/2024 10:00:01"_s);
+        // A name stands there once with each button that bears it, and a button once under each name.
+        c.cabeca({u"21B"_s, u"Vacinas"_s, u"Reservas"_s, u"0001"_s}, {}, {}, u"C"_s);
+        c.abrir(u"frmGraficoLoggers"_s);
+        QCOMPARE(c.registadores().linhas(), 3);
     }
 
     void grafico() {
