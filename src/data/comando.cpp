@@ -16,6 +16,7 @@ Comando::Comando(Ligacao &ligacao, const QString &sql)
 }
 
 Comando::~Comando() {
+    m_motor->esperar();
     sqlite3_finalize(m_instrucao);
 }
 
@@ -48,6 +49,7 @@ void Comando::nulo(int posicao) {
 }
 
 qint64 Comando::executar() {
+    m_motor->esperar();
     sqlite3 *bd = m_motor->bd.getHandle();
     if (m_emTransaccao && (m_motor->transaccoes == 0 || sqlite3_get_autocommit(bd) != 0))
         throw Falha(erros::falhaDoFicheiro, u"A alteração foi anulada pela base de dados; nada foi gravado."_s);

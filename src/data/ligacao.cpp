@@ -183,12 +183,13 @@ QString Ligacao::caminho() const {
 void Ligacao::definirEspera(int ms) {
     m_esperaMs = ms;
     if (aberta())
-        sqlite3_busy_timeout(m_motor->bd.getHandle(), ms);
+        sqlite3_busy_timeout(motor().bd.getHandle(), ms);
 }
 
 Motor &Ligacao::motor() const {
     if (!aberta())
         throw Falha(erros::objectoFechado, u"A base de dados não está aberta."_s);
+    m_motor->esperar();
     return *m_motor;
 }
 
@@ -196,7 +197,7 @@ void Ligacao::fechar() {
     if (!aberta())
         throw Falha(erros::objectoFechado, u"A base de dados já está fechada."_s);
     // A cursor may keep the file open for a while; the write lock must not stay with it.
-    if (m_motor->transaccoes > 0)
+    if (motor().transaccoes > 0)
         m_motor->executarDirecto("ROLLBACK");
     m_motor.reset();
 }
@@ -284,24 +285,39 @@ void Transaccao::confirmar() {
         motor->executarDirecto(memoriaParaLer);
 }
 
-void Transaccao::escoar(const std::function<void()> &passar) {
+void Transaccao::confirmar(const std::function<void()> &passar) {
     const auto motor = m_motor.lock();
-    if (!motor || motor->transaccoes > 1)
-        return;
-    sqlite3_db_cacheflush(motor->bd.getHandle());
-    std::atomic<bool> feito = false;
-    const std::jthread disco([&feito, diario = QByteArray(QFile::encodeName(m_ligacao.m_caminho) + "-wal")] {
-        const int ficheiro = ::open(diario.constData(), O_RDONLY | O_CLOEXEC);
-        if (ficheiro >= 0) {
-            ::fdatasync(ficheiro);
-            ::close(ficheiro);
+    if (!motor || motor != m_ligacao.m_motor || motor->transaccoes > 1)
+        return confirmar();
+    int codigo = SQLITE_OK;
+    const auto gravar = [&] {
+        // Most of it before the commit itself, during which other programs cannot write.
+        sqlite3_db_cacheflush(motor->bd.getHandle());
+        const int diario =
+            ::open(QByteArray(QFile::encodeName(motor->caminho) + "-wal").constData(), O_RDONLY | O_CLOEXEC);
+        if (diario >= 0) {
+            ::fdatasync(diario);
+            ::close(diario);
         }
-        feito = true;
-    });
-    while (!feito) {
-        passar();
-        QThread::msleep(1);
+        codigo = motor->executarDirecto("COMMIT");
+        if (codigo == SQLITE_OK) {
+            motor->transaccoes = 0;
+            m_pendente = false;
+            motor->executarDirecto(memoriaParaLer);
+        }
+        motor->emConfirmacao = false;
+        motor->emConfirmacao.notify_all();
+    };
+    motor->emConfirmacao = true;
+    {
+        const std::jthread disco(gravar); // waited for on every way out
+        while (motor->emConfirmacao) {
+            passar();
+            QThread::msleep(1);
+        }
     }
+    if (codigo != SQLITE_OK)
+        motor->falhar(codigo, u"COMMIT"_s);
 }
 
 Transaccao::~Transaccao() {

@@ -5,6 +5,7 @@
 
 #include <SQLiteCpp/Database.h>
 
+#include <atomic>
 #include <optional>
 
 struct sqlite3_stmt;
@@ -22,6 +23,10 @@ struct Motor {
     int transaccoes = 0;
     QString exame;                  // findings of the check, made once
     std::optional<Recolha> recolha; // only where this process may write; gone before the connection
+
+    // A large batch is confirmed on a thread of its own; whoever wants the connection meanwhile waits for the end.
+    std::atomic<bool> emConfirmacao{false};
+    void esperar() const { emConfirmacao.wait(true); }
 
     sqlite3_stmt *preparar(const QString &sql, const Parametros &valores);
     int executarDirecto(const QByteArray &sql);
