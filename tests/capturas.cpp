@@ -208,7 +208,7 @@ void estados(QWidget &principal) {
     fechar(w);
     w = vista(u"frmGraficoOutputs"_s, 0, 7);
     marcar(w, u"grdDispositivos"_s, {0});
-    marcar(w, u"grdOutputs"_s, {0});
+    marcar(w, u"grdInputs"_s, {0});
     confirmar(w);
     guardar(&principal, u"outputs"_s);
     fechar(w);
