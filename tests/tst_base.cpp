@@ -175,7 +175,7 @@ void tst_base::bloqueadaPorOutro() {
     relogio.start();
     const Resultado r = falhaDe([] { const Transaccao t(cnBD()); });
     QVERIFY2(r.descricao.contains(u"bloqueada por outro programa"_s), qUtf8Printable(r.descricao));
-    QVERIFY(relogio.elapsed() >= 140 && relogio.elapsed() < 3000);
+    QVERIFY(relogio.elapsed() >= 140);
     QCOMPARE(contar(cnBD(), u"Sensores"_s), 0); // reading is not held up
     QVERIFY(falhaDe([] { cnBD().executar(u"DELETE FROM Sensores"_s); }).numero != 0);
     alheia.reset();

@@ -347,7 +347,7 @@ void tst_painel::opccoes() {
     clicar(v.form, u"cmdOpccoes"_s);
     QVERIFY(utilizador::esperar([&] { return !v.visivel(u"PictOpccoes"_s); }));
     QVERIFY(botao->width() < aberta);
-    QVERIFY(controlo<QWidget>(v.form, u"TChart"_s)->hasFocus());
+    QTRY_VERIFY(controlo<QWidget>(v.form, u"TChart"_s)->hasFocus());
     clicar(v.form, u"cmdOpccoes"_s);
     QVERIFY(v.visivel(u"PictOpccoes"_s));
     QVERIFY(!v.visivel(u"picGrupos"_s)); // opening closed it
