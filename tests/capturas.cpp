@@ -208,7 +208,7 @@ void estados(QWidget &principal) {
     fechar(w);
     w = vista(u"frmGraficoOutputs"_s, 0, 7);
     marcar(w, u"grdDispositivos"_s, {0});
-    marcar(w, u"grdOutputs"_s, {0});
+    marcar(w, u"grdInputs"_s, {0});
     confirmar(w);
     guardar(&principal, u"outputs"_s);
     fechar(w);
@@ -270,6 +270,7 @@ void modal(const QString &nome, const std::function<void(QWidget *)> &trabalho) 
 
 void manutencao(QWidget &) {
     modal(u"frmPassWord"_s, [](QWidget *w) { guardar(w, u"password"_s); });
+    const QString lingua = estado().Lingua; // the dialog goes back to the one of the settings
     modal(u"frmConfiguracoes"_s, [](QWidget *w) {
         auto *tiras = controlo<QTabWidget>(w, u"Tiras"_s);
         for (int i = 0; i < tiras->count(); ++i) {
@@ -277,6 +278,7 @@ void manutencao(QWidget &) {
             guardar(w, u"configuracoes-%1"_s.arg(i + 1));
         }
     });
+    estado().Lingua = lingua;
     modal(u"frmSensoresEdit"_s, [](QWidget *w) {
         auto *grelha = controlo<Grelha>(w, u"grdSensores"_s);
         grelha->setCelula(0, 2, grelha->celula(1, 1));

@@ -14,6 +14,8 @@
 #include <QPushButton>
 #include <QStackedLayout>
 
+#include <algorithm>
+
 namespace {
 
 const QString semRotulo;
@@ -184,6 +186,7 @@ void FormGrafico::ajustarEixoEsquerdo() {
         esquerdo.Minimum = -folgaDosEstados;
         esquerdo.Maximum = 1 + folgaDosEstados;
         esquerdo.Increment = 1;
+        esquerdo.SoInteiros = true;
         break;
     }
 }
@@ -204,20 +207,35 @@ void FormGrafico::mostrarGrafico(bool visivel) {
 // What a stopped load has read is a part that nobody asked for: it goes, and the choice is offered again.
 void FormGrafico::terminarCarga() {
     m_emCarga = false;
-    if (m_parar) {
-        limparGrafico();
-        m_inicio.clear();
-        m_fim.clear();
-        m_chart->Bottom().Visible = false;
-    }
+    if (m_parar)
+        esvaziar();
+    mostrarCarga();
+    if (m_parar)
+        m_painel->abrir();
+    else
+        m_chart->setFocus();
+}
+
+void FormGrafico::esvaziar() {
+    limparGrafico();
+    m_inicio.clear();
+    m_fim.clear();
+    m_chart->Bottom().Visible = false;
+}
+
+void FormGrafico::mostrarCarga() {
     // Also says what a single line is.
     m_chart->setLegenda(!m_inicio.isEmpty(), m_membro.linhaUnica == LinhaUnica::ComoVarias ? 1 : 2);
     m_chart->actualizar();
     mostrarGrafico(true);
     cmdImprimir()->setEnabled(!m_inicio.isEmpty());
     cmdExport()->setEnabled(!m_inicio.isEmpty());
-    if (m_parar)
-        m_painel->abrir();
-    else
-        m_chart->setFocus();
+}
+
+// Nothing is drawn, printed or noted of rows that are gone.
+void FormGrafico::retirar(const QStringList &chave) {
+    if (std::ranges::none_of(m_carregadas, [&](const Escolha &escolha) { return escolha.chave == chave; }))
+        return;
+    esvaziar();
+    mostrarCarga();
 }
