@@ -261,6 +261,7 @@ void modal(const QString &nome, const std::function<void(QWidget *)> &trabalho) 
 
 void manutencao(QWidget &) {
     modal(u"frmPassWord"_s, [](QWidget *w) { guardar(w, u"password"_s); });
+    const QString lingua = estado().Lingua; // the dialog goes back to the one of the settings
     modal(u"frmConfiguracoes"_s, [](QWidget *w) {
         auto *tiras = controlo<QTabWidget>(w, u"Tiras"_s);
         for (int i = 0; i < tiras->count(); ++i) {
@@ -268,6 +269,7 @@ void manutencao(QWidget &) {
             guardar(w, u"configuracoes-%1"_s.arg(i + 1));
         }
     });
+    estado().Lingua = lingua;
     modal(u"frmSensoresEdit"_s, [](QWidget *w) {
         auto *grelha = controlo<Grelha>(w, u"grdSensores"_s);
         grelha->setCelula(0, 2, grelha->celula(1, 1));

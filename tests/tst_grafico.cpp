@@ -209,6 +209,8 @@ void tst_grafico::semLeituras() {
     g.carregar({1});
     QCOMPARE(g.media(), QString());
     QCOMPARE(g.chart().Left().Minimum, 1.0);
+    QVERIFY(g.chart().Bottom().Minimum > 0); // the day that was asked for
+    QCOMPARE(g.chart().Bottom().Maximum - g.chart().Bottom().Minimum, 86399.0);
     QVERIFY(g.principal.isEnabled());
 }
 

@@ -1,6 +1,7 @@
 // The load of a line chart.
 #include "views/forms/formGrafico.h"
 
+#include "core/datas.h"
 #include "core/eventos.h"
 #include "core/falha.h"
 #include "core/literais.h"
@@ -58,6 +59,10 @@ void FormGrafico::carregar() {
     if (m_chart->MaxXValue() > 0 && m_chart->MinXValue() > 0) {
         ConfigurarBottomAxis();
         ajustarEixoEsquerdo();
+    } else { // nothing there: the axis shows where it was looked for
+        const Intervalo intervalo(m_painel->inicio(), m_painel->fim());
+        m_chart->Bottom().Minimum = datas::segundosDe(intervalo.inicio);
+        m_chart->Bottom().Maximum = datas::segundosDe(intervalo.fim);
     }
 }
 
