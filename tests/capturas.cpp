@@ -82,6 +82,16 @@ void fechar(QWidget *w) {
     passar(50);
 }
 
+void imprimir(QWidget *w, const QString &nome) {
+    controlo<QPushButton>(w, u"cmdImprimir"_s)->click();
+    passar(500);
+    for (QWidget *topo : QApplication::topLevelWidgets())
+        if (topo->objectName().startsWith(u"DataReport")) {
+            guardar(topo, nome);
+            topo->close();
+        }
+}
+
 void graficos(QWidget &principal) {
     QWidget *w = vista(u"frmGraficoPrincipalTemp"_s, 1, 30);
     guardar(&principal, u"painel"_s);
@@ -104,13 +114,7 @@ void graficos(QWidget &principal) {
         guardar(pontos, u"ponto"_s);
         pontos->close();
     }
-    controlo<QPushButton>(w, u"cmdImprimir"_s)->click();
-    passar(500);
-    for (QWidget *topo : QApplication::topLevelWidgets())
-        if (topo->objectName().startsWith(u"DataReport")) {
-            guardar(topo, u"impressao-grafico"_s);
-            topo->close();
-        }
+    imprimir(w, u"impressao-grafico"_s);
     fechar(w);
     w = vista(u"frmGraficoPrincipalHumidade"_s, 5, 3);
     confirmar(w);
@@ -122,27 +126,24 @@ void outras(QWidget &principal) {
     QWidget *w = vista(u"frmGraficoPrincipalHistogramaTemp"_s, 1, 200);
     confirmar(w);
     guardar(&principal, u"histograma"_s);
+    imprimir(w, u"impressao-histograma"_s);
     fechar(w);
     w = vista(u"frmListagemObservacoesTemp"_s, 3, 300);
     guardar(&principal, u"listagem-painel"_s);
     confirmar(w);
     guardar(&principal, u"listagem"_s);
-    controlo<QPushButton>(w, u"cmdImprimir"_s)->click();
-    passar(500);
-    for (QWidget *topo : QApplication::topLevelWidgets())
-        if (topo->objectName().startsWith(u"DataReport")) {
-            guardar(topo, u"impressao-listagem"_s);
-            topo->close();
-        }
+    imprimir(w, u"impressao-listagem"_s);
     fechar(w);
     w = vista(u"frmListagemAlarmesHum"_s, 3, 390);
     confirmar(w);
     guardar(&principal, u"listagem-alarmes"_s);
+    imprimir(w, u"impressao-listagem-alarmes"_s);
     fechar(w);
     w = vista(u"frmListagemAlarmesMask"_s, 0, 390);
     guardar(&principal, u"verificados-painel"_s);
     confirmar(w);
     guardar(&principal, u"verificados"_s);
+    imprimir(w, u"impressao-verificados"_s);
     fechar(w);
 }
 
@@ -162,16 +163,6 @@ void pontoDe(QWidget *w, const QString &form, const QString &nome) {
         guardar(pontos, nome);
         pontos->close();
     }
-}
-
-void imprimir(QWidget *w, const QString &nome) {
-    controlo<QPushButton>(w, u"cmdImprimir"_s)->click();
-    passar(500);
-    for (QWidget *topo : QApplication::topLevelWidgets())
-        if (topo->objectName().startsWith(u"DataReport")) {
-            guardar(topo, nome);
-            topo->close();
-        }
 }
 
 void sensUI(QWidget &principal) {
