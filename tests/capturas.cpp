@@ -82,6 +82,16 @@ void fechar(QWidget *w) {
     passar(50);
 }
 
+void imprimir(QWidget *w, const QString &nome) {
+    controlo<QPushButton>(w, u"cmdImprimir"_s)->click();
+    passar(500);
+    for (QWidget *topo : QApplication::topLevelWidgets())
+        if (topo->objectName().startsWith(u"DataReport")) {
+            guardar(topo, nome);
+            topo->close();
+        }
+}
+
 void graficos(QWidget &principal) {
     QWidget *w = vista(u"frmGraficoPrincipalTemp"_s, 1, 30);
     guardar(&principal, u"painel"_s);
@@ -104,13 +114,7 @@ void graficos(QWidget &principal) {
         guardar(pontos, u"ponto"_s);
         pontos->close();
     }
-    controlo<QPushButton>(w, u"cmdImprimir"_s)->click();
-    passar(500);
-    for (QWidget *topo : QApplication::topLevelWidgets())
-        if (topo->objectName().startsWith(u"DataReport")) {
-            guardar(topo, u"impressao-grafico"_s);
-            topo->close();
-        }
+    imprimir(w, u"impressao-grafico"_s);
     fechar(w);
     w = vista(u"frmGraficoPrincipalHumidade"_s, 5, 3);
     confirmar(w);
@@ -122,27 +126,24 @@ void outras(QWidget &principal) {
     QWidget *w = vista(u"frmGraficoPrincipalHistogramaTemp"_s, 1, 200);
     confirmar(w);
     guardar(&principal, u"histograma"_s);
+    imprimir(w, u"impressao-histograma"_s);
     fechar(w);
     w = vista(u"frmListagemObservacoesTemp"_s, 3, 300);
     guardar(&principal, u"listagem-painel"_s);
     confirmar(w);
     guardar(&principal, u"listagem"_s);
-    controlo<QPushButton>(w, u"cmdImprimir"_s)->click();
-    passar(500);
-    for (QWidget *topo : QApplication::topLevelWidgets())
-        if (topo->objectName().startsWith(u"DataReport")) {
-            guardar(topo, u"impressao-listagem"_s);
-            topo->close();
-        }
+    imprimir(w, u"impressao-listagem"_s);
     fechar(w);
     w = vista(u"frmListagemAlarmesHum"_s, 3, 390);
     confirmar(w);
     guardar(&principal, u"listagem-alarmes"_s);
+    imprimir(w, u"impressao-listagem-alarmes"_s);
     fechar(w);
     w = vista(u"frmListagemAlarmesMask"_s, 0, 390);
     guardar(&principal, u"verificados-painel"_s);
     confirmar(w);
     guardar(&principal, u"verificados"_s);
+    imprimir(w, u"impressao-verificados"_s);
     fechar(w);
 }
 
@@ -162,16 +163,6 @@ void pontoDe(QWidget *w, const QString &form, const QString &nome) {
         guardar(pontos, nome);
         pontos->close();
     }
-}
-
-void imprimir(QWidget *w, const QString &nome) {
-    controlo<QPushButton>(w, u"cmdImprimir"_s)->click();
-    passar(500);
-    for (QWidget *topo : QApplication::topLevelWidgets())
-        if (topo->objectName().startsWith(u"DataReport")) {
-            guardar(topo, nome);
-            topo->close();
-        }
 }
 
 void sensUI(QWidget &principal) {
@@ -208,7 +199,7 @@ void estados(QWidget &principal) {
     fechar(w);
     w = vista(u"frmGraficoOutputs"_s, 0, 7);
     marcar(w, u"grdDispositivos"_s, {0});
-    marcar(w, u"grdOutputs"_s, {0});
+    marcar(w, u"grdInputs"_s, {0});
     confirmar(w);
     guardar(&principal, u"outputs"_s);
     fechar(w);
@@ -270,6 +261,7 @@ void modal(const QString &nome, const std::function<void(QWidget *)> &trabalho) 
 
 void manutencao(QWidget &) {
     modal(u"frmPassWord"_s, [](QWidget *w) { guardar(w, u"password"_s); });
+    const QString lingua = estado().Lingua; // the dialog goes back to the one of the settings
     modal(u"frmConfiguracoes"_s, [](QWidget *w) {
         auto *tiras = controlo<QTabWidget>(w, u"Tiras"_s);
         for (int i = 0; i < tiras->count(); ++i) {
@@ -277,6 +269,7 @@ void manutencao(QWidget &) {
             guardar(w, u"configuracoes-%1"_s.arg(i + 1));
         }
     });
+    estado().Lingua = lingua;
     modal(u"frmSensoresEdit"_s, [](QWidget *w) {
         auto *grelha = controlo<Grelha>(w, u"grdSensores"_s);
         grelha->setCelula(0, 2, grelha->celula(1, 1));

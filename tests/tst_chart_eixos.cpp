@@ -163,6 +163,13 @@ private Q_SLOTS:
         QCOMPARE(graduarValores(minimo, maximo, altura, QFontMetricsF(letra12()), incremento).rotulos, rotulos);
     }
 
+    // What is on or off has nothing between, also where there is room for it.
+    void valoresInteiros() {
+        const Graduacao g = graduarValores(-0.3, 1.2, 600, QFontMetricsF(letra12()), 1, true);
+        QCOMPARE(g.rotulos, QVector<QString>({u"0"_s, u"1"_s}));
+        QVERIFY(g.finas.isEmpty());
+    }
+
     // Upright while they fit, then upwards, then fewer.
     void textosDasBarras() {
         const QFontMetricsF letra(letra12());

@@ -187,13 +187,14 @@ void tst_definicoes::escritorMortoDeixaOFicheiroInteiro() {
     escrever(ficheiro, outras + "[S]\r\nk=0\r\n");
     int mudancas = 0;
     QString ultimo = u"0"_s;
-    for (int vez = 0; vez < 60; ++vez) {
+    // On a busy machine a writer may need longer before it gets to write at all.
+    for (int vez = 0; vez < 60 || (mudancas <= 5 && vez < 400); ++vez) {
         Filho escritor([] {
             for (int i = 1;; ++i)
                 modINI::SaveSetting(u"Kelvark"_s, u"S"_s, u"k"_s, QString::number(i) + QString(i % 90, u'x'));
             return QByteArray();
         });
-        QTest::qSleep(1 + vez * 7 % 23);
+        QTest::qSleep(1 + vez * 7 % 23 + vez / 60 * 20);
         escritor.matar();
         const QByteArray bytes = Instalacao::lerFicheiro(ficheiro);
         QVERIFY2(bytes.startsWith(outras) && bytes.endsWith("\r\n"), bytes.right(80).constData());
@@ -230,7 +231,7 @@ void tst_definicoes::vizinhoParadoNaoPrende() {
     relogio.start();
     QVERIFY(modINI::SaveSetting(u"Kelvark"_s, u"S"_s, u"k"_s, u"2"_s));
     QCOMPARE(ler(u"k"_s), u"2"_s);
-    QVERIFY(relogio.elapsed() < 10000);
+    QVERIFY(relogio.elapsed() < 60000);
     ::close(pasta);
 }
 

@@ -1,4 +1,4 @@
-// The list of units and the terminal as a user works them, with virtual units behind.
+// The list of units as a user works it, with virtual units behind.
 #include "data/ligacao.h"
 #include "platform/forms/registoForms.h"
 #include "poseidon/descarga/logBruto.h"
@@ -15,13 +15,9 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
-#include <QPlainTextEdit>
 #include <QPointer>
 #include <QProgressBar>
 #include <QPushButton>
-#include <QSignalSpy>
-#include <QTcpServer>
-#include <QTcpSocket>
 #include <QTest>
 
 using simulador::Defeito;
@@ -81,9 +77,10 @@ struct Janela {
         irPara(linha, Coluna::IP);
         QContextMenuEvent pedido(QContextMenuEvent::Keyboard, QPoint(1, 1), QPoint(1, 1));
         QApplication::sendEvent(grelha()->viewport(), &pedido);
-        const QPointer<QMenu> m = controlo<QMenu>(form, u"mnuDispositivo"_s);
-        qobject_cast<QAction *>(utilizador::procurar(form, entrada))->trigger();
-        delete m.data();
+        auto *m = controlo<QMenu>(form, u"mnuDispositivo"_s);
+        auto *accao = qobject_cast<QAction *>(utilizador::procurar(form, entrada));
+        utilizador::clicarEm(m, m->actionGeometry(accao).center());
+        QCoreApplication::processEvents();
     }
     QString info() const {
         auto *l = controlo<QLabel>(form, u"lblInfoDesc"_s);
@@ -117,9 +114,7 @@ private Q_SLOTS:
     void lugarEDefinicoes();
     void fecharADescarregar();
     void textosDaLingua();
-    void terminal();
-    void terminalSemLigacao();
-    void terminalSemEndereco();
+    void abrirTerminal();
 
 public Q_SLOTS:
     void abrirEndereco(const QUrl &url) { m_abertos.append(url.toString()); }
@@ -212,9 +207,11 @@ void tst_descarregar::falhaFicaAVermelho() {
     unidadeNaBase(*mau);
     unidadeNaBase(*bom);
     Janela j;
+    const int altura = j.grelha()->height();
     clicar(j.form, u"cmdDescarregar"_s);
     j.esperarLivre();
     const auto cor = [&] { return controlo<QLabel>(j.form, u"lblInfoDesc"_s)->palette().color(QPalette::WindowText); };
+    QCOMPARE(j.grelha()->height(), altura); // the list does not jump when there is something to say
     j.irPara(1, Coluna::IP);
     QVERIFY(j.info().startsWith(u"Erro ao descarregar o ficheiro BIN: "));
     QVERIFY(cor().red() > 2 * cor().green());
@@ -247,6 +244,7 @@ void tst_descarregar::editarCelulas_data() {
     caso("address", Coluna::IP, u"127.0.0.20"_s, u"127.0.0.20"_s);
     caso("address that is a name", Coluna::IP, u"servidor"_s, u"127.0.0.2"_s);
     caso("address of another row", Coluna::IP, u"127.0.0.3"_s, u"127.0.0.2"_s);
+    caso("address of a unit that is not listed", Coluna::IP, u"127.0.0.5"_s, u"127.0.0.2"_s);
     caso("port", Coluna::PORTA, u"8081"_s, u"8081"_s);
     caso("letters in a port", Coluna::PORTA, u"8a0b8x2"_s, u"8082"_s);
     caso("port too large", Coluna::PORTA, u"70000"_s, {});
@@ -260,6 +258,7 @@ void tst_descarregar::editarCelulas() {
     const auto b = unidade(u"127.0.0.3"_s);
     unidadeNaBase(*a);
     unidadeNaBase(*b);
+    cnBD().executar(u"INSERT INTO Poseidons (PoseidonIP, Nome, Modelo) VALUES ('127.0.0.5', 'Outro', 10)"_s);
     Janela j;
     QFETCH(int, coluna);
     QFETCH(QString, texto);
@@ -276,7 +275,7 @@ void tst_descarregar::editarCelulas() {
                                                             : u"Nome"_s;
     const QVariantList guardado = m_instalacao->linha(u"SELECT %1 FROM Poseidons WHERE rowid = 1"_s.arg(campo));
     QCOMPARE(guardado.value(0).toString(), fica);
-    QCOMPARE(m_instalacao->linha(u"SELECT COUNT(*) FROM Poseidons"_s).value(0).toInt(), 2);
+    QCOMPARE(m_instalacao->linha(u"SELECT COUNT(*) FROM Poseidons"_s).value(0).toInt(), 3);
 }
 
 void tst_descarregar::alteradaFicaVermelha() {
@@ -441,81 +440,7 @@ void tst_descarregar::textosDaLingua() {
     QCOMPARE(j.form->windowTitle(), u"Descarregador 2251"_s);
 }
 
-// What the other side of the terminal receives, byte by byte.
-void tst_descarregar::terminal() {
-    QTcpServer servidor;
-    QVERIFY(servidor.listen(QHostAddress(u"127.0.0.2"_s), 0));
-    QByteArray recebido;
-    QTcpSocket *la = nullptr;
-    connect(&servidor, &QTcpServer::newConnection, this, [&] {
-        la = servidor.nextPendingConnection();
-        connect(la, &QTcpSocket::readyRead, this, [&] { recebido += la->readAll(); });
-        la->write("Poseidon\r\n> ");
-    });
-    estado().EnderecoTerminal = u"127.0.0.2"_s;
-    estado().PortaTerminal = QString::number(servidor.serverPort());
-    registarPoseidon(registoForms());
-    const QPointer<QWidget> form = registoForms().abrir(u"frmTelnet"_s);
-    utilizador::mostrar(form);
-    auto *log = controlo<QPlainTextEdit>(form, u"Text1"_s);
-    auto *linha = controlo<QLineEdit>(form, u"txtLinha"_s);
-    clicar(form, u"cmdLigar"_s);
-    QTRY_COMPARE(log->toPlainText(), u"Poseidon\n> "_s);
-    const auto enviar = [&](const QString &texto) {
-        utilizador::escrever(form, u"txtLinha"_s, texto);
-        tecla(linha, Qt::Key_Return);
-    };
-    enviar(u"y"_s);
-    QTRY_COMPARE(recebido, QByteArray("y")); // no line end behind a menu's key
-    QVERIFY(log->toPlainText().endsWith(u">y\n"));
-    QCOMPARE(linha->text(), QString());
-    enviar(u"list é"_s);
-    QTRY_COMPARE(recebido, QByteArray("ylist \xE9\r\n"));
-    enviar(u" "_s);
-    QTRY_COMPARE(recebido, QByteArray("ylist \xE9\r\n\r\n"));
-
-    tecla(linha, Qt::Key_Up);
-    tecla(linha, Qt::Key_Up);
-    QCOMPARE(linha->text(), u"list é"_s);
-    tecla(linha, Qt::Key_Up);
-    tecla(linha, Qt::Key_Up);
-    QCOMPARE(linha->text(), u"y"_s);
-    tecla(linha, Qt::Key_Down);
-    QCOMPARE(linha->text(), u"list é"_s);
-
-    clicar(form, u"cmdSyncTime"_s);
-    QCOMPARE(linha->text(), u"c15.03.2024/10:20:30"_s);
-    QTest::qWait(50);
-    QCOMPARE(recebido.size(), 11); // nothing went out by itself
-    const QSize antes = log->size();
-    form->resize(form->size() + QSize(100, 80));
-    QTRY_COMPARE(log->size(), antes + QSize(100, 80));
-
-    la->write("fim\r\n");
-    QTRY_VERIFY(log->toPlainText().endsWith(u"fim\n"));
-    QSignalSpy fechou(la, &QTcpSocket::disconnected);
-    form->close();
-    QVERIFY(fechou.size() == 1 || fechou.wait(2000));
-}
-
-void tst_descarregar::terminalSemLigacao() {
-    estado().EnderecoTerminal = u"127.0.0.99"_s;
-    estado().PortaTerminal = u"9"_s;
-    registarPoseidon(registoForms());
-    const QPointer<QWidget> form = registoForms().abrir(u"frmTelnet"_s);
-    utilizador::mostrar(form);
-    m_instalacao->dialogos.esperarMensagem(u"Erro de ligação"_s);
-    utilizador::escrever(form, u"txtLinha"_s, u"x"_s);
-    tecla(controlo<QLineEdit>(form, u"txtLinha"_s), Qt::Key_Return);
-    QCOMPARE(controlo<QLineEdit>(form, u"txtLinha"_s)->text(), u"x"_s); // not lost
-    m_instalacao->dialogos.esperarMensagem(u"Erro n° 10061 :\n"_s);
-    clicar(form, u"cmdLigar"_s);
-    QTRY_COMPARE(m_instalacao->dialogos.textos.size(), 2);
-    QTRY_VERIFY(controlo<QPushButton>(form, u"cmdLigar"_s)->isEnabled());
-    delete form.data();
-}
-
-void tst_descarregar::terminalSemEndereco() {
+void tst_descarregar::abrirTerminal() {
     const auto u = unidade(u"127.0.0.2"_s);
     unidadeNaBase(*u);
     definir(u"PortaConsola"_s, u"8099"_s);
@@ -527,10 +452,6 @@ void tst_descarregar::terminalSemEndereco() {
     QCOMPARE(controlo<QLineEdit>(form, u"txtPorta"_s)->text(), u"8099"_s);
     form->close();
     QTRY_VERIFY(form.isNull());
-    estado().EnderecoTerminal = u"casa.exemplo:81"_s;
-    const QPointer<QWidget> outro = registoForms().abrir(u"frmTelnet"_s);
-    QCOMPARE(controlo<QLineEdit>(outro, u"txtEndereco"_s)->text(), u"192.168.1."_s);
-    delete outro.data();
 }
 
 QTEST_MAIN(tst_descarregar)

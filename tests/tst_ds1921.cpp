@@ -171,7 +171,7 @@ private Q_SLOTS:
             QCOMPARE(m.controlo.MissaoEmCurso, true);
             QCOMPARE(m.controlo.LimiteAlto, antes);
         }
-        QVERIFY(relogio.elapsed() < 10'000);
+        QVERIFY(relogio.elapsed() < 30'000);
     }
 
     // Taken off, or the adapter pulled, after each of the bytes and operations of each member: a refusal or a failure,

@@ -84,7 +84,7 @@ struct Cena : Instalacao {
 };
 
 QList<double> alturas(const TSerie &serie) {
-    return serie.y();
+    return {serie.y().cbegin(), serie.y().cend()};
 }
 
 // One input of a unit, its twin on another device and a channel that no table knows.
@@ -150,9 +150,11 @@ private Q_SLOTS:
 
     void sensUI() {
         Cena c;
-        c.sensor({u"28A0000000000001"_s, u"Nível"_s, u"P 1250A"_s});
+        c.sensor({u"28A0000000000001"_s, u"Nível"_s, u"P 1250A"_s, u"SIM"_s, 1, u"POSEIDON"_s, u"2127.0.0.5"_s});
+        c.executar(u"INSERT INTO Poseidons (PoseidonIP, Nome, Mac) VALUES ('127.0.0.5', 'Cave', '00:0A')"_s);
         c.leituras(leiturasSensUI, u"28A0000000000001"_s,
                    {{dia + u"01:00:00", u"7,5"_s, u"8,5XXX2"_s}, {dia + u"02:00:00", 9, u"8,5XXX2"_s, u"nota"_s}});
+        c.leituras(leiturasSensUI, u"28A0000000000001"_s, {{u"2024-03-14 02:00:00"_s, 4, u" "_s, u" "_s}});
         c.executar(u"UPDATE SensUI_Leituras SET NomeSensor = 'Nível', Escala = '0-10 m', Ident = '20X4X10X0'"_s);
         c.abrir(u"frmGraficoSensUI"_s);
         clicar(c.form, u"cmdAdicionar"_s);
@@ -165,10 +167,13 @@ private Q_SLOTS:
         QCOMPARE(c.exportarCSV(), QByteArray("15/03/2024 01:00:00;28A0000000000001;Nível;7,5;20X4X10X0;8,5;2\r\n"
                                              "15/03/2024 02:00:00;28A0000000000001;Nível;9;20X4X10X0;8,5;2\r\n"));
         c.notar(u"frmOpccoesPontosSensUI"_s, 0, 0, u" verificada "_s);
-        QCOMPARE(c.linha(u"SELECT flag FROM SensUI_Leituras ORDER BY Data"_s), QVariantList({u"verificada"_s}));
+        QCOMPARE(c.linha(u"SELECT flag FROM SensUI_Leituras WHERE Data > '2024-03-15' ORDER BY Data"_s),
+                 QVariantList({u"verificada"_s}));
 
+        // A lone blank is no alarm.
         c.abrir(u"frmListagemAlarmesSensUi"_s);
         clicar(c.form, u"cmdAdicionar"_s);
+        controlo<QDateEdit>(c.form, u"DTPdataInicio"_s)->setDate(QDate(2024, 3, 14));
         c.confirmar();
         auto *grelha = controlo<QTableView>(c.form, u"DataGrid"_s);
         QCOMPARE(grelha->model()->rowCount(), 2);
@@ -184,10 +189,55 @@ private Q_SLOTS:
         clicar(c.form, u"cmdImprimir"_s);
         for (QWidget *topo : QApplication::topLevelWidgets())
             if (auto *janela = qobject_cast<JanelaRelatorio *>(topo)) {
-                QCOMPARE(janela->relatorio().Sections(u"Section4"_s)->controlo(u"lblSensores"_s)->Caption,
-                         u"Sensores: Nível [0-10 m]"_s);
+                SeccaoDeRelatorio *cabeca = janela->relatorio().Sections(u"Section4"_s);
+                QCOMPARE(cabeca->controlo(u"lblSensores"_s)->Caption, u"Sensores: Nível [0-10 m]"_s);
+                QVERIFY(cabeca->controlo(u"lblDescricao"_s)->Caption.startsWith(u"Poseidon: 127.0.0.5 - Cave  "));
                 janela->close();
             }
+    }
+
+    void notasSensUI_data() {
+        QTest::addColumn<QString>("sufixo");
+        QTest::addColumn<QString>("tabela");
+        QTest::addColumn<QString>("outra");
+        QTest::newRow("all") << u""_s << leiturasSensUI << u"SensUI_LeiturasPull"_s;
+        QTest::newRow("pull") << u"Pull"_s << u"SensUI_LeiturasPull"_s << leiturasSensUI;
+    }
+    // Each form writes to the table of its chart.
+    void notasSensUI() {
+        QFETCH(const QString, sufixo);
+        QFETCH(const QString, tabela);
+        QFETCH(const QString, outra);
+        Cena c;
+        c.sensor({u"28A0000000000001"_s, u"Nível"_s, u"P 1250V"_s});
+        for (const QString &t : {tabela, outra})
+            c.leituras(t, u"28A0000000000001"_s, {{dia + u"01:00:00", 5, u" "_s, u" "_s}});
+        c.abrir(u"frmGraficoSensUI"_s + sufixo);
+        clicar(c.form, u"cmdAdicionar"_s);
+        c.confirmar();
+        QVERIFY(!c.chart().Series(0).temMarca(0)); // a lone blank is no mark
+        c.notar(u"frmOpccoesPontosSensUI"_s + sufixo, 0, 0, u"vista"_s);
+        QVERIFY(c.chart().Series(0).temMarca(0));
+        QCOMPARE(c.linha(u"SELECT flag FROM "_s + tabela), QVariantList({u"vista"_s}));
+        QCOMPARE(c.linha(u"SELECT flag FROM "_s + outra), QVariantList({u" "_s}));
+    }
+
+    void saidas() {
+        Cena c;
+        c.executar(
+            u"INSERT INTO PoseidonOutputs (PoseidonIP, OutputNum, Descricao) VALUES ('127.0.0.2', 2, 'Sirene')"_s);
+        c.executar(u"INSERT INTO REGISTO_Outputs VALUES ('127.0.0.2', 2, '2024-03-15 08:00:00', 'True', ' ')"_s);
+        c.abrir(u"frmGraficoOutputs"_s);
+        c.marcar(u"grdDispositivos"_s, 0);
+        const QAbstractItemModel &canais = *c.lista(u"grdInputs"_s).model();
+        QCOMPARE(canais.headerData(1, Qt::Horizontal).toString(), u"Num"_s);
+        QCOMPARE(canais.headerData(2, Qt::Horizontal).toString(), u"Outputs Name"_s);
+        c.marcar(u"grdInputs"_s, 0);
+        c.confirmar();
+        QCOMPARE(c.chart().Series(3).Title, u"Sirene"_s);
+        QCOMPARE(c.exportarCSV(), QByteArray("15/03/2024 08:00:00;127.0.0.2;2;1\r\n"));
+        c.notar(u"frmOpccoesPontosOutputs"_s, 3, 0, u"teste"_s);
+        QCOMPARE(c.linha(u"SELECT flag FROM REGISTO_Outputs"_s), QVariantList({u"teste"_s}));
     }
 
     void listasDeCanais() {
@@ -315,6 +365,14 @@ private Q_SLOTS:
         const QString nota = u"SELECT flag FROM %1 WHERE DataOFF LIKE '%03:00:00'"_s.arg(tabela);
         c.notar(pontos, 3, 1, u"pelo fim"_s);
         QCOMPARE(c.linha(nota), QVariantList({u"pelo fim"_s}));
+        // On paper all three bear the title of the averages.
+        clicar(c.form, u"cmdImprimir"_s);
+        for (QWidget *topo : QApplication::topLevelWidgets())
+            if (auto *janela = qobject_cast<JanelaRelatorio *>(topo)) {
+                QCOMPARE(janela->relatorio().Sections(u"Section4"_s)->controlo(u"lblTitulo"_s)->Caption,
+                         u"Gráfico de Médias de Temperaturas"_s);
+                janela->close();
+            }
         c.notar(pontos, 3, 0, u""_s);
         QCOMPARE(c.linha(nota), QVariantList({u" "_s}));
     }

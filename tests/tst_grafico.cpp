@@ -153,8 +153,8 @@ void tst_grafico::umSensor() {
     QVERIFY(s.Active && s.ColorEachPoint);
     QCOMPARE(coresDe(s), QList<quint32>({255, 16711680, 65280, 65280, 16711680, 65280}));
     QCOMPARE(rotulosDe(s), QStringList({u"!"_s, u" "_s, u" "_s, u" "_s, u" "_s, u" "_s}));
-    QCOMPARE(c.Series(1).y(), QList<double>({30, 30, 30}));
-    QCOMPARE(c.Series(2).y(), QList<double>({5, 5, 5, 4.5}));
+    QCOMPARE(c.Series(1).y(), (std::vector<double>{30, 30, 30}));
+    QCOMPARE(c.Series(2).y(), (std::vector<double>{5, 5, 5, 4.5}));
     QCOMPARE(c.Series(1).PointColor(0), quint32(255));
     QCOMPARE(c.Series(2).PointColor(0), quint32(16711680));
     for (int i = 0; i < 3; ++i)
@@ -209,6 +209,8 @@ void tst_grafico::semLeituras() {
     g.carregar({1});
     QCOMPARE(g.media(), QString());
     QCOMPARE(g.chart().Left().Minimum, 1.0);
+    QVERIFY(g.chart().Bottom().Minimum > 0); // the day that was asked for
+    QCOMPARE(g.chart().Bottom().Maximum - g.chart().Bottom().Minimum, 86399.0);
     QVERIFY(g.principal.isEnabled());
 }
 

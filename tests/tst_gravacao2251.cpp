@@ -160,7 +160,8 @@ void tst_gravacao2251::mortoAMeio() {
     QRandomGenerator acaso(4711);
     int aMeio = 0;
     qint64 duracao = 0; // of a whole run, in microseconds
-    for (int vez = 0; vez < 9; ++vez) {
+    // On a busy machine a kill may come too late: a few more, until two came in the middle.
+    for (int vez = 0; vez < 9 || (aMeio < 2 && vez < 60); ++vez) {
         QVERIFY(descarregar(velho));
         ligacaoPartilhada().fechar(); // a connection does not cross a fork
         const QString sinal = inst.ficheiro(u"sinal%1"_s.arg(vez));

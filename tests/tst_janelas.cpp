@@ -41,6 +41,7 @@ private Q_SLOTS:
     void erroFecha_data();
     void erroFecha();
     void erroTraduzido();
+    void erroSobreJanelaModal_data();
     void erroSobreJanelaModal();
     void encerrar();
     void iconesSeguemAPaleta();
@@ -268,16 +269,27 @@ void tst_janelas::erroTraduzido() {
     QCOMPARE(utilizador::controlo<QPushButton>(erro, u"cmdContinuar"_s)->text(), u"Continuar"_s);
 }
 
-// A failure while a modal window is open can still be read and answered.
+void tst_janelas::erroSobreJanelaModal_data() {
+    QTest::addColumn<bool>("antes");
+    QTest::newRow("while it is open") << false;
+    QTest::newRow("while it loads") << true;
+}
+
+// A failure around a modal window can still be read and answered.
 void tst_janelas::erroSobreJanelaModal() {
+    QFETCH(const bool, antes);
     Janelas janelas;
     QDialog modal(&janelas.shell);
     modal.setModal(true);
+    const auto falhar = [] { modErros::TratarErro(u"frmX.Y"_s, u"d"_s, u"1"_s); };
+    if (antes)
+        falhar();
     QTimer::singleShot(20, &modal, [&] {
         const auto fechar = qScopeGuard([&] { modal.accept(); });
-        modErros::TratarErro(u"frmX.Y"_s, u"d"_s, u"1"_s);
+        if (!antes)
+            falhar();
         QWidget *erro = utilizador::form(u"frmErro"_s);
-        QCOMPARE(erro->parentWidget(), &modal);
+        QVERIFY(utilizador::esperar([&] { return erro->parentWidget() == &modal; }));
         utilizador::clicar(erro, u"cmdContinuar"_s);
         QVERIFY(!registoForms().activo(u"frmErro"_s));
         QVERIFY(modal.isVisible());

@@ -201,7 +201,7 @@ void tst_logger_fim::formata() {
     b.clicar("lblNumeroMissoes");
     b.instalacao.dialogos.responderPergunta(true, u"Formatar Registador?"_s);
     auto *senha = utilizador::controlo<QLineEdit>(b.form, u"txtPass"_s);
-    QVERIFY(senha->hasFocus());
+    QTRY_VERIFY(senha->hasFocus());
     QTest::keyClicks(senha, u"quinTAL"_s);
     QVERIFY(!b.leitor.chip().missao());
     for (int pagina = 0; pagina < 16; ++pagina)
@@ -221,7 +221,7 @@ void tst_logger_fim::palavraErrada() {
     b.instalacao.dialogos.responderPergunta(false, u"Formatar"_s);
     QTest::keyClicks(senha, u"QUINTAL"_s);
     QVERIFY(b.leitor.chip().missao());
-    QVERIFY(b.controlo("cmdLer")->hasFocus());
+    QTRY_VERIFY(b.controlo("cmdLer")->hasFocus());
 }
 
 void tst_logger_fim::paginasIlegiveis_data() {
@@ -248,7 +248,7 @@ void tst_logger_fim::paginasIlegiveis() {
         QCOMPARE(b.form->windowTitle(), u"Registador"_s);
         QCOMPARE(b.caixa("txtEstadoMissao"), QString());
         QVERIFY(b.permitido("cmdLer") && b.permitido("cmdLerDados") && !b.permitido("cmdConcluir"));
-        QVERIFY(b.controlo("cmdLer")->hasFocus());
+        QTRY_VERIFY(b.controlo("cmdLer")->hasFocus());
     }
 }
 

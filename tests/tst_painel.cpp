@@ -75,6 +75,7 @@ class tst_painel : public QObject {
 private Q_SLOTS:
     void abrePorSi();
     void listaECores();
+    void marcaNaSeleccao();
     void coresEscuras();
     void moverComRato();
     void moverComTeclado();
@@ -120,6 +121,22 @@ void tst_painel::listaECores() {
     clicar(v.form, u"cmdAdicionar"_s);
     QCOMPARE(fundo(v.escolhidos(), 0), vermelho);
     QCOMPARE(riscas::cor(u" BLUE "_s, v.form->palette()), QColor(219, 219, 219));
+}
+
+// A marked row is told from a plain one also while it is selected.
+void tst_painel::marcaNaSeleccao() {
+    const Instalada inst;
+    const Vista v;
+    utilizador::mostrar(v.form);
+    const auto pintado = [&](int linha) {
+        v.todos()->setLinhaActual(linha);
+        const QRect celula = v.todos()->visualRect(v.todos()->model()->index(linha, 1));
+        return v.todos()->viewport()->grab(celula).toImage().pixelColor(celula.width() - 3, celula.height() / 2);
+    };
+    const QColor simples = pintado(0);
+    const QColor marcada = pintado(1);
+    QVERIFY2(marcada.red() > 1.5 * marcada.blue() && marcada != QColor(238, 156, 136), qPrintable(marcada.name()));
+    QVERIFY(simples.red() < simples.blue());
 }
 
 // On a dark palette the rows must be dark, keep their order of standing out, and let light text be read.
@@ -330,7 +347,7 @@ void tst_painel::opccoes() {
     clicar(v.form, u"cmdOpccoes"_s);
     QVERIFY(utilizador::esperar([&] { return !v.visivel(u"PictOpccoes"_s); }));
     QVERIFY(botao->width() < aberta);
-    QVERIFY(controlo<QWidget>(v.form, u"TChart"_s)->hasFocus());
+    QTRY_VERIFY(controlo<QWidget>(v.form, u"TChart"_s)->hasFocus());
     clicar(v.form, u"cmdOpccoes"_s);
     QVERIFY(v.visivel(u"PictOpccoes"_s));
     QVERIFY(!v.visivel(u"picGrupos"_s)); // opening closed it

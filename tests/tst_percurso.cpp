@@ -40,7 +40,7 @@ T *filho(QWidget *form, const QString &nome) {
 void escolherTudo(QWidget *form) {
     if (auto *todos = filho<QAbstractButton>(form, u"cmdAdicionarAll"_s))
         todos->click();
-    for (const QString &nome : {u"grdDispositivos"_s, u"grdInputs"_s, u"grdOutputs"_s, u"grdCondicoes"_s})
+    for (const QString &nome : {u"grdDispositivos"_s, u"grdInputs"_s, u"grdCondicoes"_s})
         if (auto *lista = qobject_cast<ListaMarcada *>(filho<QTableView>(form, nome)))
             for (int i = 0; i < lista->linhas(); ++i)
                 lista->marcar(i, true);

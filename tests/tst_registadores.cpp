@@ -116,16 +116,20 @@ private Q_SLOTS:
         QCOMPARE(c.missoes().linhas(), 1);
         QVERIFY(controlo<QLabel>(c.form, u"lblSemDados"_s)->isVisible()); // never downloaded
         QCOMPARE(c.intervalo(), u"01/03/2024 10:00:00 - 01/03/2024 10:00:01"_s);
+        // A name stands there once with each button that bears it, and a button once under each name.
+        c.cabeca({u"21B"_s, u"Vacinas"_s, u"Reservas"_s, u"0001"_s}, {}, {}, u"C"_s);
+        c.abrir(u"frmGraficoLoggers"_s);
+        QCOMPARE(c.registadores().linhas(), 3);
     }
 
     void grafico() {
         Cena c;
         c.abrir(u"frmGraficoLoggers"_s);
         c.confirmar();
-        QCOMPARE(c.chart().Series(0).y(), QList<double>({4.5, 8, 2}));
+        QCOMPARE(c.chart().Series(0).y(), (std::vector<double>{4.5, 8, 2}));
         QCOMPARE(c.chart().Series(0).PointColor(1), 255U);
         QCOMPARE(c.chart().Series(0).PointColor(2), 16711680U);
-        QCOMPARE(c.chart().Series(1).y(), QList<double>({8, 8, 8}));
+        QCOMPARE(c.chart().Series(1).y(), (std::vector<double>{8, 8, 8}));
         QCOMPARE(controlo<QLabel>(c.form, u"lblMedia"_s)->text(), u"Média = 4,83 °C"_s);
         c.dialogos.responderGravar(c.ficheiro(u"m.csv"_s), u"GraphLoggers"_s);
         c.dialogos.esperarMensagem(u"sucesso"_s);
@@ -221,6 +225,8 @@ private Q_SLOTS:
             return dialogo;
         });
         c.abrir(u"frmGraficoLoggers"_s);
+        c.confirmar();
+        clicar(c.form, u"cmdOpccoes"_s);
         c.dialogos.responderPergunta(sim, u"Deseja Eliminar a missão?"_s);
         clicar(c.form, u"cmdEliminar"_s);
         QCOMPARE(pedidas, sim && comPassWord ? 1 : 0);
@@ -228,6 +234,9 @@ private Q_SLOTS:
         QCOMPARE(c.linhas(faro), cheia(1, 1));
         QCOMPARE(c.missoes().linhas(), eliminada ? 1 : 2);
         QVERIFY(c.principal.isEnabled());
+        // What is gone is drawn and printed no more.
+        QCOMPARE(c.chart().Series(0).Count(), eliminada ? 0 : 3);
+        QCOMPARE(controlo<QPushButton>(c.form, u"cmdImprimir"_s)->isEnabled(), !eliminada);
         if (!eliminada)
             return;
         // The next one is chosen; with the last one the logger goes.
@@ -279,6 +288,19 @@ private Q_SLOTS:
         for (int i = 0; i < grelha->linhas(); ++i)
             lidas.append(grelha->celula(i, 2));
         QCOMPARE(lidas, missoes);
+    }
+
+    // With nothing to conclude, the list waits for no other program and writes nothing.
+    void listaSemEscrever() {
+        Cena c;
+        c.executar(u"UPDATE DS1921head SET flag = 'C' WHERE DescricaoMissao = 'Faro'"_s);
+        Ligacao outra;
+        outra.abrir(c.caminhoBD());
+        const Transaccao aEscrever(outra);
+        cnBD().definirEspera(0);
+        c.abrir(u"frmListagemLoggers"_s);
+        QCOMPARE(controlo<Grelha>(c.form, u"DataGrid"_s)->linhas(), 1);
+        c.erros.verificar();
     }
 
     void verGrafico() {

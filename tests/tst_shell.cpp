@@ -77,6 +77,7 @@ private Q_SLOTS:
     void estadosSoSobem();
     void tabelaDeAlarmesAusente();
     void abrirUmaVez();
+    void listaDeJanelas();
     void configuracoesComFilhos_data();
     void configuracoesComFilhos();
     void logger_data();
@@ -251,6 +252,30 @@ void tst_shell::abrirUmaVez() {
     QVERIFY(registoForms().form(u"frmGraficoPrincipal"_s) != medias);
     QVERIFY(utilizador::esperar([&] { return medias.isNull(); }));
     QCOMPARE(filhos(shell).size(), 2);
+}
+
+// The bar names the open windows, whatever hides the work area, and is silent without any.
+void tst_shell::listaDeJanelas() {
+    Instalacao instalacao;
+    instalacao.sensor({u"1"_s, u"a"_s});
+    registarTodos();
+    frmMain shell;
+    utilizador::mostrar(&shell);
+    auto *botao = qobject_cast<QPushButton *>(utilizador::procurar(&shell, u"STATUS:Janelas"_s));
+    QVERIFY(botao && !botao->isVisible());
+    utilizador::accao(&shell, u"TmpMedias"_s);
+    utilizador::accao(&shell, u"Descarregar2251"_s);
+    registoForms().form(u"frmGraficoPrincipal"_s)->setWindowTitle(u"A & B"_s);
+    QVERIFY(botao->isVisible());
+    Q_EMIT botao->menu()->aboutToShow();
+    const QList<QAction *> entradas = botao->menu()->actions();
+    QCOMPARE(entradas.size(), 6); // three ways to lay them out, a line, two windows
+    QCOMPARE(entradas[4]->text(), u"A && B"_s);
+    QVERIFY(!entradas[4]->isChecked() && entradas[5]->isChecked());
+    entradas[4]->trigger();
+    QCOMPARE(filhos(shell).constFirst()->mdiArea()->activeSubWindow(), filhos(shell).constFirst());
+    entradas[2]->trigger();
+    QVERIFY(utilizador::esperar([&] { return !botao->isVisible(); }));
 }
 
 void tst_shell::configuracoesComFilhos_data() {

@@ -5,6 +5,7 @@
 #include "core/literais.h"
 #include "core/modEncriptPrincipal.h"
 #include "core/modINI.h"
+#include "core/modTraducoes.h"
 
 namespace {
 
@@ -17,6 +18,10 @@ QString guardada() {
 
 bool coincide(const QString &digitada) {
     return !digitada.isEmpty() && digitada == modEncriptPrincipal::DesencriptarString(guardada());
+}
+
+QString texto(const QString &chaveDoTexto, const QString &omissao) {
+    return modTraducoes::texto(u"VISTREL_frmConfiguracoes"_s, chaveDoTexto, omissao);
 }
 
 bool emBranco(const QString &texto) {
@@ -44,13 +49,15 @@ Alteracao AlterarPassWord(const QString &actual, const QString &nova, const QStr
         return Alteracao::ConfirmacaoIncorrecta;
     if (nova.size() > maximoDeCaracteres)
         throw Falha(erros::chamadaInvalida,
-                    u"A nova PassWord não pode ter mais de %1 caracteres."_s.arg(maximoDeCaracteres));
+                    texto(u"PassWordLonga"_s, u"A nova PassWord não pode ter mais de %1 caracteres."_s)
+                        .arg(maximoDeCaracteres));
     const QString cifrada = modEncriptPrincipal::EncriptarString(nova);
     modINI::SaveSetting(estado().NomePrograma, seccao, chave, cifrada);
     // A write that fails says nothing; the user would be told of a change that did not happen.
     if (guardada() != cifrada)
-        throw Falha(erros::falhaDoFicheiro, u"Não foi possível guardar a nova PassWord em \"%1\"."_s.arg(
-                                                modINI::GetINIPATH() + estado().NomePrograma + u".ini"));
+        throw Falha(erros::falhaDoFicheiro,
+                    texto(u"PassWordNaoGuardada"_s, u"Não foi possível guardar a nova PassWord em \"%1\"."_s)
+                        .arg(modINI::GetINIPATH() + estado().NomePrograma + u".ini"));
     return Alteracao::Alterada;
 }
 

@@ -173,13 +173,23 @@ void Perfil::indexar() {
         const QString &t = m_linhas[i].texto;
         if (eSeccao(t)) {
             const QString nome = dobrado(nomeDaSeccao(t));
-            actual = m_seccoes.contains(nome) ? nullptr : &(m_seccoes[nome] = {i, i, {}});
+            actual = m_seccoes.contains(nome) ? nullptr : &(m_seccoes[nome] = {i, i});
         } else if (actual && !QStringView(t).trimmed().isEmpty()) {
             actual->ultima = i;
-            if (const QString chave = dobrado(nomeDaChave(t)); !chave.isEmpty() && !actual->chaves.contains(chave))
-                actual->chaves.insert(chave, i);
         }
     }
+}
+
+// A language file has two thousand keys in as many sections as there are forms, and one form asks for its own.
+QHash<QString, size_t> &Perfil::chavesDe(const Seccao &seccao) const {
+    if (!seccao.chaves) {
+        auto &chaves = seccao.chaves.emplace();
+        for (size_t i = seccao.linha + 1; i <= seccao.ultima; ++i)
+            if (const QString chave = dobrado(nomeDaChave(m_linhas[i].texto));
+                !chave.isEmpty() && !chaves.contains(chave))
+                chaves.insert(chave, i);
+    }
+    return *seccao.chaves;
 }
 
 QByteArray Perfil::bytes() const {
@@ -193,8 +203,9 @@ std::optional<QString> Perfil::valor(const QString &seccao, const QString &chave
     const auto s = m_seccoes.constFind(dobrado(seccao));
     if (s == m_seccoes.constEnd())
         return std::nullopt;
-    const auto k = s->chaves.constFind(dobrado(chave));
-    if (k == s->chaves.constEnd())
+    const QHash<QString, size_t> &chaves = chavesDe(*s);
+    const auto k = chaves.constFind(dobrado(chave));
+    if (k == chaves.constEnd())
         return std::nullopt;
     const QString &t = m_linhas[*k].texto;
     const QString v = t.mid(t.indexOf(u'=') + 1).trimmed();
@@ -226,8 +237,8 @@ void Perfil::definir(const QString &seccao, const QString &chave, const QString 
         m_linhas.push_back(nova(u'[' + seccao.trimmed() + u']'));
         m_linhas.push_back(nova(linha));
         const size_t k = m_linhas.size() - 1;
-        m_seccoes.insert(dobrado(seccao), {k - 1, k, {{dobrado(chave), k}}});
-    } else if (const auto k = s->chaves.constFind(dobrado(chave)); k != s->chaves.constEnd()) {
+        m_seccoes.insert(dobrado(seccao), {k - 1, k});
+    } else if (const auto k = chavesDe(*s).constFind(dobrado(chave)); k != chavesDe(*s).constEnd()) {
         Linha &existente = m_linhas[*k];
         const QString fimActual = descodificar(existente.bytes).mid(existente.texto.size());
         existente.texto = existente.texto.left(existente.texto.indexOf(u'=') + 1) + protegido(valor);
@@ -238,7 +249,7 @@ void Perfil::definir(const QString &seccao, const QString &chave, const QString 
         acabar(m_linhas[nesta - 1]);
         indiceVale = indiceVale && nesta == m_linhas.size();
         m_linhas.insert(m_linhas.begin() + static_cast<std::ptrdiff_t>(nesta), nova(linha));
-        s->chaves.insert(dobrado(chave), nesta);
+        chavesDe(*s).insert(dobrado(chave), nesta);
     }
     if (indiceVale)
         return;

@@ -29,11 +29,12 @@ private:
     };
     struct Seccao {
         size_t linha = 0;
-        size_t ultima = 0; // the last line that says something
-        QHash<QString, size_t> chaves;
+        size_t ultima = 0;                                         // the last line that says something
+        mutable std::optional<QHash<QString, size_t>> chaves = {}; // made when first asked for
     };
     void separarLinhas(const QByteArray &bytes);
     void indexar();
+    QHash<QString, size_t> &chavesDe(const Seccao &seccao) const;
     QString descodificar(const QByteArray &bytes) const;
     QByteArray codificar(const QString &texto) const;
     QString fimDeLinha() const;

@@ -1,7 +1,5 @@
 #include "data/comando.h"
 
-#include "core/falha.h"
-#include "core/literais.h"
 #include "data/ligacao_interno.h"
 
 #include <sqlite3.h>
@@ -16,6 +14,7 @@ Comando::Comando(Ligacao &ligacao, const QString &sql)
 }
 
 Comando::~Comando() {
+    m_motor->esperar();
     sqlite3_finalize(m_instrucao);
 }
 
@@ -48,9 +47,10 @@ void Comando::nulo(int posicao) {
 }
 
 qint64 Comando::executar() {
+    m_motor->esperar();
     sqlite3 *bd = m_motor->bd.getHandle();
     if (m_emTransaccao && (m_motor->transaccoes == 0 || sqlite3_get_autocommit(bd) != 0))
-        throw Falha(erros::falhaDoFicheiro, u"A alteração foi anulada pela base de dados; nada foi gravado."_s);
+        Motor::falharAnulada();
     const int codigo = sqlite3_step(m_instrucao);
     if (codigo != SQLITE_DONE && codigo != SQLITE_ROW) {
         sqlite3_reset(m_instrucao);

@@ -3,6 +3,7 @@
 #include "core/eventos.h"
 #include "core/falha.h"
 #include "core/literais.h"
+#include "core/modTraducoes.h"
 #include "data/ligacao_interno.h"
 
 #include <SQLiteCpp/Backup.h>
@@ -21,6 +22,10 @@ namespace {
 constexpr int paginasPorPasso = 128; // half a megabyte: a few milliseconds on a slow disk
 constexpr qint64 bytesPorEscoamento = 4 << 20;
 constexpr int esperaOcupadaMs = 5000;
+
+QString texto(const QString &chave, const QString &omissao) {
+    return modTraducoes::texto(u"KelvarkAUX"_s, chave, omissao);
+}
 
 // The file while it grows, under a name that nobody takes for a finished copy.
 class FicheiroParcial {
@@ -51,8 +56,8 @@ public:
 
 private:
     [[noreturn]] void falhar() {
-        throw Falha(erros::falhaDoFicheiro,
-                    u"Não é possível criar a cópia \"%1\": %2."_s.arg(m_ficheiro.fileName(), m_ficheiro.errorString()));
+        throw Falha(erros::falhaDoFicheiro, texto(u"CopiaNaoCriada"_s, u"Não é possível criar a cópia \"%1\": %2."_s)
+                                                .arg(m_ficheiro.fileName(), m_ficheiro.errorString()));
     }
     QFile m_ficheiro;
     bool m_criado = false;
@@ -80,8 +85,9 @@ void verificarEspaco(const QString &pasta, qint64 necessario) {
     const QStorageInfo disco(pasta);
     if (disco.isValid() && disco.bytesAvailable() < necessario)
         throw Falha(erros::falhaDoFicheiro,
-                    u"Não há espaço em disco para a cópia da base de dados: são precisos %1 e há %2."_s.arg(
-                        megabytes(necessario), megabytes(disco.bytesAvailable())));
+                    texto(u"CopiaSemEspaco"_s,
+                          u"Não há espaço em disco para a cópia da base de dados: são precisos %1 e há %2."_s)
+                        .arg(megabytes(necessario), megabytes(disco.bytesAvailable())));
 }
 
 std::string nomeNativo(const QString &caminho) {
@@ -97,7 +103,7 @@ void copiar(SQLite::Database &origem, const QString &destino, const Vigia &vigia
     while (codigo != SQLITE_DONE) {
         codigo = passos.executeStep(paginasPorPasso);
         if (codigo == SQLITE_BUSY || codigo == SQLITE_LOCKED)
-            throw Falha(codigo, u"A base de dados está bloqueada por outro programa."_s);
+            throw Falha(codigo, texto(u"BDOcupada"_s, u"A base de dados está bloqueada por outro programa"_s) + u'.');
         const int total = passos.getTotalPageCount();
         if (progresso)
             progresso(total - passos.getRemainingPageCount(), total);
@@ -117,7 +123,8 @@ void levarAoDisco(const QString &caminho, const Vigia &vigia) {
     }
     if (!aberto || fsync(ficheiro.handle()) != 0)
         throw Falha(erros::falhaDoFicheiro,
-                    u"A cópia \"%1\" não ficou guardada no disco: %2."_s.arg(caminho, qt_error_string()));
+                    texto(u"CopiaNaoGuardada"_s, u"A cópia \"%1\" não ficou guardada no disco: %2."_s)
+                        .arg(caminho, qt_error_string()));
 }
 
 } // namespace
@@ -136,9 +143,11 @@ QString copiaDatada(const Vigia &vigia, const std::function<void(int, int)> &pro
         verificarEspaco(original.absolutePath(), paginas * origem.execAndGet("PRAGMA page_size").getInt64());
         copiar(origem, parcial.caminho(), vigia, progresso);
     } catch (const SQLite::Exception &e) {
-        const QString motivo = e.getErrorCode() == SQLITE_FULL ? u"o disco está cheio"_s : QString::fromUtf8(e.what());
+        const QString motivo = e.getErrorCode() == SQLITE_FULL ? texto(u"CopiaDiscoCheio"_s, u"o disco está cheio"_s)
+                                                               : QString::fromUtf8(e.what());
         throw Falha(e.getErrorCode() > 0 ? e.getErrorCode() : erros::falhaDoFicheiro,
-                    u"A cópia da base de dados em \"%1\" falhou: %2."_s.arg(original.absolutePath(), motivo));
+                    texto(u"CopiaFalhou"_s, u"A cópia da base de dados em \"%1\" falhou: %2."_s)
+                        .arg(original.absolutePath(), motivo));
     }
     levarAoDisco(parcial.caminho(), vigia);
     parcial.concluir(nome);

@@ -7,6 +7,10 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <sqlite3.h>
+
+#include <memory>
+
 namespace {
 
 constexpr int tamanhoDoCabecalho = 100;
@@ -31,6 +35,51 @@ QString texto(const QString &chave, const QString &omissao) {
                 texto(u"BDRecusada"_s, u"\"%1\" %2 O ficheiro não foi alterado."_s).arg(caminho, motivo));
 }
 
+// The header and the size, read with the engine's own means: closing the file after opening it by any other way would
+// take away the locks that the open connections of this process hold on it. Another program would then believe itself
+// alone and remove the log that is still written to.
+struct Inicio {
+    QByteArray cabecalho; // shorter when the file is
+    qint64 tamanho = 0;
+};
+
+Inicio lerInicio(const QString &caminho) {
+    sqlite3 *bd = nullptr;
+    const int codigo = sqlite3_open_v2(QFile::encodeName(caminho).constData(), &bd,
+                                       SQLITE_OPEN_READONLY | SQLITE_OPEN_NOMUTEX, nullptr);
+    const std::unique_ptr<sqlite3, int (*)(sqlite3 *)> fecho(bd, &sqlite3_close);
+    const auto exigir = [&](bool lido) {
+        if (!lido)
+            throw Falha(erros::falhaDoFicheiro, texto(u"BDIlegivel"_s, u"Não é possível ler \"%1\": %2."_s)
+                                                    .arg(caminho, qt_error_string(sqlite3_system_errno(bd))));
+    };
+    exigir(codigo == SQLITE_OK);
+    sqlite3_file *ficheiro = nullptr;
+    exigir(sqlite3_file_control(bd, "main", SQLITE_FCNTL_FILE_POINTER, &ficheiro) == SQLITE_OK && ficheiro->pMethods);
+    const qint64 tamanho = QFileInfo(caminho).size();
+    QByteArray cabecalho(int(qMin<qint64>(tamanho, tamanhoDoCabecalho)), '\0');
+    exigir(cabecalho.isEmpty() ||
+           ficheiro->pMethods->xRead(ficheiro, cabecalho.data(), int(cabecalho.size()), 0) == SQLITE_OK);
+    return {cabecalho, tamanho};
+}
+
+FicheiroBD permissoesDe(const QString &caminho, bool usaDiario) {
+    const QFileInfo info(caminho), diario(caminho + u"-wal"_s), indice(caminho + u"-shm"_s);
+    const bool pastaGravavel = QFileInfo(info.absolutePath()).isWritable();
+    const bool temDiario = diario.exists() && diario.size() > 0;
+    if (usaDiario && !pastaGravavel && temDiario && !(indice.exists() && indice.isReadable()))
+        throw Falha(
+            erros::falhaDoFicheiro,
+            texto(u"BDPorRecolher"_s,
+                  u"\"%1\" tem alterações por recolher e a pasta não permite a escrita. Dê permissão de escrita "
+                  "na pasta ou abra a base de dados uma vez com o programa que a alterou."_s)
+                .arg(caminho));
+    FicheiroBD f;
+    f.gravavel = info.isWritable() && (pastaGravavel || (diario.isWritable() && indice.isWritable()));
+    f.imutavel = !f.gravavel && usaDiario && !pastaGravavel && !indice.exists();
+    return f;
+}
+
 } // namespace
 
 FicheiroBD examinarFicheiroBD(const QString &caminho) {
@@ -42,11 +91,7 @@ FicheiroBD examinarFicheiroBD(const QString &caminho) {
         throw Falha(erros::falhaGeralBD, texto(u"BDNaoExiste"_s, u"Não existe o ficheiro \"%1\"."_s).arg(caminho));
     if (!info.isFile()) // a pipe or a device would be waited for
         throw Falha(erros::falhaDoFicheiro, texto(u"BDNaoFicheiro"_s, u"\"%1\" não é um ficheiro."_s).arg(caminho));
-    QFile ficheiro(caminho);
-    if (!ficheiro.open(QIODevice::ReadOnly))
-        throw Falha(erros::falhaDoFicheiro,
-                    texto(u"BDIlegivel"_s, u"Não é possível ler \"%1\": %2."_s).arg(caminho, ficheiro.errorString()));
-    const QByteArray cabecalho = ficheiro.read(tamanhoDoCabecalho);
+    const auto [cabecalho, tamanho] = lerInicio(caminho);
     const QByteArray motorAntigo = cabecalho.mid(4, 15);
     if (motorAntigo == "Standard Jet DB" || motorAntigo == "Standard ACE DB")
         recusar(caminho,
@@ -63,23 +108,8 @@ FicheiroBD examinarFicheiroBD(const QString &caminho) {
     const int pagina = (static_cast<uchar>(cabecalho[posPagina]) << 8) | static_cast<uchar>(cabecalho[posPagina + 1]);
     const qint64 esperado = qint64(inteiroBE(cabecalho, posPaginas)) * (pagina == 1 ? 65536 : pagina);
     const bool contado = inteiroBE(cabecalho, posContador) == inteiroBE(cabecalho, posContadorDasPaginas);
-    if (contado && ficheiro.size() < esperado && !temDiario)
-        recusar(caminho, texto(u"BDTruncada"_s, u"está truncado: tem %1 bytes e devia ter %2."_s)
-                             .arg(ficheiro.size())
-                             .arg(esperado));
-
-    const bool pastaGravavel = QFileInfo(info.absolutePath()).isWritable();
-    const bool usaDiario = cabecalho[posVersaoEscrita] == versaoDiario;
-    const QFileInfo indice(caminho + u"-shm"_s);
-    if (usaDiario && !pastaGravavel && temDiario && !(indice.exists() && indice.isReadable()))
-        throw Falha(
-            erros::falhaDoFicheiro,
-            texto(u"BDPorRecolher"_s,
-                  u"\"%1\" tem alterações por recolher e a pasta não permite a escrita. Dê permissão de escrita "
-                  "na pasta ou abra a base de dados uma vez com o programa que a alterou."_s)
-                .arg(caminho));
-    FicheiroBD f;
-    f.gravavel = info.isWritable() && (pastaGravavel || (diario.isWritable() && indice.isWritable()));
-    f.imutavel = !f.gravavel && usaDiario && !pastaGravavel && !indice.exists();
-    return f;
+    if (contado && tamanho < esperado && !temDiario)
+        recusar(caminho,
+                texto(u"BDTruncada"_s, u"está truncado: tem %1 bytes e devia ter %2."_s).arg(tamanho).arg(esperado));
+    return permissoesDe(caminho, cabecalho[posVersaoEscrita] == versaoDiario);
 }

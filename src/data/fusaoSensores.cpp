@@ -148,8 +148,7 @@ void executarAlteracao(const AlteracaoSensor &alteracao, const Vigia &vigia, con
     if (alteracao.eliminar)
         for (const TabelaComSensor &t : tabelasComSensor)
             lotes.eliminar(t, alteracao.antigo);
-    transaccao.escoar([&vigia] { vigia.passar(); });
-    transaccao.confirmar();
+    transaccao.confirmar([&vigia] { vigia.passar(); });
 }
 
 } // namespace fusaoSensores

@@ -82,6 +82,10 @@ QString texto(const QString &chave, const QString &omissao) {
     return modTraducoes::texto(u"KelvarkAUX"_s, chave, omissao);
 }
 
+[[noreturn]] void falharFechada() {
+    throw Falha(erros::objectoFechado, texto(u"BDFechada"_s, u"A base de dados não está aberta."_s));
+}
+
 QString explicar(int codigo) {
     for (const Explicacao &e : explicacoes)
         if (e.codigo == codigo)
@@ -132,10 +136,15 @@ void Motor::falhar(int codigo, const QString &contexto) {
     throw Falha(erros::motorBD + codigo, descricao);
 }
 
+void Motor::falharAnulada() {
+    throw Falha(erros::falhaDoFicheiro,
+                texto(u"BDAnulada"_s, u"A alteração foi anulada pela base de dados; nada foi gravado."_s));
+}
+
 sqlite3_stmt *Motor::preparar(const QString &sql, const Parametros &valores) {
     // The engine undoes a transaction by itself on some failures; what follows would then be stored without one.
     if (transaccoes > 0 && sqlite3_get_autocommit(bd.getHandle()) != 0)
-        throw Falha(erros::falhaDoFicheiro, u"A alteração foi anulada pela base de dados; nada foi gravado."_s);
+        falharAnulada();
     const QByteArray utf8 = sql.toUtf8();
     sqlite3_stmt *instrucao = nullptr;
     const char *resto = nullptr;
@@ -183,20 +192,21 @@ QString Ligacao::caminho() const {
 void Ligacao::definirEspera(int ms) {
     m_esperaMs = ms;
     if (aberta())
-        sqlite3_busy_timeout(m_motor->bd.getHandle(), ms);
+        sqlite3_busy_timeout(motor().bd.getHandle(), ms);
 }
 
 Motor &Ligacao::motor() const {
     if (!aberta())
-        throw Falha(erros::objectoFechado, u"A base de dados não está aberta."_s);
+        falharFechada();
+    m_motor->esperar();
     return *m_motor;
 }
 
 void Ligacao::fechar() {
     if (!aberta())
-        throw Falha(erros::objectoFechado, u"A base de dados já está fechada."_s);
+        falharFechada();
     // A cursor may keep the file open for a while; the write lock must not stay with it.
-    if (m_motor->transaccoes > 0)
+    if (motor().transaccoes > 0)
         m_motor->executarDirecto("ROLLBACK");
     m_motor.reset();
 }
@@ -275,7 +285,9 @@ Transaccao::Transaccao(Ligacao &ligacao) : m_ligacao(ligacao) {
 void Transaccao::confirmar() {
     const auto motor = m_motor.lock();
     if (!motor || motor != m_ligacao.m_motor)
-        throw Falha(erros::objectoFechado, u"A base de dados foi fechada a meio da alteração; nada foi gravado."_s);
+        throw Falha(
+            erros::objectoFechado,
+            texto(u"BDFechadaAMeio"_s, u"A base de dados foi fechada a meio da alteração; nada foi gravado."_s));
     const int nivel = motor->transaccoes - 1;
     m_ligacao.executar(nivel == 0 ? u"COMMIT"_s : u"RELEASE n%1"_s.arg(nivel));
     motor->transaccoes = nivel;
@@ -284,24 +296,39 @@ void Transaccao::confirmar() {
         motor->executarDirecto(memoriaParaLer);
 }
 
-void Transaccao::escoar(const std::function<void()> &passar) {
+void Transaccao::confirmar(const std::function<void()> &passar) {
     const auto motor = m_motor.lock();
-    if (!motor || motor->transaccoes > 1)
-        return;
-    sqlite3_db_cacheflush(motor->bd.getHandle());
-    std::atomic<bool> feito = false;
-    const std::jthread disco([&feito, diario = QByteArray(QFile::encodeName(m_ligacao.m_caminho) + "-wal")] {
-        const int ficheiro = ::open(diario.constData(), O_RDONLY | O_CLOEXEC);
-        if (ficheiro >= 0) {
-            ::fdatasync(ficheiro);
-            ::close(ficheiro);
+    if (!motor || motor != m_ligacao.m_motor || motor->transaccoes > 1)
+        return confirmar();
+    int codigo = SQLITE_OK;
+    const auto gravar = [&] {
+        // Most of it before the commit itself, during which other programs cannot write.
+        sqlite3_db_cacheflush(motor->bd.getHandle());
+        const int diario =
+            ::open(QByteArray(QFile::encodeName(motor->caminho) + "-wal").constData(), O_RDONLY | O_CLOEXEC);
+        if (diario >= 0) {
+            ::fdatasync(diario);
+            ::close(diario);
         }
-        feito = true;
-    });
-    while (!feito) {
-        passar();
-        QThread::msleep(1);
+        codigo = motor->executarDirecto("COMMIT");
+        if (codigo == SQLITE_OK) {
+            motor->transaccoes = 0;
+            m_pendente = false;
+            motor->executarDirecto(memoriaParaLer);
+        }
+        motor->emConfirmacao = false;
+        motor->emConfirmacao.notify_all();
+    };
+    motor->emConfirmacao = true;
+    {
+        const std::jthread disco(gravar); // waited for on every way out
+        while (motor->emConfirmacao) {
+            passar();
+            QThread::msleep(1);
+        }
     }
+    if (codigo != SQLITE_OK)
+        motor->falhar(codigo, u"COMMIT"_s);
 }
 
 Transaccao::~Transaccao() {
@@ -326,6 +353,6 @@ Ligacao &ligacaoPartilhada() {
 Ligacao &cnBD() {
     Ligacao &ligacao = ligacaoPartilhada();
     if (!ligacao.aberta())
-        throw Falha(erros::objectoFechado, u"A base de dados não está aberta."_s);
+        falharFechada();
     return ligacao;
 }

@@ -62,9 +62,8 @@ public:
     Transaccao(const Transaccao &) = delete;
     Transaccao &operator=(const Transaccao &) = delete;
     void confirmar();
-    // Before confirmar(), when much was written: what is to be stored goes to the disk while events run, so that the
-    // confirmation itself is short.
-    void escoar(const std::function<void()> &passar);
+    // The same while events run, for a batch that may be large. Done or undone as a whole also when passar() throws.
+    void confirmar(const std::function<void()> &passar);
 
 private:
     Ligacao &m_ligacao;

@@ -5,6 +5,7 @@
 
 #include <SQLiteCpp/Database.h>
 
+#include <atomic>
 #include <optional>
 
 struct sqlite3_stmt;
@@ -23,9 +24,14 @@ struct Motor {
     QString exame;                  // findings of the check, made once
     std::optional<Recolha> recolha; // only where this process may write; gone before the connection
 
+    // A large batch is confirmed on a thread of its own; whoever wants the connection meanwhile waits for the end.
+    std::atomic<bool> emConfirmacao{false};
+    void esperar() const { emConfirmacao.wait(true); }
+
     sqlite3_stmt *preparar(const QString &sql, const Parametros &valores);
     int executarDirecto(const QByteArray &sql);
     [[noreturn]] void falhar(int codigo, const QString &contexto = {});
+    [[noreturn]] static void falharAnulada(); // the engine has undone the transaction by itself
 
 private:
     QString examinar();

@@ -30,6 +30,8 @@ Recordset::~Recordset() {
 }
 
 void Recordset::fechar() {
+    if (m_motor)
+        m_motor->esperar();
     sqlite3_finalize(std::exchange(m_instrucao, nullptr));
     m_motor.reset();
 }
@@ -39,6 +41,7 @@ bool Recordset::avancar() {
         throw Falha(erros::objectoFechado, u"A consulta está fechada."_s);
     if (m_fim) // one more step would run the query again
         return false;
+    m_motor->esperar();
     const int codigo = sqlite3_step(m_instrucao);
     m_fim = codigo != SQLITE_ROW;
     if (m_fim && codigo != SQLITE_DONE)

@@ -71,9 +71,7 @@ constexpr Especie tabela[] = {
                  .linhaUnica = LinhaUnica::ComoVarias,
                  .csv = &csvDasEntradas},
      .nomesDosCanais = nomesDasEntradas,
-     .lista = u"grdInputs",
      .chaveNumero = u"ReyFrameInputNum.Caption",
-     .chaveNome = u"ReyFrameInputNome.Caption",
      .omissaoNome = u"Inputs Name"},
     {.grafico = {.form = u"frmGraficoOutputs",
                  .tabela = {u"REGISTO_Outputs", u"Estado", u"Data", {u"DispositivoIP", u"OutputNum"}},
@@ -90,9 +88,7 @@ constexpr Especie tabela[] = {
                  .linhaUnica = LinhaUnica::ComoVarias,
                  .csv = &csvDasSaidas},
      .nomesDosCanais = nomesDasSaidas,
-     .lista = u"grdOutputs",
      .chaveNumero = u"ReyFrameOutputNum.Caption",
-     .chaveNome = u"ReyFrameOutputNome.Caption",
      .omissaoNome = u"Outputs Name"},
 };
 

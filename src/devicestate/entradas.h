@@ -20,8 +20,7 @@ struct TabelaDeNomes {
 struct Especie {
     MembroGrafico grafico;
     std::span<const TabelaDeNomes> nomesDosCanais; // in the order they are asked
-    QStringView lista;                             // of the channels in the panel
-    QStringView chaveNumero, chaveNome;            // of its columns' texts
+    QStringView chaveNumero;                       // of the columns in the list of channels
     QStringView omissaoNome;
 };
 std::span<const Especie> especies();

@@ -5,6 +5,7 @@
 #include "core/modPassWord.h"
 #include "core/modTraducoes.h"
 #include "core/rotina.h"
+#include "platform/forms/cantos.h"
 #include "platform/forms/registoForms.h"
 
 #include <QKeyEvent>
@@ -49,6 +50,7 @@ frmPassWord::frmPassWord(QWidget *dono)
     estado().EliminarConfirmado = false;
     setAttribute(Qt::WA_TranslucentBackground);
     setFixedSize(tamanho);
+    cantos::arredondar(this);
     auto *legenda =
         new QLabel(modTraducoes::texto(u"VISTREL_frmConfiguracoes"_s, u"lblPassWord.Caption"_s, u"Password"_s));
     legenda->setObjectName(u"lblPassWord"_s);
@@ -124,6 +126,6 @@ void frmPassWord::paintEvent(QPaintEvent *) {
     fundo.setColorAt(1, fundoEmBaixo);
     p.setPen(QPen(QColor(70, 120, 160), 1));
     p.setBrush(fundo);
-    p.drawRoundedRect(area, 16, 16);
+    p.drawRoundedRect(area, cantos::raio, cantos::raio);
     desenharCadeado(p, QPointF(larguraDoCadeado / 2.0, area.center().y()));
 }

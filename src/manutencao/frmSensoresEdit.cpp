@@ -75,6 +75,10 @@ void frmSensoresEdit::montar() {
 
     m_resumo->setColunas({texto(u"ResumoTabela"_s, u"Tabela"_s), texto(u"ResumoMovidas"_s, u"Linhas movidas"_s),
                           texto(u"ResumoEliminadas"_s, u"Linhas eliminadas"_s)});
+    for (Grelha *grelha : {m_grelha, m_resumo})
+        grelha->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+    m_resumo->alinharADireita(1);
+    m_resumo->alinharADireita(2);
     m_resumo->setFocusPolicy(Qt::TabFocus);
     m_resumo->setSelectionMode(QAbstractItemView::NoSelection);
     m_lblResumo->setObjectName(u"lblResumo"_s);
@@ -115,10 +119,6 @@ void frmSensoresEdit::Form_Load() {
             m_grelha->adicionarLinha({rs.texto(nome), rs.texto(id), QString()});
         m_grelha->riscar();
     });
-    const int largura = (tamanhoInicial.width() - 60) / 3;
-    for (Grelha *grelha : {m_grelha, m_resumo})
-        for (int coluna = 0; coluna < 2; ++coluna)
-            grelha->setColumnWidth(coluna, largura);
     m_grelha->setLinhaActual(0);
     mostrarResumo();
 }
@@ -217,7 +217,8 @@ std::vector<fusaoSensores::AlteracaoSensor> frmSensoresEdit::alteracoes() const 
 }
 
 void frmSensoresEdit::resumirDepois() {
-    m_trabalho.reset(); // what is still being counted counts for nothing any more
+    m_trabalho.reset();                // what is still being counted counts for nothing any more
+    m_cmdConfirmar->setEnabled(false); // nothing is done before it has been shown
     m_lblResumo->setText(texto(u"ResumoAContar"_s, u"A contar as linhas..."_s));
     m_espera->start();
 }
@@ -225,7 +226,7 @@ void frmSensoresEdit::resumirDepois() {
 void frmSensoresEdit::mostrarResumo() {
     Rotina("frmSensoresEdit.MostrarResumo", [this] {
         const std::vector<fusaoSensores::AlteracaoSensor> lista = alteracoes();
-        m_cmdConfirmar->setEnabled(!lista.empty());
+        m_cmdConfirmar->setEnabled(false);
         m_resumo->limpar();
         if (lista.empty()) {
             m_lblResumo->setText(m_copia.isEmpty() ? texto(u"ResumoVazio"_s, u"Sem alterações por confirmar."_s)
@@ -238,6 +239,7 @@ void frmSensoresEdit::mostrarResumo() {
             m_resumo->adicionarLinha({c.tabela, numero(c.movidas), numero(c.eliminadas)});
         m_resumo->riscar();
         m_lblResumo->setText(avisos(lista));
+        m_cmdConfirmar->setEnabled(true);
         m_trabalho.reset();
     });
 }
@@ -260,10 +262,7 @@ QString frmSensoresEdit::avisos(const std::vector<fusaoSensores::AlteracaoSensor
 void frmSensoresEdit::ocupar(bool ocupado) {
     m_ocupado = ocupado;
     m_progresso->setVisible(ocupado);
-    m_cmdConfirmar->setEnabled(!ocupado);
-    m_grelha->setEnabled(!ocupado);
-    if (registoForms().dono)
-        registoForms().dono->setEnabled(!ocupado);
+    m_cmdConfirmar->setEnabled(false); // a summary of what is left comes first
 }
 
 void frmSensoresEdit::cmdConfirmar_Click() {
@@ -271,6 +270,8 @@ void frmSensoresEdit::cmdConfirmar_Click() {
         if (m_ocupado)
             return;
         terminarEdicao(true);
+        if (!m_cmdConfirmar->isEnabled()) // what was just typed has not been summed up yet
+            return;
         m_espera->stop();
         m_trabalho = std::make_unique<QObject>();
         const Vigia vigia(m_trabalho.get());

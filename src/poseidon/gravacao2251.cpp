@@ -189,8 +189,7 @@ void TratamentoDados2251::guardarLeituras(const QString &ip, const PassoLeituras
         inserir.executar();
         passar();
     }
-    transaccao.escoar(passar);
-    transaccao.confirmar();
+    transaccao.confirmar(passar);
 }
 
 void TratamentoDados2251::guardarRegistos(const QString &ip, const std::deque<Registo> &linhas, QStringView insercao,
@@ -211,8 +210,7 @@ void TratamentoDados2251::guardarRegistos(const QString &ip, const std::deque<Re
         inserir.executar();
         passar();
     }
-    transaccao.escoar(passar);
-    transaccao.confirmar();
+    transaccao.confirmar(passar);
 }
 
 void TratamentoDados2251::apagarAosPoucos(QStringView tabela, const QString &onde, const QList<QByteArray> &textos,

@@ -6,6 +6,7 @@
 #include "data/modMain.h"
 #include "data/recordset.h"
 #include "poseidon/importacao.h"
+#include "poseidon/listaPoseidons.h"
 #include "poseidon/tipos2251.h"
 
 using modMain::VerificarSeDescricaoJaExiste;
@@ -90,16 +91,11 @@ void AdicionarCalibracoesDoSensor(const Sensor &sensor) {
                         valores);
 }
 
-bool existeDispositivo(const QString &ip) {
-    Recordset rs = cnBD().consultar(u"SELECT 1 FROM Poseidons WHERE PoseidonIP = ?"_s, {ip});
-    return rs.avancar();
-}
-
 // A sensor made here whose unit left the list, as after a change of its address, goes over to the unit that has it now.
 bool tomarPosse(const Sensor &sensor, const QString &dono) {
     if (dono.mid(1).compare(sensor.PoseidonIP.mid(1), Qt::CaseInsensitive) == 0)
         return true;
-    if (!dono.startsWith(QString::number(importacao::modoDaqui)) || existeDispositivo(dono.mid(1)))
+    if (!dono.startsWith(QString::number(importacao::modoDaqui)) || listaPoseidons::existeNaBD(dono.mid(1)))
         return false;
     cnBD().executar(u"UPDATE Sensores SET PoseidonIP = ? WHERE SensorID = ?"_s, {sensor.PoseidonIP, sensor.SensorID});
     return true;

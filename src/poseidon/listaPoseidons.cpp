@@ -145,6 +145,11 @@ void AdicionarBDPoseidons(const Registo &r) {
         bd.executar(u"UPDATE Poseidons SET Nome = ? WHERE PoseidonIP = ?"_s, {r.nome, r.ip});
 }
 
+bool existeNaBD(const QString &ip) {
+    Recordset rs = cnBD().consultar(u"SELECT 1 FROM Poseidons WHERE PoseidonIP = ?"_s, {ip});
+    return rs.avancar();
+}
+
 bool MudarNomeBDPoseidons(const QString &ip, const QString &nome) {
     return Rotina("frmDescarregar2251.MudarNomeBDPoseidons", [&] {
         cnBD().executar(u"UPDATE Poseidons SET Nome = ? WHERE PoseidonIP = ?"_s, {nome, ip});

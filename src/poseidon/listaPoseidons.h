@@ -76,6 +76,9 @@ struct Registo {
 // A unit that the table lacks is added; of one that it has only a changed name is stored. Throws Falha.
 void AdicionarBDPoseidons(const Registo &registo);
 
+// True when the table holds the address, listed or not. Throws Falha.
+bool existeNaBD(const QString &ip);
+
 // Changes of one unit; false, and a report, when they could not be stored.
 bool MudarNomeBDPoseidons(const QString &ip, const QString &nome);
 bool MudarIPPORTABDPoseidons(const QString &ip, const QString &novoIP, int porta); // also the key itself

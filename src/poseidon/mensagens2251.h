@@ -50,6 +50,7 @@ constexpr Relogio relogios[] = {
     {-2, xmlEstrutura, comFalha},
     {-3, {u"Desc6", u"Erro ao verificação da data/hora"}, comFalha},
 };
+constexpr Mensagem horaDoDispositivo{u"HoraDispositivo", u"Data/hora do dispositivo"};
 constexpr Relogio relogioDesconhecido{-1, {u"Desc9", u"Erro desconhecido"}, comFalha};
 constexpr Relogio relogio(int resultado) {
     for (const Relogio &r : relogios)

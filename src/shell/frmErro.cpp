@@ -12,9 +12,11 @@
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QStyle>
+#include <QTimer>
 
 #include <cstdlib>
 
@@ -101,13 +103,34 @@ frmErro::frmErro(QWidget *dono) : QDialog(dono) {
 bool frmErro::eventFilter(QObject *alvo, QEvent *evento) {
     if (evento->type() == QEvent::Hide && alvo == parentWidget()) {
         alvo->removeEventFilter(this);
-        const bool mostrado = isVisible();
-        const QPoint onde = pos();
-        setParent(registoForms().dono, windowFlags());
-        move(onde);
-        setVisible(mostrado);
+        mudarDono(registoForms().dono);
     }
     return QDialog::eventFilter(alvo, evento);
+}
+
+// A form that failed while it loaded comes up modal afterwards, and would keep its own report from being answered.
+bool frmErro::event(QEvent *evento) {
+    if (evento->type() == QEvent::WindowBlocked)
+        QTimer::singleShot(0, this, &frmErro::seguirModal);
+    return QDialog::event(evento);
+}
+
+void frmErro::seguirModal() {
+    QWidget *modal = QApplication::activeModalWidget();
+    if (!modal || modal == parentWidget() || qobject_cast<QMessageBox *>(modal)) // a box is answered first
+        return;
+    mudarDono(modal);
+    modal->installEventFilter(this);
+    raise();
+    activateWindow();
+}
+
+void frmErro::mudarDono(QWidget *dono) {
+    const bool mostrado = isVisible();
+    const QPoint onde = pos();
+    setParent(dono, windowFlags());
+    move(onde);
+    setVisible(mostrado);
 }
 
 void frmErro::definirDetalhe(const QString &mensagem) {

@@ -15,10 +15,13 @@ public:
     void definirDetalhe(const QString &mensagem);
 
 protected:
+    bool event(QEvent *evento) override;
     void keyPressEvent(QKeyEvent *evento) override;
     bool eventFilter(QObject *alvo, QEvent *evento) override;
 
 private:
+    void seguirModal();
+    void mudarDono(QWidget *dono);
     void cmdDetalhe_Click();
     void aplicarAltura();
 

@@ -6,7 +6,7 @@
 #include "core/rotina.h"
 #include "data/modCompactRepairDB.h"
 #include "data/modMain.h"
-#include "platform/forms/icones.h"
+#include "platform/forms/cantos.h"
 
 #include <QCoreApplication>
 #include <QPainter>
@@ -27,6 +27,7 @@ frmIconCompactarErepararBD::frmIconCompactarErepararBD()
     setObjectName(u"frmIconCompactarErepararBD"_s);
     setAttribute(Qt::WA_TranslucentBackground);
     setFixedSize(tamanho);
+    cantos::arredondar(this);
     setAccessibleName(estado().NomePrograma);
     m_timerEspera.setObjectName(u"TimerEspera"_s);
     m_timerEspera.setInterval(intervaloMs);
@@ -63,7 +64,7 @@ void frmIconCompactarErepararBD::paintEvent(QPaintEvent *) {
     fundo.setColorAt(1, QColor(12, 34, 54));
     p.setPen(QPen(QColor(70, 120, 160), 1));
     p.setBrush(fundo);
-    p.drawRoundedRect(area, 16, 16);
+    p.drawRoundedRect(area, cantos::raio, cantos::raio);
 
     p.setPen(QPen(QColor(220, 90, 80, 170), 1.2, Qt::DashLine));
     p.drawLine(QPointF(24, 62), QPointF(356, 62));

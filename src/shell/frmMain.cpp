@@ -41,6 +41,7 @@ frmMain::frmMain() : m_area(new QMdiArea(this)) {
     connect(m_area, &QMdiArea::customContextMenuRequested, this, &frmMain::menuDaArea);
     setCentralWidget(m_area);
     criarBarra();
+    connect(m_area, &QMdiArea::subWindowActivated, this, &frmMain::mostrarJanelas);
     RegistoForms &forms = registoForms();
     forms.dono = this;
     forms.alojar = [this](QWidget *form) { alojar(form); };
@@ -51,6 +52,7 @@ frmMain::frmMain() : m_area(new QMdiArea(this)) {
 }
 
 frmMain::~frmMain() {
+    m_area->disconnect(this); // it goes later, and with it what is in it
     if (!estado().forms)
         return;
     registoForms().alojar = nullptr;
@@ -85,6 +87,17 @@ void frmMain::criarBarra() {
         close();
     });
     barra->addWidget(m_sair);
+    m_janelas = new QPushButton;
+    m_janelas->setObjectName(u"STATUS:Janelas"_s);
+    m_janelas->setIcon(icones::icone(u"janelas"_s));
+    m_janelas->setFlat(true);
+    m_janelas->setMenu(new QMenu(m_janelas));
+    m_janelas->hide();
+    connect(m_janelas->menu(), &QMenu::aboutToShow, this, [this] {
+        m_janelas->menu()->clear();
+        encherJanelas(m_janelas->menu());
+    });
+    barra->addWidget(m_janelas);
     m_estadoBD = new QLabel;
     m_estadoBD->setObjectName(u"lblCaminhoBD"_s);
     m_estadoBD->setContentsMargins(8, 0, 8, 0);
@@ -98,7 +111,7 @@ void frmMain::mostrarEstadoDaBase() {
     };
     const QString caminho = modINI::GetSetting(estado().NomePrograma, u"BD"_s, u"MAIN"_s);
     QString legenda = QFileInfo(caminho).fileName();
-    if (!estado().BDLigada)
+    if (!ligacaoPartilhada().aberta()) // BDLigada outlives an opening that failed
         legenda += u" – " + texto(u"BDDesligada"_s, u"sem ligação"_s);
     else if (ligacaoPartilhada().soLeitura())
         legenda += u" – " + texto(u"BDSoLeitura"_s, u"só leitura"_s);
@@ -106,6 +119,8 @@ void frmMain::mostrarEstadoDaBase() {
     m_estadoBD->setToolTip(caminho);
     m_sair->setText(texto(u"Sair"_s, u"Sair"_s));
     m_sair->setAccessibleName(m_sair->text());
+    m_janelas->setText(texto(u"Janelas"_s, u"Janelas"_s));
+    m_janelas->setAccessibleName(m_janelas->text());
 }
 
 // The work area a shade away from the windows on it.
@@ -124,6 +139,7 @@ void frmMain::alojar(QWidget *form) {
     connect(form, &QWidget::windowIconChanged, janela, [janela](const QIcon &icone) { janela->setWindowIcon(icone); });
     connect(
         form, &QObject::destroyed, janela, [janela] { janela->close(); }, Qt::QueuedConnection);
+    connect(janela, &QObject::destroyed, this, &frmMain::mostrarJanelas, Qt::QueuedConnection);
     m_area->addSubWindow(janela);
     form->show();
     if (janela) // a form may let events run while it comes up, and be closed by them
@@ -187,21 +203,33 @@ void frmMain::AlterarLingua() {
     });
 }
 
-// How children lie in the work area, for those who have many open.
-void frmMain::menuDaArea(const QPoint &onde) {
+// How children lie in the work area and which there are, for those who have many open.
+void frmMain::encherJanelas(QMenu *menu) {
     const auto texto = [](const QString &chave, const QString &omissao) {
         return modTraducoes::texto(u"VISTREL_frmMain"_s, chave, omissao);
     };
-    QMenu menu;
-    menu.addAction(texto(u"JanelasCascata"_s, u"Em cascata"_s), m_area, &QMdiArea::cascadeSubWindows);
-    menu.addAction(texto(u"JanelasMosaico"_s, u"Em mosaico"_s), m_area, &QMdiArea::tileSubWindows);
-    menu.addAction(texto(u"JanelasFechar"_s, u"Fechar todas"_s), m_area, &QMdiArea::closeAllSubWindows);
+    menu->addAction(texto(u"JanelasCascata"_s, u"Em cascata"_s), m_area, &QMdiArea::cascadeSubWindows);
+    menu->addAction(texto(u"JanelasMosaico"_s, u"Em mosaico"_s), m_area, &QMdiArea::tileSubWindows);
+    menu->addAction(texto(u"JanelasFechar"_s, u"Fechar todas"_s), m_area, &QMdiArea::closeAllSubWindows);
     const QList<QMdiSubWindow *> janelas = m_area->subWindowList();
-    menu.setEnabled(!janelas.isEmpty());
     if (!janelas.isEmpty())
-        menu.addSeparator();
-    for (QMdiSubWindow *janela : janelas)
-        menu.addAction(janela->windowTitle(), m_area, [this, janela] { m_area->setActiveSubWindow(janela); });
+        menu->addSeparator();
+    for (QMdiSubWindow *janela : janelas) {
+        QAction *accao = menu->addAction(QString(janela->windowTitle()).replace(u"&"_s, u"&&"_s), m_area,
+                                         [this, janela] { m_area->setActiveSubWindow(janela); });
+        accao->setCheckable(true);
+        accao->setChecked(janela == m_area->currentSubWindow());
+    }
+}
+
+void frmMain::mostrarJanelas() {
+    m_janelas->setVisible(!m_area->subWindowList().isEmpty());
+}
+
+void frmMain::menuDaArea(const QPoint &onde) {
+    QMenu menu;
+    encherJanelas(&menu);
+    menu.setEnabled(!m_area->subWindowList().isEmpty());
     menu.exec(m_area->mapToGlobal(onde));
 }
 

@@ -48,11 +48,14 @@ private:
     void criarEntrada(const EntradaMenu &entrada);
     bool mostrada(const EntradaMenu &entrada) const;
     void aplicarEstados();
+    void encherJanelas(QMenu *menu);
+    void mostrarJanelas();
     void menuDaArea(const QPoint &onde);
     void descarregarFormularios();
 
     QMdiArea *m_area;
     QPushButton *m_sair;
+    QPushButton *m_janelas; // there while a child is open
     QLabel *m_estadoBD;
     QSet<QString> m_estados;
     QHash<QString, QAction *> m_accoes; // by menu key

@@ -282,10 +282,11 @@ ConsultaListagem consulta(const MembroListagem &membro, const Pedido &pedido) {
     const int nota = posicaoDe(membro, u"Flag");
     const int medias = membro.comMedias ? c.visiveis : -1;
     // Tested row by row: a search for rare notes inside the engine would hold the window still.
-    c.aceita = [nota, medias, soComNota = (pedido.soComNota || membro.soComNota) && nota >= 0,
+    c.aceita = [nota, medias, soComNota = pedido.soComNota && nota >= 0, soAlarmes = membro.soComNota && nota >= 0,
                 soMedias = pedido.soMedias && medias >= 0](const Recordset &rs) {
+        // To the check box a lone blank is a note too. It is no alarm: most readings are stored with one.
         int tamanho = 0;
-        if (soComNota && (rs.utf8(nota, tamanho), tamanho == 0))
+        if ((soComNota && (rs.utf8(nota, tamanho), tamanho == 0)) || (soAlarmes && !temNota(rs, nota)))
             return false;
         return !soMedias || rs.texto(medias).compare(u"TRUE", Qt::CaseInsensitive) == 0;
     };

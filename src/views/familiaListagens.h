@@ -50,7 +50,7 @@ struct MembroListagem {
     QStringView formGrupos{}; // whose section names the row of all sensors; empty: its own
     QStringView chaveImpressao = u"PrintTitle";
     ColunasChave chave{u"Sensor"};
-    bool soComNota = false;                          // the filter is always on
+    bool soComNota = false;                          // rows without a note are never shown
     QStringView filtro{};                            // of few rows, in the query itself; empty: none
     std::span<const CabecalhoListagem> cabecalhos{}; // one for each value of the key
 };

@@ -24,8 +24,8 @@ PainelCanais::PainelCanais(const entradas::Especie &especie, QWidget *pai)
     m_grdDispositivos = new ListaMarcada(u"grdDispositivos"_s, {texto(u"ReyFrameIP.Caption"_s, u"IP"_s), nome});
     m_grdDispositivos->setAccessibleName(nome);
     m_grdDispositivos->setColumnWidth(1, larguraDoTexto(this, u"000.000.000.000"_s));
-    const QString canais = texto(especie.chaveNome.toString(), especie.omissaoNome.toString());
-    m_canais = new ListaMarcada(especie.lista.toString(), {texto(especie.chaveNumero.toString(), u"Num"_s), canais});
+    const QString canais = texto(u"ReyFrameInputNome.Caption"_s, especie.omissaoNome.toString());
+    m_canais = new ListaMarcada(u"grdInputs"_s, {texto(especie.chaveNumero.toString(), u"Num"_s), canais});
     m_canais->setAccessibleName(canais);
     m_canais->setColumnWidth(1, larguraDoTexto(this, u"00000"_s));
     auto *listas = new QHBoxLayout;

@@ -36,7 +36,7 @@ QList<Linha> listar(bool concluidas, Ordem ordem) {
 }
 
 void VerificarMissoesConcluidas() {
-    Transaccao transaccao(cnBD());
+    // Mostly there is nothing to write, and the list must not wait for whoever is writing.
     QList<qint64> terminadas;
     {
         const QDateTime agora = estado().ambiente.agora();
@@ -45,8 +45,11 @@ void VerificarMissoesConcluidas() {
             if (const QDateTime fim = rs.dataHora(1); fim.isValid() && fim < agora)
                 terminadas.append(rs.inteiro(0));
     }
+    if (terminadas.isEmpty())
+        return;
+    Transaccao transaccao(cnBD());
     for (const qint64 linha : terminadas)
-        cnBD().executar(u"UPDATE DS1921head SET flag = 'C' WHERE rowid = ?"_s, {linha});
+        cnBD().executar(u"UPDATE DS1921head SET flag = 'C' WHERE rowid = ? AND Flag = 'NC'"_s, {linha});
     transaccao.confirmar();
 }
 

@@ -15,7 +15,8 @@ struct TEixo {
     double Minimum = 0;
     double Maximum = 0;
     double Increment = 0; // smallest distance between labels; labels are thinned so that they never overlap
-    QString Title;
+    QString Title{};
+    bool SoInteiros = false; // of values: nothing stands between whole numbers
 };
 
 // The chart control: a list of series over two axes, marks, click -> point. One painter serves screen, preview, PDF

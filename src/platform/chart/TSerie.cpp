@@ -6,6 +6,7 @@
 namespace {
 
 constexpr qsizetype maximoDeIndices = 256;
+constexpr size_t guardados = 1 << 21; // points whose memory a cleared series keeps
 
 bool mostraSe(const QString &rotulo) {
     return !rotulo.isEmpty() && rotulo != QLatin1String(" ");
@@ -29,32 +30,19 @@ void TSerie::Clear() {
     vazia.Color = Color;
     vazia.Title = Title;
     vazia.Name = Name;
+    // What comes next is mostly the same range again: fresh memory would cost more than filling it.
+    if (m_x.capacity() <= guardados) {
+        vazia.m_x = std::move(m_x);
+        vazia.m_y = std::move(m_y);
+        vazia.m_x.clear();
+        vazia.m_y.clear();
+    }
     *this = std::move(vazia);
 }
 
 void TSerie::reservar(qsizetype pontos) {
-    m_x.reserve(pontos);
-    m_y.reserve(pontos);
-}
-
-qsizetype TSerie::AddXY(double x, double y, const QString &rotulo, quint32 cor) {
-    const qsizetype i = m_x.size();
-    // A NaN has no place in any order.
-    if (std::isnan(x) || (i > 0 && !(x >= m_x.constLast())))
-        m_porOrdem = false;
-    m_x.append(x);
-    m_y.append(y);
-    juntarCor(cor);
-    juntarRotulo(rotulo);
-    if (!std::isnan(y) && !std::isnan(x)) {
-        m_menorX = std::min(m_menorX, x);
-        m_maiorX = std::max(m_maiorX, x);
-        m_menorY = std::min(m_menorY, y);
-        m_maiorY = std::max(m_maiorY, y);
-    }
-    if (m_x.size() % bloco == 0)
-        resumir();
-    return i;
+    m_x.reserve(size_t(pontos));
+    m_y.reserve(size_t(pontos));
 }
 
 qsizetype TSerie::Add(double y, const QString &rotulo, quint32 cor) {
@@ -74,26 +62,21 @@ quint8 TSerie::indiceDeCor(quint32 cor) {
     return quint8(i);
 }
 
-void TSerie::juntarCor(quint32 cor) {
-    // The usual case first: the colour of the point before.
-    if (!m_cores.isEmpty() && m_paleta[m_cores.constLast()] == cor) {
-        m_cores.append(quint8(m_cores.constLast()));
-        return;
-    }
-    if (m_cores.isEmpty() && m_paleta.size() == 1 && m_paleta.constFirst() == cor)
-        return;
+// The point before has another colour, or there is none.
+void TSerie::novaCor(quint32 cor) {
+    m_ultimaCor = cor;
     const quint8 indice = indiceDeCor(cor);
-    if (m_cores.isEmpty()) {
+    if (m_cores.empty()) {
         if (m_paleta.size() == 1)
             return;
         m_cores.reserve(m_x.capacity());
         m_cores.resize(m_x.size() - 1); // all the first colour
     }
-    m_cores.append(indice);
+    m_cores.push_back(indice);
 }
 
 void TSerie::juntarRotulo(const QString &rotulo) {
-    const qsizetype n = m_x.size();
+    const qsizetype n = Count();
     if (!m_rotulosProprios.isEmpty()) {
         m_rotulosProprios.append(rotulo);
         return;
@@ -102,9 +85,8 @@ void TSerie::juntarRotulo(const QString &rotulo) {
         m_textos.append(rotulo);
     if (!m_rotulos.isEmpty())
         m_rotulos.append(quint8(0));
-    if (m_rotulos.isEmpty() && rotulo == m_textos.constFirst())
-        return;
-    escreverRotulo(n - 1, rotulo);
+    if (rotulo != m_textos.constFirst())
+        escreverRotulo(n - 1, rotulo);
 }
 
 // The point exists; the list of indices, when there is one, already has a place for it.
@@ -126,14 +108,14 @@ void TSerie::escreverRotulo(qsizetype i, const QString &rotulo) {
     if (m_rotulos.isEmpty()) {
         if (k == 0)
             return;
-        m_rotulos.reserve(m_x.capacity());
-        m_rotulos.resize(m_x.size());
+        m_rotulos.reserve(qsizetype(m_x.capacity()));
+        m_rotulos.resize(Count());
     }
     m_rotulos[i] = quint8(k);
 }
 
 void TSerie::separarRotulos() {
-    m_rotulosProprios.reserve(m_x.capacity());
+    m_rotulosProprios.reserve(qsizetype(m_x.capacity()));
     for (quint8 k : std::as_const(m_rotulos))
         m_rotulosProprios.append(m_textos[k]);
     m_rotulos = {};
@@ -153,7 +135,7 @@ void TSerie::setPointLabel(qsizetype i, const QString &rotulo) {
 }
 
 quint32 TSerie::PointColor(qsizetype i) const {
-    return m_paleta[m_cores.isEmpty() ? 0 : m_cores[i]];
+    return m_paleta[m_cores.empty() ? 0 : m_cores[size_t(i)]];
 }
 
 bool TSerie::temMarca(qsizetype i) const {
@@ -161,26 +143,26 @@ bool TSerie::temMarca(qsizetype i) const {
 }
 
 void TSerie::resumir() {
-    const qsizetype inicio = m_x.size() - bloco;
-    const double *y = m_y.constData() + inicio;
-    Resumo r;
-    for (qsizetype k = 0; k < bloco; ++k) {
-        if (std::isnan(y[k]))
-            continue;
-        if (!r.comValores)
-            r.menor = r.maior = quint8(k);
-        r.comValores = true;
-        if (y[k] < y[r.menor])
-            r.menor = quint8(k);
-        if (y[k] > y[r.maior])
-            r.maior = quint8(k);
+    const qsizetype inicio = Count() - bloco;
+    const double *y = m_y.data() + inicio;
+    double menor = std::numeric_limits<double>::infinity();
+    double maior = -menor;
+    for (qsizetype k = 0; k < bloco; ++k) { // no comparison with a NaN holds
+        menor = y[k] < menor ? y[k] : menor;
+        maior = y[k] > maior ? y[k] : maior;
     }
-    if (m_cores.isEmpty())
+    Resumo r;
+    r.comValores = menor <= maior;
+    if (r.comValores) {
+        r.menor = quint8(std::find(y, y + bloco, menor) - y);
+        r.maior = quint8(std::find(y, y + bloco, maior) - y);
+    }
+    if (m_cores.empty())
         r.cores = 1;
     else
-        for (qsizetype k = inicio; k < m_x.size(); ++k)
-            r.cores |= 1U << std::min<quint8>(m_cores[k], 31);
-    r.comMarcas = proximaMarca(inicio, m_x.size()) < m_x.size();
+        for (auto cor = m_cores.cbegin() + inicio; cor != m_cores.cend(); ++cor)
+            r.cores |= 1U << std::min<quint8>(*cor, 31);
+    r.comMarcas = proximaMarca(inicio, Count()) < Count();
     m_resumos.append(r);
 }
 
@@ -212,15 +194,15 @@ qsizetype TSerie::proximaMarca(qsizetype i, qsizetype fim) const {
 const QList<quint32> *TSerie::ordem() const {
     if (m_porOrdem)
         return nullptr;
-    if (m_ordenados != m_x.size()) {
+    if (m_ordenados != Count()) {
+        const double *x = m_x.data();
         m_ordem.clear();
-        m_ordem.reserve(m_x.size());
-        for (qsizetype i = 0; i < m_x.size(); ++i)
-            if (!std::isnan(m_x[i]))
+        m_ordem.reserve(Count());
+        for (qsizetype i = 0; i < Count(); ++i)
+            if (!std::isnan(x[i]))
                 m_ordem.append(quint32(i));
-        const double *x = m_x.constData();
         std::stable_sort(m_ordem.begin(), m_ordem.end(), [x](quint32 a, quint32 b) { return x[a] < x[b]; });
-        m_ordenados = m_x.size();
+        m_ordenados = Count();
     }
     return &m_ordem;
 }

@@ -169,7 +169,8 @@ Graduacao graduarTempo(double minimo, double maximo, double largura, const QFont
     return g;
 }
 
-Graduacao graduarValores(double minimo, double maximo, double altura, const QFontMetricsF &letra, double incremento) {
+Graduacao graduarValores(double minimo, double maximo, double altura, const QFontMetricsF &letra, double incremento,
+                         bool soInteiros) {
     Graduacao g;
     const double extensao = maximo - minimo;
     if (!(extensao > 0) || !(altura > 0) || !std::isfinite(extensao))
@@ -181,6 +182,10 @@ Graduacao graduarValores(double minimo, double maximo, double altura, const QFon
     double passo = factor * potencia;
     if (incremento > passo && extensao >= 2 * incremento) {
         passo = incremento;
+        factor = 1;
+    }
+    if (soInteiros && passo < 1) {
+        passo = 1;
         factor = 1;
     }
     int casas = 0; // as many as the step needs
@@ -199,7 +204,7 @@ Graduacao graduarValores(double minimo, double maximo, double altura, const QFon
         g.rotulos.append(locale.toString(v, 'f', casas));
     }
     const int partes = factor == 2 ? 4 : 5;
-    if (passo / extensao * altura / partes >= 6)
+    if (!soInteiros && passo / extensao * altura / partes >= 6)
         for (int i = -partes; i <= g.marcas.size() * partes; ++i)
             if (const double v = (primeiro + double(i) / partes) * passo; v >= minimo && v <= maximo)
                 g.finas.append(v);

@@ -16,8 +16,10 @@ struct Graduacao {
 // No step is smaller than `incremento` seconds unless the whole axis shows less than two minutes.
 Graduacao graduarTempo(double minimo, double maximo, double largura, const QFontMetricsF &letra, double incremento);
 
-// Numbers: steps of 1, 2 or 5 times a power of ten, not smaller than `incremento` while two labels remain.
-Graduacao graduarValores(double minimo, double maximo, double altura, const QFontMetricsF &letra, double incremento);
+// Numbers: steps of 1, 2 or 5 times a power of ten, not smaller than `incremento` while two labels remain. With
+// `soInteiros` nothing stands between whole numbers, however far the axis is zoomed.
+Graduacao graduarValores(double minimo, double maximo, double altura, const QFontMetricsF &letra, double incremento,
+                         bool soInteiros = false);
 
 // Texts under bars, one at each whole number from 0; upright when they fit, else upwards, else only some of them.
 Graduacao graduarBarras(double minimo, double maximo, double largura, const QFontMetricsF &letra,

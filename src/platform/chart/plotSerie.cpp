@@ -110,8 +110,8 @@ PlotSerie::Achado PlotSerie::maisProximo(const QPointF &p, double raio) const {
     const double py = ay / mValueAxis->range().size();
     const double x0 = mKeyAxis->pixelToCoord(p.x());
     const double y0 = mValueAxis->pixelToCoord(p.y());
-    const double *y = m_serie.y().constData();
-    const double *x = m_serie.x().constData();
+    const double *y = m_serie.y().data();
+    const double *x = m_serie.x().data();
     const QList<quint32> *ordem = m_serie.ordem();
     for (qsizetype k = inicio; k < fim; ++k) {
         const qsizetype i = ordem ? qsizetype((*ordem)[k]) : k;

@@ -53,8 +53,8 @@ void Tracos::segmento(QPointF a, QPointF b, const QRectF &limite) {
 }
 
 Redutor::Redutor(const TSerie &serie, const Escala &escala, double lacuna)
-    : m_serie(serie), m_escala(escala), m_lacuna(lacuna), m_ordem(serie.ordem()), m_x(serie.x().constData()),
-      m_y(serie.y().constData()), m_cores(serie.ColorEachPoint ? serie.indicesDeCor() : nullptr),
+    : m_serie(serie), m_escala(escala), m_lacuna(lacuna), m_ordem(serie.ordem()), m_x(serie.x().data()),
+      m_y(serie.y().data()), m_cores(serie.ColorEachPoint ? serie.indicesDeCor() : nullptr),
       m_total(m_ordem ? m_ordem->size() : serie.Count()),
       m_tracos(serie.ColorEachPoint ? size_t(std::max<qsizetype>(1, serie.paleta().size())) : 1) {
     if (serie.ColorEachPoint)

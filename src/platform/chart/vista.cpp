@@ -140,7 +140,7 @@ Graduacao TChart::Interno::graduarBaixo(double minimo, double maximo, double com
 
 Graduacao TChart::Interno::graduarEsquerdo(double minimo, double maximo, double comprimento) const {
     const QFontMetricsF letra(quadro->yAxis->tickLabelFont());
-    return graduarValores(minimo, maximo, comprimento, letra, esquerdo.Increment);
+    return graduarValores(minimo, maximo, comprimento, letra, esquerdo.Increment, esquerdo.SoInteiros);
 }
 
 void TChart::Interno::desenhar(QCPPainter *pintor, QSize tamanho) {

@@ -5,10 +5,15 @@
 #include <QApplication>
 #include <QDir>
 #include <QFileDialog>
+#include <QFileIconProvider>
 #include <QFileInfo>
+#include <QHeaderView>
 #include <QMessageBox>
+#include <QTreeView>
 
 namespace {
+
+constexpr QSize tamanhoDoSelector(760, 480);
 
 QWidget *donoActual() {
     QWidget *activa = QApplication::activeModalWidget();
@@ -30,6 +35,50 @@ QString filtroQt(const QString &filtro) {
     return filtros.join(u";;"_s);
 }
 
+// Tells files by their names alone. To look into one means to open and close it, and that takes away the locks which
+// this process holds on it: another program that opens the same database would then believe itself alone with it.
+class IconesPeloNome : public QFileIconProvider {
+public:
+    QIcon icon(const QFileInfo &info) const override { return QFileIconProvider::icon(info.isDir() ? Folder : File); }
+    QIcon icon(IconType tipo) const override { return QFileIconProvider::icon(tipo); }
+    QString type(const QFileInfo &info) const override { return info.isFile() ? info.suffix().toUpper() : QString(); }
+};
+
+// Qt's own dialog on every desktop, since others look into files, too.
+class Selector {
+public:
+    Selector(QFileDialog::AcceptMode aceitar, QFileDialog::FileMode modo, const QString &inicio)
+        : m_dialogo(donoActual(), {}, QDir::rootPath()) { // somewhere without a database until it has its icons
+        m_dialogo.setOption(QFileDialog::DontUseNativeDialog);
+        m_dialogo.resize(tamanhoDoSelector);
+        if (const auto *lista = m_dialogo.findChild<QTreeView *>(u"treeView"_s)) {
+            lista->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+            lista->header()->setSectionResizeMode(0, QHeaderView::Stretch);
+        }
+        m_dialogo.setIconProvider(&m_icones);
+        m_dialogo.setAcceptMode(aceitar);
+        m_dialogo.setFileMode(modo);
+        m_dialogo.setOption(QFileDialog::ShowDirsOnly, modo == QFileDialog::Directory);
+        const QFileInfo info(inicio);
+        const bool pasta = inicio.isEmpty() || info.isDir();
+        m_dialogo.setDirectory(pasta ? QDir(inicio) : info.dir());
+        if (!pasta)
+            m_dialogo.selectFile(info.fileName());
+    }
+    void filtrar(const QString &filtro) {
+        m_dialogo.setNameFilters(filtroQt(filtro).split(u";;"_s));
+        // A name typed without its ending gets the one of the filter.
+        m_dialogo.setDefaultSuffix(filtro.section(u'|', 1, 1).mid(2));
+    }
+    QString escolhido() {
+        return m_dialogo.exec() == QDialog::Accepted ? m_dialogo.selectedFiles().value(0) : QString();
+    }
+
+private:
+    IconesPeloNome m_icones;
+    QFileDialog m_dialogo;
+};
+
 } // namespace
 
 void DialogosQt::mensagem(const QString &texto, Estilo estilo) {
@@ -42,21 +91,20 @@ bool DialogosQt::pergunta(const QString &texto) {
 }
 
 QString DialogosQt::abrirFicheiro(const QString &filtro, const QString &pasta) {
-    return QFileDialog::getOpenFileName(donoActual(), {}, pasta, filtroQt(filtro));
+    Selector selector(QFileDialog::AcceptOpen, QFileDialog::ExistingFile, pasta);
+    selector.filtrar(filtro);
+    return selector.escolhido();
 }
 
 QString DialogosQt::gravarFicheiro(const QString &nomeProposto, const QString &pasta, const QString &filtro) {
     const QString inicio = QFileInfo(nomeProposto).isAbsolute() || pasta.isEmpty()
                                ? nomeProposto
                                : QDir(pasta).filePath(QFileInfo(nomeProposto).fileName());
-    QString escolhido = QFileDialog::getSaveFileName(donoActual(), {}, inicio, filtroQt(filtro));
-    // A name typed without its ending gets the one of the filter.
-    const QString fim = filtro.section(u'|', 1, 1).mid(1);
-    if (!escolhido.isEmpty() && QFileInfo(escolhido).suffix().isEmpty())
-        escolhido += fim;
-    return escolhido;
+    Selector selector(QFileDialog::AcceptSave, QFileDialog::AnyFile, inicio);
+    selector.filtrar(filtro);
+    return selector.escolhido();
 }
 
 QString DialogosQt::escolherPasta(const QString &inicio) {
-    return QFileDialog::getExistingDirectory(donoActual(), {}, inicio);
+    return Selector(QFileDialog::AcceptOpen, QFileDialog::Directory, inicio).escolhido();
 }

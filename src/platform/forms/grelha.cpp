@@ -6,7 +6,11 @@
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QHeaderView>
+#include <QHelpEvent>
 #include <QKeyEvent>
+#include <QSet>
+#include <QStyledItemDelegate>
+#include <QToolTip>
 
 namespace {
 
@@ -21,6 +25,18 @@ constexpr QRgb outraCor = qRgb(253, 251, 232);
 const QString &vermelho() {
     static const QString estado = u"red"_s;
     return estado;
+}
+
+QColor corClara(const QString &estado) {
+    const QString inicio = estado.trimmed().left(3).toLower();
+    for (const CorDeEstado &c : coresDeEstado)
+        if (inicio == c.estado)
+            return QColor(c.cor);
+    return estado.startsWith(u'#') ? QColor(estado) : QColor(outraCor);
+}
+
+bool escura(const QPalette &paleta) {
+    return paleta.color(QPalette::Base).lightness() < 128;
 }
 
 // The same hue, dark enough for light text: what stands out on white stands out here too.
@@ -42,12 +58,20 @@ QString trocar(const QString &estado) {
 }
 
 QColor cor(const QString &estado, const QPalette &paleta) {
-    const QString inicio = estado.trimmed().left(3).toLower();
-    QColor clara(estado.startsWith(u'#') ? QColor(estado) : QColor(outraCor));
-    for (const CorDeEstado &c : coresDeEstado)
-        if (inicio == c.estado)
-            clara = QColor(c.cor);
-    return paleta.color(QPalette::Base).lightness() < 128 ? escurecer(clara) : clara;
+    const QColor clara = corClara(estado);
+    return escura(paleta) ? escurecer(clara) : clara;
+}
+
+QColor corSeleccionada(const QString &estado, const QPalette &paleta) {
+    constexpr float quaseBranca = 0.85f;
+    const QColor clara = corClara(estado);
+    float h = 0;
+    float s = 0;
+    float l = 0;
+    clara.getHslF(&h, &s, &l);
+    if (l > quaseBranca)
+        return {};
+    return escura(paleta) ? clara : QColor::fromHslF(std::max(h, 0.0f), 0.75f * s, 0.38f);
 }
 
 } // namespace riscas
@@ -72,6 +96,8 @@ public:
             return linha.celulas.value(i.column());
         case Qt::BackgroundRole:
             return riscas::cor(linha.estado, m_vista->palette());
+        case Qt::TextAlignmentRole:
+            return alinhamento(i.column());
         default:
             return {};
         }
@@ -81,7 +107,7 @@ public:
         if (orientacao == Qt::Horizontal && papel == Qt::DisplayRole)
             return titulos.value(seccao);
         if (orientacao == Qt::Horizontal && papel == Qt::TextAlignmentRole)
-            return QVariant(Qt::AlignLeft | Qt::AlignVCenter);
+            return alinhamento(seccao);
         return {};
     }
 
@@ -118,14 +144,52 @@ public:
 
     QStringList titulos;
     QList<Linha> linhas;
+    QSet<int> colunasADireita;
+
+private:
+    QVariant alinhamento(int coluna) const {
+        return QVariant((colunasADireita.contains(coluna) ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
+    }
+    Grelha *m_vista;
+};
+
+namespace {
+
+// A selected row still tells whether it is marked. A text that is cut shows itself whole; over any other cell the list
+// says what it has to say.
+class DelegadoDaGrelha : public QStyledItemDelegate {
+public:
+    explicit DelegadoDaGrelha(Grelha *vista) : QStyledItemDelegate(vista), m_vista(vista) {}
+
+    bool helpEvent(QHelpEvent *evento, QAbstractItemView *vista, const QStyleOptionViewItem &opcao,
+                   const QModelIndex &i) override {
+        const bool cortado = sizeHint(opcao, i).width() > vista->visualRect(i).width();
+        if (evento->type() != QEvent::ToolTip || cortado)
+            return QStyledItemDelegate::helpEvent(evento, vista, opcao, i);
+        QToolTip::showText(evento->globalPos(), vista->toolTip(), vista);
+        return true;
+    }
+
+protected:
+    void initStyleOption(QStyleOptionViewItem *opcao, const QModelIndex &i) const override {
+        QStyledItemDelegate::initStyleOption(opcao, i);
+        const QColor fundo = riscas::corSeleccionada(m_vista->estadoDaLinha(i.row()), m_vista->palette());
+        if (!fundo.isValid())
+            return;
+        opcao->palette.setColor(QPalette::Highlight, fundo);
+        opcao->palette.setColor(QPalette::HighlightedText, fundo.lightnessF() < 0.5 ? Qt::white : Qt::black);
+    }
 
 private:
     Grelha *m_vista;
 };
 
+} // namespace
+
 Grelha::Grelha(const QString &nome, QWidget *pai) : QTableView(pai), m_modelo(new ModeloGrelha(this)) {
     setObjectName(nome);
     setModel(m_modelo);
+    setItemDelegate(new DelegadoDaGrelha(this));
     setSelectionBehavior(SelectRows);
     setSelectionMode(SingleSelection);
     setEditTriggers(NoEditTriggers);
@@ -178,6 +242,10 @@ int Grelha::adicionarLinha(const QStringList &celulas) {
 
 void Grelha::removerLinha(int linha) {
     m_modelo->remover(linha);
+}
+
+void Grelha::alinharADireita(int coluna) {
+    m_modelo->colunasADireita.insert(coluna);
 }
 
 void Grelha::setRowBackColor(int linha, const QString &estado) {

@@ -22,6 +22,7 @@ public:
     void limpar();
     int adicionarLinha(const QStringList &celulas);
     void removerLinha(int linha);
+    void alinharADireita(int coluna); // for numbers; its title too
 
     // A state counts by its first three letters: "res", "red", "blu", anything else; "#rrggbb" is a colour itself.
     void setRowBackColor(int linha, const QString &estado);
@@ -48,4 +49,7 @@ namespace riscas {
 inline const QString par;
 QString trocar(const QString &estado); // "" and "res" in turn
 QColor cor(const QString &estado, const QPalette &paleta);
+// What a row that stands out looks like while it is selected: its own colour, stronger. Invalid for a mere stripe,
+// which takes the palette's.
+QColor corSeleccionada(const QString &estado, const QPalette &paleta);
 } // namespace riscas

@@ -160,7 +160,9 @@ void Descarga2251::servir(const Vigia &vigia) {
     actual().Pormenor = motivo;
     if (relogio.resultado != relogio2251::emTempo && m_ficheiro.isEmpty()) {
         const mensagens2251::Relogio r = mensagens2251::relogio(relogio.resultado);
-        falhar(r.mensagem.texto(), relogio.resultado == relogio2251::difere ? relogio.dataHora : motivo, r.estado);
+        const bool difere = relogio.resultado == relogio2251::difere;
+        falhar(r.mensagem.texto(), difere ? mensagens2251::horaDoDispositivo.texto(relogio.dataHora) : motivo,
+               r.estado);
         return seguir();
     }
     DescarregarLog2251(actual().IP, actual().Porta, vigia);

@@ -257,8 +257,11 @@ void frmDescarregar2251::marcar(int linha) {
 bool frmDescarregar2251::guardarCelula(int linha, Coluna coluna, const QString &novo) {
     listaPoseidons::Linha &l = m_lista.linha(linha);
     const QString ip = l.IP;
-    if (coluna == Coluna::IP &&
-        (!modPoseidons::EnderecoENumerico(novo) || m_lista.VerificarSeIPJaExiste(novo, linha))) {
+    const auto existe = [&] {
+        return Rotina("frmDescarregar2251.VerificarSeIPJaExiste",
+                      [&] { return m_lista.VerificarSeIPJaExiste(novo, linha) || listaPoseidons::existeNaBD(novo); });
+    };
+    if (coluna == Coluna::IP && (!modPoseidons::EnderecoENumerico(novo) || existe())) {
         mostrarInfo(texto(u"EnderecoRecusado"_s, u"O endereço não é válido, ou já está na lista"_s), novo, true);
         return false;
     }
@@ -267,11 +270,16 @@ bool frmDescarregar2251::guardarCelula(int linha, Coluna coluna, const QString &
         mostrarInfo(texto(u"PortaRecusada"_s, u"A porta não é válida"_s), novo, true);
         return false;
     }
-    (coluna == Coluna::IP ? l.IP : coluna == Coluna::PORTA ? l.PORTA : l.DESCRICAO) = novo;
+    QString &celula = coluna == Coluna::IP ? l.IP : coluna == Coluna::PORTA ? l.PORTA : l.DESCRICAO;
+    const QString antes = std::exchange(celula, novo);
+    const bool guardada = coluna == Coluna::DESCRICAO
+                              ? listaPoseidons::MudarNomeBDPoseidons(ip, l.DESCRICAO)
+                              : listaPoseidons::MudarIPPORTABDPoseidons(ip, l.IP, l.PORTA.toInt());
+    if (!guardada)
+        celula = antes; // the list never shows what is not stored
     if (listaPoseidons::VerificarSeTemDeSeFazerAlteracoes(m_pesquisa->encontrados(), l.IP, l.PORTA, l.MAC, l.DESCRICAO))
         m_modelo->setAlterada(linha);
-    return coluna == Coluna::DESCRICAO ? listaPoseidons::MudarNomeBDPoseidons(ip, l.DESCRICAO)
-                                       : listaPoseidons::MudarIPPORTABDPoseidons(ip, l.IP, l.PORTA.toInt());
+    return guardada;
 }
 
 ModeloDispositivos::Dito frmDescarregar2251::dizer(int linha) const {
@@ -365,8 +373,11 @@ void frmDescarregar2251::abrirMenu(int linha, const QPoint &onde) {
     menu->setObjectName(u"mnuDispositivo"_s);
     menu->setAttribute(Qt::WA_DeleteOnClose);
     const auto entrada = [&](const QString &chave, const QString &legenda, void (frmDescarregar2251::*accao)(int)) {
-        QAction *a = menu->addAction(legenda, this, [this, accao, linha] { (this->*accao)(linha); });
+        QAction *a = menu->addAction(legenda);
         a->setObjectName(chave);
+        // Queued: the menu goes by the first pass of events, and must not go in the middle of its own click.
+        connect(
+            a, &QAction::triggered, this, [this, accao, linha] { (this->*accao)(linha); }, Qt::QueuedConnection);
     };
     entrada(u"mnuTelnet"_s, texto(u"mnuTelnet.Caption"_s, u"Abrir terminal"_s), &frmDescarregar2251::mnuTelnet_Click);
     entrada(u"mnuInternetExplorer"_s, texto(u"mnuInternetExplorer.Caption"_s, u"Abrir explorador"_s),

@@ -39,15 +39,19 @@ protected:
     }
 };
 
+// The place stays when the widget goes, so that nothing beside it moves.
+void manterLugar(QWidget *w) {
+    QSizePolicy politica = w->sizePolicy();
+    politica.setRetainSizeWhenHidden(true);
+    w->setSizePolicy(politica);
+}
+
 QLabel *criarImagem(const QString &nome, QWidget *pai) {
     auto *imagem = new Luz(pai);
     imagem->setObjectName(nome);
     const int lado = imagem->fontMetrics().height() + 2;
     imagem->setFixedSize(lado, lado);
-    // Its place stays when it goes, so that nothing beside it moves.
-    QSizePolicy politica = imagem->sizePolicy();
-    politica.setRetainSizeWhenHidden(true);
-    imagem->setSizePolicy(politica);
+    manterLugar(imagem);
     imagem->hide();
     return imagem;
 }
@@ -160,8 +164,8 @@ QLayout *frmDescarregar2251::montarInfo() {
     info->addWidget(m_ProgressBar, 0, 2, Qt::AlignVCenter);
     info->setColumnStretch(1, 1);
     // Both lines keep their room, so that the list does not jump when a row has something to say.
-    info->setRowMinimumHeight(0, fontMetrics().lineSpacing() + 2);
-    info->setRowMinimumHeight(1, fontMetrics().lineSpacing() + 2);
+    manterLugar(m_lblInfo);
+    manterLugar(m_lblPormenor);
     return info;
 }
 

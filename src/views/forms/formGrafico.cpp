@@ -56,6 +56,7 @@ FormGrafico::FormGrafico(const MembroGrafico &membro, const FabricaPainel &fabri
     m_chart->setNota([this](int serie, int indice) { return notaDe(serie, indice); });
 
     connect(m_painel, &PainelVista::carregar, this, &FormGrafico::CarregarDadosDeSeriesSelleccionadas);
+    connect(m_painel, &PainelVista::retirada, this, &FormGrafico::retirar);
     connect(m_chart, &TChart::OnClickSeries, this,
             [this](int serie, int indice, Qt::MouseButton botao, Qt::KeyboardModifiers, const QPoint &posicao) {
                 TChart_OnClickSeries(serie, indice, botao, posicao);

@@ -46,6 +46,9 @@ private:
     void mostrarMedia(double media);
     void mostrarGrafico(bool visivel);
     void terminarCarga();
+    void esvaziar();
+    void mostrarCarga();
+    void retirar(const QStringList &chave);
     void TChart_OnClickSeries(int serie, int indice, Qt::MouseButton botao, const QPoint &posicao);
     void criarSaidas();
     void cmdImprimir_Click();

@@ -1,6 +1,7 @@
 // The load of a line chart.
 #include "views/forms/formGrafico.h"
 
+#include "core/datas.h"
 #include "core/eventos.h"
 #include "core/falha.h"
 #include "core/literais.h"
@@ -13,6 +14,8 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QStackedLayout>
+
+#include <algorithm>
 
 namespace {
 
@@ -56,6 +59,10 @@ void FormGrafico::carregar() {
     if (m_chart->MaxXValue() > 0 && m_chart->MinXValue() > 0) {
         ConfigurarBottomAxis();
         ajustarEixoEsquerdo();
+    } else { // nothing there: the axis shows where it was looked for
+        const Intervalo intervalo(m_painel->inicio(), m_painel->fim());
+        m_chart->Bottom().Minimum = datas::segundosDe(intervalo.inicio);
+        m_chart->Bottom().Maximum = datas::segundosDe(intervalo.fim);
     }
 }
 
@@ -126,7 +133,7 @@ double FormGrafico::AdicionarValorAoGrafico(const Intervalo &intervalo, const Es
                 if (l.limites.temMinimo())
                     minimo.AddXY(l.data, l.limites.minimo, semRotulo, cores::azul);
             }
-            vigia.passar();
+            vigia.passarLinha();
             if (m_parar)
                 throw Interrompido();
         });
@@ -153,7 +160,7 @@ double FormGrafico::ConfigurarGraficoComSeries(const Intervalo &intervalo, const
         const Vigia vigia(this);
         return m_membro.ler({m_membro.tabela, escolha.chave, intervalo, false}, [&](const Leitura &l) {
             serie.AddXY(l.data, l.valor, l.comNota ? marca : semMarca, cor);
-            vigia.passar();
+            vigia.passarLinha();
             if (m_parar)
                 throw Interrompido();
         });
@@ -184,6 +191,7 @@ void FormGrafico::ajustarEixoEsquerdo() {
         esquerdo.Minimum = -folgaDosEstados;
         esquerdo.Maximum = 1 + folgaDosEstados;
         esquerdo.Increment = 1;
+        esquerdo.SoInteiros = true;
         break;
     }
 }
@@ -204,20 +212,35 @@ void FormGrafico::mostrarGrafico(bool visivel) {
 // What a stopped load has read is a part that nobody asked for: it goes, and the choice is offered again.
 void FormGrafico::terminarCarga() {
     m_emCarga = false;
-    if (m_parar) {
-        limparGrafico();
-        m_inicio.clear();
-        m_fim.clear();
-        m_chart->Bottom().Visible = false;
-    }
+    if (m_parar)
+        esvaziar();
+    mostrarCarga();
+    if (m_parar)
+        m_painel->abrir();
+    else
+        m_chart->setFocus();
+}
+
+void FormGrafico::esvaziar() {
+    limparGrafico();
+    m_inicio.clear();
+    m_fim.clear();
+    m_chart->Bottom().Visible = false;
+}
+
+void FormGrafico::mostrarCarga() {
     // Also says what a single line is.
     m_chart->setLegenda(!m_inicio.isEmpty(), m_membro.linhaUnica == LinhaUnica::ComoVarias ? 1 : 2);
     m_chart->actualizar();
     mostrarGrafico(true);
     cmdImprimir()->setEnabled(!m_inicio.isEmpty());
     cmdExport()->setEnabled(!m_inicio.isEmpty());
-    if (m_parar)
-        m_painel->abrir();
-    else
-        m_chart->setFocus();
+}
+
+// Nothing is drawn, printed or noted of rows that are gone.
+void FormGrafico::retirar(const QStringList &chave) {
+    if (std::ranges::none_of(m_carregadas, [&](const Escolha &escolha) { return escolha.chave == chave; }))
+        return;
+    esvaziar();
+    mostrarCarga();
 }

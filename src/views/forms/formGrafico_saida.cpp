@@ -38,6 +38,8 @@ void FormGrafico::criarSaidas() {
     if (m_membro.comCSV)
         entrada(u"mnuExportCSV"_s, u"CSV"_s, &FormGrafico::mnuExportCSV_Click);
     cmdExport()->setMenu(menu);
+    // The style leaves its arrow no distance from the text.
+    cmdExport()->setMinimumWidth(cmdExport()->sizeHint().width() + 2 * fontMetrics().averageCharWidth());
 }
 
 void FormGrafico::cmdImprimir_Click() {

@@ -198,7 +198,13 @@ void FormListagem::cmdImprimir_Click() {
         const QPointer<JanelaRelatorio> janela = new JanelaRelatorio(std::move(relatorio), titulo, window());
         // While pages are made their lines come from this window's query.
         const auto ligada = connect(this, &QObject::destroyed, janela.data(), &QWidget::close);
+        // A note is not written under their open cursor: it sees the database as it was when it began.
+        const QPointer<QTableView> grelha = m_grelha;
+        const QAbstractItemView::EditTriggers edicao = grelha->editTriggers();
+        grelha->setEditTriggers(QAbstractItemView::NoEditTriggers);
         janela->mostrar();
+        if (grelha)
+            grelha->setEditTriggers(edicao);
         disconnect(ligada);
     });
 }

@@ -51,7 +51,11 @@ QLineEdit *FormOpccoesPontos::criarCampo(const QString &nome, const QString &con
     campo->setReadOnly(true);
     campo->setCursorPosition(0);
     campo->setToolTip(conteudo);
-    campo->setMinimumWidth(campo->fontMetrics().horizontalAdvance(QString(20, u'0')) + 16);
+    // As wide as what it says, within reason.
+    const QFontMetrics letra = campo->fontMetrics();
+    campo->setMinimumWidth(std::clamp(letra.horizontalAdvance(conteudo), letra.horizontalAdvance(QString(20, u'0')),
+                                      letra.horizontalAdvance(QString(60, u'0'))) +
+                           16);
     return campo;
 }
 

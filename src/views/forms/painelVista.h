@@ -59,7 +59,8 @@ public:
     virtual QString descricao(const QString &inicio, const QString &fim) const;
 
 Q_SIGNALS:
-    void carregar(); // a good range was confirmed, and something is chosen
+    void retirada(const QStringList &chave); // what was chosen by it is no longer stored
+    void carregar();                         // a good range was confirmed, and something is chosen
     void aberturaMudou(bool aberto);
     void focoParaVista();
 

@@ -146,6 +146,8 @@ void frmListagemLoggers::cmdImprimir_Click() {
         painel->seleccionar(chave);
         if (painel->missao() == chave)
             painel->cmdConfirmar_Click();
+        else // deleted meanwhile
+            CarregarDadosNaGrelha(m_concluidas);
     });
 }
 

@@ -232,6 +232,7 @@ void PainelMissoes::EliminarMissaoDef() {
         if (!chave.completa())
             return;
         missoes::EliminarMissao(chave);
+        Q_EMIT retirada({chave.LoggerID, chave.Nomelogger, chave.DescricaoMissao, chave.Nmissao});
         avisarSemDados(false);
         if (m_grdSensoresMissao->linhas() < 2)
             return CarregarListaGeral();

@@ -2,14 +2,12 @@
 #include "core/modINI.h"
 #include "core/modPassWord.h"
 #include "data/ligacao.h"
-#include "data/recordset.h"
 #include "manutencao/linguas.h"
-#include "manutencao/registar.h"
+#include "platform/chart/TChart.h"
 #include "platform/forms/grelha.h"
 #include "platform/forms/registoForms.h"
-#include "shell/frmMain.h"
-#include "tests/apoio/instalacao.h"
-#include "tests/apoio/widgets.h"
+#include "tests/manutencaoDeTeste.h"
+#include "views/forms/registar.h"
 
 #include <QComboBox>
 #include <QDir>
@@ -17,7 +15,6 @@
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMenu>
 #include <QPointer>
 #include <QTabWidget>
 #include <QTest>
@@ -25,8 +22,8 @@
 
 using namespace utilizador;
 
-// Password, configuration and maintenance of sensors, worked as a user does.
-class tst_manutencao : public QObject {
+// Password and configuration, worked as a user does.
+class tst_configuracoes : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void palavraPasse_data();
@@ -41,53 +38,18 @@ private Q_SLOTS:
     void estadoDosCaminhos();
     void baseTrocada_data();
     void baseTrocada();
+    void graficoDepoisDaTroca();
     void escolherCaminhos();
     void idioma();
     void idiomaForaDaLista();
     void idiomaSemLista();
     void paginaDeCodigo_data();
     void paginaDeCodigo();
-    void sensores();
-    void sensoresPeloTeclado();
-    void sensoresFechadoAMeio();
-    void sensoresSemCopia();
 };
 
 namespace {
 
 const QString fabrica = u"Vistrel"_s;
-
-// A dialog as the menu opens it: the body works in it while it is open, and closes it at the end.
-void comDialogo(const QString &nome, const std::function<void(QDialog *)> &corpo) {
-    bool feito = false;
-    QTimer espera; // the form may let events run while it loads
-    QObject::connect(&espera, &QTimer::timeout, qApp, [&] {
-        const QPointer<QDialog> dialogo = qobject_cast<QDialog *>(registoForms().form(nome));
-        if (!dialogo || !dialogo->isVisible())
-            return;
-        espera.stop();
-        corpo(dialogo);
-        feito = true;
-        if (dialogo)
-            dialogo->close();
-    });
-    espera.start(1);
-    registoForms().abrir(nome);
-    QVERIFY(feito);
-}
-
-struct Programa {
-    explicit Programa(Instalacao::Base base = Instalacao::Base::Vazia) : instalacao(base) {
-        registarManutencao(registoForms());
-        principal = std::make_unique<frmMain>();
-        mostrar(principal.get());
-    }
-    QString guardado(const QString &seccao, const QString &chave) const {
-        return modINI::GetSetting(estado().NomePrograma, seccao, chave);
-    }
-    Instalacao instalacao;
-    std::unique_ptr<frmMain> principal;
-};
 
 QString texto(QDialog *dialogo, const QString &campo) {
     return controlo<QLineEdit>(dialogo, campo)->text();
@@ -103,53 +65,9 @@ QStringList ficheirosCom(const QString &pasta, const QByteArray &procurado) {
     return achados;
 }
 
-qint64 contar(const QString &tabela, const QString &coluna, const QString &valor) {
-    Recordset rs = cnBD().consultar(u"SELECT COUNT(*) FROM %1 WHERE %2 = ?"_s.arg(tabela, coluna), {valor});
-    rs.avancar();
-    return rs.inteiro(0);
-}
-
-void comSensores(const Instalacao &inst, int leituras = 3) {
-    inst.sensores({{u"A1"_s, u"Câmara 1"_s}, {u"B2"_s, u"Câmara 2"_s}, {u"C3"_s, u"Câmara 3"_s}});
-    for (const QString &s : {u"A1"_s, u"B2"_s, u"C3"_s})
-        inst.leituras(u"Temperaturas"_s, s, u"2024-03-15 00:00:00"_s, 300, QList<double>(leituras, 4.5));
-    inst.leituras(u"Pressao"_s, u"A1"_s, u"2024-03-15 00:00:00"_s, 300, {101.0});
-}
-
-// The menu of a row is modal: its entry is taken once it has come up. Gives back its text.
-QString entradaDoMenu(QDialog *dialogo, int linha) {
-    auto *grelha = controlo<Grelha>(dialogo, u"grdSensores"_s);
-    QString legenda;
-    QTimer::singleShot(0, qApp, [&] {
-        auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
-        if (!menu)
-            desistir(u"no menu came up"_s);
-        legenda = menu->actions().constFirst()->text();
-        menu->setActiveAction(menu->actions().constFirst());
-        tecla(menu, Qt::Key_Return);
-    });
-    Q_EMIT grelha->customContextMenuRequested(grelha->visualRect(grelha->model()->index(linha, 0)).center());
-    return legenda;
-}
-
-void darNovoID(QDialog *dialogo, int linha, const QString &novo, int fim = Qt::Key_Return) {
-    auto *grelha = controlo<Grelha>(dialogo, u"grdSensores"_s);
-    clicarEm(grelha->viewport(), grelha->visualRect(grelha->model()->index(linha, 2)).center());
-    escrever(dialogo, u"txtEdit"_s, novo);
-    tecla(controlo<QLineEdit>(dialogo, u"txtEdit"_s), fim);
-}
-
-QStringList resumo(QDialog *dialogo) {
-    auto *grelha = controlo<Grelha>(dialogo, u"grdResumo"_s);
-    QStringList linhas;
-    for (int i = 0; i < grelha->linhas(); ++i)
-        linhas.append(grelha->celula(i, 0) + u' ' + grelha->celula(i, 1) + u' ' + grelha->celula(i, 2));
-    return linhas;
-}
-
 } // namespace
 
-void tst_manutencao::palavraPasse_data() {
+void tst_configuracoes::palavraPasse_data() {
     QTest::addColumn<int>("objectivo");
     QTest::addColumn<QString>("digitada");
     QTest::addColumn<bool>("fecha");
@@ -163,7 +81,7 @@ void tst_manutencao::palavraPasse_data() {
     QTest::newRow("more than the password") << 2 << u" Vistrel"_s << false << false << QString();
 }
 
-void tst_manutencao::palavraPasse() {
+void tst_configuracoes::palavraPasse() {
     QFETCH(const int, objectivo);
     QFETCH(const QString, digitada);
     QFETCH(const bool, fecha);
@@ -193,7 +111,7 @@ void tst_manutencao::palavraPasse() {
     QCOMPARE(aberto, abre);
 }
 
-void tst_manutencao::palavraPasseNaoFica() {
+void tst_configuracoes::palavraPasseNaoFica() {
     Programa programa;
     const QString segredo = u"Segredo-71"_s;
     estado().ObjectivoPassWord = 1;
@@ -209,7 +127,7 @@ void tst_manutencao::palavraPasseNaoFica() {
     QCOMPARE(ficheirosCom(programa.instalacao.ficheiro({}), segredo.toUtf8()), QStringList());
 }
 
-void tst_manutencao::alterarPalavraPasse_data() {
+void tst_configuracoes::alterarPalavraPasse_data() {
     QTest::addColumn<QStringList>("campos"); // present, new, confirmation
     QTest::addColumn<QString>("mensagem");
     QTest::addColumn<QString>("fica");
@@ -221,7 +139,7 @@ void tst_manutencao::alterarPalavraPasse_data() {
                              << u"PassWord alterada com Sucesso"_s << u"Ção-11 car."_s;
 }
 
-void tst_manutencao::alterarPalavraPasse() {
+void tst_configuracoes::alterarPalavraPasse() {
     QFETCH(const QStringList, campos);
     QFETCH(const QString, mensagem);
     QFETCH(const QString, fica);
@@ -241,13 +159,13 @@ void tst_manutencao::alterarPalavraPasse() {
     QCOMPARE(modPassWord::PassWordCorrecta(fabrica), fica == fabrica);
 }
 
-void tst_manutencao::caminhosIncompletos_data() {
+void tst_configuracoes::caminhosIncompletos_data() {
     QTest::addColumn<QString>("campo");
     for (const char *campo : {"txtCaminhoBD", "txtCaminhoImagens", "txtINI_Path"})
         QTest::newRow(campo) << QString::fromUtf8(campo);
 }
 
-void tst_manutencao::caminhosIncompletos() {
+void tst_configuracoes::caminhosIncompletos() {
     QFETCH(const QString, campo);
     Programa programa;
     const QString bd = programa.guardado(u"BD"_s, u"MAIN"_s);
@@ -265,7 +183,7 @@ void tst_manutencao::caminhosIncompletos() {
 }
 
 // The settings folder goes to a file that nobody reads it from.
-void tst_manutencao::caminhosGuardados() {
+void tst_configuracoes::caminhosGuardados() {
     Programa programa;
     const Instalacao &inst = programa.instalacao;
     const QString emVigor = modINI::GetINIPATH();
@@ -285,7 +203,7 @@ void tst_manutencao::caminhosGuardados() {
     QVERIFY(!programa.guardado(u"FORMS"_s, u"frmConfiguracoesTOP"_s).isEmpty());
 }
 
-void tst_manutencao::estadoDosCaminhos_data() {
+void tst_configuracoes::estadoDosCaminhos_data() {
     QTest::addColumn<QString>("campo");
     QTest::addColumn<QString>("caminho"); // below the temporary folder, unless it begins with a sign
     QTest::addColumn<QString>("estado");
@@ -304,7 +222,7 @@ void tst_manutencao::estadoDosCaminhos_data() {
     QTest::newRow("nothing") << u"INI_Path"_s << u""_s << u"✗ Por preencher"_s;
 }
 
-void tst_manutencao::estadoDosCaminhos() {
+void tst_configuracoes::estadoDosCaminhos() {
     QFETCH(const QString, campo);
     QFETCH(const QString, caminho);
     QFETCH(const QString, estado);
@@ -321,7 +239,7 @@ void tst_manutencao::estadoDosCaminhos() {
     });
 }
 
-void tst_manutencao::baseTrocada_data() {
+void tst_configuracoes::baseTrocada_data() {
     QTest::addColumn<QString>("caminho");
     QTest::addColumn<QString>("aviso");     // a message
     QTest::addColumn<QString>("relatorio"); // a report
@@ -332,7 +250,7 @@ void tst_manutencao::baseTrocada_data() {
 }
 
 // The success box follows whatever came of the new database, and the way back is open.
-void tst_manutencao::baseTrocada() {
+void tst_configuracoes::baseTrocada() {
     QFETCH(const QString, caminho);
     QFETCH(const QString, aviso);
     QFETCH(const QString, relatorio);
@@ -358,6 +276,8 @@ void tst_manutencao::baseTrocada() {
         if (boa)
             QCOMPARE(cnBD().caminho(), inst.ficheiro(caminho));
         QCOMPARE(estado().CaminhoBD, inst.ficheiro(caminho));
+        auto *barra = controlo<QLabel>(programa.principal.get(), u"lblCaminhoBD"_s);
+        QCOMPARE(barra->text().contains(u"sem ligação"), !boa);
         escrever(dialogo, u"txtCaminhoBD"_s, inst.caminhoBD());
         clicar(dialogo, u"cmdConcluirDados"_s);
     });
@@ -365,7 +285,36 @@ void tst_manutencao::baseTrocada() {
     QVERIFY(estado().BDLigada);
 }
 
-void tst_manutencao::escolherCaminhos() {
+// A chart that is opened afterwards draws what the other database holds.
+void tst_configuracoes::graficoDepoisDaTroca() {
+    Programa programa;
+    Instalacao &inst = programa.instalacao;
+    registarVistas(registoForms());
+    comSensores(inst, 3);
+    const QString outra = inst.ficheiro(u"Outra.mdb"_s);
+    cnBD().executar(u"PRAGMA wal_checkpoint(TRUNCATE)"_s); // all of it into the file itself
+    QVERIFY(QFile::copy(inst.caminhoBD(), outra));
+    inst.leituras(u"Temperaturas"_s, u"A1"_s, u"2024-03-15 05:00:00"_s, 300, {1, 2, 3, 4});
+    inst.dialogos.esperarMensagem(u"Dados Alterados Com Sucesso"_s);
+    inst.dialogos.esperarMensagem(u"Dados Alterados Com Sucesso"_s);
+    for (const auto &[caminho, pontos] : {std::pair(outra, 3), std::pair(inst.caminhoBD(), 7)}) {
+        comDialogo(u"frmConfiguracoes"_s, [&](QDialog *dialogo) {
+            escrever(dialogo, u"txtCaminhoImagens"_s, inst.ficheiro(u"saida"_s));
+            escrever(dialogo, u"txtCaminhoBD"_s, caminho);
+            clicar(dialogo, u"cmdConcluirDados"_s);
+        });
+        const QPointer<QWidget> form = registoForms().abrir(u"frmGraficoPrincipalTemp"_s);
+        QTest::qWait(50);
+        controlo<Grelha>(form, u"grdSensoresAll"_s)->setLinhaActual(0);
+        clicar(form, u"cmdAdicionar"_s);
+        clicar(form, u"cmdConfirmar"_s);
+        QTRY_COMPARE(controlo<TChart>(form, u"TChart"_s)->Series(0).Count(), pontos);
+        form->parentWidget()->close();
+        QTRY_VERIFY(!form);
+    }
+}
+
+void tst_configuracoes::escolherCaminhos() {
     Programa programa;
     DialogosDeTeste &dialogos = programa.instalacao.dialogos;
     dialogos.responderAbrir(u"/dados/Outra.mdb"_s, u"*.mdb"_s);
@@ -382,7 +331,7 @@ void tst_manutencao::escolherCaminhos() {
     });
 }
 
-void tst_manutencao::idioma() {
+void tst_configuracoes::idioma() {
     Programa programa;
     const Instalacao &inst = programa.instalacao;
     inst.ficheiroLingua(u"EN"_s, {{u"VISTREL_frmMain"_s, u"mnuGeral"_s, u"General"_s}});
@@ -404,7 +353,7 @@ void tst_manutencao::idioma() {
     QCOMPARE(controlo<QAction>(programa.principal.get(), u"Geral"_s)->text(), u"General"_s);
 }
 
-void tst_manutencao::idiomaForaDaLista() {
+void tst_configuracoes::idiomaForaDaLista() {
     Programa programa;
     modINI::SaveSettings(
         u"Vistrel"_s,
@@ -416,7 +365,7 @@ void tst_manutencao::idiomaForaDaLista() {
     });
 }
 
-void tst_manutencao::idiomaSemLista() {
+void tst_configuracoes::idiomaSemLista() {
     Programa programa;
     comDialogo(u"frmConfiguracoes"_s, [&](QDialog *dialogo) {
         auto *caixa = controlo<QComboBox>(dialogo, u"cboLingua"_s);
@@ -426,7 +375,7 @@ void tst_manutencao::idiomaSemLista() {
     QCOMPARE(programa.guardado(u"Lingua"_s, u"ACT"_s), QString());
 }
 
-void tst_manutencao::paginaDeCodigo_data() {
+void tst_configuracoes::paginaDeCodigo_data() {
     QTest::addColumn<QString>("codigo");
     QTest::addColumn<int>("conjunto");
     QTest::addColumn<bool>("avisa");
@@ -437,111 +386,12 @@ void tst_manutencao::paginaDeCodigo_data() {
     QTest::newRow("wide text") << u"CZ"_s << 0 << false;
 }
 
-void tst_manutencao::paginaDeCodigo() {
+void tst_configuracoes::paginaDeCodigo() {
     QFETCH(const QString, codigo);
     QFETCH(const int, conjunto);
     QFETCH(const bool, avisa);
     QCOMPARE(linguas::pedeOutraPagina(codigo, conjunto), avisa);
 }
 
-void tst_manutencao::sensores() {
-    Programa programa;
-    comSensores(programa.instalacao);
-    programa.instalacao.dialogos.esperarMensagem(u"Alterações concluidas"_s);
-    comDialogo(u"frmSensoresEdit"_s, [&](QDialog *dialogo) {
-        auto *grelha = controlo<Grelha>(dialogo, u"grdSensores"_s);
-        QCOMPARE(grelha->linhas(), 3);
-        QVERIFY(!controlo<QWidget>(dialogo, u"cmdConfirmar"_s)->isEnabled());
-        darNovoID(dialogo, 0, u"X9"_s, Qt::Key_Escape);
-        QCOMPARE(grelha->celula(0, 2), QString());
-        darNovoID(dialogo, 0, u"B2"_s);
-        QCOMPARE(entradaDoMenu(dialogo, 2), u"Eliminar"_s);
-        QCOMPARE(grelha->estadoDaLinha(2), u"red"_s);
-        QCOMPARE(entradaDoMenu(dialogo, 2), u"Anular Eliminar"_s);
-        QVERIFY(grelha->estadoDaLinha(2) != u"red");
-        entradaDoMenu(dialogo, 2);
-        const QStringList esperado = {u"Temperaturas 3 3"_s, u"Sensores 0 2"_s};
-        QVERIFY(esperar([&] { return resumo(dialogo) == esperado; }));
-        clicar(dialogo, u"cmdConfirmar"_s);
-        QCOMPARE(grelha->linhas(), 1); // what is done is gone
-        QVERIFY(dialogo->isVisible());
-        QVERIFY(programa.principal->isEnabled());
-    });
-    QCOMPARE(contar(u"Temperaturas"_s, u"Sensor"_s, u"A1"_s), 0);
-    QCOMPARE(contar(u"Temperaturas"_s, u"Sensor"_s, u"B2"_s), 6);
-    QCOMPARE(contar(u"Temperaturas"_s, u"Sensor"_s, u"C3"_s), 0);
-    QCOMPARE(contar(u"Pressao"_s, u"Sensor"_s, u"A1"_s), 1); // stays under the old name
-    QCOMPARE(contar(u"Sensores"_s, u"SensorID"_s, u"B2"_s), 1);
-    // The copy holds what stood there before.
-    const QDir pasta(programa.instalacao.ficheiro(u"BD"_s));
-    const QStringList copias = pasta.entryList({u"Kelvark*20*"_s}, QDir::Files);
-    QCOMPARE(copias.size(), 1);
-    Ligacao copia;
-    copia.abrir(pasta.filePath(copias.constFirst()));
-    Recordset rs = copia.consultar(u"SELECT COUNT(*) FROM Temperaturas WHERE Sensor = 'C3'"_s);
-    QVERIFY(rs.avancar());
-    QCOMPARE(rs.inteiro(0), 3);
-}
-
-void tst_manutencao::sensoresPeloTeclado() {
-    Programa programa;
-    comSensores(programa.instalacao);
-    comDialogo(u"frmSensoresEdit"_s, [&](QDialog *dialogo) {
-        auto *grelha = controlo<Grelha>(dialogo, u"grdSensores"_s);
-        grelha->setFocus();
-        tecla(grelha, Qt::Key_Delete);
-        QCOMPARE(grelha->estadoDaLinha(0), u"red"_s);
-        tecla(grelha, Qt::Key_Delete);
-        QVERIFY(grelha->estadoDaLinha(0) != u"red");
-        tecla(grelha, Qt::Key_Down);
-        tecla(grelha, Qt::Key_Return);
-        escrever(dialogo, u"txtEdit"_s, u"Z7"_s);
-        tecla(controlo<QLineEdit>(dialogo, u"txtEdit"_s), Qt::Key_Return);
-        QCOMPARE(grelha->celula(1, 2), u"Z7"_s);
-        auto *resumida = controlo<QLabel>(dialogo, u"lblResumo"_s);
-        QVERIFY(esperar([&] { return resumida->text().contains(u"nenhum sensor tem o identificador \"Z7\""); }));
-    });
-    QCOMPARE(contar(u"Sensores"_s, u"SensorID"_s, u"B2"_s), 1); // nothing was confirmed
-}
-
-void tst_manutencao::sensoresFechadoAMeio() {
-    Programa programa;
-    comSensores(programa.instalacao, 40000);
-    comDialogo(u"frmSensoresEdit"_s, [&](QDialog *dialogo) {
-        entradaDoMenu(dialogo, 0);
-        auto *resumida = controlo<QLabel>(dialogo, u"lblResumo"_s);
-        QVERIFY(esperar([&] { return resumo(dialogo).size() == 2; }));
-        // Closed once the tables are being changed.
-        QTimer vigia;
-        connect(&vigia, &QTimer::timeout, dialogo, [&] {
-            if (resumida->text().startsWith(u"A alterar"))
-                dialogo->close();
-        });
-        vigia.start(1);
-        clicar(dialogo, u"cmdConfirmar"_s);
-        QVERIFY(!dialogo->isVisible());
-    });
-    QVERIFY(programa.principal->isEnabled());
-    QCOMPARE(contar(u"Temperaturas"_s, u"Sensor"_s, u"A1"_s), 40000);
-    QCOMPARE(contar(u"Sensores"_s, u"SensorID"_s, u"A1"_s), 1);
-}
-
-// Without its copy nothing is changed.
-void tst_manutencao::sensoresSemCopia() {
-    Programa programa;
-    comSensores(programa.instalacao);
-    programa.instalacao.erros.esperar(u"frmSensoresEdit.cmdConfirmar_Click"_s);
-    comDialogo(u"frmSensoresEdit"_s, [&](QDialog *dialogo) {
-        entradaDoMenu(dialogo, 0);
-        QVERIFY(esperar([&] { return resumo(dialogo).size() == 2; }));
-        const QString bd = programa.instalacao.ficheiro(u"BD"_s);
-        QVERIFY(QDir().rename(bd, bd + u"-fora"));
-        clicar(dialogo, u"cmdConfirmar"_s);
-        QVERIFY(QDir().rename(bd + u"-fora", bd));
-        QCOMPARE(controlo<Grelha>(dialogo, u"grdSensores"_s)->estadoDaLinha(0), u"red"_s);
-    });
-    QCOMPARE(contar(u"Temperaturas"_s, u"Sensor"_s, u"A1"_s), 3);
-}
-
-QTEST_MAIN(tst_manutencao)
-#include "tst_manutencao.moc"
+QTEST_MAIN(tst_configuracoes)
+#include "tst_configuracoes.moc"

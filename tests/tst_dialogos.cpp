@@ -1,0 +1,128 @@
+#include "data/ligacao.h"
+#include "platform/forms/dialogosQt.h"
+#include "tests/apoio/filho.h"
+#include "tests/apoio/instalacao.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QTest>
+#include <QTimer>
+#include <QTreeView>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+// The real pickers.
+class tst_dialogos : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void cadeadosDaBase_data();
+    void cadeadosDaBase();
+    void nomeSemExtensao_data();
+    void nomeSemExtensao();
+};
+
+namespace {
+
+constexpr const char *filtroBD = "Kelvark BD (*.mdb)|*.mdb|Kelvark BD (*.mde)|*.mde";
+
+// The body works in the picker once it has come up, and closes it.
+void comSelector(const std::function<void(QFileDialog *)> &corpo, const std::function<void()> &abrir) {
+    bool feito = false;
+    QTimer::singleShot(50, qApp, [&] {
+        auto *selector = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
+        QVERIFY(selector);
+        corpo(selector);
+        feito = true;
+        selector->reject();
+    });
+    abrir();
+    QVERIFY(feito);
+}
+
+// Whether anybody but the asking process holds a lock on that byte.
+QByteArray cadeado(const QString &caminho, off_t byte) {
+    Filho outro([&]() -> QByteArray {
+        const int ficheiro = ::open(QFile::encodeName(caminho).constData(), O_RDWR);
+        struct flock pedido {};
+        pedido.l_type = F_WRLCK;
+        pedido.l_whence = SEEK_SET;
+        pedido.l_start = byte;
+        pedido.l_len = 1;
+        if (ficheiro < 0 || ::fcntl(ficheiro, F_GETLK, &pedido) != 0)
+            return "?";
+        return pedido.l_type == F_UNLCK ? "free" : "held";
+    });
+    return outro.esperar();
+}
+
+} // namespace
+
+void tst_dialogos::cadeadosDaBase_data() {
+    QTest::addColumn<bool>("pasta");
+    QTest::newRow("file") << false;
+    QTest::newRow("folder") << true;
+}
+
+// Looking for a file in the database's folder leaves the database as it is: open, and known to be.
+void tst_dialogos::cadeadosDaBase() {
+    QFETCH(const bool, pasta);
+    const Instalacao inst;
+    inst.sensor({u"A1"_s, u"Um"_s});
+    const QString onde = inst.ficheiro(u"BD"_s);
+    constexpr off_t alguemLigado = 128; // of the log's index
+    constexpr off_t alguemALer = 1073741826;
+    const auto presos = [&]() -> QByteArray {
+        return cadeado(inst.caminhoBD() + u"-shm"_s, alguemLigado) + ' ' + cadeado(inst.caminhoBD(), alguemALer);
+    };
+    QCOMPARE(presos(), "held held");
+    comSelector(
+        [&](QFileDialog *selector) {
+            QCOMPARE(QDir(selector->directory()).canonicalPath(), QDir(onde).canonicalPath());
+            auto *lista = selector->findChild<QTreeView *>(u"treeView"_s);
+            QVERIFY(lista);
+            if (!pasta)
+                QTRY_VERIFY(lista->model()->rowCount(lista->rootIndex()) > 0);
+            QTest::qWait(300); // the rest of the folder
+        },
+        [&] {
+            DialogosQt dialogos;
+            pasta ? dialogos.escolherPasta(onde) : dialogos.abrirFicheiro(QString::fromUtf8(filtroBD), onde);
+        });
+    QCOMPARE(presos(), "held held");
+}
+
+void tst_dialogos::nomeSemExtensao_data() {
+    QTest::addColumn<QString>("digitado");
+    QTest::addColumn<QString>("nome");
+    QTest::newRow("without") << u"leituras"_s << u"leituras.csv"_s;
+    QTest::newRow("with") << u"leituras.csv"_s << u"leituras.csv"_s;
+    QTest::newRow("with another") << u"leituras.txt"_s << u"leituras.txt"_s;
+    QTest::newRow("as proposed") << QString() << u"proposto.csv"_s;
+}
+
+void tst_dialogos::nomeSemExtensao() {
+    QFETCH(const QString, digitado);
+    QFETCH(const QString, nome);
+    const Instalacao inst(Instalacao::Base::Nenhuma);
+    QDir().mkpath(inst.ficheiro(u"saida"_s));
+    QTimer::singleShot(50, qApp, [&] {
+        auto *selector = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
+        QVERIFY(selector);
+        auto *campo = selector->findChild<QLineEdit *>(u"fileNameEdit"_s);
+        QCOMPARE(campo->text(), u"proposto.csv"_s);
+        if (!digitado.isEmpty())
+            campo->setText(digitado);
+        QTest::keyClick(campo, Qt::Key_Return);
+        if (selector->isVisible()) // it did not take it
+            selector->reject();
+    });
+    const QString escolhido =
+        DialogosQt().gravarFicheiro(u"proposto.csv"_s, inst.ficheiro(u"saida"_s), u"csv (*.csv)|*.csv"_s);
+    QCOMPARE(escolhido, inst.ficheiro(u"saida/"_s + nome));
+}
+
+QTEST_MAIN(tst_dialogos)
+#include "tst_dialogos.moc"
