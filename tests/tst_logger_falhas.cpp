@@ -60,6 +60,7 @@ private Q_SLOTS:
     void semBotao();
     void retirado_data();
     void retirado();
+    void retiradoDepoisDoFim();
     void botaoTrocado();
     void escritaRecusada_data();
     void escritaRecusada();
@@ -127,6 +128,23 @@ void tst_logger_falhas::retirado() {
     b.clicar("cmdLerDados");
     QCOMPARE(b.linhasGuardadas(), 41);
     QCOMPARE(b.um(u"SELECT COUNT(DISTINCT Data) FROM DS1921"_s).toInt(), 41);
+}
+
+// A mission past its end is only to be stopped once its samples were fetched.
+void tst_logger_falhas::retiradoDepoisDoFim() {
+    Bancada b;
+    b.programar({.intervalo = u"1"_s});
+    b.andar(2060);
+    b.leitor.defeitos().retirar = 2000; // within the log
+    b.instalacao.dialogos.esperarMensagem(u"DS1921 não encontrado"_s);
+    b.clicar("cmdLerDados");
+    b.instalacao.verificar();
+    QCOMPARE(b.linhasGuardadas(), 0);
+    QVERIFY(!b.permitido("lblResultados") && !b.permitido("lblGrafico") && b.permitido("cmdLerDados"));
+    b.leitor.por({u"A"_s});
+    b.instalacao.dialogos.responderPergunta(true, u"Deseja parar"_s);
+    b.clicar("cmdLerDados");
+    QCOMPARE(b.linhasGuardadas(), 2048);
 }
 
 void tst_logger_falhas::botaoTrocado() {

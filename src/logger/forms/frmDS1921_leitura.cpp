@@ -168,6 +168,12 @@ void frmDS1921::DownloadLog() {
     const Vigia vigia(this);
     const std::vector<ControloDS1921::Linha> linhas = m_logica->DownloadLog();
     vigia.passar();
+    if (linhas.empty()) { // taken off meanwhile: what was not fetched is not to be stopped either
+        Ocupado = false;
+        permitirAba(Resultados, false);
+        avisar(texto(u"NE"_s, u"DS1921 não encontrado"_s));
+        return;
+    }
     mostrarAmostras(linhas);
     vigia.passar();
     LeiturasGrafico = linhas;
