@@ -88,9 +88,7 @@ int juntarAmostras(const ChaveMissao &chave, const std::vector<Amostra> &amostra
         ++gravadas;
         passar();
     }
-    if (gravadas > 0)
-        transaccao.escoar(passar);
-    transaccao.confirmar();
+    transaccao.confirmar(passar);
     return gravadas;
 }
 
