@@ -235,7 +235,8 @@ void ControloDS1921::GuardarHeadersParaConsulta(const QString &calibracoes) {
     missoes::guardarCabeca({chave(), datas::lerDataHora(caixas.txtInicioMissao),
                             datas::lerDataHora(caixas.txtDataPrevistaParaAcabar),
                             modDoubleTratamento::TextoParaDouble(caixas.txtLimiteMaximo),
-                            modDoubleTratamento::TextoParaDouble(caixas.txtLimiteMinimo), calibracoes});
+                            modDoubleTratamento::TextoParaDouble(caixas.txtLimiteMinimo), calibracoes},
+                           passarEventos);
 }
 
 ChaveMissao ControloDS1921::chave() const {

@@ -39,7 +39,7 @@ bool emAlarme(double temperatura, double maximo, double minimo) {
     return temperatura >= maximo || temperatura <= minimo;
 }
 
-void guardarCabeca(const Cabeca &c) {
+void guardarCabeca(const Cabeca &c, const std::function<void()> &passar) {
     const QVariantList chave = c.chave.valores();
     const QVariantList resto = {datas::textoBD(c.DataProg), datas::textoBD(c.DataFimMissao), c.Max, c.Min};
     Transaccao transaccao(cnBD());
@@ -52,7 +52,7 @@ void guardarCabeca(const Cabeca &c) {
         cnBD().executar(u"INSERT INTO DS1921head (LoggerID, Nomelogger, DescricaoMissao, NMissao, DataProg, "
                         "DataFimMissao, Max, Min, Flag, Calibracoes) VALUES (?, ?, ?, ?, ?, ?, ?, ?, 'NC', ?)"_s,
                         juntar(juntar(chave, resto), {c.Calibracoes}));
-    transaccao.confirmar();
+    transaccao.confirmar(passar);
 }
 
 QDateTime VerificaDataMaximaPraSensor(const ChaveMissao &chave, const QDateTime &inicioMissao) {

@@ -34,8 +34,10 @@ struct Amostra {
 
 bool emAlarme(double temperatura, double maximo, double minimo);
 
-// Adds the header, or brings it up to date; its flag and its calibrations stay as first stored.
-void guardarCabeca(const Cabeca &cabeca);
+// Adds the header, or brings it up to date; its flag and its calibrations stay as first stored. <passar> runs
+// meanwhile.
+void guardarCabeca(
+    const Cabeca &cabeca, const std::function<void()> &passar = [] {});
 
 // The newest stored minute; without any, a moment before the mission's first sample.
 QDateTime VerificaDataMaximaPraSensor(const ChaveMissao &chave, const QDateTime &inicioMissao);
