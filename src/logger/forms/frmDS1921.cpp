@@ -257,8 +257,8 @@ void frmDS1921::devolverFoco(QWidget *foco) {
         m_cmdLer->setFocus();
 }
 
-void frmDS1921::verificar(const Vigia &vigia) const {
-    if (!vigia.vivo() || m_cancelada)
+void frmDS1921::verificar(const Vigia &vigia, const frmDS1921 *form) {
+    if (!vigia.vivo() || form->m_cancelada)
         throw Interrompido();
 }
 
@@ -267,7 +267,7 @@ std::function<void()> frmDS1921::passagem(Genero genero) {
         vigia.passar();
         // Half a record is worse than an old one: once the session is open, what is begun is finished.
         if (genero != Genero::Escrita)
-            verificar(vigia);
+            verificar(vigia, this);
         else if (onewire::barramento().sessao != 0)
             cancelavel(false);
     };
@@ -277,7 +277,7 @@ std::function<void()> frmDS1921::passagemPaciente() {
     return [this, vigia = Vigia(this)] {
         cancelavel(true);
         vigia.passar();
-        verificar(vigia);
+        verificar(vigia, this);
     };
 }
 
@@ -287,7 +287,7 @@ void frmDS1921::comDialogo(const std::function<void()> &dialogo) {
     if (m_espera)
         m_espera->suspender();
     dialogo();
-    verificar(vigia);
+    verificar(vigia, this);
     if (m_espera)
         m_espera->retomar();
 }

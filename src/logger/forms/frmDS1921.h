@@ -129,14 +129,15 @@ private:
         const Vigia vigia(this);
         if constexpr (std::is_void_v<std::invoke_result_t<Corpo>>) {
             Rotina(fonte, corpo);
-            verificar(vigia);
+            verificar(vigia, this);
         } else {
             auto resultado = Rotina(fonte, corpo);
-            verificar(vigia);
+            verificar(vigia, this);
             return resultado;
         }
     }
-    void verificar(const Vigia &vigia) const;
+    // Static: the form may have gone, and nothing of it is touched then.
+    static void verificar(const Vigia &vigia, const frmDS1921 *form);
     std::function<void()> passagem(Genero genero);
     std::function<void()> passagemPaciente();
     void comDialogo(const std::function<void()> &dialogo);

@@ -273,5 +273,5 @@ void frmDS1921::avisarAlterouMenus() {
     const Vigia vigia(this);
     if (registoForms().alterarEstadosMenus)
         registoForms().alterarEstadosMenus();
-    verificar(vigia);
+    verificar(vigia, this);
 }
