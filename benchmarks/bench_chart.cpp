@@ -1,12 +1,12 @@
 // Redraws of the chart against a plain graph of the plotting library with the same points in the same window. Prints
 // medians of paired runs, and ends with 1 when a bound is not kept.
+#include "benchmarks/medidas.h"
 #include "core/datas.h"
 #include "core/estado.h"
 #include "platform/chart/TChart.h"
 #include "platform/chart/plotBase.h"
 
 #include <QApplication>
-#include <QFile>
 #include <QMouseEvent>
 #include <QWheelEvent>
 
@@ -44,13 +44,6 @@ double milissegundos(const Accao &accao) {
 double mediana(std::vector<double> v) {
     std::nth_element(v.begin(), v.begin() + qsizetype(v.size() / 2), v.end());
     return v[v.size() / 2];
-}
-
-double memoria() { // bytes in use by this process
-    QFile f(u"/proc/self/statm"_s);
-    if (!f.open(QIODevice::ReadOnly))
-        return 0;
-    return f.readAll().split(' ').value(1).toDouble() * 4096;
 }
 
 enum class Coloracao { Uma, Alarmes, CadaUm };
@@ -129,11 +122,11 @@ bool comparar(qsizetype n, Coloracao coloracao, const char *nome) {
 }
 
 bool tamanho(qsizetype n) {
-    const double antes = memoria();
+    const double antes = medidas::memoria();
     TSerie serie;
     serie.ColorEachPoint = true;
     const double ms = milissegundos([&] { juntar(serie, n, Coloracao::CadaUm); });
-    const double porPonto = (memoria() - antes) / double(n);
+    const double porPonto = (medidas::memoria() - antes) / double(n);
     std::printf("series of %lld points: %.2f bytes a point, %.0f ns to add one\n", static_cast<long long>(n), porPonto,
                 ms * 1e6 / double(n));
     return porPonto <= 18.5;

@@ -1,4 +1,5 @@
 // From confirm to painted chart, against a bare loop over the same query that fills two vectors; memory by point.
+#include "benchmarks/medidas.h"
 #include "core/datas.h"
 #include "core/estado.h"
 #include "core/modINI.h"
@@ -22,7 +23,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <malloc.h>
 #include <vector>
 
 namespace {
@@ -107,15 +107,6 @@ double mediana(std::vector<double> v) {
     return v[v.size() / 2];
 }
 
-// Bytes that the process holds now; what was freed has been given back.
-double memoria() {
-    malloc_trim(0);
-    QFile f(QStringLiteral("/proc/self/statm"));
-    if (!f.open(QIODevice::ReadOnly))
-        return 0;
-    return f.readAll().split(' ').value(1).toDouble() * 4096;
-}
-
 } // namespace
 
 int main(int argc, char *argv[]) {
@@ -151,7 +142,7 @@ int main(int argc, char *argv[]) {
     pulso.setInterval(0);
     QObject::connect(&pulso, &QTimer::timeout, [&] { pausa = std::max(pausa, desdeTurno.restart()); });
 
-    const double antes = memoria();
+    const double antes = medidas::memoria();
     double depois = 0;
     std::vector<double> razoes;
     std::vector<double> tempos;
@@ -173,7 +164,7 @@ int main(int argc, char *argv[]) {
         if (chart->Series(0).Count() != leituras)
             parar("the chart holds another number of points");
         if (volta == 0)
-            depois = memoria();
+            depois = medidas::memoria();
     }
     std::printf("load of %d readings: %.0f ms, bare loop %.0f ms, ratio %.2f (at most 1.5)\n", leituras,
                 mediana(tempos), mediana(lacos), mediana(razoes));

@@ -1,11 +1,13 @@
 #pragma once
 
 #include <QElapsedTimer>
+#include <QFile>
 #include <QString>
 
 #include <algorithm>
 #include <cstdio>
 #include <functional>
+#include <malloc.h>
 #include <vector>
 
 // Paired runs: both sides in turn, so that what else the machine does hits both; medians and the median of ratios.
@@ -14,6 +16,15 @@ namespace medidas {
 inline double mediana(std::vector<double> v) {
     std::sort(v.begin(), v.end());
     return v.empty() ? 0 : (v[(v.size() - 1) / 2] + v[v.size() / 2]) / 2;
+}
+
+// Bytes that the process holds now; what was freed has been given back.
+inline double memoria() {
+    malloc_trim(0);
+    QFile f(QStringLiteral("/proc/self/statm"));
+    if (!f.open(QIODevice::ReadOnly))
+        return 0;
+    return f.readAll().split(' ').value(1).toDouble() * 4096;
 }
 
 inline double segundosDe(const std::function<void()> &trabalho) {
