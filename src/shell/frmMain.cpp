@@ -110,12 +110,13 @@ void frmMain::mostrarEstadoDaBase() {
         return modTraducoes::texto(u"VISTREL_frmMain"_s, chave, omissao);
     };
     const QString caminho = modINI::GetSetting(estado().NomePrograma, u"BD"_s, u"MAIN"_s);
-    QString legenda = QFileInfo(caminho).fileName();
+    QStringList legenda{QFileInfo(caminho).fileName()};
     if (!ligacaoPartilhada().aberta()) // BDLigada outlives an opening that failed
-        legenda += u" – " + texto(u"BDDesligada"_s, u"sem ligação"_s);
+        legenda += texto(u"BDDesligada"_s, u"sem ligação"_s);
     else if (ligacaoPartilhada().soLeitura())
-        legenda += u" – " + texto(u"BDSoLeitura"_s, u"só leitura"_s);
-    m_estadoBD->setText(legenda);
+        legenda += texto(u"BDSoLeitura"_s, u"só leitura"_s);
+    legenda.removeAll(QString()); // settings that could not be kept name no file
+    m_estadoBD->setText(legenda.join(u" – "_s));
     m_estadoBD->setToolTip(caminho);
     m_sair->setText(texto(u"Sair"_s, u"Sair"_s));
     m_sair->setAccessibleName(m_sair->text());
