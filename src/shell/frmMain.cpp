@@ -20,7 +20,9 @@
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QPushButton>
+#include <QScreen>
 #include <QStatusBar>
+#include <QStyle>
 
 namespace {
 
@@ -32,7 +34,9 @@ frmMain::frmMain() : m_area(new QMdiArea(this)) {
     juntarDesenhos();
     setObjectName(u"frmMain"_s);
     setWindowIcon(icones::icone(u"vistrel"_s));
-    resize(tamanhoInicial);
+    // All of it on a small screen too, its title bar included.
+    const QSize moldura(0, style()->pixelMetric(QStyle::PM_TitleBarHeight));
+    resize(tamanhoInicial.boundedTo(screen()->availableSize() - moldura));
     m_area->setObjectName(u"MDIForm"_s);
     m_area->setOption(QMdiArea::DontMaximizeSubWindowOnActivation);
     m_area->setContextMenuPolicy(Qt::CustomContextMenu);
