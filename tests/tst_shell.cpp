@@ -44,9 +44,7 @@ QStringList oferecidas(const frmMain &shell) {
 }
 
 QWidget *criarForm(QWidget *) {
-    auto *form = new QWidget;
-    form->setWindowTitle(u"um título"_s);
-    return form;
+    return new QWidget;
 }
 
 // Every form of the menu, so that what is offered depends on the data alone.
@@ -84,7 +82,6 @@ private Q_SLOTS:
     void logger();
     void sensoresPedemSenha();
     void lingua();
-    void baseInexistente();
     void arranqueComBase();
     void sairDescarregaTudo();
     void fecharAMeioDeUmaCarga();
@@ -229,10 +226,6 @@ void tst_shell::abrirUmaVez() {
     QVERIFY(medias && medias->isVisible());
     QVERIFY(registoForms().activo(u"frmDescarregar2251"_s));
     auto *janela = qobject_cast<QMdiSubWindow *>(medias->parentWidget());
-    QCOMPARE(janela->windowTitle(), u"um título"_s);
-    medias->setWindowTitle(u"outro"_s);
-    QCOMPARE(janela->windowTitle(), u"outro"_s);
-
     QMdiArea *area = janela->mdiArea();
     QVERIFY(area->activeSubWindow() != janela);
     utilizador::accao(&shell, u"TmpMedias"_s);
@@ -356,6 +349,7 @@ void tst_shell::lingua() {
     instalacao.sensor({u"1"_s, u"a"_s});
     instalacao.ficheiroLingua(u"EN"_s, {{u"VISTREL_frmMain"_s, u"mnuGraficos"_s, u"Charts"_s},
                                         {u"VISTREL_frmMain"_s, u"mnuListagens"_s, QString()},
+                                        {u"VISTREL_frmMain"_s, u"mnuGraficosHumidadePull"_s, u"Twin"_s},
                                         {u"VISTREL_frmMain"_s, u"Sair"_s, u"Exit"_s}});
     modINI::SaveSetting(u"Vistrel"_s, u"Lingua"_s, u"L2"_s, u"EN"_s);
     registarTodos();
@@ -369,7 +363,9 @@ void tst_shell::lingua() {
     shell.AlterarLingua();
     QCOMPARE(estado().Lingua, u"EN"_s);
     QCOMPARE(textoDe(shell, u"Graficos"_s), u"Charts"_s);
-    QCOMPARE(textoDe(shell, u"Listagens"_s), u"Listagens"_s); // present but empty: the default
+    QCOMPARE(textoDe(shell, u"Listagens"_s), u"Listagens"_s);          // present but empty: the default
+    for (const QString &emprestada : {u"PressaoPull"_s, u"DPCPull"_s}) // named by humidity's key
+        QCOMPARE(textoDe(shell, emprestada), u"Twin"_s);
     QCOMPARE(utilizador::controlo<QPushButton>(&shell, u"STATUS:SairAplicacao"_s)->text(), u"Exit"_s);
     QCOMPARE(filhos(shell).size(), 1); // the children stay
     utilizador::accao(&shell, u"TmpPull"_s);
@@ -378,23 +374,6 @@ void tst_shell::lingua() {
     modINI::SaveSetting(u"Vistrel"_s, u"Lingua"_s, u"ACT"_s, u"7"_s); // no such language listed
     shell.AlterarLingua();
     QCOMPARE(textoDe(shell, u"Graficos"_s), u"Gráficos"_s);
-}
-
-void tst_shell::baseInexistente() {
-    Instalacao instalacao(Instalacao::Base::Nenhuma);
-    registarTodos();
-    instalacao.dialogos.esperarMensagem(u"AVISO: Base de Dados Inexistente."_s);
-    instalacao.erros.esperar(u"frmMain.BuscarEstadoMenu"_s);
-    const std::unique_ptr<frmMain> shell = modMain::Main();
-    QVERIFY(shell && shell->isVisible());
-    QVERIFY(!utilizador::form(u"frmIconCompactarErepararBD"_s));
-    QVERIFY(!estado().BDLigada);
-    QCOMPARE(oferecidas(*shell), semDados.split(u' '));
-    // The first start writes where the database is expected, and the shell says which one is missing.
-    QCOMPARE(modINI::GetSetting(u"Vistrel"_s, u"BD"_s, u"MAIN"_s),
-             u"%1/BD/Kelvark.mdb"_s.arg(instalacao.pastaPrograma()));
-    const QString legenda = utilizador::controlo<QLabel>(shell.get(), u"lblCaminhoBD"_s)->text();
-    QVERIFY2(legenda.contains(u"Kelvark.mdb") && legenda.contains(u"sem ligação"), qPrintable(legenda));
 }
 
 void tst_shell::arranqueComBase() {
