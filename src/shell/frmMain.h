@@ -49,6 +49,7 @@ private:
     bool mostrada(const EntradaMenu &entrada) const;
     void aplicarEstados();
     void encherJanelas(QMenu *menu);
+    void emMosaico();
     void mostrarJanelas();
     void menuDaArea(const QPoint &onde);
     void descarregarFormularios();

@@ -3,6 +3,7 @@
 #include "core/estado.h"
 #include "core/falha.h"
 #include "core/literais.h"
+#include "core/modTraducoes.h"
 #include "data/modMain.h"
 #include "platform/chart/TChart.h"
 #include "platform/report/JanelaRelatorio.h"
@@ -58,8 +59,9 @@ void exportarJPG(const TChart &grafico, const QString &base) {
     QImageWriter escritor(caminho, "JPG");
     escritor.setQuality(qualidadeJPEG);
     if (!escritor.write(grafico.imagem(larguraDaImagem, alturaDaImagem)))
-        throw Falha(erros::falhaDoFicheiro,
-                    u"Não é possível escrever \"%1\": %2."_s.arg(caminho, escritor.errorString()));
+        throw Falha(erros::falhaDoFicheiro, modTraducoes::texto(u"KelvarkAUX"_s, u"FicheiroNaoEscrito"_s,
+                                                                u"Não é possível escrever \"%1\": %2."_s)
+                                                .arg(caminho, escritor.errorString()));
 }
 
 } // namespace saidaGrafico
