@@ -53,7 +53,8 @@ struct DataReport::Medidor {
         return f;
     }
     QRectF caixa(const ControloDeRelatorio &c, double topo, double altura) const {
-        return {c.esquerda * largura, topo, c.largura * largura - folgaDeColuna, altura};
+        const bool ultima = c.esquerda + c.largura > 1 - 1e-6;
+        return {c.esquerda * largura, topo, c.largura * largura - (ultima ? 0 : folgaDeColuna), altura};
     }
     double altura(const ControloDeRelatorio &c, const QString &texto) const {
         if (c.tipo == ControloDeRelatorio::Tipo::Imagem)
@@ -118,7 +119,7 @@ double DataReport::alturaDaSeccao(const Medidor &medidor, const SeccaoDeRelatori
     for (const ControloDeRelatorio &c : s ? s->Controls : QList<ControloDeRelatorio>()) {
         const double altura = medidor.altura(c, c.Caption);
         if (c.esquerda < direita - 1e-6) {
-            total += linha;
+            total += linha > 0 ? linha + folgaDeLinha : 0;
             linha = 0;
         }
         linha = std::max(linha, altura);
@@ -133,7 +134,7 @@ void DataReport::pintarSeccao(QPainter &pintor, const Medidor &medidor, const Se
     double direita = 0;
     for (const ControloDeRelatorio &c : s ? s->Controls : QList<ControloDeRelatorio>()) {
         if (c.esquerda < direita - 1e-6) {
-            topo += linha;
+            topo += linha > 0 ? linha + folgaDeLinha : 0;
             linha = 0;
         }
         const double altura = medidor.altura(c, c.Caption);
@@ -244,6 +245,9 @@ void DataReport::pintarPagina(QPainter &pintor, int pagina, const QRectF &destin
     }
 
     ControloDeRelatorio numero;
+    numero.esquerda = 0.6;
+    numero.largura = 0.4;
+    numero.corpo = 8;
     numero.alinhamento = Qt::AlignRight;
     numero.Caption = u"%1 / %2"_s.arg(pagina + 1).arg(paginas());
     const double pe = area.height() - QFontMetricsF(medidor.fonte(numero)).height() - unidadesPorPonto;

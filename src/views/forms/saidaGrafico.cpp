@@ -45,6 +45,7 @@ void imprimir(const TChart &grafico, const Pagina &pagina, QWidget *dono) {
     if (ControloDeRelatorio *imagem = relatorio->Sections(u"Section2"_s)->controlo(u"imgChart"_s))
         imagem->picture = imagemDeTrabalho(grafico);
     auto *janela = new JanelaRelatorio(std::move(relatorio), pagina.titulo, dono);
+    janela->setPasta([] { return modMain::CriarCaminhoJPG(); });
     janela->mostrar();
 }
 
