@@ -53,13 +53,6 @@ private Q_SLOTS:
         QCOMPARE(Instalacao::lerFicheiro(caminho), QByteArray());
     }
 
-    void ficheiroImpossivel() {
-        Instalacao instalacao;
-        QVERIFY_THROWS_EXCEPTION(
-            Falha, exportacao::escreverCSV(
-                       {instalacao.ficheiro(u"nao/existe.csv"_s), {u"Medias", u"Temperatura"}, {}, tudo}, [] {}));
-    }
-
     // What could be written stays, and the failure says so.
     void discoCheio() {
         Instalacao instalacao;
