@@ -3,6 +3,7 @@
 #include "core/estado.h"
 #include "core/eventos.h"
 #include "core/falha.h"
+#include "core/ficheiroDirecto.h"
 #include "core/literais.h"
 #include "core/modTraducoes.h"
 #include "core/rotina.h"
@@ -214,13 +215,13 @@ bool JanelaRelatorio::pintarPaginas(QPagedPaintDevice &papel, QPainter &pintor, 
 
 // What stood there is replaced by a whole file only: not by a stopped one, nor by what a full disk took of it.
 bool JanelaRelatorio::gravarPDF(const QString &caminho) {
-    QSaveFile ficheiro(caminho);
+    FicheiroDirecto<QSaveFile> ficheiro(caminho);
     const auto falhar = [&] {
         throw Falha(erros::falhaDoFicheiro,
                     texto(u"ErroFicheiro"_s, u"Não é possível escrever \"%1\"."_s).arg(caminho) + u' ' +
                         ficheiro.errorString());
     };
-    if (!ficheiro.open(QIODevice::WriteOnly))
+    if (!ficheiro.abrir())
         falhar();
     QPdfWriter escritor(&ficheiro);
     escritor.setPageLayout(m_relatorio->disposicao());

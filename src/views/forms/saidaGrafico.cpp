@@ -2,6 +2,7 @@
 
 #include "core/estado.h"
 #include "core/falha.h"
+#include "core/ficheiroDirecto.h"
 #include "core/literais.h"
 #include "data/modMain.h"
 #include "platform/chart/TChart.h"
@@ -9,8 +10,10 @@
 #include "views/forms/desenhosDeRelatorios.h"
 #include "views/impressao.h"
 
+#include <QBuffer>
 #include <QFileInfo>
 #include <QImageWriter>
+#include <QSaveFile>
 
 namespace {
 
@@ -56,11 +59,15 @@ void exportarJPG(const TChart &grafico, const QString &base) {
         dialogos ? dialogos->gravarFicheiro(proposto, QFileInfo(proposto).path(), u"Jpg (*.jpg)|*.jpg"_s) : QString();
     if (caminho.isEmpty())
         return;
-    QImageWriter escritor(caminho, "JPG");
+    QByteArray bytes;
+    QBuffer memoria(&bytes);
+    QImageWriter escritor(&memoria, "JPG");
     escritor.setQuality(qualidadeJPEG);
-    if (!escritor.write(grafico.imagem(larguraDaImagem, alturaDaImagem)))
-        throw Falha(erros::falhaDoFicheiro,
-                    u"Não é possível escrever \"%1\": %2."_s.arg(caminho, escritor.errorString()));
+    const bool pronta = escritor.write(grafico.imagem(larguraDaImagem, alturaDaImagem));
+    FicheiroDirecto<QSaveFile> ficheiro(caminho); // a whole picture, or what stood there before
+    if (!pronta || !ficheiro.abrir() || ficheiro.write(bytes) != bytes.size() || !ficheiro.commit())
+        throw Falha(erros::falhaDoFicheiro, u"Não é possível escrever \"%1\": %2."_s.arg(
+                                                caminho, pronta ? ficheiro.errorString() : escritor.errorString()));
 }
 
 } // namespace saidaGrafico
