@@ -239,7 +239,7 @@ private Q_SLOTS:
         QTest::newRow("frmListagemObservacoesTemp") << u"DataReportListagemTemp"_s;
         QTest::newRow("frmListagemAlarmesMediasTemp") << u"DataReportAlarmes"_s;
     }
-    // Several sensors under the filter of a unit: its head, not only the dates.
+    // Several sensors under the filter of a unit: its head, not only the dates, and those below where they do not fit.
     void listagemDaUnidade() {
         QFETCH(const QString, relatorio);
         Cena c(QString::fromLatin1(QTest::currentDataTag()));
@@ -249,6 +249,7 @@ private Q_SLOTS:
         c.leituras(temperaturas, id(1), {{u"2024-03-15 01:00:00"_s, u"ND"_s, {}, u"degelo"_s}});
         c.leituras(temperaturas, id(2), {{u"2024-03-15 02:00:00"_s, -4.25}});
         c.executar(u"UPDATE Temperaturas SET NomeSensor = 'Câmara; \"1\"'"_s);
+        c.executar(u"UPDATE Poseidons SET Nome = 'Unidade do armazém do norte'"_s);
         c.abrir(0);
         c.filtrarUnidade();
         clicar(c.form, u"cmdAdicionarAll"_s);
