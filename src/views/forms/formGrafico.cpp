@@ -49,8 +49,8 @@ FormGrafico::FormGrafico(const MembroGrafico &membro, const FabricaPainel &fabri
 
     for (int i = 0; i < seriesFixas; ++i)
         m_chart->AddSeries().Active = false;
-    m_chart->Series(serieMaximo).Tracejado = true;
-    m_chart->Series(serieMinimo).Tracejado = true;
+    m_chart->Series(serieMaximo).traco = TSerie::Traco::Longo;
+    m_chart->Series(serieMinimo).traco = TSerie::Traco::Curto;
     m_chart->Left().Title = texto(u"TChart.Axis.Left.Title.Caption"_s, membro.tituloEixo.toString());
     m_chart->setUnidade(membro.unidade.toString());
     m_chart->setNota([this](int serie, int indice) { return notaDe(serie, indice); });
