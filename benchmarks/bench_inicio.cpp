@@ -37,7 +37,7 @@ void terminarDepoisDePintar(QWidget &janela) {
 int vazia(int argc, char **argv) {
     QApplication app(argc, argv);
     QMainWindow janela;
-    janela.resize(1180, 760);
+    janela.resize(frmMain::tamanhoInicial(janela));
     janela.show();
     terminarDepoisDePintar(janela);
     return QApplication::exec();

@@ -29,17 +29,20 @@
 
 namespace {
 
-constexpr QSize tamanhoInicial(1180, 760);
+constexpr QSize tamanhoDesejado(1180, 760);
 
 } // namespace
+
+QSize frmMain::tamanhoInicial(const QWidget &janela) {
+    const QSize moldura(0, janela.style()->pixelMetric(QStyle::PM_TitleBarHeight));
+    return tamanhoDesejado.boundedTo(janela.screen()->availableSize() - moldura);
+}
 
 frmMain::frmMain() : m_area(new QMdiArea(this)) {
     juntarDesenhos();
     setObjectName(u"frmMain"_s);
     setWindowIcon(icones::icone(u"vistrel"_s));
-    // All of it on a small screen too, its title bar included.
-    const QSize moldura(0, style()->pixelMetric(QStyle::PM_TitleBarHeight));
-    resize(tamanhoInicial.boundedTo(screen()->availableSize() - moldura));
+    resize(tamanhoInicial(*this));
     m_area->setObjectName(u"MDIForm"_s);
     m_area->setOption(QMdiArea::DontMaximizeSubWindowOnActivation);
     m_area->setContextMenuPolicy(Qt::CustomContextMenu);

@@ -21,6 +21,8 @@ public:
     frmMain();
     ~frmMain() override;
 
+    static QSize tamanhoInicial(const QWidget &janela); // all of it on a small screen too
+
     void pBuildMenus();
     void BuscarEstadoMenu();
     void AlterarEstadosMenus();
