@@ -6,6 +6,7 @@
 #include "core/ficheiroDirecto.h"
 #include "core/literais.h"
 #include "core/modDoubleTratamento.h"
+#include "core/modTraducoes.h"
 #include "data/ligacao.h"
 #include "data/recordset.h"
 #include "views/estados.h"
@@ -101,9 +102,11 @@ private:
     }
     [[noreturn]] void falhar() {
         m_falhou = true;
-        throw Falha(erros::falhaDoFicheiro, u"Não é possível escrever \"%1\": %2 (linhas escritas: %3)."_s
-                                                .arg(m_ficheiro.fileName(), m_ficheiro.errorString())
-                                                .arg(m_linhas));
+        throw Falha(erros::falhaDoFicheiro,
+                    modTraducoes::texto(u"KelvarkAUX"_s, u"FicheiroCSVNaoEscrito"_s,
+                                        u"Não é possível escrever \"%1\": %2 (linhas escritas: %3)."_s)
+                        .arg(m_ficheiro.fileName(), m_ficheiro.errorString())
+                        .arg(m_linhas));
     }
     FicheiroDirecto<QFile> m_ficheiro;
     QByteArray m_tampao;

@@ -4,6 +4,7 @@
 #include "core/falha.h"
 #include "core/ficheiroDirecto.h"
 #include "core/literais.h"
+#include "core/modTraducoes.h"
 #include "data/modMain.h"
 #include "platform/chart/TChart.h"
 #include "platform/report/JanelaRelatorio.h"
@@ -66,8 +67,10 @@ void exportarJPG(const TChart &grafico, const QString &base) {
     const bool pronta = escritor.write(grafico.imagem(larguraDaImagem, alturaDaImagem));
     FicheiroDirecto<QSaveFile> ficheiro(caminho); // a whole picture, or what stood there before
     if (!pronta || !ficheiro.abrir() || ficheiro.write(bytes) != bytes.size() || !ficheiro.commit())
-        throw Falha(erros::falhaDoFicheiro, u"Não é possível escrever \"%1\": %2."_s.arg(
-                                                caminho, pronta ? ficheiro.errorString() : escritor.errorString()));
+        throw Falha(
+            erros::falhaDoFicheiro,
+            modTraducoes::texto(u"KelvarkAUX"_s, u"FicheiroNaoEscrito"_s, u"Não é possível escrever \"%1\": %2."_s)
+                .arg(caminho, pronta ? ficheiro.errorString() : escritor.errorString()));
 }
 
 } // namespace saidaGrafico
