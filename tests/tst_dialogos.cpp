@@ -119,8 +119,9 @@ void tst_dialogos::nomeSemExtensao() {
         if (selector->isVisible()) // it did not take it
             selector->reject();
     });
+    // Today's folder is not there: the one above it takes its place.
     const QString escolhido =
-        DialogosQt().gravarFicheiro(u"proposto.csv"_s, inst.ficheiro(u"saida"_s), u"csv (*.csv)|*.csv"_s);
+        DialogosQt().gravarFicheiro(u"proposto.csv"_s, inst.ficheiro(u"saida/2026/11/23"_s), u"csv (*.csv)|*.csv"_s);
     QCOMPARE(escolhido, inst.ficheiro(u"saida/"_s + nome));
 }
 

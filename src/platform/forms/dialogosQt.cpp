@@ -55,6 +55,13 @@ public:
     QString type(const QFileInfo &info) const override { return info.isFile() ? info.suffix().toUpper() : QString(); }
 };
 
+// A folder that could not be made, such as today's of the exports, gives way to the one above it.
+QString existente(QString pasta) {
+    while (!pasta.isEmpty() && !QFileInfo(pasta).isDir() && QFileInfo(pasta).path() != pasta)
+        pasta = QFileInfo(pasta).path();
+    return pasta;
+}
+
 // Qt's own dialog on every desktop, since others look into files, too.
 class Selector {
 public:
@@ -72,7 +79,7 @@ public:
         m_dialogo.setOption(QFileDialog::ShowDirsOnly, modo == QFileDialog::Directory);
         const QFileInfo info(inicio);
         const bool pasta = inicio.isEmpty() || info.isDir();
-        m_dialogo.setDirectory(pasta ? QDir(inicio) : info.dir());
+        m_dialogo.setDirectory(QDir(existente(pasta ? inicio : info.path())));
         if (!pasta)
             m_dialogo.selectFile(info.fileName());
     }

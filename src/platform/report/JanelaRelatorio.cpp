@@ -214,7 +214,7 @@ bool JanelaRelatorio::pintarPaginas(QPagedPaintDevice &papel, QPainter &pintor, 
 }
 
 // What stood there is replaced by a whole file only: not by a stopped one, nor by what a full disk took of it.
-bool JanelaRelatorio::gravarPDF(const QString &caminho) {
+bool JanelaRelatorio::gravarPDF(const QString &caminho, int primeira, int ultima) {
     FicheiroDirecto<QSaveFile> ficheiro(caminho);
     const auto falhar = [&] {
         throw Falha(erros::falhaDoFicheiro,
@@ -228,7 +228,7 @@ bool JanelaRelatorio::gravarPDF(const QString &caminho) {
     escritor.setResolution(resolucaoPDF);
     escritor.setTitle(windowTitle());
     QPainter pintor(&escritor);
-    const bool completo = pintarPaginas(escritor, pintor, 0, m_relatorio->paginas() - 1);
+    const bool completo = pintarPaginas(escritor, pintor, primeira, ultima < 0 ? m_relatorio->paginas() - 1 : ultima);
     pintor.end();
     if (completo && !ficheiro.commit())
         falhar();
@@ -244,14 +244,19 @@ void JanelaRelatorio::imprimir() {
         dialogo.setFromTo(1, m_relatorio->paginas());
         if (dialogo.exec() != QDialog::Accepted)
             return;
+        const bool intervalo = impressora.printRange() == QPrinter::PageRange && impressora.fromPage() > 0;
+        const int primeira = intervalo ? impressora.fromPage() - 1 : 0;
+        const int ultima = intervalo ? impressora.toPage() - 1 : m_relatorio->paginas() - 1;
+        if (!impressora.outputFileName().isEmpty()) { // the dialog offers a file as one of the printers
+            gravarPDF(impressora.outputFileName(), primeira, ultima);
+            return;
+        }
         impressora.setPageLayout(m_relatorio->disposicao());
         impressora.setFullPage(true);
         QPainter pintor;
         if (!pintor.begin(&impressora))
             throw Falha(erros::falhaDoFicheiro, texto(u"ErroImpressora"_s, u"A impressora não aceita o trabalho."_s));
-        const bool intervalo = impressora.printRange() == QPrinter::PageRange && impressora.fromPage() > 0;
-        if (!pintarPaginas(impressora, pintor, intervalo ? impressora.fromPage() - 1 : 0,
-                           intervalo ? impressora.toPage() - 1 : m_relatorio->paginas() - 1)) {
+        if (!pintarPaginas(impressora, pintor, primeira, ultima)) {
             pintor.end();
             impressora.abort();
         }

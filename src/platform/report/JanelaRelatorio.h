@@ -30,8 +30,8 @@ public:
     DataReport &relatorio() { return *m_relatorio; }
     // The folder that the dialog for PDF files begins in, asked for when it opens.
     void setPasta(std::function<QString()> pasta) { m_pasta = std::move(pasta); }
-    // Writes all pages; Falha when the file cannot be written. False when stopped.
-    bool gravarPDF(const QString &caminho);
+    // Writes pages, all without a last one; Falha when the file cannot be written. False when stopped.
+    bool gravarPDF(const QString &caminho, int primeira = 0, int ultima = -1);
 
 protected:
     void keyPressEvent(QKeyEvent *evento) override;
