@@ -226,7 +226,10 @@ void frmMain::mostrarJanelas() {
     m_janelas->setVisible(!m_area->subWindowList().isEmpty());
 }
 
+// Of the free area alone: a click in a form comes here too when the form has no menu there.
 void frmMain::menuDaArea(const QPoint &onde) {
+    if (m_area->childAt(onde) != m_area->viewport())
+        return;
     QMenu menu;
     encherJanelas(&menu);
     menu.setEnabled(!m_area->subWindowList().isEmpty());
