@@ -50,291 +50,268 @@ Intervalo dia() {
 class tst_vistas : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void regraDoTipo_data();
-    void regraDoTipo();
-    void limites_data();
-    void limites();
-    void limiteIlegivel();
-    void corDoPonto_data();
-    void corDoPonto();
-    void media_data();
-    void media();
-    void lerEmSeries();
-    void intervaloSimetrico();
-    void limitesEmCache();
-    void sensoresPorFiltro_data();
-    void sensoresPorFiltro();
-    void sensoresDesactivados();
-    void filtros();
-    void notaDeUmaLeitura_data();
-    void notaDeUmaLeitura();
-    void notaDeUmaSoLinha();
-    void periodosDoMenu_data();
-    void periodosDoMenu();
-    void familia();
-};
-
-void tst_vistas::regraDoTipo_data() {
-    QTest::addColumn<QString>("tipo");
-    QTest::addColumn<QString>("aceites"); // of T H P D
-    QTest::newRow("C") << u"P 1250C"_s << u"T"_s;
-    QTest::newRow("blank at the end") << u"P 1250% "_s << u"H"_s;
-    QTest::newRow("sens-ui volts") << u"P 1250V"_s << QString();
-    QTest::newRow("sens-ui amperes") << u"P 1250A"_s << QString();
-    QTest::newRow("pressure of a device") << u"P 1250K"_s << u"P"_s;
-    QTest::newRow("dew point of a device") << u"P 1250D"_s << u"D"_s;
-    // Only those whole types are kept from temperatures: another one that ends alike passes both.
-    QTest::newRow("other pressure") << u"K"_s << u"TP"_s;
-    QTest::newRow("other dew point") << u"HX D"_s << u"TD"_s;
-    QTest::newRow("volts with a blank") << u"P 1250V "_s << u"T"_s;
-    QTest::newRow("small k") << u"P 1250k"_s << u"T"_s;
-    QTest::newRow("empty") << QString() << u"T"_s;
-}
-
-void tst_vistas::regraDoTipo() {
-    QFETCH(QString, tipo);
-    const std::pair<QChar, const RegraTipo *> todas[] = {{u'T', &regras::temperatura},
-                                                         {u'H', &regras::humidade},
-                                                         {u'P', &regras::pressao},
-                                                         {u'D', &regras::pontoDeOrvalho}};
-    QString obtidos;
-    for (const auto &[letra, regra] : todas)
-        if (regra->aceita(tipo))
-            obtidos += letra;
-    QTEST(obtidos, "aceites");
-}
-
-void tst_vistas::limites_data() {
-    QTest::addColumn<QString>("texto");
-    QTest::addColumn<QString>("esperado");
-    QTest::newRow("both") << u"30XXX5"_s << u"30|5"_s;
-    QTest::newRow("comma and point") << u"30,5XXX-2.25"_s << u"30.5|-2.25"_s;
-    QTest::newRow("blanks") << u" 30 XXX NA "_s << u"30|-"_s;
-    QTest::newRow("none") << u"NAXXXNA"_s << u"-|-"_s;
-    QTest::newRow("empty parts") << u"XXX"_s << u"-|-"_s;
-    QTest::newRow("no separator") << u"30"_s << u"-|-"_s;
-    QTest::newRow("small separator") << u"30xxx5"_s << u"-|-"_s;
-    QTest::newRow("empty") << QString() << u"-|-"_s;
-    QTest::newRow("more parts") << u"30XXX5XXX99"_s << u"30|5"_s;
-}
-
-void tst_vistas::limites() {
-    const Instalacao inst(Instalacao::Base::Nenhuma);
-    QFETCH(QString, texto);
-    const Limites lidos = lerLimites(texto);
-    const auto escrever = [](double v) { return std::isnan(v) ? u"-"_s : QString::number(v); };
-    QTEST(QString(escrever(lidos.maximo) + u'|' + escrever(lidos.minimo)), "esperado");
-}
-
-void tst_vistas::limiteIlegivel() {
-    const Instalacao inst(Instalacao::Base::Nenhuma);
-    QVERIFY_THROWS_EXCEPTION(Falha, lerLimites(u"30XXXcinco"));
-}
-
-void tst_vistas::corDoPonto_data() {
-    QTest::addColumn<QString>("texto");
-    QTest::addColumn<double>("valor");
-    QTest::addColumn<quint32>("cor");
-    const quint32 vermelho = 255;
-    const quint32 azul = 16711680;
-    const quint32 verde = 65280;
-    QTest::newRow("on the maximum") << u"30XXX5"_s << 30.0 << vermelho;
-    QTest::newRow("under the maximum") << u"30XXX5"_s << 29.9 << verde;
-    QTest::newRow("on the minimum") << u"30XXX5"_s << 5.0 << azul;
-    QTest::newRow("over the minimum") << u"30XXX5"_s << 5.1 << verde;
-    QTest::newRow("crossed limits: maximum wins") << u"5XXX30"_s << 10.0 << vermelho;
-    QTest::newRow("only maximum, over") << u"30XXXNA"_s << 31.0 << vermelho;
-    QTest::newRow("only maximum, under") << u"30XXXNA"_s << -80.0 << verde;
-    QTest::newRow("only minimum, under") << u"NAXXX5"_s << 5.0 << azul;
-    QTest::newRow("only minimum, over") << u"NAXXX5"_s << 500.0 << verde;
-    QTest::newRow("none") << u"NAXXXNA"_s << 500.0 << verde;
-}
-
-void tst_vistas::corDoPonto() {
-    const Instalacao inst(Instalacao::Base::Nenhuma);
-    QFETCH(QString, texto);
-    QFETCH(double, valor);
-    QTEST(cores::doPonto(lerLimites(texto), valor), "cor");
-}
-
-void tst_vistas::media_data() {
-    QTest::addColumn<QVariantList>("valores");
-    QTest::addColumn<double>("esperada");
-    QTest::addColumn<int>("pontos");
-    QTest::newRow("numbers") << QVariantList{1.0, 2.0, 6.0} << 3.0 << 3;
-    QTest::newRow("comma, point and number") << QVariantList{u"1,5"_s, u"2.5"_s, 5.0} << 3.0 << 3;
-    QTest::newRow("ND does not weigh") << QVariantList{10.0, u"ND"_s, 20.0} << 15.0 << 3;
-    QTest::newRow("Null does not weigh") << QVariantList{10.0, QVariant(), 20.0} << 15.0 << 3;
-    QTest::newRow("only ND") << QVariantList{u"ND"_s, u" nd "_s} << 0.0 << 2;
-    QTest::newRow("nothing") << QVariantList{} << 0.0 << 0;
-}
-
-void tst_vistas::media() {
-    const Instalacao inst;
-    QFETCH(QVariantList, valores);
-    QList<Instalacao::Leitura> linhas;
-    for (const QVariant &v : valores)
-        linhas.append({u"2024-03-10 10:%1:00"_s.arg(linhas.size(), 2, 10, QChar(u'0')), v});
-    inst.leituras(u"Temperaturas"_s, sensorA, linhas);
-    const Lidas lidas = ler(dia());
-    QTEST(lidas.media, "esperada");
-    QTEST(int(lidas.linhas.size()), "pontos");
-    for (qsizetype i = 0; i < valores.size(); ++i) // a value that could not be read is a gap, not a nought
-        if (valores[i].isNull() || valores[i].toString().contains(u"nd"_s, Qt::CaseInsensitive))
-            QVERIFY(std::isnan(lidas.linhas[i].valor));
-}
-
-void tst_vistas::lerEmSeries() {
-    const Instalacao inst;
-    inst.leituras(u"Temperaturas"_s, sensorA,
-                  {{u"2024-03-10 12:00:01"_s, 3.0, u"junkXXXjunk"_s, u"nota"_s},
-                   {u"2024-03-10 12:00:00"_s, 2.0, QVariant(), QVariant()},
-                   {u"2024-03-10 23:59:59"_s, 4.0, u"30XXX5"_s, u""_s},
-                   {u"2024-03-10 00:00:00"_s, 1.0, u"30XXX5"_s, u" "_s},
-                   {u"2024-03-11 00:00:00"_s, 9.0}});
-    inst.leituras(u"Temperaturas"_s, u"outro"_s, {{u"2024-03-10 12:00:00"_s, 99.0}});
-    const Lidas lidas = ler(dia(), false); // without limits their texts are not looked at
-    QCOMPARE(lidas.linhas.size(), 4);      // both ends included, in order of date
-    for (int i = 0; i < 4; ++i)
-        QCOMPARE(lidas.linhas[i].valor, i + 1.0);
-    QVERIFY(lidas.linhas[2].comNota);
-    for (const int i : {0, 1, 3}) // one blank, Null and nothing are no note
-        QVERIFY(!lidas.linhas[i].comNota);
-    QVERIFY_THROWS_EXCEPTION(Falha, ler(dia()));
-}
-
-void tst_vistas::intervaloSimetrico() {
-    const Instalacao inst;
-    inst.leituras(u"Temperaturas"_s, u"it's"_s, {{u"2024-03-10 12:00:00"_s, 7.5}});
-    const Intervalo trocado(instante(u"2024-03-10 23:59:59"_s), instante(u"2024-03-10 00:00:00"_s));
-    QCOMPARE(ler(trocado, true, u"it's"_s).media, 7.5);
-}
-
-void tst_vistas::limitesEmCache() {
-    const Instalacao inst;
-    inst.leituras(u"Temperaturas"_s, sensorA,
-                  {{u"2024-03-10 10:00:00"_s, 1.0, u"30XXX5"_s},
-                   {u"2024-03-10 10:01:00"_s, 1.0, u"30XXX5"_s},
-                   {u"2024-03-10 10:02:00"_s, 1.0, QVariant()},
-                   {u"2024-03-10 10:03:00"_s, 1.0, u"30XXX6"_s}});
-    const Lidas lidas = ler(dia());
-    QCOMPARE(lidas.linhas[1].limites.minimo, 5.0);
-    QVERIFY(!lidas.linhas[2].limites.temMaximo());
-    QCOMPARE(lidas.linhas[3].limites.minimo, 6.0);
-}
-
-void tst_vistas::sensoresPorFiltro_data() {
-    QTest::addColumn<QString>("tag");
-    QTest::addColumn<QStringList>("ids");
-    QTest::newRow("all") << u"0"_s << QStringList{u"a"_s, u"b"_s, u"c"_s, u"d"_s};
-    QTest::newRow("group") << u"7"_s << QStringList{u"b"_s, u"d"_s};
-    QTest::newRow("unit, both leading digits") << u"#P#10.0.0.1"_s << QStringList{u"a"_s, u"b"_s};
-    QTest::newRow("unit with a quote") << u"#P#o'unit"_s << QStringList{u"d"_s};
-    QTest::newRow("no such group") << u"8"_s << QStringList();
-    QTest::newRow("not quite a unit") << u"#P#"_s << QStringList();
-}
-
-void tst_vistas::sensoresPorFiltro() {
-    const Instalacao inst;
-    inst.sensores({{u"a"_s, u"A"_s, u"P 1250C"_s, u"SIM"_s, 1, u"POSEIDON"_s, u"110.0.0.1"_s},
-                   {u"b"_s, u"B"_s, u"P 1250C"_s, u"SIM"_s, 7, u"POSEIDON"_s, u"210.0.0.1"_s},
-                   {u"c"_s, u"C"_s, u"P 1250C"_s, u"SIM"_s, 1, u"POSEIDON"_s, u"310.0.0.1"_s},
-                   {u"d"_s, u"D"_s, u"P 1250C"_s, u"SIM"_s, 7, u"POSEIDON"_s, u"2o'unit"_s},
-                   {u"h"_s, u"H"_s, u"P 1250%"_s, u"SIM"_s, 7, u"POSEIDON"_s, u"210.0.0.1"_s}});
-    QFETCH(QString, tag);
-    QObject dono;
-    QTEST(idsDe(sensores::listar(regras::temperatura, tag, Vigia(&dono))), "ids");
-}
-
-void tst_vistas::sensoresDesactivados() {
-    const Instalacao inst;
-    inst.sensores({{u"a"_s, u"A"_s}, {u"b"_s, u"B"_s, u"C"_s, u"NAO"_s}, {u"c"_s, u"C"_s, u"C"_s, u""_s}});
-    inst.executar(u"INSERT INTO Sensores (SensorID, Tipo) VALUES ('d', 'C')"_s);
-    QObject dono;
-    const QList<Sensor> lista = sensores::listar(regras::temperatura, u"0"_s, Vigia(&dono));
-    QCOMPARE(lista.size(), 4);
-    for (int i = 0; i < 4; ++i)
-        QCOMPARE(lista[i].desactivado, i > 0);
-}
-
-void tst_vistas::filtros() {
-    const Instalacao inst;
-    inst.executar(u"INSERT INTO Grupos VALUES (3, 'Câmaras')"_s);
-    inst.executar(u"INSERT INTO Poseidons (PoseidonIP, Nome) VALUES ('10.0.0.1', 'Cave')"_s);
-    QObject dono;
-    QStringList obtidos;
-    for (const Filtro &f : sensores::listarFiltros(u"Todos"_s, Vigia(&dono)))
-        obtidos.append(f.tag + u'=' + f.texto);
-    QCOMPARE(obtidos, QStringList({u"0=Todos"_s, u"#P#10.0.0.1=Cave"_s, u"3=Câmaras"_s}));
-}
-
-void tst_vistas::notaDeUmaLeitura_data() {
-    QTest::addColumn<QString>("escrita");
-    QTest::addColumn<QString>("guardada");
-    QTest::addColumn<QString>("mostrada");
-    QTest::newRow("text") << u"porta aberta"_s << u"porta aberta"_s << u"porta aberta"_s;
-    QTest::newRow("blanks cut") << u"  a b  "_s << u"a b"_s << u"a b"_s;
-    QTest::newRow("erased") << QString() << u" "_s << QString();
-    QTest::newRow("only blanks") << u"   "_s << u" "_s << QString();
-    QTest::newRow("quote") << u"it's"_s << u"it's"_s << u"it's"_s;
-}
-
-void tst_vistas::notaDeUmaLeitura() {
-    const Instalacao inst;
-    inst.leituras(u"Humidade"_s, sensorA, {{u"2024-03-10 10:00:01"_s, 50.0}, {u"2024-03-10 10:00:02"_s, 51.0}});
-    QFETCH(QString, escrita);
-    QVERIFY(notas::gravar(lugar(u"Humidade", instante(u"2024-03-10 10:00:02"_s)), notas::paraGuardar(escrita)));
-    QTEST(inst.linha(u"SELECT flag FROM Humidade WHERE Percentagem = 51"_s).value(0).toString(), "guardada");
-    QCOMPARE(inst.linha(u"SELECT flag FROM Humidade WHERE Percentagem = 50"_s).value(0).toString(), u" "_s);
-    const auto lida = notas::ler(lugar(u"Humidade", instante(u"2024-03-10 10:00:02"_s)));
-    QVERIFY(lida.has_value());
-    QTEST(notas::paraMostrar(*lida), "mostrada");
-    QVERIFY(!notas::ler(lugar(u"Humidade", instante(u"2024-03-10 10:00:03"_s))));
-    QVERIFY(!notas::gravar(lugar(u"Humidade", instante(u"2024-03-10 10:00:03"_s)), u"x"_s));
-}
-
-// Two readings of one sensor in the same second: the note is that of the first stored, each time.
-void tst_vistas::notaDeUmaSoLinha() {
-    const Instalacao inst;
-    inst.leituras(u"Medias"_s, sensorA, {{u"2024-03-10 10:00:00"_s, 9.0}, {u"2024-03-10 10:00:00"_s, 1.0}});
-    const QDateTime data = instante(u"2024-03-10 10:00:00"_s);
-    QVERIFY(notas::gravar(lugar(u"Medias", data), u"primeira"_s));
-    QCOMPARE(*notas::ler(lugar(u"Medias", data)), u"primeira"_s);
-    QVERIFY(notas::gravar(lugar(u"Medias", data), u"outra"_s));
-    QCOMPARE(inst.linha(u"SELECT flag FROM Medias WHERE Temperatura = 9"_s).value(0).toString(), u"outra"_s);
-    QCOMPARE(inst.linha(u"SELECT flag FROM Medias WHERE Temperatura = 1"_s).value(0).toString(), u" "_s);
-}
-
-void tst_vistas::periodosDoMenu_data() {
-    QTest::addColumn<int>("qual");
-    QTest::addColumn<QDate>("hoje");
-    QTest::addColumn<QDate>("inicio");
-    QTest::newRow("today") << 0 << QDate(2024, 3, 1) << QDate(2024, 3, 1);
-    QTest::newRow("seven days over a leap day") << 1 << QDate(2024, 3, 1) << QDate(2024, 2, 24);
-    QTest::newRow("thirty days") << 2 << QDate(2024, 3, 30) << QDate(2024, 3, 1);
-    QTest::newRow("month") << 3 << QDate(2024, 2, 29) << QDate(2024, 2, 1);
-    QTest::newRow("thirteen months from a leap day") << 4 << QDate(2024, 3, 31) << QDate(2023, 2, 28);
-}
-
-void tst_vistas::periodosDoMenu() {
-    QFETCH(int, qual);
-    QFETCH(QDate, hoje);
-    QTEST(periodos::lista[size_t(qual)].inicio(hoje), "inicio");
-}
-
-// Every row must name a table and columns that the database has, and a point form of its own over the same table.
-void tst_vistas::familia() {
-    const Instalacao inst;
-    QSet<QString> forms;
-    QCOMPARE(familiaGraficos().size(), 9u);
-    for (const MembroGrafico &m : familiaGraficos()) {
-        lerLeituras({m.tabela, {sensorA}, dia(), true}, [](const Leitura &) {});
-        QCOMPARE(m.pontos->tabela, m.tabela.nome);
-        QCOMPARE(m.pontos->grafico, m.form);
-        forms << m.form.toString() << m.pontos->form.toString();
+    void regraDoTipo_data() {
+        QTest::addColumn<QString>("tipo");
+        QTest::addColumn<QString>("aceites"); // of T H P D
+        QTest::newRow("C") << u"P 1250C"_s << u"T"_s;
+        QTest::newRow("blank at the end") << u"P 1250% "_s << u"H"_s;
+        QTest::newRow("sens-ui volts") << u"P 1250V"_s << QString();
+        QTest::newRow("sens-ui amperes") << u"P 1250A"_s << QString();
+        QTest::newRow("pressure of a device") << u"P 1250K"_s << u"P"_s;
+        QTest::newRow("dew point of a device") << u"P 1250D"_s << u"D"_s;
+        // Only those whole types are kept from temperatures: another one that ends alike passes both.
+        QTest::newRow("other pressure") << u"K"_s << u"TP"_s;
+        QTest::newRow("other dew point") << u"HX D"_s << u"TD"_s;
+        QTest::newRow("volts with a blank") << u"P 1250V "_s << u"T"_s;
+        QTest::newRow("small k") << u"P 1250k"_s << u"T"_s;
+        QTest::newRow("empty") << QString() << u"T"_s;
     }
-    QCOMPARE(forms.size(), 18);
-}
+
+    void regraDoTipo() {
+        QFETCH(QString, tipo);
+        const std::pair<QChar, const RegraTipo *> todas[] = {{u'T', &regras::temperatura},
+                                                             {u'H', &regras::humidade},
+                                                             {u'P', &regras::pressao},
+                                                             {u'D', &regras::pontoDeOrvalho}};
+        QString obtidos;
+        for (const auto &[letra, regra] : todas)
+            if (regra->aceita(tipo))
+                obtidos += letra;
+        QTEST(obtidos, "aceites");
+    }
+
+    void limites_data() {
+        QTest::addColumn<QString>("texto");
+        QTest::addColumn<QString>("esperado");
+        QTest::newRow("both") << u"30XXX5"_s << u"30|5"_s;
+        QTest::newRow("comma and point") << u"30,5XXX-2.25"_s << u"30.5|-2.25"_s;
+        QTest::newRow("blanks") << u" 30 XXX NA "_s << u"30|-"_s;
+        QTest::newRow("none") << u"NAXXXNA"_s << u"-|-"_s;
+        QTest::newRow("empty parts") << u"XXX"_s << u"-|-"_s;
+        QTest::newRow("no separator") << u"30"_s << u"-|-"_s;
+        QTest::newRow("small separator") << u"30xxx5"_s << u"-|-"_s;
+        QTest::newRow("empty") << QString() << u"-|-"_s;
+        QTest::newRow("more parts") << u"30XXX5XXX99"_s << u"30|5"_s;
+    }
+
+    void limites() {
+        const Instalacao inst(Instalacao::Base::Nenhuma);
+        QFETCH(QString, texto);
+        const Limites lidos = lerLimites(texto);
+        const auto escrever = [](double v) { return std::isnan(v) ? u"-"_s : QString::number(v); };
+        QTEST(QString(escrever(lidos.maximo) + u'|' + escrever(lidos.minimo)), "esperado");
+    }
+
+    void limiteIlegivel() {
+        const Instalacao inst(Instalacao::Base::Nenhuma);
+        QVERIFY_THROWS_EXCEPTION(Falha, lerLimites(u"30XXXcinco"));
+    }
+
+    void corDoPonto_data() {
+        QTest::addColumn<QString>("texto");
+        QTest::addColumn<double>("valor");
+        QTest::addColumn<quint32>("cor");
+        const quint32 vermelho = 255;
+        const quint32 azul = 16711680;
+        const quint32 verde = 65280;
+        QTest::newRow("on the maximum") << u"30XXX5"_s << 30.0 << vermelho;
+        QTest::newRow("under the maximum") << u"30XXX5"_s << 29.9 << verde;
+        QTest::newRow("on the minimum") << u"30XXX5"_s << 5.0 << azul;
+        QTest::newRow("over the minimum") << u"30XXX5"_s << 5.1 << verde;
+        QTest::newRow("crossed limits: maximum wins") << u"5XXX30"_s << 10.0 << vermelho;
+        QTest::newRow("only maximum, over") << u"30XXXNA"_s << 31.0 << vermelho;
+        QTest::newRow("only maximum, under") << u"30XXXNA"_s << -80.0 << verde;
+        QTest::newRow("only minimum, under") << u"NAXXX5"_s << 5.0 << azul;
+        QTest::newRow("only minimum, over") << u"NAXXX5"_s << 500.0 << verde;
+        QTest::newRow("none") << u"NAXXXNA"_s << 500.0 << verde;
+    }
+
+    void corDoPonto() {
+        const Instalacao inst(Instalacao::Base::Nenhuma);
+        QFETCH(QString, texto);
+        QFETCH(double, valor);
+        QTEST(cores::doPonto(lerLimites(texto), valor), "cor");
+    }
+
+    void media_data() {
+        QTest::addColumn<QVariantList>("valores");
+        QTest::addColumn<double>("esperada");
+        QTest::addColumn<int>("pontos");
+        QTest::newRow("numbers") << QVariantList{1.0, 2.0, 6.0} << 3.0 << 3;
+        QTest::newRow("comma, point and number") << QVariantList{u"1,5"_s, u"2.5"_s, 5.0} << 3.0 << 3;
+        QTest::newRow("ND does not weigh") << QVariantList{10.0, u"ND"_s, 20.0} << 15.0 << 3;
+        QTest::newRow("Null does not weigh") << QVariantList{10.0, QVariant(), 20.0} << 15.0 << 3;
+        QTest::newRow("only ND") << QVariantList{u"ND"_s, u" nd "_s} << 0.0 << 2;
+        QTest::newRow("nothing") << QVariantList{} << 0.0 << 0;
+    }
+
+    void media() {
+        const Instalacao inst;
+        QFETCH(QVariantList, valores);
+        QList<Instalacao::Leitura> linhas;
+        for (const QVariant &v : valores)
+            linhas.append({u"2024-03-10 10:%1:00"_s.arg(linhas.size(), 2, 10, QChar(u'0')), v});
+        inst.leituras(u"Temperaturas"_s, sensorA, linhas);
+        const Lidas lidas = ler(dia());
+        QTEST(lidas.media, "esperada");
+        QTEST(int(lidas.linhas.size()), "pontos");
+        for (qsizetype i = 0; i < valores.size(); ++i) // a value that could not be read is a gap, not a nought
+            if (valores[i].isNull() || valores[i].toString().contains(u"nd"_s, Qt::CaseInsensitive))
+                QVERIFY(std::isnan(lidas.linhas[i].valor));
+    }
+
+    void lerEmSeries() {
+        const Instalacao inst;
+        inst.leituras(u"Temperaturas"_s, sensorA,
+                      {{u"2024-03-10 12:00:01"_s, 3.0, u"junkXXXjunk"_s, u"nota"_s},
+                       {u"2024-03-10 12:00:00"_s, 2.0, QVariant(), QVariant()},
+                       {u"2024-03-10 23:59:59"_s, 4.0, u"30XXX5"_s, u""_s},
+                       {u"2024-03-10 00:00:00"_s, 1.0, u"30XXX5"_s, u" "_s},
+                       {u"2024-03-11 00:00:00"_s, 9.0}});
+        inst.leituras(u"Temperaturas"_s, u"outro"_s, {{u"2024-03-10 12:00:00"_s, 99.0}});
+        const Lidas lidas = ler(dia(), false); // without limits their texts are not looked at
+        QCOMPARE(lidas.linhas.size(), 4);      // both ends included, in order of date
+        for (int i = 0; i < 4; ++i)
+            QCOMPARE(lidas.linhas[i].valor, i + 1.0);
+        QVERIFY(lidas.linhas[2].comNota);
+        for (const int i : {0, 1, 3}) // one blank, Null and nothing are no note
+            QVERIFY(!lidas.linhas[i].comNota);
+        QVERIFY_THROWS_EXCEPTION(Falha, ler(dia()));
+    }
+
+    void intervaloSimetrico() {
+        const Instalacao inst;
+        inst.leituras(u"Temperaturas"_s, u"it's"_s, {{u"2024-03-10 12:00:00"_s, 7.5}});
+        const Intervalo trocado(instante(u"2024-03-10 23:59:59"_s), instante(u"2024-03-10 00:00:00"_s));
+        QCOMPARE(ler(trocado, true, u"it's"_s).media, 7.5);
+    }
+
+    void limitesEmCache() {
+        const Instalacao inst;
+        inst.leituras(u"Temperaturas"_s, sensorA,
+                      {{u"2024-03-10 10:00:00"_s, 1.0, u"30XXX5"_s},
+                       {u"2024-03-10 10:01:00"_s, 1.0, u"30XXX5"_s},
+                       {u"2024-03-10 10:02:00"_s, 1.0, QVariant()},
+                       {u"2024-03-10 10:03:00"_s, 1.0, u"30XXX6"_s}});
+        const Lidas lidas = ler(dia());
+        QCOMPARE(lidas.linhas[1].limites.minimo, 5.0);
+        QVERIFY(!lidas.linhas[2].limites.temMaximo());
+        QCOMPARE(lidas.linhas[3].limites.minimo, 6.0);
+    }
+
+    void sensoresPorFiltro_data() {
+        QTest::addColumn<QString>("tag");
+        QTest::addColumn<QStringList>("ids");
+        QTest::newRow("all") << u"0"_s << QStringList{u"a"_s, u"b"_s, u"c"_s, u"d"_s};
+        QTest::newRow("group") << u"7"_s << QStringList{u"b"_s, u"d"_s};
+        QTest::newRow("unit, both leading digits") << u"#P#10.0.0.1"_s << QStringList{u"a"_s, u"b"_s};
+        QTest::newRow("unit with a quote") << u"#P#o'unit"_s << QStringList{u"d"_s};
+        QTest::newRow("no such group") << u"8"_s << QStringList();
+        QTest::newRow("not quite a unit") << u"#P#"_s << QStringList();
+    }
+
+    void sensoresPorFiltro() {
+        const Instalacao inst;
+        inst.sensores({{u"a"_s, u"A"_s, u"P 1250C"_s, u"SIM"_s, 1, u"POSEIDON"_s, u"110.0.0.1"_s},
+                       {u"b"_s, u"B"_s, u"P 1250C"_s, u"SIM"_s, 7, u"POSEIDON"_s, u"210.0.0.1"_s},
+                       {u"c"_s, u"C"_s, u"P 1250C"_s, u"SIM"_s, 1, u"POSEIDON"_s, u"310.0.0.1"_s},
+                       {u"d"_s, u"D"_s, u"P 1250C"_s, u"SIM"_s, 7, u"POSEIDON"_s, u"2o'unit"_s},
+                       {u"h"_s, u"H"_s, u"P 1250%"_s, u"SIM"_s, 7, u"POSEIDON"_s, u"210.0.0.1"_s}});
+        QFETCH(QString, tag);
+        QObject dono;
+        QTEST(idsDe(sensores::listar(regras::temperatura, tag, Vigia(&dono))), "ids");
+    }
+
+    void sensoresDesactivados() {
+        const Instalacao inst;
+        inst.sensores({{u"a"_s, u"A"_s}, {u"b"_s, u"B"_s, u"C"_s, u"NAO"_s}, {u"c"_s, u"C"_s, u"C"_s, u""_s}});
+        inst.executar(u"INSERT INTO Sensores (SensorID, Tipo) VALUES ('d', 'C')"_s);
+        QObject dono;
+        const QList<Sensor> lista = sensores::listar(regras::temperatura, u"0"_s, Vigia(&dono));
+        QCOMPARE(lista.size(), 4);
+        for (int i = 0; i < 4; ++i)
+            QCOMPARE(lista[i].desactivado, i > 0);
+    }
+
+    void filtros() {
+        const Instalacao inst;
+        inst.executar(u"INSERT INTO Grupos VALUES (3, 'Câmaras')"_s);
+        inst.executar(u"INSERT INTO Poseidons (PoseidonIP, Nome) VALUES ('10.0.0.1', 'Cave')"_s);
+        QObject dono;
+        QStringList obtidos;
+        for (const Filtro &f : sensores::listarFiltros(u"Todos"_s, Vigia(&dono)))
+            obtidos.append(f.tag + u'=' + f.texto);
+        QCOMPARE(obtidos, QStringList({u"0=Todos"_s, u"#P#10.0.0.1=Cave"_s, u"3=Câmaras"_s}));
+    }
+
+    void notaDeUmaLeitura_data() {
+        QTest::addColumn<QString>("escrita");
+        QTest::addColumn<QString>("guardada");
+        QTest::addColumn<QString>("mostrada");
+        QTest::newRow("text") << u"porta aberta"_s << u"porta aberta"_s << u"porta aberta"_s;
+        QTest::newRow("blanks cut") << u"  a b  "_s << u"a b"_s << u"a b"_s;
+        QTest::newRow("erased") << QString() << u" "_s << QString();
+        QTest::newRow("only blanks") << u"   "_s << u" "_s << QString();
+        QTest::newRow("quote") << u"it's"_s << u"it's"_s << u"it's"_s;
+    }
+
+    void notaDeUmaLeitura() {
+        const Instalacao inst;
+        inst.leituras(u"Humidade"_s, sensorA, {{u"2024-03-10 10:00:01"_s, 50.0}, {u"2024-03-10 10:00:02"_s, 51.0}});
+        QFETCH(QString, escrita);
+        QVERIFY(notas::gravar(lugar(u"Humidade", instante(u"2024-03-10 10:00:02"_s)), notas::paraGuardar(escrita)));
+        QTEST(inst.linha(u"SELECT flag FROM Humidade WHERE Percentagem = 51"_s).value(0).toString(), "guardada");
+        QCOMPARE(inst.linha(u"SELECT flag FROM Humidade WHERE Percentagem = 50"_s).value(0).toString(), u" "_s);
+        const auto lida = notas::ler(lugar(u"Humidade", instante(u"2024-03-10 10:00:02"_s)));
+        QVERIFY(lida.has_value());
+        QTEST(notas::paraMostrar(*lida), "mostrada");
+        QVERIFY(!notas::ler(lugar(u"Humidade", instante(u"2024-03-10 10:00:03"_s))));
+        QVERIFY(!notas::gravar(lugar(u"Humidade", instante(u"2024-03-10 10:00:03"_s)), u"x"_s));
+    }
+
+    // Two readings of one sensor in the same second: the note is that of the first stored, each time.
+    void notaDeUmaSoLinha() {
+        const Instalacao inst;
+        inst.leituras(u"Medias"_s, sensorA, {{u"2024-03-10 10:00:00"_s, 9.0}, {u"2024-03-10 10:00:00"_s, 1.0}});
+        const QDateTime data = instante(u"2024-03-10 10:00:00"_s);
+        QVERIFY(notas::gravar(lugar(u"Medias", data), u"primeira"_s));
+        QCOMPARE(*notas::ler(lugar(u"Medias", data)), u"primeira"_s);
+        QVERIFY(notas::gravar(lugar(u"Medias", data), u"outra"_s));
+        QCOMPARE(inst.linha(u"SELECT flag FROM Medias WHERE Temperatura = 9"_s).value(0).toString(), u"outra"_s);
+        QCOMPARE(inst.linha(u"SELECT flag FROM Medias WHERE Temperatura = 1"_s).value(0).toString(), u" "_s);
+    }
+
+    void periodosDoMenu_data() {
+        QTest::addColumn<int>("qual");
+        QTest::addColumn<QDate>("hoje");
+        QTest::addColumn<QDate>("inicio");
+        QTest::newRow("today") << 0 << QDate(2024, 3, 1) << QDate(2024, 3, 1);
+        QTest::newRow("seven days over a leap day") << 1 << QDate(2024, 3, 1) << QDate(2024, 2, 24);
+        QTest::newRow("thirty days") << 2 << QDate(2024, 3, 30) << QDate(2024, 3, 1);
+        QTest::newRow("month") << 3 << QDate(2024, 2, 29) << QDate(2024, 2, 1);
+        QTest::newRow("thirteen months from a leap day") << 4 << QDate(2024, 3, 31) << QDate(2023, 2, 28);
+    }
+
+    void periodosDoMenu() {
+        QFETCH(int, qual);
+        QFETCH(QDate, hoje);
+        QTEST(periodos::lista[size_t(qual)].inicio(hoje), "inicio");
+    }
+
+    // Every row must name a table and columns that the database has, and a point form of its own over the same table.
+    void familia() {
+        const Instalacao inst;
+        QSet<QString> forms;
+        QCOMPARE(familiaGraficos().size(), 9u);
+        for (const MembroGrafico &m : familiaGraficos()) {
+            lerLeituras({m.tabela, {sensorA}, dia(), true}, [](const Leitura &) {});
+            QCOMPARE(m.pontos->tabela, m.tabela.nome);
+            QCOMPARE(m.pontos->grafico, m.form);
+            forms << m.form.toString() << m.pontos->form.toString();
+        }
+        QCOMPARE(forms.size(), 18);
+    }
+};
 
 QTEST_GUILESS_MAIN(tst_vistas)
 #include "tst_vistas.moc"
