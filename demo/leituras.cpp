@@ -109,8 +109,6 @@ public:
         m_linhas = std::make_unique<Insercao>(h.bd, t.nome.toString(), colunas);
         if (t.nome == u"Temperaturas")
             m_medias = std::make_unique<Insercao>(h.bd, u"Medias"_s, colunas);
-        if (t.grandeza == Grandeza::Humidade)
-            m_linhas->utf8(colMediaSync, " ", 1);
         for (size_t i = 0; i < h.sensores.size(); ++i)
             if (t.letras.find(h.sensores[i].letra) != std::string_view::npos && !h.sensores[i].semLeituras)
                 m_series.push_back(serieDe(h.sensores[i], i));
@@ -221,6 +219,11 @@ private:
                 i.utf8(colIdent, s.ident);
             else
                 i.nulo(colIdent);
+        }
+        if (m_t.grandeza == Grandeza::Humidade) {
+            // The capture service's own readings and averages stand in one table; a log holds no averages.
+            const bool media = !m_t.pull && s.sensor->separador() == u'.' && m.t % (leiturasPorMedia * m_t.passo) == 0;
+            i.utf8(colMediaSync, media ? "TRUE" : " ", media ? 4 : 1);
         }
         const quint64 acaso = misturar(s.chave, t);
         if (acaso % 3000 == 0) { // a value that could not be read; nothing else is known of it

@@ -347,6 +347,7 @@ int main(int argc, char *argv[]) {
     modMain::registarForms(registoForms());
     {
         frmMain principal;
+        principal.resize(1180, 760); // the offscreen platform's screen is smaller
         principal.show();
         guardar(&principal, u"principal"_s);
         menus(principal);

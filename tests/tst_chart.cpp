@@ -34,10 +34,10 @@ private Q_SLOTS:
             QCOMPARE(s.PointLabel(i), i == 5 ? u"!"_s : u"r%1"_s.arg(k(i, rotulos)));
         }
         s.Title = u"T"_s;
-        s.Tracejado = true;
+        s.traco = TSerie::Traco::Curto;
         s.Clear();
         QCOMPARE(s.Count(), 0);
-        QVERIFY(s.Tracejado && s.Title == u"T");
+        QVERIFY(s.tracejada() && s.Title == u"T");
         s.AddXY(1, 2, {}, 9);
         QVERIFY(s.PointColor(0) == 9 && s.PointLabel(0).isEmpty());
     }

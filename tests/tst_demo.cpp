@@ -195,6 +195,9 @@ private Q_SLOTS:
         QVERIFY(
             !coluna(m_bd, u"SELECT 1 FROM Temperaturas WHERE Observacoes IS NULL AND Temperatura <> 'ND'"_s).isEmpty());
         QVERIFY(!coluna(m_bd, u"SELECT 1 FROM Temperaturas WHERE Temperatura = 'ND'"_s).isEmpty());
+        QCOMPARE(coluna(m_bd, u"SELECT DISTINCT substr(PoseidonIP, 1, 1) FROM Humidade, Sensores WHERE "
+                              "SensorID = Sensor AND MediaSync = 'TRUE'"_s),
+                 QStringList{u"1"_s});
         QCOMPARE(coluna(m_bd, u"SELECT DISTINCT typeof(Temperatura) || typeof(Observacoes) FROM Temperaturas WHERE "
                               "Temperatura = 'ND'"_s),
                  QStringList{u"textnull"_s});

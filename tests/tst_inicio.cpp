@@ -194,6 +194,38 @@ private Q_SLOTS:
         QVERIFY(novo && novo->isVisible());
     }
 
+    // No window lies on another, though charts keep a least size.
+    void mosaico_data() {
+        QTest::addColumn<int>("quantas");
+        QTest::newRow("one") << 1;
+        QTest::newRow("as many as fit") << 4;
+        QTest::newRow("more") << 7;
+    }
+    void mosaico() {
+        QFETCH(const int, quantas);
+        const Instalacao instalacao;
+        const std::unique_ptr<frmMain> principal = modMain::Main();
+        principal->resize(1500, 1000);
+        const QStringList forms = {u"frmGraficoPrincipal"_s,
+                                   u"frmGraficoPrincipalTemp"_s,
+                                   u"frmListagemObservacoesTemp"_s,
+                                   u"frmGraficoPrincipalPressao"_s,
+                                   u"frmGraficoInputs"_s,
+                                   u"frmGraficoREGISTO_C_Inputs"_s,
+                                   u"frmGraficoSensUI"_s};
+        QList<QWidget *> molduras;
+        for (const QString &form : forms.mid(0, quantas))
+            molduras.append(registoForms().abrir(form)->parentWidget());
+        molduras.constFirst()->showMaximized();
+        auto *botao = utilizador::controlo<QPushButton>(principal.get(), u"STATUS:Janelas"_s);
+        Q_EMIT botao->menu()->aboutToShow();
+        botao->menu()->actions().at(1)->trigger();
+        QTest::qWait(50);
+        for (const QWidget *a : std::as_const(molduras))
+            for (const QWidget *b : std::as_const(molduras))
+                QVERIFY2(a == b || !a->geometry().intersects(b->geometry()), qPrintable(a->windowTitle()));
+    }
+
     void textosDoQt_data() {
         QTest::addColumn<QString>("lingua");
         QTest::addColumn<QString>("ficheiro");

@@ -64,6 +64,14 @@ struct Cena : Instalacao {
         for (int i = 0; i < sensores; ++i)
             clicar(form, u"cmdAdicionar"_s);
     }
+    // The sensors of the one unit.
+    void filtrarUnidade() {
+        clicar(form, u"cmdGrupos"_s);
+        auto *grupos = controlo<Grelha>(form, u"grdGrupos"_s);
+        QCOMPARE(grupos->celula(1, 0), u"#P#127.0.0.2"_s);
+        grupos->setLinhaActual(1);
+        QTest::keyClick(grupos, Qt::Key_Return);
+    }
     void confirmar() {
         clicar(form, u"cmdConfirmar"_s);
         QVERIFY(utilizador::esperar([this] { return principal.isEnabled(); }));
@@ -167,19 +175,29 @@ private Q_SLOTS:
         for (const MembroListagem &m : familiaListagens())
             QTest::newRow(m.form.toUtf8().constData()) << m.form.toString();
     }
-    // Titles come from the form's own key; an empty range neither reports nor lets print.
+    // Titles come from the form's own key, the row of all sensors in three of them from that of another; an empty range
+    // neither reports nor lets print.
     void todosAbrem() {
         QFETCH(const QString, form);
+        static const QHash<QString, QString> alheios{
+            {u"frmListagemObservacoesHumidade"_s, u"frmGraficoHistogramaSensUIPull"_s},
+            {u"frmListagemObservacoesHumidadePull"_s, u"frmGraficoHistogramaSensUIPull"_s},
+            {u"frmListagemAlarmesHum"_s, u"frmListagemObservacoesTemp"_s}};
         Cena c(form, u"C"_s);
         for (const QString &tipo : {u"P 1250%"_s, u"K"_s, u"D"_s})
             c.sensor({u"28B000000000000"_s + tipo.right(1), tipo, tipo});
-        c.ficheiroLingua(u"XX"_s, {{u"VISTREL_"_s + form, form + u".Caption", u"Title in XX"_s}});
+        c.ficheiroLingua(u"XX"_s, {{u"VISTREL_"_s + form, form + u".Caption", u"Title in XX"_s},
+                                   {u"VISTREL_"_s + alheios.value(form, form), u"Grupos.Caption"_s, u"All in XX"_s}});
         c.usarLingua(u"XX"_s);
         estado().Lingua = u"XX"_s;
         c.abrir(0);
         QCOMPARE(c.form->windowTitle(), u"Title in XX"_s);
-        if (auto *adicionar = c.form->findChild<QAbstractButton *>(u"cmdAdicionarAll"_s))
-            adicionar->click();
+        if (auto *grupos = c.form->findChild<Grelha *>(u"grdGrupos"_s)) {
+            clicar(c.form, u"cmdGrupos"_s);
+            QCOMPARE(grupos->celula(0, 1), u"All in XX"_s);
+            clicar(c.form, u"cmdGrupos"_s);
+            clicar(c.form, u"cmdAdicionarAll"_s);
+        }
         c.confirmar();
         if (form.startsWith(u"frmListagem"))
             QVERIFY(!controlo<QPushButton>(c.form, u"cmdImprimir"_s)->isEnabled());
@@ -189,7 +207,7 @@ private Q_SLOTS:
         Cena c(u"frmListagemObservacoesMedias"_s);
         c.leituras(
             u"Medias"_s, id(1),
-            {{u"2024-03-15 01:00:00"_s, 4.25, QVariant(), u"porta aberta"_s}, {u"2024-03-15 03:00:00"_s, u"ND"_s}});
+            {{u"2024-03-15 01:00:00"_s, 4.25, QVariant(), u"porta\naberta"_s}, {u"2024-03-15 03:00:00"_s, u"ND"_s}});
         c.leituras(u"Medias"_s, id(2), {{u"2024-03-15 02:00:00"_s, -18.5, QVariant(), u""_s}});
         c.executar(u"UPDATE Medias SET NomeSensor = 'Câmara'"_s);
         c.abrir(2);
@@ -207,7 +225,7 @@ private Q_SLOTS:
         c.grelha().setCurrentIndex(c.grelha().model()->index(2, 1));
         c.grelha().selectRow(2);
         utilizador::tecla(&c.grelha(), Qt::Key_C, Qt::ControlModifier);
-        QCOMPARE(QApplication::clipboard()->text(), u"Câmara\t15/03/2024 01:00:00\t4,25\tporta aberta\n"_s);
+        QCOMPARE(QApplication::clipboard()->text(), u"Câmara\t15/03/2024 01:00:00\t4,25\t\"porta\naberta\"\n"_s);
         clicar(c.form, u"cmdImprimir"_s);
         // An open preview keeps nobody from writing, and goes on showing what it was made of.
         QVERIFY(c.grelha().model()->setData(nota, u"depois"_s, Qt::EditRole));
@@ -216,16 +234,29 @@ private Q_SLOTS:
         QVERIFY2(diferenca.isEmpty(), diferenca.constData());
     }
 
-    void alarmes() {
-        Cena c(u"frmListagemAlarmesMediasTemp"_s);
+    void listagemDaUnidade_data() {
+        QTest::addColumn<QString>("relatorio");
+        QTest::newRow("frmListagemObservacoesTemp") << u"DataReportListagemTemp"_s;
+        QTest::newRow("frmListagemAlarmesMediasTemp") << u"DataReportAlarmes"_s;
+    }
+    // Several sensors under the filter of a unit: its head, not only the dates, and those below where they do not fit.
+    void listagemDaUnidade() {
+        QFETCH(const QString, relatorio);
+        Cena c(QString::fromLatin1(QTest::currentDataTag()));
         for (const auto &[data, leitura] :
              {std::pair{u"2024-03-15 01:00:00"_s, 31.5}, std::pair{u"2024-03-15 02:30:00"_s, 4.0}})
             c.executar(u"INSERT INTO Alarmes VALUES (?, 'Câmara', ?, 30, 5, ?)"_s, {id(1), data, leitura});
-        c.abrir(1);
+        c.leituras(temperaturas, id(1), {{u"2024-03-15 01:00:00"_s, u"ND"_s, {}, u"degelo"_s}});
+        c.leituras(temperaturas, id(2), {{u"2024-03-15 02:00:00"_s, -4.25}});
+        c.executar(u"UPDATE Temperaturas SET NomeSensor = 'Câmara; \"1\"'"_s);
+        c.executar(u"UPDATE Poseidons SET Nome = 'Unidade do armazém do norte'"_s);
+        c.abrir(0);
+        c.filtrarUnidade();
+        clicar(c.form, u"cmdAdicionarAll"_s);
         c.confirmar();
         QCOMPARE(c.grelha().model()->rowCount(), 2);
         clicar(c.form, u"cmdImprimir"_s);
-        const QByteArray diferenca = c.diferencaImpressa(u"DataReportAlarmes"_s);
+        const QByteArray diferenca = c.diferencaImpressa(relatorio);
         QVERIFY2(diferenca.isEmpty(), diferenca.constData());
     }
 
@@ -253,11 +284,35 @@ private Q_SLOTS:
         QVERIFY(texto.contains(u"%1 / %1"_s.arg(folhas)));
     }
 
-    void previsaoParada() {
+    // What a full disk takes of it does not replace the file that stood there.
+    void pdfEmDiscoCheio() {
+        Cena c(u"frmListagemObservacoesTemp"_s);
+        c.leituras(temperaturas, id(1), u"2024-03-15 00:00:00"_s, 60, QList<double>(300, 4.5));
+        c.abrir(1);
+        c.confirmar();
+        clicar(c.form, u"cmdImprimir"_s);
+        const QString pdf = c.ficheiro(u"velho.pdf"_s);
+        Instalacao::escreverFicheiro(pdf, "velho");
+        std::signal(SIGXFSZ, SIG_IGN);
+        rlimit antes{};
+        getrlimit(RLIMIT_FSIZE, &antes);
+        const rlimit pouco{4000, antes.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &pouco);
+        c.dialogos.responderGravar(pdf, u"2024/3/15/Listagem de Descrições de Temperatura.pdf"_s);
+        c.erros.esperar(u"velho.pdf"_s);
+        c.previsao(u"DataReportListagemTemp"_s)->findChild<QAction *>(u"cmdPDF"_s)->trigger();
+        setrlimit(RLIMIT_FSIZE, &antes);
+        QCOMPARE(Instalacao::lerFicheiro(pdf), QByteArray("velho"));
+    }
+
+    void muitasLinhas() {
         Cena c(u"frmListagemObservacoesTemp"_s);
         c.leituras(temperaturas, id(1), u"2024-03-15 00:00:00"_s, 1, QList<double>(60000, 4.5));
         c.abrir(1);
         c.confirmar();
+        c.grelha().selectAll();
+        utilizador::tecla(&c.grelha(), Qt::Key_C, Qt::ControlModifier);
+        QCOMPARE(QApplication::clipboard()->text().count(u'\n'), 60000);
         QAbstractItemView::EditTriggers durante = QAbstractItemView::AllEditTriggers;
         QTimer::singleShot(60, &c.principal, [&c, &durante] {
             durante = c.grelha().editTriggers();
@@ -329,7 +384,8 @@ private Q_SLOTS:
         const QImage imagem(jpg);
         QCOMPARE(imagem.size(), QSize(1050, 506));
         QCOMPARE(imagem.pixelColor(2, 2), QColor(Qt::white));
-        // The printed picture is the exported one.
+        // The printed picture is the exported one, and its title tells of the zoom.
+        utilizador::tecla(&c.chart(), Qt::Key_Plus);
         clicar(c.form, u"cmdImprimir"_s);
         JanelaRelatorio *janela = c.previsao(u"DataReportGraficoPrincipal"_s);
         QVERIFY(janela);
@@ -343,13 +399,26 @@ private Q_SLOTS:
         QVERIFY2(diferenca.isEmpty(), diferenca.constData());
     }
 
+    void lugarDaListagem_data() {
+        QTest::addColumn<QString>("lugar");
+        const QString partilhado = u"frmListagemAlarmesMediasTemp"_s;
+        for (const QString &form : {partilhado, u"frmListagemAlarmesPressao"_s, u"frmListagemAlarmesDPC"_s})
+            QTest::newRow(qPrintable(form)) << partilhado;
+        QTest::newRow("frmListagemAlarmesHum") << u"frmListagemAlarmesHum"_s;
+    }
+    // The height comes back, the width is the design's; three listings share one place.
     void lugarDaListagem() {
-        Cena c(u"frmListagemAlarmesPressao"_s, u"K"_s);
+        QFETCH(const QString, lugar);
+        const QString form = QString::fromLatin1(QTest::currentDataTag());
+        Cena c(form);
+        modINI::SaveSetting(u"Vistrel"_s, u"FORMS"_s, lugar + u"HEIGHT", u"9000"_s);
+        modINI::SaveSetting(u"Vistrel"_s, u"FORMS"_s, lugar + u"WIDTH", u"1500"_s);
         c.abrir(0);
+        QCOMPARE(c.form->height(), 600);
+        QVERIFY(c.form->width() >= 700);
         c.form->close();
-        QVERIFY(!modINI::GetSetting(u"Vistrel"_s, u"FORMS"_s, u"frmListagemAlarmesMediasTempTOP"_s).isEmpty());
-        QVERIFY(!modINI::GetSetting(u"Vistrel"_s, u"FORMS"_s, u"frmListagemAlarmesMediasTempWIDTH"_s).isEmpty());
-        QVERIFY(modINI::GetSetting(u"Vistrel"_s, u"FORMS"_s, u"frmListagemAlarmesPressaoTOP"_s).isEmpty());
+        QVERIFY(modINI::GetSetting(u"Vistrel"_s, u"FORMS"_s, lugar + u"WIDTH") != u"1500"_s);
+        QCOMPARE(modINI::GetSetting(u"Vistrel"_s, u"FORMS"_s, form + u"TOP").isEmpty(), form != lugar);
     }
 
     void listaDeSensoresCortada() {

@@ -3,6 +3,7 @@
 #include "core/estado.h"
 #include "core/falha.h"
 #include "core/literais.h"
+#include "core/modTraducoes.h"
 
 #include <charconv>
 #include <cmath>
@@ -87,7 +88,9 @@ double TextoParaDouble(const QString &texto) {
     if (!ok) // "-5" is a number in every locale, also where the locale's own minus sign is another character
         valor = QLocale::c().toDouble(QString(local).replace(SeparadorDecimal(), u"."_s), &ok);
     if (!ok || !std::isfinite(valor))
-        throw Falha(erros::tipoIncompativel, u"Valor não numérico: \"%1\""_s.arg(texto.left(60)));
+        throw Falha(erros::tipoIncompativel,
+                    modTraducoes::texto(u"KelvarkAUX"_s, u"ValorNaoNumerico"_s, u"Valor não numérico: \"%1\""_s)
+                        .arg(texto.left(60)));
     return valor;
 }
 

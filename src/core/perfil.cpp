@@ -144,26 +144,38 @@ QByteArray Perfil::codificar(const QString &texto) const {
     return texto.toUtf8();
 }
 
-void Perfil::separarLinhas(const QByteArray &bytes) {
-    const qsizetype largura = m_codificacao == Codificacao::Utf16Le || m_codificacao == Codificacao::Utf16Be ? 2 : 1;
-    const qsizetype baixo = m_codificacao == Codificacao::Utf16Be ? 1 : 0;
-    const auto unidade = [&](qsizetype i) -> int {
-        if (i + largura > bytes.size())
+// Width of a character and place of its low byte are known when compiling: a language file is split at each start.
+template <qsizetype largura, qsizetype baixo>
+void Perfil::separarLinhasDe(const QByteArray &bytes) {
+    const char *dados = bytes.constData();
+    const qsizetype fimDosDados = bytes.size();
+    const auto unidade = [=](qsizetype i) -> int {
+        if (i + largura > fimDosDados)
             return -1;
-        const int alto = largura == 2 ? static_cast<uchar>(bytes[i + 1 - baixo]) : 0;
-        return alto << 8 | static_cast<uchar>(bytes[i + baixo]);
+        const int alto = largura == 2 ? static_cast<uchar>(dados[i + 1 - baixo]) : 0;
+        return alto << 8 | static_cast<uchar>(dados[i + baixo]);
     };
     qsizetype inicio = 0;
-    while (inicio < bytes.size()) {
+    while (inicio < fimDosDados) {
         qsizetype fim = inicio;
-        while (unidade(fim) >= 0 && unidade(fim) != '\n' && unidade(fim) != '\r')
-            fim += largura;
-        qsizetype depois = bytes.size(); // also an odd last byte
-        if (unidade(fim) >= 0)
-            depois = fim + (unidade(fim) == '\r' && unidade(fim + largura) == '\n' ? 2 : 1) * largura;
+        int u = unidade(fim);
+        while (u >= 0 && u != '\n' && u != '\r')
+            u = unidade(fim += largura);
+        qsizetype depois = fimDosDados; // also an odd last byte
+        if (u >= 0)
+            depois = fim + (u == '\r' && unidade(fim + largura) == '\n' ? 2 : 1) * largura;
         m_linhas.push_back({bytes.mid(inicio, depois - inicio), descodificar(bytes.mid(inicio, fim - inicio))});
         inicio = depois;
     }
+}
+
+void Perfil::separarLinhas(const QByteArray &bytes) {
+    if (m_codificacao == Codificacao::Utf16Le)
+        separarLinhasDe<2, 0>(bytes);
+    else if (m_codificacao == Codificacao::Utf16Be)
+        separarLinhasDe<2, 1>(bytes);
+    else
+        separarLinhasDe<1, 0>(bytes);
 }
 
 void Perfil::indexar() {

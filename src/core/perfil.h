@@ -33,6 +33,8 @@ private:
         mutable std::optional<QHash<QString, size_t>> chaves = {}; // made when first asked for
     };
     void separarLinhas(const QByteArray &bytes);
+    template <qsizetype largura, qsizetype baixo>
+    void separarLinhasDe(const QByteArray &bytes);
     void indexar();
     QHash<QString, size_t> &chavesDe(const Seccao &seccao) const;
     QString descodificar(const QByteArray &bytes) const;

@@ -115,12 +115,12 @@ QString Motor::examinar() {
             achados += u' ' + QString::fromUtf8(reinterpret_cast<const char *>(sqlite3_column_text(exame, 0)));
     }
     if (codigo == SQLITE_INTERRUPT)
-        achados += u" (exame interrompido)"_s;
+        achados += u' ' + texto(u"BDExameInterrompido"_s, u"(exame interrompido)"_s);
     else if (codigo != SQLITE_DONE)
         achados += u' ' + QString::fromUtf8(sqlite3_errmsg(motor));
     sqlite3_finalize(exame);
     sqlite3_progress_handler(motor, 0, nullptr, nullptr);
-    return u" Exame:"_s + achados;
+    return achados.trimmed();
 }
 
 void Motor::falhar(int codigo, const QString &contexto) {
@@ -131,7 +131,7 @@ void Motor::falhar(int codigo, const QString &contexto) {
     if (primario == SQLITE_CORRUPT || primario == SQLITE_NOTADB) {
         if (exame.isEmpty())
             exame = examinar();
-        descricao += u" Ficheiro: \"%1\"."_s.arg(caminho) + exame;
+        descricao += u' ' + texto(u"BDExame"_s, u"Ficheiro: \"%1\". Exame: %2"_s).arg(caminho, exame);
     }
     throw Falha(erros::motorBD + codigo, descricao);
 }

@@ -2,6 +2,7 @@
 
 #include "core/falha.h"
 #include "core/literais.h"
+#include "core/modTraducoes.h"
 #include "core/rotina.h"
 #include "data/ligacao.h"
 #include "data/recordset.h"
@@ -104,8 +105,10 @@ QString CriarNovaDescricao(const QString &base, const QString &sufixo) {
             while (candidata.size() > maximoDaDescricao) {
                 if (inicio.isEmpty())
                     throw Falha(erros::chamadaInvalida,
-                                u"O sufixo \"%1\" não cabe numa descrição de %2 caracteres."_s.arg(sufixo).arg(
-                                    maximoDaDescricao));
+                                modTraducoes::texto(u"KelvarkAUX"_s, u"DescricaoSemLugar"_s,
+                                                    u"O sufixo \"%1\" não cabe numa descrição de %2 caracteres."_s)
+                                    .arg(sufixo)
+                                    .arg(maximoDaDescricao));
                 inicio = semUltimoCaracter(inicio);
                 candidata = compor();
             }

@@ -14,6 +14,7 @@
 #include "platform/onewire/tmex.h"
 #include "platform/unit/rede.h"
 #include "poseidon/forms/registar.h"
+#include "shell/desenhos.h"
 #include "shell/frmIconCompactarErepararBD.h"
 #include "shell/frmMain.h"
 #include "shell/textosDoQt.h"
@@ -58,6 +59,7 @@ std::unique_ptr<frmMain> Main() {
         estado().Lingua = modTraducoes::linguaDasDefinicoes();
         textosDoQt::aplicar(estado().Lingua);
         forcarEventos();
+        juntarDesenhos(); // the splash may have to warn
         registarForms(registoForms());
         rede::instalar();
         frmIconCompactarErepararBD().exec();

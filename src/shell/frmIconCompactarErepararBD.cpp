@@ -71,14 +71,14 @@ void frmIconCompactarErepararBD::paintEvent(QPaintEvent *) {
     p.setPen(QPen(QColor(90, 150, 230, 170), 1.2, Qt::DashLine));
     p.drawLine(QPointF(24, 112), QPointF(356, 112));
     QPainterPath traco;
-    for (int x = 24; x <= 356; x += 2) {
+    for (int x = 24; x <= 356; x += 4) {
         const double t = (x - 24) / 332.0;
         const QPointF ponto(x, 87 - 14 * std::sin(t * 15) * (0.6 + 0.4 * std::sin(t * 5)) -
                                    20 * std::exp(-std::pow((t - 0.72) * 16, 2)));
         x == 24 ? traco.moveTo(ponto) : traco.lineTo(ponto);
     }
     p.setBrush(Qt::NoBrush);
-    p.setPen(QPen(QColor(110, 220, 150), 2.2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    p.setPen(QPen(QColor(110, 220, 150), 2.2));
     p.drawPath(traco);
 
     QFont nome = font();
@@ -86,8 +86,7 @@ void frmIconCompactarErepararBD::paintEvent(QPaintEvent *) {
     p.setFont(nome);
     p.setPen(Qt::white);
     p.drawText(QRectF(24, 134, 240, 36), Qt::AlignLeft | Qt::AlignVCenter, estado().NomePrograma);
-    nome.setPixelSize(13);
-    p.setFont(nome);
+    p.setFont(font()); // the one that the main window loads in any case
     p.setPen(QColor(180, 205, 225));
     p.drawText(QRectF(220, 134, 136, 36), Qt::AlignRight | Qt::AlignVCenter,
                u"v"_s + QCoreApplication::applicationVersion());

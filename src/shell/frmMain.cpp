@@ -20,19 +20,29 @@
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QPushButton>
+#include <QScreen>
+#include <QScrollBar>
 #include <QStatusBar>
+#include <QStyle>
+
+#include <cmath>
 
 namespace {
 
-constexpr QSize tamanhoInicial(1180, 760);
+constexpr QSize tamanhoDesejado(1180, 760);
 
 } // namespace
+
+QSize frmMain::tamanhoInicial(const QWidget &janela) {
+    const QSize moldura(0, janela.style()->pixelMetric(QStyle::PM_TitleBarHeight));
+    return tamanhoDesejado.boundedTo(janela.screen()->availableSize() - moldura);
+}
 
 frmMain::frmMain() : m_area(new QMdiArea(this)) {
     juntarDesenhos();
     setObjectName(u"frmMain"_s);
     setWindowIcon(icones::icone(u"vistrel"_s));
-    resize(tamanhoInicial);
+    resize(tamanhoInicial(*this));
     m_area->setObjectName(u"MDIForm"_s);
     m_area->setOption(QMdiArea::DontMaximizeSubWindowOnActivation);
     m_area->setContextMenuPolicy(Qt::CustomContextMenu);
@@ -110,12 +120,13 @@ void frmMain::mostrarEstadoDaBase() {
         return modTraducoes::texto(u"VISTREL_frmMain"_s, chave, omissao);
     };
     const QString caminho = modINI::GetSetting(estado().NomePrograma, u"BD"_s, u"MAIN"_s);
-    QString legenda = QFileInfo(caminho).fileName();
+    QStringList legenda{QFileInfo(caminho).fileName()};
     if (!ligacaoPartilhada().aberta()) // BDLigada outlives an opening that failed
-        legenda += u" – " + texto(u"BDDesligada"_s, u"sem ligação"_s);
+        legenda += texto(u"BDDesligada"_s, u"sem ligação"_s);
     else if (ligacaoPartilhada().soLeitura())
-        legenda += u" – " + texto(u"BDSoLeitura"_s, u"só leitura"_s);
-    m_estadoBD->setText(legenda);
+        legenda += texto(u"BDSoLeitura"_s, u"só leitura"_s);
+    legenda.removeAll(QString()); // settings that could not be kept name no file
+    m_estadoBD->setText(legenda.join(u" – "_s));
     m_estadoBD->setToolTip(caminho);
     m_sair->setText(texto(u"Sair"_s, u"Sair"_s));
     m_sair->setAccessibleName(m_sair->text());
@@ -209,7 +220,7 @@ void frmMain::encherJanelas(QMenu *menu) {
         return modTraducoes::texto(u"VISTREL_frmMain"_s, chave, omissao);
     };
     menu->addAction(texto(u"JanelasCascata"_s, u"Em cascata"_s), m_area, &QMdiArea::cascadeSubWindows);
-    menu->addAction(texto(u"JanelasMosaico"_s, u"Em mosaico"_s), m_area, &QMdiArea::tileSubWindows);
+    menu->addAction(texto(u"JanelasMosaico"_s, u"Em mosaico"_s), this, &frmMain::emMosaico);
     menu->addAction(texto(u"JanelasFechar"_s, u"Fechar todas"_s), m_area, &QMdiArea::closeAllSubWindows);
     const QList<QMdiSubWindow *> janelas = m_area->subWindowList();
     if (!janelas.isEmpty())
@@ -220,6 +231,43 @@ void frmMain::encherJanelas(QMenu *menu) {
         accao->setCheckable(true);
         accao->setChecked(janela == m_area->currentSubWindow());
     }
+}
+
+// Side by side as far as the windows let themselves be narrowed, the rest below: the area's own way puts those that
+// keep a least size over one another.
+void frmMain::emMosaico() {
+    QList<QMdiSubWindow *> janelas = m_area->subWindowList();
+    janelas.removeIf([](const QMdiSubWindow *janela) { return janela->isMinimized(); });
+    if (janelas.isEmpty())
+        return;
+    for (QMdiSubWindow *janela : std::as_const(janelas))
+        if (janela->isMaximized())
+            janela->showNormal();
+    m_area->horizontalScrollBar()->setValue(0);
+    m_area->verticalScrollBar()->setValue(0);
+    const int quantas = int(janelas.size());
+    QSize area = m_area->viewport()->size();
+    int colunas = int(std::ceil(std::sqrt(quantas)));
+    QSize lugar;
+    for (bool rola = false;;) {
+        const int linhas = (quantas + colunas - 1) / colunas;
+        const int largura = area.width() / colunas;
+        lugar = {largura, area.height() / linhas};
+        for (QMdiSubWindow *janela : std::as_const(janelas)) {
+            janela->resize(lugar);
+            lugar = lugar.expandedTo(janela->size());
+        }
+        if (linhas * lugar.height() > area.height() && !rola) { // room for the bar to scroll with
+            rola = true;
+            area.rwidth() -= m_area->verticalScrollBar()->sizeHint().width();
+        } else if (lugar.width() == largura || colunas == 1) {
+            break;
+        } else {
+            --colunas;
+        }
+    }
+    for (int i = 0; i < quantas; ++i)
+        janelas[i]->setGeometry(QRect(QPoint(i % colunas * lugar.width(), i / colunas * lugar.height()), lugar));
 }
 
 void frmMain::mostrarJanelas() {

@@ -21,6 +21,8 @@ public:
     frmMain();
     ~frmMain() override;
 
+    static QSize tamanhoInicial(const QWidget &janela); // all of it on a small screen too
+
     void pBuildMenus();
     void BuscarEstadoMenu();
     void AlterarEstadosMenus();
@@ -49,6 +51,7 @@ private:
     bool mostrada(const EntradaMenu &entrada) const;
     void aplicarEstados();
     void encherJanelas(QMenu *menu);
+    void emMosaico();
     void mostrarJanelas();
     void menuDaArea(const QPoint &onde);
     void descarregarFormularios();

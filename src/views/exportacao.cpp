@@ -3,8 +3,10 @@
 #include "core/datas.h"
 #include "core/estado.h"
 #include "core/falha.h"
+#include "core/ficheiroDirecto.h"
 #include "core/literais.h"
 #include "core/modDoubleTratamento.h"
+#include "core/modTraducoes.h"
 #include "data/ligacao.h"
 #include "data/recordset.h"
 #include "views/estados.h"
@@ -65,7 +67,7 @@ private:
 class EscritorCSV {
 public:
     explicit EscritorCSV(const QString &caminho) : m_ficheiro(caminho) {
-        if (!m_ficheiro.open(QIODevice::WriteOnly | QIODevice::Truncate))
+        if (!m_ficheiro.abrir())
             falhar();
         m_tampao.reserve(tamanhoDoTampao + 4096);
     }
@@ -79,14 +81,11 @@ public:
     void juntar(QByteArrayView texto) { m_tampao.append(texto); }
     void fimDeLinha() {
         m_tampao.append("\r\n");
-        ++m_linhas;
         if (m_tampao.size() >= tamanhoDoTampao)
             despejar();
     }
     void terminar() {
         despejar();
-        if (!m_ficheiro.flush())
-            falhar();
         m_ficheiro.close();
         if (m_ficheiro.error() != QFileDevice::NoError)
             falhar();
@@ -95,17 +94,21 @@ public:
 private:
     static constexpr qsizetype tamanhoDoTampao = 256 * 1024;
     void despejar() {
-        if (m_ficheiro.write(m_tampao) != m_tampao.size() || !m_ficheiro.flush())
+        const qint64 escritos = m_ficheiro.write(m_tampao);
+        m_linhas += QByteArrayView(m_tampao).first(std::max<qint64>(0, escritos)).count('\n');
+        if (escritos != m_tampao.size())
             falhar();
         m_tampao.resize(0);
     }
     [[noreturn]] void falhar() {
         m_falhou = true;
-        throw Falha(erros::falhaDoFicheiro, u"Não é possível escrever \"%1\": %2 (linhas preparadas: %3)."_s
-                                                .arg(m_ficheiro.fileName(), m_ficheiro.errorString())
-                                                .arg(m_linhas));
+        throw Falha(erros::falhaDoFicheiro,
+                    modTraducoes::texto(u"KelvarkAUX"_s, u"FicheiroCSVNaoEscrito"_s,
+                                        u"Não é possível escrever \"%1\": %2 (linhas escritas: %3)."_s)
+                        .arg(m_ficheiro.fileName(), m_ficheiro.errorString())
+                        .arg(m_linhas));
     }
-    QFile m_ficheiro;
+    FicheiroDirecto<QFile> m_ficheiro;
     QByteArray m_tampao;
     qint64 m_linhas = 0;
     bool m_falhou = false;

@@ -263,6 +263,9 @@ ConsultaListagem consulta(const MembroListagem &membro, const Pedido &pedido) {
         colunas.append(coluna.campo.toString());
     if (membro.comMedias)
         colunas.append(u"MediaSync"_s);
+    // The capture service owns the tables of alarms: what stands beside sensor and date is known by its place alone.
+    if (membro.ligacao == LigacaoListagem::Alarmes)
+        colunas = {u"*"_s};
     colunas.append(u"rowid"_s);
     c.colunas = colunas.join(u", "_s);
     c.visiveis = int(membro.colunas.size());

@@ -3,6 +3,7 @@
 #include "core/falha.h"
 #include "core/literais.h"
 #include "core/modDoubleTratamento.h"
+#include "core/modTraducoes.h"
 
 #include <QStringList>
 
@@ -40,9 +41,11 @@ std::vector<Limites> limitesDosBaldes(double minimo, double maximo, double inter
                                       const std::function<void()> &passar) {
     if ((maximo - minimo) / intervalo > double(maximoDeBaldes))
         throw Falha(erros::chamadaInvalida,
-                    u"O intervalo %1 é demasiado pequeno para valores de %2 a %3."_s.arg(
-                        modDoubleTratamento::NumeroParaTexto(intervalo), modDoubleTratamento::NumeroParaTexto(minimo),
-                        modDoubleTratamento::NumeroParaTexto(maximo)));
+                    modTraducoes::texto(u"KelvarkAUX"_s, u"HistIntervaloPequeno"_s,
+                                        u"O intervalo %1 é demasiado pequeno para valores de %2 a %3."_s)
+                        .arg(modDoubleTratamento::NumeroParaTexto(intervalo),
+                             modDoubleTratamento::NumeroParaTexto(minimo),
+                             modDoubleTratamento::NumeroParaTexto(maximo)));
     std::vector<Limites> limites;
     for (double x = minimo; x <= maximo; x += intervalo) {
         const double baixo = comoTexto(x);
@@ -65,7 +68,9 @@ double lerIntervalo(const QString &texto) {
     bool ok = false;
     const double lido = std::fabs(QString(texto).replace(u',', u'.').trimmed().toDouble(&ok));
     if (!ok || !(lido > 0) || !std::isfinite(lido))
-        throw Falha(erros::tipoIncompativel, u"Intervalo do histograma inválido: \"%1\""_s.arg(texto));
+        throw Falha(erros::tipoIncompativel, modTraducoes::texto(u"KelvarkAUX"_s, u"HistIntervaloInvalido"_s,
+                                                                 u"Intervalo do histograma inválido: \"%1\""_s)
+                                                 .arg(texto));
     return lido;
 }
 

@@ -2,6 +2,7 @@
 
 #include "core/falha.h"
 #include "core/literais.h"
+#include "core/modTraducoes.h"
 #include "core/rotina.h"
 #include "data/recordset.h"
 
@@ -66,9 +67,10 @@ ModeloListagem::~ModeloListagem() = default;
 Recordset ModeloListagem::cursor(const QByteArray &desdeBytes) const {
     const QString desde = QString::fromUtf8(desdeBytes);
     if (m_consulta.ramos.size() > maximoDeRamos)
-        throw Falha(
-            erros::chamadaInvalida,
-            u"Demasiados sensores numa listagem (%1; máximo %2)."_s.arg(m_consulta.ramos.size()).arg(maximoDeRamos));
+        throw Falha(erros::chamadaInvalida, modTraducoes::texto(u"KelvarkAUX"_s, u"ListagemSensoresAMais"_s,
+                                                                u"Demasiados sensores numa listagem (%1; máximo %2)."_s)
+                                                .arg(m_consulta.ramos.size())
+                                                .arg(maximoDeRamos));
     QStringList selecoes;
     QVariantList valores;
     for (const ConsultaListagem::Ramo &ramo : m_consulta.ramos) {

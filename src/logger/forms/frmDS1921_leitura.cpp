@@ -239,8 +239,9 @@ void frmDS1921::CarregarDados() {
         for (TSerie *serie : {&sensor, &maximo, &minimo}) {
             serie->Clear();
             serie->Active = !LeiturasGrafico.empty();
-            serie->Tracejado = serie != &sensor;
         }
+        maximo.traco = TSerie::Traco::Longo;
+        minimo.traco = TSerie::Traco::Curto;
         for (const ControloDS1921::Linha &linha : LeiturasGrafico) {
             const double x = datas::segundosDe(linha.data);
             const double y = numeros1921::arredondar(linha.bruta, casasDoGrafico) + l.Calibracao;

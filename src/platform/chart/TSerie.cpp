@@ -26,7 +26,7 @@ void TSerie::Clear() {
     TSerie vazia(estilo);
     vazia.Active = Active;
     vazia.ColorEachPoint = ColorEachPoint;
-    vazia.Tracejado = Tracejado;
+    vazia.traco = traco;
     vazia.Color = Color;
     vazia.Title = Title;
     vazia.Name = Name;

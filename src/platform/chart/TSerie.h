@@ -15,6 +15,8 @@
 class TSerie {
 public:
     enum class Estilo { Linha, Degrau, Barra };
+    // Limit lines are told apart by their dashes, also without colour.
+    enum class Traco { Cheio, Longo, Curto };
 
     // What 256 points in a row hold, so that a redraw need not look at each.
     struct Resumo {
@@ -44,7 +46,8 @@ public:
 
     bool Active = true;
     bool ColorEachPoint = false;
-    bool Tracejado = false; // dashed, as a limit line is
+    Traco traco = Traco::Cheio;
+    bool tracejada() const { return traco != Traco::Cheio; }
     quint32 Color = 0;
     QString Title;
     QString Name;

@@ -32,9 +32,10 @@ double lacunaDe(const TSerie &serie) {
     return factor * *meio;
 }
 
-void tracejar(QPen &caneta) {
+void tracejar(QPen &caneta, TSerie::Traco traco, double escala = 1) {
     caneta.setCapStyle(Qt::FlatCap);
-    caneta.setDashPattern({5, 3});
+    const double comprimento = traco == TSerie::Traco::Longo ? 5 : 1.8;
+    caneta.setDashPattern({comprimento * escala, (traco == TSerie::Traco::Longo ? 3 : 1.8) * escala});
 }
 
 void riscar(QPainter *pintor, const Tracos &t) {
@@ -207,10 +208,10 @@ void PlotSerie::desenharLinhas(QCPPainter *pintor) {
         const QColor cor =
             m_serie.ColorEachPoint ? m_tema.legivel(corOLE(m_serie.paleta().value(qsizetype(c)))) : corDaSerie();
         QPen caneta(cor, usual ? espessura : espessuraAlarme, Qt::SolidLine, Qt::SquareCap, Qt::BevelJoin);
-        if (m_serie.Tracejado)
-            tracejar(caneta);
+        if (m_serie.tracejada())
+            tracejar(caneta, m_serie.traco);
         pintor->setPen(caneta);
-        if (m_serie.Tracejado || pintor->modes().testFlag(QCPPainter::pmVectorized))
+        if (m_serie.tracejada() || pintor->modes().testFlag(QCPPainter::pmVectorized))
             riscar(pintor, t);
         else
             riscarDepressa(pintor, t);
@@ -228,7 +229,7 @@ void PlotSerie::desenharLinhas(QCPPainter *pintor) {
 // Every point where there is room; on paper also a few of the alarms where there is none, since their colour may be
 // lost there.
 void PlotSerie::desenharMarcadores(QCPPainter *pintor, qsizetype inicio, qsizetype fim) {
-    if (m_serie.Tracejado)
+    if (m_serie.tracejada())
         return;
     const double largura = mKeyAxis->axisRect()->width();
     const bool todos = largura / double(fim - inicio) >= espacoParaMarcadores;
@@ -263,8 +264,8 @@ void PlotSerie::desenharSimbolo(QCPPainter *pintor, const QRectF &area) const {
         pintor->fillRect(area.adjusted(area.width() / 4, 1, -area.width() / 4, -1), corDaSerie());
     } else {
         QPen caneta(corDaSerie(), 2.2, Qt::SolidLine, Qt::FlatCap);
-        if (m_serie.Tracejado)
-            caneta.setDashPattern({2.6, 1.6});
+        if (m_serie.tracejada())
+            tracejar(caneta, m_serie.traco, 0.53);
         pintor->setPen(caneta);
         pintor->drawLine(QPointF(area.left(), area.center().y()), QPointF(area.right(), area.center().y()));
     }

@@ -1,7 +1,9 @@
 #include "platform/forms/dialogosQt.h"
 
+#include "platform/forms/icones.h"
 #include "platform/forms/registoForms.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QDir>
 #include <QFileDialog>
@@ -9,6 +11,7 @@
 #include <QFileInfo>
 #include <QHeaderView>
 #include <QMessageBox>
+#include <QStyle>
 #include <QTreeView>
 
 namespace {
@@ -20,9 +23,17 @@ QWidget *donoActual() {
     return activa ? activa : registoForms().dono.data();
 }
 
+// Own drawings and plain buttons: where the desktop brings no icons, the library's fall-backs are coarse bitmaps.
 int mostrar(QMessageBox::Icon icone, const QString &texto, QMessageBox::StandardButtons botoes) {
     QMessageBox caixa(icone, estado().NomePrograma, texto, botoes, donoActual());
     caixa.setTextFormat(Qt::PlainText);
+    constexpr QStringView desenhos[] = {u"", u"informacao", u"aviso", u"erro", u"pergunta"};
+    if (const QIcon desenho = icones::icone(desenhos[icone].toString()); !desenho.isNull()) {
+        const int lado = caixa.style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, &caixa);
+        caixa.setIconPixmap(desenho.pixmap(QSize(lado, lado), caixa.devicePixelRatioF()));
+    }
+    for (QAbstractButton *botao : caixa.buttons())
+        botao->setIcon({});
     return caixa.exec();
 }
 
@@ -82,8 +93,8 @@ private:
 } // namespace
 
 void DialogosQt::mensagem(const QString &texto, Estilo estilo) {
-    constexpr QMessageBox::Icon icones[] = {QMessageBox::Information, QMessageBox::Warning, QMessageBox::Critical};
-    mostrar(icones[size_t(estilo)], texto, QMessageBox::Ok);
+    constexpr QMessageBox::Icon porEstilo[] = {QMessageBox::Information, QMessageBox::Warning, QMessageBox::Critical};
+    mostrar(porEstilo[size_t(estilo)], texto, QMessageBox::Ok);
 }
 
 bool DialogosQt::pergunta(const QString &texto) {

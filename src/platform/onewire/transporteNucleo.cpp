@@ -2,6 +2,7 @@
 
 #include "core/falha.h"
 #include "core/literais.h"
+#include "core/modTraducoes.h"
 #include "platform/onewire/crc.h"
 #include "platform/onewire/espera.h"
 #include "platform/onewire/pesquisaRom.h"
@@ -113,7 +114,8 @@ QByteArray TransporteNucleo::bloco(const QByteArray &enviar) {
     m_fd = ::open(caminho.constData(), O_RDWR | O_CLOEXEC);
     if (m_fd < 0) {
         if (!valido())
-            throw Falha(erros::falhaDoFicheiro, u"O adaptador 1-Wire deixou de responder."_s);
+            throw Falha(erros::falhaDoFicheiro, modTraducoes::texto(u"KelvarkAUX"_s, u"AdaptadorMudo"_s,
+                                                                    u"O adaptador 1-Wire deixou de responder."_s));
         return nada; // taken off
     }
     // The ones at the end are read: on the wire that is the same as sending them.

@@ -2,6 +2,7 @@
 
 #include "core/falha.h"
 #include "core/literais.h"
+#include "core/modTraducoes.h"
 #include "platform/onewire/espera.h"
 
 #include <QElapsedTimer>
@@ -117,7 +118,8 @@ QByteArray TransporteSerie::ler(int quantos, int ms) {
 QByteArray TransporteSerie::exigir(int quantos) {
     QByteArray lidos = ler(quantos, esperaDaResposta);
     if (lidos.size() != quantos)
-        throw Falha(erros::falhaDoFicheiro, u"O adaptador 1-Wire deixou de responder."_s);
+        throw Falha(erros::falhaDoFicheiro, modTraducoes::texto(u"KelvarkAUX"_s, u"AdaptadorMudo"_s,
+                                                                u"O adaptador 1-Wire deixou de responder."_s));
     return lidos;
 }
 
@@ -138,7 +140,8 @@ bool TransporteSerie::reset() {
     escrever(QByteArray(1, char(Reset)));
     const quint8 resposta = quint8(exigir(1).at(0));
     if ((resposta & 0xC0) != 0xC0)
-        throw Falha(erros::falhaDoFicheiro, u"O adaptador 1-Wire respondeu mal."_s);
+        throw Falha(erros::falhaDoFicheiro, modTraducoes::texto(u"KelvarkAUX"_s, u"AdaptadorRespondeuMal"_s,
+                                                                u"O adaptador 1-Wire respondeu mal."_s));
     const int presenca = resposta & 3; // 1 somebody, 2 somebody in alarm, 3 nobody, 0 the line is shorted
     return presenca == 1 || presenca == 2;
 }

@@ -5,6 +5,7 @@
 
 #include <QFontMetricsF>
 #include <QPainter>
+#include <QRegularExpression>
 #include <QTextLayout>
 
 #include <algorithm>
@@ -53,7 +54,17 @@ struct DataReport::Medidor {
         return f;
     }
     QRectF caixa(const ControloDeRelatorio &c, double topo, double altura) const {
-        return {c.esquerda * largura, topo, c.largura * largura - folgaDeColuna, altura};
+        const bool ultima = c.esquerda + c.largura > 1 - 1e-6;
+        return {c.esquerda * largura, topo, c.largura * largura - (ultima ? 0 : folgaDeColuna), altura};
+    }
+    // Devices differ a little in the widths of letters: measured in a narrower box, no line is ever lost.
+    double disponivelEm(const ControloDeRelatorio &c) const { return (c.largura * largura - folgaDeColuna) * 0.97; }
+    // What stands apart in one line stands below when there is no room, not torn in two.
+    QString legenda(const ControloDeRelatorio &c) const {
+        static const QRegularExpression intervalo(u" {8,}"_s);
+        return QFontMetricsF(fonte(c)).horizontalAdvance(c.Caption) < disponivelEm(c)
+                   ? c.Caption
+                   : QString(c.Caption).replace(intervalo, u"\n"_s);
     }
     double altura(const ControloDeRelatorio &c, const QString &texto) const {
         if (c.tipo == ControloDeRelatorio::Tipo::Imagem)
@@ -61,8 +72,7 @@ struct DataReport::Medidor {
         if (texto.isEmpty())
             return 0;
         const QFontMetricsF metrica(fonte(c));
-        // Devices differ a little in the widths of letters: measured in a narrower box, no line is ever lost.
-        const double disponivel = (c.largura * largura - folgaDeColuna) * 0.97;
+        const double disponivel = disponivelEm(c);
         // The usual cell is one short line: no need for a full layout.
         if (!texto.contains(u'\n') && metrica.horizontalAdvance(texto) < disponivel)
             return metrica.height();
@@ -116,9 +126,9 @@ double DataReport::alturaDaSeccao(const Medidor &medidor, const SeccaoDeRelatori
     double linha = 0;
     double direita = 0;
     for (const ControloDeRelatorio &c : s ? s->Controls : QList<ControloDeRelatorio>()) {
-        const double altura = medidor.altura(c, c.Caption);
+        const double altura = medidor.altura(c, medidor.legenda(c));
         if (c.esquerda < direita - 1e-6) {
-            total += linha;
+            total += linha > 0 ? linha + folgaDeLinha : 0;
             linha = 0;
         }
         linha = std::max(linha, altura);
@@ -133,17 +143,18 @@ void DataReport::pintarSeccao(QPainter &pintor, const Medidor &medidor, const Se
     double direita = 0;
     for (const ControloDeRelatorio &c : s ? s->Controls : QList<ControloDeRelatorio>()) {
         if (c.esquerda < direita - 1e-6) {
-            topo += linha;
+            topo += linha > 0 ? linha + folgaDeLinha : 0;
             linha = 0;
         }
-        const double altura = medidor.altura(c, c.Caption);
+        const QString legenda = medidor.legenda(c);
+        const double altura = medidor.altura(c, legenda);
         if (c.tipo == ControloDeRelatorio::Tipo::Imagem) {
             if (!c.picture.isNull())
                 pintor.drawImage(QRectF(c.esquerda * medidor.largura, topo, c.largura * medidor.largura, altura),
                                  c.picture);
         } else if (altura > 0) {
             pintor.setFont(medidor.fonte(c));
-            pintor.drawText(medidor.caixa(c, topo, altura + unidadesPorPonto), c.Caption, opcaoDeTexto(c.alinhamento));
+            pintor.drawText(medidor.caixa(c, topo, altura + unidadesPorPonto), legenda, opcaoDeTexto(c.alinhamento));
         }
         linha = std::max(linha, altura);
         direita = c.esquerda + c.largura;
@@ -244,6 +255,9 @@ void DataReport::pintarPagina(QPainter &pintor, int pagina, const QRectF &destin
     }
 
     ControloDeRelatorio numero;
+    numero.esquerda = 0.6;
+    numero.largura = 0.4;
+    numero.corpo = 8;
     numero.alinhamento = Qt::AlignRight;
     numero.Caption = u"%1 / %2"_s.arg(pagina + 1).arg(paginas());
     const double pe = area.height() - QFontMetricsF(medidor.fonte(numero)).height() - unidadesPorPonto;

@@ -3,6 +3,7 @@
 #include "core/estado.h"
 #include "core/eventos.h"
 #include "core/falha.h"
+#include "core/ficheiroDirecto.h"
 #include "core/literais.h"
 #include "core/modTraducoes.h"
 #include "core/rotina.h"
@@ -10,13 +11,14 @@
 #include <QAction>
 #include <QCloseEvent>
 #include <QComboBox>
-#include <QFile>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPainter>
+#include <QPdfWriter>
 #include <QPrintDialog>
 #include <QPrinter>
 #include <QProgressBar>
+#include <QSaveFile>
 #include <QScrollArea>
 #include <QSpinBox>
 #include <QStyle>
@@ -32,6 +34,7 @@ QString texto(const QString &chave, const QString &omissao) {
 constexpr double ajustarPagina = 0;
 constexpr double ajustarLargura = -1;
 constexpr int margemDaFolha = 12;
+constexpr int resolucaoPDF = 1200;
 
 } // namespace
 
@@ -40,6 +43,7 @@ class FolhaDeRelatorio : public QWidget {
 public:
     explicit FolhaDeRelatorio(const DataReport &relatorio) : m_relatorio(relatorio) { setObjectName(u"folha"_s); }
     int pagina = 0;
+    bool pronta = false; // until the lines are there the paper stays blank
 
 protected:
     void paintEvent(QPaintEvent *) override {
@@ -49,7 +53,7 @@ protected:
         pintor.fillRect(papel.translated(3, 3), palette().color(QPalette::Shadow));
         pintor.fillRect(papel, Qt::white);
         pintor.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
-        if (pagina < m_relatorio.paginas())
+        if (pronta)
             m_relatorio.pintarPagina(pintor, pagina, papel);
     }
 
@@ -164,6 +168,7 @@ bool JanelaRelatorio::mostrar() {
             close();
             return false;
         }
+        m_folha->pronta = true;
         m_pagina->setRange(1, m_relatorio->paginas());
         m_total->setText(u"/ %1"_s.arg(m_relatorio->paginas()));
         irPara(0);
@@ -194,41 +199,39 @@ void JanelaRelatorio::ajustarFolha() {
     m_folha->resize((papel * std::max(escala, 0.1)).toSize() + QSize(2 * margemDaFolha, 2 * margemDaFolha));
 }
 
-bool JanelaRelatorio::imprimirEm(QPrinter &impressora, int primeira, int ultima) {
-    impressora.setPageLayout(m_relatorio->disposicao());
-    impressora.setFullPage(true);
-    QPainter pintor;
-    if (!pintor.begin(&impressora))
-        throw Falha(
-            erros::falhaDoFicheiro,
-            impressora.outputFileName().isEmpty()
-                ? texto(u"ErroImpressora"_s, u"A impressora não aceita o trabalho."_s)
-                : texto(u"ErroFicheiro"_s, u"Não é possível escrever \"%1\"."_s).arg(impressora.outputFileName()));
+bool JanelaRelatorio::pintarPaginas(QPagedPaintDevice &papel, QPainter &pintor, int primeira, int ultima) {
     ocupado(true, texto(u"AImprimir"_s, u"A imprimir... %p %"_s));
     bool completo = true;
     for (int p = primeira; p <= ultima && completo; ++p) {
         if (p > primeira)
-            impressora.newPage();
-        m_relatorio->pintarPagina(pintor, p, QRectF(0, 0, impressora.width(), impressora.height()));
+            papel.newPage();
+        m_relatorio->pintarPagina(pintor, p, QRectF(0, 0, papel.width(), papel.height()));
         completo = progredir(qint64(p - primeira + 1) * 64, qint64(ultima - primeira + 1) * 64);
     }
     ocupado(false);
     irPara(m_folha->pagina);
-    if (!completo) {
-        pintor.end();
-        impressora.abort();
-    }
     return completo;
 }
 
+// What stood there is replaced by a whole file only: not by a stopped one, nor by what a full disk took of it.
 bool JanelaRelatorio::gravarPDF(const QString &caminho) {
-    QPrinter impressora(QPrinter::HighResolution);
-    impressora.setOutputFormat(QPrinter::PdfFormat);
-    impressora.setOutputFileName(caminho);
-    impressora.setDocName(windowTitle());
-    const bool completo = imprimirEm(impressora, 0, m_relatorio->paginas() - 1);
-    if (!completo)
-        QFile::remove(caminho);
+    FicheiroDirecto<QSaveFile> ficheiro(caminho);
+    const auto falhar = [&] {
+        throw Falha(erros::falhaDoFicheiro,
+                    texto(u"ErroFicheiro"_s, u"Não é possível escrever \"%1\"."_s).arg(caminho) + u' ' +
+                        ficheiro.errorString());
+    };
+    if (!ficheiro.abrir())
+        falhar();
+    QPdfWriter escritor(&ficheiro);
+    escritor.setPageLayout(m_relatorio->disposicao());
+    escritor.setResolution(resolucaoPDF);
+    escritor.setTitle(windowTitle());
+    QPainter pintor(&escritor);
+    const bool completo = pintarPaginas(escritor, pintor, 0, m_relatorio->paginas() - 1);
+    pintor.end();
+    if (completo && !ficheiro.commit())
+        falhar();
     return completo;
 }
 
@@ -241,17 +244,28 @@ void JanelaRelatorio::imprimir() {
         dialogo.setFromTo(1, m_relatorio->paginas());
         if (dialogo.exec() != QDialog::Accepted)
             return;
+        impressora.setPageLayout(m_relatorio->disposicao());
+        impressora.setFullPage(true);
+        QPainter pintor;
+        if (!pintor.begin(&impressora))
+            throw Falha(erros::falhaDoFicheiro, texto(u"ErroImpressora"_s, u"A impressora não aceita o trabalho."_s));
         const bool intervalo = impressora.printRange() == QPrinter::PageRange && impressora.fromPage() > 0;
-        imprimirEm(impressora, intervalo ? impressora.fromPage() - 1 : 0,
-                   intervalo ? impressora.toPage() - 1 : m_relatorio->paginas() - 1);
+        if (!pintarPaginas(impressora, pintor, intervalo ? impressora.fromPage() - 1 : 0,
+                           intervalo ? impressora.toPage() - 1 : m_relatorio->paginas() - 1)) {
+            pintor.end();
+            impressora.abort();
+        }
     });
 }
 
 void JanelaRelatorio::pedirPDF() {
     Rotina("DataReport.ExportReport", [&] {
         Dialogos *dialogos = estado().ambiente.dialogos;
+        const QString pasta = m_pasta ? m_pasta() : QString();
+        const QString nome = windowTitle().replace(u'/', u'-') + u".pdf";
+        const QString proposto = pasta.isEmpty() ? nome : pasta + u'/' + nome;
         const QString caminho =
-            dialogos ? dialogos->gravarFicheiro(windowTitle() + u".pdf", {}, u"pdf (*.pdf)|*.pdf"_s) : QString();
+            dialogos ? dialogos->gravarFicheiro(proposto, pasta, u"pdf (*.pdf)|*.pdf"_s) : QString();
         if (!caminho.isEmpty())
             gravarPDF(caminho);
     });

@@ -4,12 +4,14 @@
 
 #include <QWidget>
 
+#include <functional>
 #include <memory>
 
 class QAction;
 class QComboBox;
 class QLabel;
-class QPrinter;
+class QPagedPaintDevice;
+class QPainter;
 class QProgressBar;
 class QScrollArea;
 class QSpinBox;
@@ -26,6 +28,8 @@ public:
     // Shows the window and lays the report out; false when it was stopped or closed meanwhile.
     bool mostrar();
     DataReport &relatorio() { return *m_relatorio; }
+    // The folder that the dialog for PDF files begins in, asked for when it opens.
+    void setPasta(std::function<QString()> pasta) { m_pasta = std::move(pasta); }
     // Writes all pages; Falha when the file cannot be written. False when stopped.
     bool gravarPDF(const QString &caminho);
 
@@ -41,11 +45,12 @@ private:
     void imprimir();
     void pedirPDF();
     void parar() { m_parado = true; }
-    bool imprimirEm(QPrinter &impressora, int primeira, int ultima);
+    bool pintarPaginas(QPagedPaintDevice &papel, QPainter &pintor, int primeira, int ultima);
     void ocupado(bool sim, const QString &texto = {});
     bool progredir(qint64 feitas, qint64 total);
 
     std::unique_ptr<DataReport> m_relatorio;
+    std::function<QString()> m_pasta;
     QAction *m_imprimir = nullptr;
     QAction *m_pdf = nullptr;
     QAction *m_anterior = nullptr;

@@ -18,8 +18,8 @@ FormGrafico::FormGrafico(const MembroGrafico &membro, const FabricaPainel &fabri
 
     for (int i = 0; i < seriesFixas; ++i)
         chart().AddSeries().Active = false;
-    chart().Series(serieMaximo).Tracejado = true;
-    chart().Series(serieMinimo).Tracejado = true;
+    chart().Series(serieMaximo).traco = TSerie::Traco::Longo;
+    chart().Series(serieMinimo).traco = TSerie::Traco::Curto;
     chart().Left().Title = texto(u"TChart.Axis.Left.Title.Caption"_s, membro.tituloEixo.toString());
     chart().setUnidade(membro.unidade.toString());
     chart().setNota([this](int serie, int indice) { return notaDe(serie, indice); });

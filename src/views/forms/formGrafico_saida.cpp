@@ -88,7 +88,7 @@ bool FormGrafico::ExportarCSV(const QString &caminho, const QString &inicio, con
         m_emCarga = true;
         m_parar = false;
         const Vigia vigia(this);
-        const CargaEmCurso carga(this);
+        const CargaEmCurso carga(this, Trabalho::Exportacao);
         connect(carga.espera(), &frmEsperaPraCriarGrafico::cancelar, this, [this] { m_parar = true; });
         QList<QStringList> chaves;
         for (const Escolha &escolha : painel()->escolhas())

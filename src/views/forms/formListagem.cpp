@@ -4,9 +4,11 @@
 #include "core/eventos.h"
 #include "core/literais.h"
 #include "core/rotina.h"
+#include "data/modMain.h"
 #include "data/recordset.h"
 #include "platform/report/JanelaRelatorio.h"
 #include "views/forms/desenhosDeRelatorios.h"
+#include "views/forms/frmEsperaPraCriarGrafico.h"
 #include "views/forms/painelVista.h"
 #include "views/impressao.h"
 
@@ -19,11 +21,13 @@
 #include <QPushButton>
 #include <QTableView>
 
+#include <optional>
+
 namespace {
 
 constexpr int alturaPorOmissao = 7785; // twips
 constexpr QSize tamanhoMinimo(10500, 6000);
-constexpr qint64 maximoACopiar = 100'000; // cells put on the clipboard
+constexpr int linhasSemEspera = 5000; // copied at once
 
 FormVista::Config configDe(const MembroListagem &membro) {
     const QString form = membro.form.toString();
@@ -35,6 +39,13 @@ FormVista::Config configDe(const MembroListagem &membro) {
             {lugar, {}, 0, alturaPorOmissao},
             tamanhoMinimo,
             FormVista::Exportacao::Nenhuma};
+}
+
+// A cell that breaks the table goes between quotes, which programs that take tables understand.
+QString celulaParaColar(QString texto) {
+    if (!texto.contains(u'\t') && !texto.contains(u'\n') && !texto.startsWith(u'"'))
+        return texto;
+    return u'"' + texto.replace(u'"', u"\"\""_s) + u'"';
 }
 
 // Printed lines: the rows of the listing, read with a cursor of their own.
@@ -67,7 +78,10 @@ FormListagem::FormListagem(const MembroListagem &membro, std::unique_ptr<FonteLi
     montar(m_painel, m_grelha);
     connect(m_painel, &PainelVista::carregar, this, &FormListagem::CarregarDadosNaGrelha);
     connect(cmdImprimir(), &QPushButton::clicked, this, &FormListagem::cmdImprimir_Click);
-    connect(&m_modelo, &ModeloListagem::rowsInserted, this, &FormListagem::mostrarTotal);
+    connect(&m_modelo, &ModeloListagem::rowsInserted, this, [this](const QModelIndex &, int primeira, int ultima) {
+        estenderEscolha(primeira, ultima);
+        mostrarTotal();
+    });
     connect(&m_modelo, &ModeloListagem::contagemTerminada, this, &FormListagem::mostrarTotal);
     m_painel->abrir();
 }
@@ -98,20 +112,37 @@ void FormListagem::criarGrelha() {
     m_grelha->installEventFilter(this);
 }
 
+QString FormListagem::tituloDe(const ColunaListagem &coluna) const {
+    return texto(coluna.chave.toString(), coluna.omissao.toString()).trimmed();
+}
+
+// The design width holds for usual fonts; a head or a date must never be cut.
+int FormListagem::larguraDe(const ColunaListagem &coluna) const {
+    if (coluna.largura == 0)
+        return 0;
+    const QFontMetrics metrica = m_grelha->fontMetrics();
+    const int algarismos = coluna.largura > 1500 ? 19 : 8;
+    const int conteudo =
+        std::max(metrica.horizontalAdvance(QString(algarismos, u'0')), metrica.horizontalAdvance(tituloDe(coluna)));
+    return std::max(lugar::pixeis(coluna.largura), conteudo + 24);
+}
+
+// All columns side by side.
+int FormListagem::larguraDeDesenho() const {
+    int largura = style()->pixelMetric(QStyle::PM_ScrollBarExtent) + 2 * m_grelha->frameWidth();
+    for (const ColunaListagem &coluna : m_membro.colunas)
+        largura += larguraDe(coluna);
+    return largura;
+}
+
 void FormListagem::aplicarColunas() {
     for (int i = 0; i < int(m_membro.colunas.size()); ++i) {
         const ColunaListagem &coluna = m_membro.colunas[size_t(i)];
         m_grelha->setColumnHidden(i, coluna.largura == 0);
         if (coluna.largura == 0)
             continue;
-        const QString titulo = texto(coluna.chave.toString(), coluna.omissao.toString()).trimmed();
-        m_modelo.setHeaderData(i, Qt::Horizontal, titulo, Qt::DisplayRole);
-        // The design width holds for usual fonts; a head or a date must never be cut.
-        const int minimo = m_grelha->fontMetrics().horizontalAdvance(
-                               titulo.size() > 19 ? titulo : QString(coluna.largura > 1500 ? 19 : 8, u'0')) +
-                           24;
-        m_grelha->setColumnWidth(
-            i, std::max({lugar::pixeis(coluna.largura), minimo, m_grelha->horizontalHeader()->sectionSizeHint(i) + 8}));
+        m_modelo.setHeaderData(i, Qt::Horizontal, tituloDe(coluna), Qt::DisplayRole);
+        m_grelha->setColumnWidth(i, larguraDe(coluna));
     }
     m_grelha->horizontalHeader()->setStretchLastSection(true);
 }
@@ -144,24 +175,52 @@ void FormListagem::mostrarTotal() {
     lblMedia()->setText(legenda);
 }
 
-// The selection as tabbed text, as tables are pasted everywhere.
-void FormListagem::copiar() const {
+// While rows are still being counted, a selection of all means those to come as well.
+void FormListagem::estenderEscolha(int primeiraNova, int ultimaNova) {
+    const QItemSelection escolha = m_grelha->selectionModel()->selection();
+    if (primeiraNova == 0 || escolha.size() != 1 || escolha.first().top() > 0 ||
+        escolha.first().bottom() != primeiraNova - 1)
+        return;
+    const QItemSelectionRange &area = escolha.first();
+    m_grelha->selectionModel()->select({m_modelo.index(0, area.left()), m_modelo.index(ultimaNova, area.right())},
+                                       QItemSelectionModel::Select);
+}
+
+QItemSelectionRange FormListagem::areaEscolhida() const {
+    const QItemSelection escolha = m_grelha->selectionModel()->selection();
+    return escolha.isEmpty() ? QItemSelectionRange() : escolha.first();
+}
+
+// The selection as tabbed text, as tables are pasted everywhere: all of it, or nothing when the user stops.
+void FormListagem::copiar() {
     const QByteArray nome = fonteDeErros("copiar");
     Rotina(nome.constData(), [this] {
-        const QItemSelection escolha = m_grelha->selectionModel()->selection();
-        if (escolha.isEmpty())
+        QItemSelectionRange area = areaEscolhida();
+        if (!area.isValid())
             return;
-        const QItemSelectionRange area = escolha.first();
-        QString tabela;
-        qint64 celulas = 0;
-        for (int l = area.top(); l <= area.bottom() && celulas < maximoACopiar; ++l) {
-            QStringList linha;
-            for (int c = area.left(); c <= area.right(); ++c, ++celulas)
-                if (!m_grelha->isColumnHidden(c))
-                    linha.append(m_modelo.data(m_modelo.index(l, c), Qt::DisplayRole).toString());
-            tabela += linha.join(u'\t') + u'\n';
+        const bool porContar = !m_modelo.contado() && area.height() == m_modelo.rowCount();
+        const Vigia vigia(this);
+        std::optional<CargaEmCurso> carga;
+        bool parar = false;
+        if (porContar || area.height() > linhasSemEspera) {
+            carga.emplace(this, Trabalho::Copia);
+            connect(carga->espera(), &frmEsperaPraCriarGrafico::cancelar, carga->espera(), [&parar] { parar = true; });
         }
-        QApplication::clipboard()->setText(tabela);
+        while (porContar && !m_modelo.contado() && !parar)
+            vigia.forcar();
+        area = areaEscolhida();
+        QString tabela;
+        for (int l = area.top(); l <= area.bottom() && !parar; ++l) {
+            QStringList linha;
+            for (int c = area.left(); c <= area.right(); ++c)
+                if (!m_grelha->isColumnHidden(c))
+                    linha.append(celulaParaColar(m_modelo.index(l, c).data().toString()));
+            tabela += linha.join(u'\t') + u'\n';
+            if (carga)
+                vigia.passarLinha();
+        }
+        if (!parar)
+            QApplication::clipboard()->setText(tabela);
     });
 }
 
@@ -202,6 +261,7 @@ void FormListagem::cmdImprimir_Click() {
         const QPointer<QTableView> grelha = m_grelha;
         const QAbstractItemView::EditTriggers edicao = grelha->editTriggers();
         grelha->setEditTriggers(QAbstractItemView::NoEditTriggers);
+        janela->setPasta([] { return modMain::CriarCaminhoJPG(); });
         janela->mostrar();
         if (grelha)
             grelha->setEditTriggers(edicao);

@@ -3,6 +3,8 @@
 #include "views/familiaListagens.h"
 #include "views/forms/formVista.h"
 
+#include <QItemSelection>
+
 #include <memory>
 
 class PainelVista;
@@ -29,12 +31,17 @@ public:
     void CarregarDadosNaGrelha();
 
 protected:
+    int larguraDeDesenho() const override;
     bool eventFilter(QObject *objecto, QEvent *evento) override;
 
 private:
     void criarGrelha();
+    QString tituloDe(const ColunaListagem &coluna) const;
+    int larguraDe(const ColunaListagem &coluna) const;
     void aplicarColunas();
-    void copiar() const;
+    void estenderEscolha(int primeiraNova, int ultimaNova);
+    QItemSelectionRange areaEscolhida() const;
+    void copiar();
     void mostrarTotal();
     void cmdImprimir_Click();
     QByteArray fonteDeErros(const char *rotina) const;

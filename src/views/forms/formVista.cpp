@@ -96,15 +96,18 @@ void FormVista::arrumar() {
 }
 
 // The design size holds for usual fonts; with larger ones the open panel must still fit.
+QSize FormVista::tamanhoMinimo() {
+    const QSize moldura = lugar::janelaDe(this)->size() - size();
+    const QSize painel = m_painel->tamanhoMinimo() + QSize(8, m_picBorder->sizeHint().height()) + moldura;
+    return QSize(lugar::pixeis(m_config.minimo.width()), lugar::pixeis(m_config.minimo.height())).expandedTo(painel);
+}
+
 void FormVista::respeitarMinimo() {
     QWidget *janela = lugar::janelaDe(this);
     if (!m_reposto || !isVisible() ||
         janela->windowState() & (Qt::WindowMaximized | Qt::WindowMinimized | Qt::WindowFullScreen))
         return;
-    const QSize moldura = janela->size() - size();
-    const QSize painel = m_painel->tamanhoMinimo() + QSize(8, m_picBorder->sizeHint().height()) + moldura;
-    const QSize minimo =
-        QSize(lugar::pixeis(m_config.minimo.width()), lugar::pixeis(m_config.minimo.height())).expandedTo(painel);
+    const QSize minimo = tamanhoMinimo();
     if (janela->width() < minimo.width() || janela->height() < minimo.height())
         janela->resize(minimo);
 }
@@ -112,6 +115,10 @@ void FormVista::respeitarMinimo() {
 void FormVista::showEvent(QShowEvent *evento) {
     QWidget::showEvent(evento);
     if (!m_reposto) {
+        // A width that is not read back is the design's; too small a one would take the stored height with it.
+        QWidget *janela = lugar::janelaDe(this);
+        const int moldura = janela->width() - width();
+        janela->resize(tamanhoMinimo().expandedTo(QSize(larguraDeDesenho() + moldura, 0)));
         lugar::repor(this, m_config.lugar);
         m_reposto = true;
         respeitarMinimo();

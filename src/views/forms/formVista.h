@@ -29,6 +29,8 @@ protected:
     // Called once by the derived class, with its panel and its view.
     void montar(PainelVista *painel, QWidget *vista);
     QString texto(const QString &chave, const QString &omissao) const;
+    // How wide the view opens where its width is not remembered, if the minimum is too narrow for it.
+    virtual int larguraDeDesenho() const { return 0; }
 
     QLabel *lblMedia() const { return m_lblMedia; }
     QPushButton *cmdImprimir() const { return m_cmdImprimir; }
@@ -41,6 +43,7 @@ protected:
 private:
     void criarFaixa();
     void arrumar();
+    QSize tamanhoMinimo();
     void respeitarMinimo();
 
     Config m_config;

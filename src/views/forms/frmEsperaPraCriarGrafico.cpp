@@ -20,15 +20,27 @@ QString texto(const QString &chave, const QString &omissao) {
     return modTraducoes::texto(modTraducoes::seccaoDe(nome), chave, omissao);
 }
 
+QString mensagemDe(Trabalho trabalho) {
+    switch (trabalho) {
+    case Trabalho::Exportacao:
+        return texto(u"AExportar"_s, u"A exportar..."_s);
+    case Trabalho::Copia:
+        return texto(u"ACopiar"_s, u"A copiar..."_s);
+    case Trabalho::Grafico:
+        break;
+    }
+    return texto(u"lblEspera.Caption"_s, u"A criar o gráfico..."_s);
+}
+
 } // namespace
 
-frmEsperaPraCriarGrafico::frmEsperaPraCriarGrafico(QWidget *dono)
+frmEsperaPraCriarGrafico::frmEsperaPraCriarGrafico(QWidget *dono, Trabalho trabalho)
     : QDialog(dono, Qt::Dialog | Qt::FramelessWindowHint) {
     setObjectName(nome);
     setModal(false);
     auto *moldura = new QFrame;
     moldura->setFrameStyle(QFrame::StyledPanel | QFrame::Raised);
-    auto *mensagem = new QLabel(texto(u"lblEspera.Caption"_s, u"A criar o gráfico..."_s));
+    auto *mensagem = new QLabel(mensagemDe(trabalho));
     mensagem->setObjectName(u"lblEspera"_s);
     auto *barra = new QProgressBar;
     barra->setRange(0, 0);
@@ -55,10 +67,10 @@ void frmEsperaPraCriarGrafico::reject() {
     Q_EMIT cancelar();
 }
 
-CargaEmCurso::CargaEmCurso(QWidget *form) {
+CargaEmCurso::CargaEmCurso(QWidget *form, Trabalho trabalho) {
     RegistoForms &forms = registoForms();
     m_desactivado = forms.dono ? forms.dono.data() : form->window();
-    m_espera = new frmEsperaPraCriarGrafico(m_desactivado);
+    m_espera = new frmEsperaPraCriarGrafico(m_desactivado, trabalho);
     forms.anunciar(m_espera);
     m_desactivado->setEnabled(false);
     m_espera->setEnabled(true);

@@ -2,11 +2,14 @@
 
 #include <QDialog>
 
-// The small window shown while a view loads. It blocks nothing; Escape and its button ask to stop.
+// What there is to wait for.
+enum class Trabalho { Grafico, Exportacao, Copia };
+
+// The small window shown while a view loads or hands on. It blocks nothing; Escape and its button ask to stop.
 class frmEsperaPraCriarGrafico : public QDialog {
     Q_OBJECT
 public:
-    explicit frmEsperaPraCriarGrafico(QWidget *dono);
+    explicit frmEsperaPraCriarGrafico(QWidget *dono, Trabalho trabalho = Trabalho::Grafico);
 
 Q_SIGNALS:
     void cancelar();
@@ -19,7 +22,7 @@ protected:
 // main window is disabled. Whatever way the load ends, the destructor restores both.
 class CargaEmCurso {
 public:
-    explicit CargaEmCurso(QWidget *form);
+    explicit CargaEmCurso(QWidget *form, Trabalho trabalho = Trabalho::Grafico);
     ~CargaEmCurso();
     CargaEmCurso(const CargaEmCurso &) = delete;
     CargaEmCurso &operator=(const CargaEmCurso &) = delete;

@@ -48,7 +48,7 @@ void PainelSensores::criarListas() {
     m_cmdGrupos->setMinimumWidth(lugar::pixeis(larguraGrupos));
     connect(m_cmdGrupos, &QToolButton::clicked, this, &PainelSensores::cmdGrupos_Click);
 
-    const QStringList colunas{texto(u"ID.Caption"_s, u"ID"_s), texto(u"Nome.Caption"_s, u"Nome"_s)};
+    const QStringList colunas{texto(u"colID.Caption"_s, u"ID"_s), texto(u"Nome.Caption"_s, u"Nome"_s)};
     m_grdSensoresAll = new Grelha(u"grdSensoresAll"_s);
     m_grdSensoresSel = new Grelha(u"grdSensoresSel"_s);
     for (Grelha *grelha : {m_grdSensoresAll, m_grdSensoresSel}) {

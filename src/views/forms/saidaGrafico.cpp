@@ -2,15 +2,19 @@
 
 #include "core/estado.h"
 #include "core/falha.h"
+#include "core/ficheiroDirecto.h"
 #include "core/literais.h"
+#include "core/modTraducoes.h"
 #include "data/modMain.h"
 #include "platform/chart/TChart.h"
 #include "platform/report/JanelaRelatorio.h"
 #include "views/forms/desenhosDeRelatorios.h"
 #include "views/impressao.h"
 
+#include <QBuffer>
 #include <QFileInfo>
 #include <QImageWriter>
+#include <QSaveFile>
 
 namespace {
 
@@ -45,6 +49,7 @@ void imprimir(const TChart &grafico, const Pagina &pagina, QWidget *dono) {
     if (ControloDeRelatorio *imagem = relatorio->Sections(u"Section2"_s)->controlo(u"imgChart"_s))
         imagem->picture = imagemDeTrabalho(grafico);
     auto *janela = new JanelaRelatorio(std::move(relatorio), pagina.titulo, dono);
+    janela->setPasta([] { return modMain::CriarCaminhoJPG(); });
     janela->mostrar();
 }
 
@@ -55,11 +60,17 @@ void exportarJPG(const TChart &grafico, const QString &base) {
         dialogos ? dialogos->gravarFicheiro(proposto, QFileInfo(proposto).path(), u"Jpg (*.jpg)|*.jpg"_s) : QString();
     if (caminho.isEmpty())
         return;
-    QImageWriter escritor(caminho, "JPG");
+    QByteArray bytes;
+    QBuffer memoria(&bytes);
+    QImageWriter escritor(&memoria, "JPG");
     escritor.setQuality(qualidadeJPEG);
-    if (!escritor.write(grafico.imagem(larguraDaImagem, alturaDaImagem)))
-        throw Falha(erros::falhaDoFicheiro,
-                    u"Não é possível escrever \"%1\": %2."_s.arg(caminho, escritor.errorString()));
+    const bool pronta = escritor.write(grafico.imagem(larguraDaImagem, alturaDaImagem));
+    FicheiroDirecto<QSaveFile> ficheiro(caminho); // a whole picture, or what stood there before
+    if (!pronta || !ficheiro.abrir() || ficheiro.write(bytes) != bytes.size() || !ficheiro.commit())
+        throw Falha(
+            erros::falhaDoFicheiro,
+            modTraducoes::texto(u"KelvarkAUX"_s, u"FicheiroNaoEscrito"_s, u"Não é possível escrever \"%1\": %2."_s)
+                .arg(caminho, pronta ? ficheiro.errorString() : escritor.errorString()));
 }
 
 } // namespace saidaGrafico
