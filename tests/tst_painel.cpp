@@ -85,6 +85,25 @@ private Q_SLOTS:
         QCOMPARE(controlo<QWidget>(v.form, u"DTPHoraFim"_s)->property("text").toString(), u"23:59:59"_s);
     }
 
+    // With the Tab key as with the eye, from above to below.
+    void ordemDoFoco() {
+        const Instalada inst;
+        const Vista v(u"frmGraficoPrincipalHistograma"_s);
+        QCOMPARE(QApplication::focusWidget(), v.todos()); // where the choice begins
+        clicar(v.form, u"cmdOpccoes"_s);
+        clicar(v.form, u"cmdOpccoes"_s);
+        controlo<QWidget>(v.form, u"cmdOpccoes"_s)->setFocus(Qt::TabFocusReason);
+        for (const QString &nome :
+             {u"cmdGrupos"_s, u"grdSensoresAll"_s, u"cmdAdicionar"_s, u"cmdAdicionarAll"_s, u"cmdRemover"_s,
+              u"cmdRemoverAll"_s, u"grdSensoresSel"_s, u"DTPdataInicio"_s, u"DTPhoraInicio"_s, u"DTPdataFim"_s,
+              u"DTPHoraFim"_s, u"cboIntervaloHistograma"_s, u"cmdPeriodos"_s, u"cmdConfirmar"_s}) {
+            const QString antes = QApplication::focusWidget()->objectName();
+            for (int i = 0; i < 3 && QApplication::focusWidget()->objectName() == antes; ++i) // day, month, year
+                QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+            QCOMPARE(QApplication::focusWidget()->objectName(), nome);
+        }
+    }
+
     void listaECores() {
         const Instalada inst;
         const Vista v;

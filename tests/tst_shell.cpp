@@ -14,6 +14,7 @@
 #include <QAction>
 #include <QDialog>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
@@ -46,6 +47,10 @@ QStringList oferecidas(const frmMain &shell) {
 QWidget *criarForm(QWidget *) {
     auto *form = new QWidget;
     form->setWindowTitle(u"um título"_s);
+    new QLineEdit(form);
+    auto *comeco = new QLineEdit(form);
+    comeco->setObjectName(u"comeco"_s);
+    comeco->setFocus();
     return form;
 }
 
@@ -227,6 +232,7 @@ void tst_shell::abrirUmaVez() {
     QCOMPARE(filhos(shell).size(), 2);
     QPointer<QWidget> medias = utilizador::form(u"frmGraficoPrincipal"_s);
     QVERIFY(medias && medias->isVisible());
+    QCOMPARE(shell.focusWidget()->objectName(), u"comeco"_s); // where the form said
     QVERIFY(registoForms().activo(u"frmDescarregar2251"_s));
     auto *janela = qobject_cast<QMdiSubWindow *>(medias->parentWidget());
     QCOMPARE(janela->windowTitle(), u"um título"_s);
