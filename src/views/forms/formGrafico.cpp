@@ -1,9 +1,7 @@
 #include "views/forms/formGrafico.h"
 
 #include "core/datas.h"
-#include "core/estado.h"
 #include "core/modDoubleTratamento.h"
-#include "core/modINI.h"
 #include "core/modTraducoes.h"
 #include "core/rotina.h"
 #include "platform/chart/TChart.h"
@@ -60,23 +58,6 @@ void FormGrafico::ConfigurarGrafico() {
     chart().Bottom().Visible = false;
     chart().setZoomEnable(true);
     chart().actualizar();
-}
-
-// All members share the settings of temperatures.
-void FormGrafico::ActualizarGrafico() {
-    const QByteArray nome = fonte("ActualizarGrafico");
-    Rotina(nome.constData(), [this] {
-        const auto ler = [](const QString &chave, const QString &omissao) {
-            const QString lido = modINI::GetSetting(estado().NomePrograma, u"GRAFICOPRINCIPAL"_s,
-                                                    u"LimitesTemperaturas" + chave, omissao);
-            return modDoubleTratamento::TextoParaDouble(lido);
-        };
-        TEixo &esquerdo = chart().Left();
-        esquerdo.Minimum = ler(u"Min"_s, u"0"_s);
-        esquerdo.Maximum = ler(u"Max"_s, u"40"_s);
-        esquerdo.Increment = ler(u"Inc"_s, u"1"_s);
-        chart().actualizar();
-    });
 }
 
 void FormGrafico::TChart_OnClickSeries(int serie, int indice, Qt::MouseButton botao, const QPoint &posicao) {

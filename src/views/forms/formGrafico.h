@@ -12,7 +12,6 @@ public:
     FormGrafico(const MembroGrafico &membro, const FabricaPainel &fabrica, QWidget *pai = nullptr);
 
     void ConfigurarGrafico();
-    void ActualizarGrafico();
 
 private:
     // The three that stand from the beginning.

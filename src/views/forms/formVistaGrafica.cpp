@@ -1,8 +1,11 @@
 #include "views/forms/formVistaGrafica.h"
 
+#include "core/estado.h"
 #include "core/eventos.h"
 #include "core/falha.h"
 #include "core/literais.h"
+#include "core/modDoubleTratamento.h"
+#include "core/modINI.h"
 #include "core/rotina.h"
 #include "platform/chart/TChart.h"
 #include "views/forms/frmEsperaPraCriarGrafico.h"
@@ -12,7 +15,7 @@
 
 namespace {
 
-constexpr QSize tamanhoMinimo(10500, 6615); // twips
+constexpr QSize medidasMinimas(10500, 6615); // twips
 
 } // namespace
 
@@ -22,8 +25,8 @@ FormVista::Config FormVistaGrafica::configDe(QStringView form, QStringView chave
     return {nome,
             chaveTitulo.isEmpty() ? nome + u".Caption" : chaveTitulo.toString(),
             titulo.toString(),
-            {nome, {}, tamanhoMinimo.width(), tamanhoMinimo.height()},
-            tamanhoMinimo,
+            {nome, {}, medidasMinimas.width(), medidasMinimas.height()},
+            medidasMinimas,
             exportacao};
 }
 
@@ -46,6 +49,23 @@ FormVistaGrafica::FormVistaGrafica(const Config &config, const FabricaPainel &fa
 
 QByteArray FormVistaGrafica::fonte(const char *rotina) const {
     return objectName().toUtf8() + '.' + rotina;
+}
+
+// All members share the settings of temperatures.
+void FormVistaGrafica::ActualizarGrafico() {
+    const QByteArray nome = fonte("ActualizarGrafico");
+    Rotina(nome.constData(), [this] {
+        const auto ler = [](const QString &chave, const QString &omissao) {
+            const QString lido = modINI::GetSetting(estado().NomePrograma, u"GRAFICOPRINCIPAL"_s,
+                                                    u"LimitesTemperaturas" + chave, omissao);
+            return modDoubleTratamento::TextoParaDouble(lido);
+        };
+        TEixo &esquerdo = m_chart->Left();
+        esquerdo.Minimum = ler(u"Min"_s, u"0"_s);
+        esquerdo.Maximum = ler(u"Max"_s, u"40"_s);
+        esquerdo.Increment = ler(u"Inc"_s, u"1"_s);
+        m_chart->actualizar();
+    });
 }
 
 // Left by an Interrompido when the form is destroyed or the user stops; the wait window and the main window are put

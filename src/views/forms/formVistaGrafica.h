@@ -12,6 +12,7 @@ class FormVistaGrafica : public FormVista {
     Q_OBJECT
 public:
     void CarregarDadosDeSeriesSelleccionadas();
+    void ActualizarGrafico();
 
 protected:
     FormVistaGrafica(const Config &config, const FabricaPainel &fabrica, QWidget *pai);
