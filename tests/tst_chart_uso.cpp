@@ -1,5 +1,7 @@
 #include "tests/cenaChart.h"
 
+#include <QContextMenuEvent>
+
 class tst_chart_uso : public QObject {
     Q_OBJECT
 
@@ -78,6 +80,17 @@ private Q_SLOTS:
         c.arrastar(de, ate);
         c.roda({400, 200}, 2);
         QVERIFY(!c.chart.comZoom());
+    }
+
+    // The right button pans: the menu of what lies around the chart stays closed.
+    void semMenuAlheio() {
+        QWidget area;
+        area.setContextMenuPolicy(Qt::CustomContextMenu);
+        const QSignalSpy pedidos(&area, &QWidget::customContextMenuRequested);
+        TChart chart(&area);
+        QContextMenuEvent pedido(QContextMenuEvent::Mouse, QPoint(9, 9), QPoint(9, 9));
+        QCoreApplication::sendEvent(&chart, &pedido);
+        QCOMPARE(pedidos.size(), 0);
     }
 
     void teclado() {

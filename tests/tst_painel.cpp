@@ -73,312 +73,312 @@ void porData(const QWidget *form, const QString &nome, const QDate &data) {
 class tst_painel : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void abrePorSi();
-    void listaECores();
-    void marcaNaSeleccao();
-    void coresEscuras();
-    void moverComRato();
-    void moverComTeclado();
-    void moverTodos();
-    void filtrar_data();
-    void filtrar();
-    void filtroEsvaziaEscolha();
-    void gruposComTeclado();
-    void falhaMantemListas();
-    void intervaloErrado_data();
-    void intervaloErrado();
-    void marcaParaEmQuarenta();
-    void confirmarGuardaIntervalo();
-    void periodo();
-    void procurarAoEscrever();
-    void opccoes();
-    void legendasTraduzidas();
-};
-
-void tst_painel::abrePorSi() {
-    const Instalada inst;
-    const Vista v;
-    QVERIFY(v.visivel(u"PictOpccoes"_s));
-    QVERIFY(!v.visivel(u"picGrupos"_s));
-    QCOMPARE(controlo<QDateEdit>(v.form, u"DTPdataInicio"_s)->date(), QDate(2024, 3, 15));
-    QCOMPARE(controlo<QDateEdit>(v.form, u"DTPdataFim"_s)->date(), QDate(2024, 3, 15));
-    QCOMPARE(controlo<QTimeEdit>(v.form, u"DTPhoraInicio"_s)->time(), QTime(0, 0));
-    QCOMPARE(controlo<QTimeEdit>(v.form, u"DTPHoraFim"_s)->time(), QTime(23, 59, 59));
-    QCOMPARE(controlo<QWidget>(v.form, u"DTPHoraFim"_s)->property("text").toString(), u"23:59:59"_s);
-}
-
-void tst_painel::listaECores() {
-    const Instalada inst;
-    const Vista v;
-    QCOMPARE(nomes(v.todos()), QStringList({u"Cave"_s, u"Sótão"_s, u"Arca"_s, u"Forno d'Ar"_s}));
-    const QColor creme(253, 251, 232);
-    const QColor verde(234, 242, 235);
-    const QColor vermelho(238, 156, 136);
-    const QColor esperadas[] = {creme, vermelho, verde, creme}; // the red row does not turn the stripe
-    for (int i = 0; i < 4; ++i)
-        QCOMPARE(fundo(v.todos(), i), esperadas[i]);
-    v.todos()->setLinhaActual(1);
-    clicar(v.form, u"cmdAdicionar"_s);
-    QCOMPARE(fundo(v.escolhidos(), 0), vermelho);
-    QCOMPARE(riscas::cor(u" BLUE "_s, v.form->palette()), QColor(219, 219, 219));
-}
-
-// A marked row is told from a plain one also while it is selected.
-void tst_painel::marcaNaSeleccao() {
-    const Instalada inst;
-    const Vista v;
-    utilizador::mostrar(v.form);
-    const auto pintado = [&](int linha) {
-        v.todos()->setLinhaActual(linha);
-        const QRect celula = v.todos()->visualRect(v.todos()->model()->index(linha, 1));
-        return v.todos()->viewport()->grab(celula).toImage().pixelColor(celula.width() - 3, celula.height() / 2);
-    };
-    const QColor simples = pintado(0);
-    const QColor marcada = pintado(1);
-    QVERIFY2(marcada.red() > 1.5 * marcada.blue() && marcada != QColor(238, 156, 136), qPrintable(marcada.name()));
-    QVERIFY(simples.red() < simples.blue());
-}
-
-// On a dark palette the rows must be dark, keep their order of standing out, and let light text be read.
-void tst_painel::coresEscuras() {
-    QPalette escura;
-    escura.setColor(QPalette::Base, QColor(30, 30, 30));
-    const QColor normal = riscas::cor({}, escura);
-    const QColor vermelho = riscas::cor(u"red"_s, escura);
-    for (const QString &estado : {u""_s, u"res"_s, u"red"_s, u"blu"_s})
-        QVERIFY(riscas::cor(estado, escura).lightness() < 110);
-    QVERIFY(vermelho.lightness() > normal.lightness() + 20);
-    QVERIFY(vermelho.red() > 1.5 * vermelho.blue());
-}
-
-void tst_painel::moverComRato() {
-    const Instalada inst;
-    const Vista v;
-    duploClique(v.todos(), 2);
-    duploClique(v.todos(), 0);
-    QCOMPARE(nomes(v.escolhidos()), QStringList({u"Arca"_s, u"Cave"_s})); // in order of adding
-    QCOMPARE(nomes(v.todos()), QStringList({u"Sótão"_s, u"Forno d'Ar"_s}));
-    duploClique(v.escolhidos(), 0);
-    QCOMPARE(nomes(v.escolhidos()), QStringList{u"Cave"_s});
-    QCOMPARE(nomes(v.todos()).last(), u"Arca"_s);
-}
-
-void tst_painel::moverComTeclado() {
-    const Instalada inst;
-    const Vista v;
-    v.todos()->setFocus();
-    QTest::keyClick(v.todos(), Qt::Key_Down);
-    QTest::keyClick(v.todos(), Qt::Key_Return);
-    QTest::keyClick(v.todos(), Qt::Key_Enter); // the next row has come up
-    QCOMPARE(nomes(v.escolhidos()), QStringList({u"Sótão"_s, u"Arca"_s}));
-    v.escolhidos()->setFocus();
-    QTest::keyClick(v.escolhidos(), Qt::Key_Home);
-    QTest::keyClick(v.escolhidos(), Qt::Key_Return);
-    QCOMPARE(nomes(v.escolhidos()), QStringList{u"Arca"_s});
-}
-
-void tst_painel::moverTodos() {
-    const Instalada inst;
-    const Vista v;
-    v.todos()->setLinhaActual(3);
-    clicar(v.form, u"cmdAdicionar"_s);
-    clicar(v.form, u"cmdAdicionarAll"_s);
-    QCOMPARE(nomes(v.escolhidos()), QStringList({u"Forno d'Ar"_s, u"Cave"_s, u"Sótão"_s, u"Arca"_s}));
-    QCOMPARE(v.todos()->linhas(), 0);
-    clicar(v.form, u"cmdAdicionar"_s); // nothing to move
-    QCOMPARE(v.escolhidos()->linhas(), 4);
-    clicar(v.form, u"cmdRemover"_s);
-    clicar(v.form, u"cmdRemoverAll"_s);
-    QCOMPARE(v.escolhidos()->linhas(), 0);
-    QCOMPARE(v.todos()->linhas(), 4);
-}
-
-void tst_painel::filtrar_data() {
-    QTest::addColumn<int>("linha"); // of the drop-down: all, one unit, two groups
-    QTest::addColumn<QString>("legenda");
-    QTest::addColumn<QString>("tag");
-    QTest::addColumn<QStringList>("lista");
-    QTest::newRow("unit") << 1 << u"Cave"_s << u"#P#10.0.0.1"_s << QStringList{u"Cave"_s, u"Sótão"_s};
-    QTest::newRow("group") << 3 << u"Armazém"_s << u"2"_s << QStringList{u"Arca"_s, u"Forno d'Ar"_s};
-    QTest::newRow("all") << 0 << u"Todos os Sensores"_s << u"0"_s
-                         << QStringList{u"Cave"_s, u"Sótão"_s, u"Arca"_s, u"Forno d'Ar"_s};
-}
-
-void tst_painel::filtrar() {
-    const Instalada inst;
-    const Vista v;
-    QFETCH(int, linha);
-    auto *botao = controlo<QAbstractButton>(v.form, u"cmdGrupos"_s);
-    auto *grupos = controlo<Grelha>(v.form, u"grdGrupos"_s);
-    for (const int escolha : {2, linha}) {
-        clicar(v.form, u"cmdGrupos"_s);
-        QVERIFY(v.visivel(u"picGrupos"_s));
-        QTest::mouseClick(grupos->viewport(), Qt::LeftButton, {},
-                          grupos->visualRect(grupos->model()->index(escolha, 1)).center());
+    void abrePorSi() {
+        const Instalada inst;
+        const Vista v;
+        QVERIFY(v.visivel(u"PictOpccoes"_s));
         QVERIFY(!v.visivel(u"picGrupos"_s));
+        QCOMPARE(controlo<QDateEdit>(v.form, u"DTPdataInicio"_s)->date(), QDate(2024, 3, 15));
+        QCOMPARE(controlo<QDateEdit>(v.form, u"DTPdataFim"_s)->date(), QDate(2024, 3, 15));
+        QCOMPARE(controlo<QTimeEdit>(v.form, u"DTPhoraInicio"_s)->time(), QTime(0, 0));
+        QCOMPARE(controlo<QTimeEdit>(v.form, u"DTPHoraFim"_s)->time(), QTime(23, 59, 59));
+        QCOMPARE(controlo<QWidget>(v.form, u"DTPHoraFim"_s)->property("text").toString(), u"23:59:59"_s);
     }
-    QTEST(botao->text(), "legenda");
-    QTEST(botao->property("Tag").toString(), "tag");
-    QTEST(grupos->property("Tag").toString(), "tag");
-    QTEST(nomes(v.todos()), "lista");
-}
 
-void tst_painel::filtroEsvaziaEscolha() {
-    const Instalada inst;
-    const Vista v;
-    clicar(v.form, u"cmdAdicionarAll"_s);
-    clicar(v.form, u"cmdGrupos"_s);
-    auto *grupos = controlo<Grelha>(v.form, u"grdGrupos"_s);
-    QTest::keyClick(grupos, Qt::Key_Return); // the same filter again
-    QCOMPARE(v.escolhidos()->linhas(), 0);
-    QCOMPARE(v.todos()->linhas(), 4);
-}
+    // With the Tab key as with the eye, from above to below.
+    void ordemDoFoco() {
+        const Instalada inst;
+        const Vista v(u"frmGraficoPrincipalHistograma"_s);
+        QCOMPARE(QApplication::focusWidget(), v.todos()); // where the choice begins
+        clicar(v.form, u"cmdOpccoes"_s);
+        clicar(v.form, u"cmdOpccoes"_s);
+        controlo<QWidget>(v.form, u"cmdOpccoes"_s)->setFocus(Qt::TabFocusReason);
+        for (const QString &nome :
+             {u"cmdGrupos"_s, u"grdSensoresAll"_s, u"cmdAdicionar"_s, u"cmdAdicionarAll"_s, u"cmdRemover"_s,
+              u"cmdRemoverAll"_s, u"grdSensoresSel"_s, u"DTPdataInicio"_s, u"DTPhoraInicio"_s, u"DTPdataFim"_s,
+              u"DTPHoraFim"_s, u"cboIntervaloHistograma"_s, u"cmdPeriodos"_s, u"cmdConfirmar"_s}) {
+            const QString antes = QApplication::focusWidget()->objectName();
+            for (int i = 0; i < 3 && QApplication::focusWidget()->objectName() == antes; ++i) // day, month, year
+                QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+            QCOMPARE(QApplication::focusWidget()->objectName(), nome);
+        }
+    }
 
-void tst_painel::gruposComTeclado() {
-    const Instalada inst;
-    const Vista v;
-    auto *botao = controlo<QWidget>(v.form, u"cmdGrupos"_s);
-    botao->setFocus();
-    QTest::keyClick(botao, Qt::Key_Space);
-    auto *grupos = controlo<Grelha>(v.form, u"grdGrupos"_s);
-    QVERIFY(grupos->isVisible());
-    QTest::keyClick(grupos, Qt::Key_Escape);
-    QVERIFY(!grupos->isVisible());
-    QVERIFY(v.visivel(u"PictOpccoes"_s));
-    QTest::keyClick(botao, Qt::Key_Space);
-    QTest::keyClick(grupos, Qt::Key_Down);
-    QTest::keyClick(grupos, Qt::Key_Return);
-    QCOMPARE(nomes(v.todos()), QStringList({u"Cave"_s, u"Sótão"_s}));
-}
+    void listaECores() {
+        const Instalada inst;
+        const Vista v;
+        QCOMPARE(nomes(v.todos()), QStringList({u"Cave"_s, u"Sótão"_s, u"Arca"_s, u"Forno d'Ar"_s}));
+        const QColor creme(253, 251, 232);
+        const QColor verde(234, 242, 235);
+        const QColor vermelho(238, 156, 136);
+        const QColor esperadas[] = {creme, vermelho, verde, creme}; // the red row does not turn the stripe
+        for (int i = 0; i < 4; ++i)
+            QCOMPARE(fundo(v.todos(), i), esperadas[i]);
+        v.todos()->setLinhaActual(1);
+        clicar(v.form, u"cmdAdicionar"_s);
+        QCOMPARE(fundo(v.escolhidos(), 0), vermelho);
+        QCOMPARE(riscas::cor(u" BLUE "_s, v.form->palette()), QColor(219, 219, 219));
+    }
 
-void tst_painel::falhaMantemListas() {
-    Instalada inst;
-    const Vista v;
-    clicar(v.form, u"cmdGrupos"_s);
-    inst.executar(u"ALTER TABLE Sensores RENAME TO Outros"_s);
-    inst.executar(u"ALTER TABLE Poseidons RENAME TO Outras"_s);
-    inst.erros.esperar(u"CarregaListaGrupos"_s);
-    clicar(v.form, u"cmdGrupos"_s);
-    clicar(v.form, u"cmdGrupos"_s);
-    QCOMPARE(controlo<Grelha>(v.form, u"grdGrupos"_s)->linhas(), 4);
-}
+    // A marked row is told from a plain one also while it is selected.
+    void marcaNaSeleccao() {
+        const Instalada inst;
+        const Vista v;
+        utilizador::mostrar(v.form);
+        const auto pintado = [&](int linha) {
+            v.todos()->setLinhaActual(linha);
+            const QRect celula = v.todos()->visualRect(v.todos()->model()->index(linha, 1));
+            return v.todos()->viewport()->grab(celula).toImage().pixelColor(celula.width() - 3, celula.height() / 2);
+        };
+        const QColor simples = pintado(0);
+        const QColor marcada = pintado(1);
+        QVERIFY2(marcada.red() > 1.5 * marcada.blue() && marcada != QColor(238, 156, 136), qPrintable(marcada.name()));
+        QVERIFY(simples.red() < simples.blue());
+    }
 
-void tst_painel::intervaloErrado_data() {
-    QTest::addColumn<QDate>("fim");
-    QTest::addColumn<QTime>("horaFim");
-    QTest::newRow("equal") << QDate(2024, 3, 15) << QTime(0, 0, 0);
-    QTest::newRow("before") << QDate(2024, 3, 14) << QTime(23, 59, 59);
-}
+    // On a dark palette the rows must be dark, keep their order of standing out, and let light text be read.
+    void coresEscuras() {
+        QPalette escura;
+        escura.setColor(QPalette::Base, QColor(30, 30, 30));
+        const QColor normal = riscas::cor({}, escura);
+        const QColor vermelho = riscas::cor(u"red"_s, escura);
+        for (const QString &estado : {u""_s, u"res"_s, u"red"_s, u"blu"_s})
+            QVERIFY(riscas::cor(estado, escura).lightness() < 110);
+        QVERIFY(vermelho.lightness() > normal.lightness() + 20);
+        QVERIFY(vermelho.red() > 1.5 * vermelho.blue());
+    }
 
-void tst_painel::intervaloErrado() {
-    const Instalada inst;
-    const Vista v;
-    QFETCH(QDate, fim);
-    QFETCH(QTime, horaFim);
-    porData(v.form, u"DTPdataFim"_s, fim);
-    controlo<QTimeEdit>(v.form, u"DTPHoraFim"_s)->setTime(horaFim);
-    clicar(v.form, u"cmdAdicionarAll"_s);
-    clicar(v.form, u"cmdConfirmar"_s);
-    auto *marca = controlo<QLabel>(v.form, u"imgErrorDate"_s);
-    QVERIFY(!marca->accessibleName().isEmpty());
-    QVERIFY(controlo<QTimer>(v.form, u"TimerErrorDate"_s)->isActive());
-    QVERIFY(utilizador::esperar([&] { return marca->isVisible(); }));
-    QVERIFY(utilizador::esperar([&] { return !marca->isVisible(); }));
-    QVERIFY(v.visivel(u"PictOpccoes"_s)); // nothing was loaded
-    porData(v.form, u"DTPdataFim"_s, QDate(2024, 3, 16));
-    clicar(v.form, u"cmdConfirmar"_s);
-    QVERIFY(!controlo<QTimer>(v.form, u"TimerErrorDate"_s)->isActive());
-    QVERIFY(!marca->isVisible());
-}
+    void moverComRato() {
+        const Instalada inst;
+        const Vista v;
+        duploClique(v.todos(), 2);
+        duploClique(v.todos(), 0);
+        QCOMPARE(nomes(v.escolhidos()), QStringList({u"Arca"_s, u"Cave"_s})); // in order of adding
+        QCOMPARE(nomes(v.todos()), QStringList({u"Sótão"_s, u"Forno d'Ar"_s}));
+        duploClique(v.escolhidos(), 0);
+        QCOMPARE(nomes(v.escolhidos()), QStringList{u"Cave"_s});
+        QCOMPARE(nomes(v.todos()).last(), u"Arca"_s);
+    }
 
-void tst_painel::marcaParaEmQuarenta() {
-    const Instalada inst;
-    const Vista v;
-    porData(v.form, u"DTPdataFim"_s, QDate(2024, 3, 1));
-    clicar(v.form, u"cmdConfirmar"_s);
-    auto *relogio = controlo<QTimer>(v.form, u"TimerErrorDate"_s);
-    QCOMPARE(relogio->interval(), 200);
-    relogio->setInterval(1);
-    int voltas = 0;
-    connect(relogio, &QTimer::timeout, relogio, [&voltas] { ++voltas; });
-    QVERIFY(utilizador::esperar([&] { return !relogio->isActive(); }));
-    QCOMPARE(voltas, 40);
-    QCOMPARE(relogio->property("Tag").toString(), u"40"_s);
-    QVERIFY(!v.visivel(u"imgErrorDate"_s));
-}
+    void moverComTeclado() {
+        const Instalada inst;
+        const Vista v;
+        v.todos()->setFocus();
+        QTest::keyClick(v.todos(), Qt::Key_Down);
+        QTest::keyClick(v.todos(), Qt::Key_Return);
+        QTest::keyClick(v.todos(), Qt::Key_Enter); // the next row has come up
+        QCOMPARE(nomes(v.escolhidos()), QStringList({u"Sótão"_s, u"Arca"_s}));
+        v.escolhidos()->setFocus();
+        QTest::keyClick(v.escolhidos(), Qt::Key_Home);
+        QTest::keyClick(v.escolhidos(), Qt::Key_Return);
+        QCOMPARE(nomes(v.escolhidos()), QStringList{u"Arca"_s});
+    }
 
-void tst_painel::confirmarGuardaIntervalo() {
-    const Instalada inst;
-    const Vista v;
-    porData(v.form, u"DTPdataInicio"_s, QDate(2024, 3, 1));
-    clicar(v.form, u"cmdConfirmar"_s); // nothing is chosen: the range is kept, nothing is loaded and nothing is said
-    QCOMPARE(controlo<QWidget>(v.form, u"DTPdataInicio"_s)->property("Tag").toString(), u"01/03/2024 00:00:00"_s);
-    QCOMPARE(controlo<QWidget>(v.form, u"DTPdataFim"_s)->property("Tag").toString(), u"15/03/2024 23:59:59"_s);
-    QVERIFY(v.visivel(u"PictOpccoes"_s));
-}
+    void moverTodos() {
+        const Instalada inst;
+        const Vista v;
+        v.todos()->setLinhaActual(3);
+        clicar(v.form, u"cmdAdicionar"_s);
+        clicar(v.form, u"cmdAdicionarAll"_s);
+        QCOMPARE(nomes(v.escolhidos()), QStringList({u"Forno d'Ar"_s, u"Cave"_s, u"Sótão"_s, u"Arca"_s}));
+        QCOMPARE(v.todos()->linhas(), 0);
+        clicar(v.form, u"cmdAdicionar"_s); // nothing to move
+        QCOMPARE(v.escolhidos()->linhas(), 4);
+        clicar(v.form, u"cmdRemover"_s);
+        clicar(v.form, u"cmdRemoverAll"_s);
+        QCOMPARE(v.escolhidos()->linhas(), 0);
+        QCOMPARE(v.todos()->linhas(), 4);
+    }
 
-void tst_painel::periodo() {
-    const Instalada inst;
-    const Vista v;
-    controlo<QTimeEdit>(v.form, u"DTPhoraInicio"_s)->setTime(QTime(7, 0));
-    utilizador::accao(v.form, u"mnuEsteMes"_s);
-    QCOMPARE(controlo<QDateEdit>(v.form, u"DTPdataInicio"_s)->date(), QDate(2024, 3, 1));
-    QCOMPARE(controlo<QTimeEdit>(v.form, u"DTPhoraInicio"_s)->time(), QTime(0, 0));
-    QCOMPARE(controlo<QDateEdit>(v.form, u"DTPdataFim"_s)->date(), QDate(2024, 3, 15));
-}
+    void filtrar_data() {
+        QTest::addColumn<int>("linha"); // of the drop-down: all, one unit, two groups
+        QTest::addColumn<QString>("legenda");
+        QTest::addColumn<QString>("tag");
+        QTest::addColumn<QStringList>("lista");
+        QTest::newRow("unit") << 1 << u"Cave"_s << u"#P#10.0.0.1"_s << QStringList{u"Cave"_s, u"Sótão"_s};
+        QTest::newRow("group") << 3 << u"Armazém"_s << u"2"_s << QStringList{u"Arca"_s, u"Forno d'Ar"_s};
+        QTest::newRow("all") << 0 << u"Todos os Sensores"_s << u"0"_s
+                             << QStringList{u"Cave"_s, u"Sótão"_s, u"Arca"_s, u"Forno d'Ar"_s};
+    }
 
-void tst_painel::procurarAoEscrever() {
-    const Instalada inst;
-    const Vista v;
-    v.todos()->setFocus();
-    QTest::keyClicks(v.todos(), u"rno"_s);
-    QCOMPARE(v.todos()->linhaActual(), 3);
-    QTest::qWait(2 * QApplication::keyboardInputInterval() + 50);
-    QTest::keyClicks(v.todos(), u"0002"_s); // ids too
-    QCOMPARE(v.todos()->linhaActual(), 1);
-}
+    void filtrar() {
+        const Instalada inst;
+        const Vista v;
+        QFETCH(int, linha);
+        auto *botao = controlo<QAbstractButton>(v.form, u"cmdGrupos"_s);
+        auto *grupos = controlo<Grelha>(v.form, u"grdGrupos"_s);
+        for (const int escolha : {2, linha}) {
+            clicar(v.form, u"cmdGrupos"_s);
+            QVERIFY(v.visivel(u"picGrupos"_s));
+            QTest::mouseClick(grupos->viewport(), Qt::LeftButton, {},
+                              grupos->visualRect(grupos->model()->index(escolha, 1)).center());
+            QVERIFY(!v.visivel(u"picGrupos"_s));
+        }
+        QTEST(botao->text(), "legenda");
+        QTEST(botao->property("Tag").toString(), "tag");
+        QTEST(grupos->property("Tag").toString(), "tag");
+        QTEST(nomes(v.todos()), "lista");
+    }
 
-void tst_painel::opccoes() {
-    const Instalada inst;
-    const Vista v;
-    auto *botao = controlo<QAbstractButton>(v.form, u"cmdOpccoes"_s);
-    const int aberta = botao->width();
-    clicar(v.form, u"cmdGrupos"_s);
-    clicar(v.form, u"cmdOpccoes"_s);
-    QVERIFY(utilizador::esperar([&] { return !v.visivel(u"PictOpccoes"_s); }));
-    QVERIFY(botao->width() < aberta);
-    QTRY_VERIFY(controlo<QWidget>(v.form, u"TChart"_s)->hasFocus());
-    clicar(v.form, u"cmdOpccoes"_s);
-    QVERIFY(v.visivel(u"PictOpccoes"_s));
-    QVERIFY(!v.visivel(u"picGrupos"_s)); // opening closed it
-    QTest::keyClick(v.todos(), Qt::Key_Escape);
-    QVERIFY(utilizador::esperar([&] { return !v.visivel(u"PictOpccoes"_s); }));
-    QTest::keyClick(v.form, Qt::Key_F4);
-    QVERIFY(utilizador::esperar([&] { return v.visivel(u"PictOpccoes"_s); }));
-}
+    void filtroEsvaziaEscolha() {
+        const Instalada inst;
+        const Vista v;
+        clicar(v.form, u"cmdAdicionarAll"_s);
+        clicar(v.form, u"cmdGrupos"_s);
+        auto *grupos = controlo<Grelha>(v.form, u"grdGrupos"_s);
+        QTest::keyClick(grupos, Qt::Key_Return); // the same filter again
+        QCOMPARE(v.escolhidos()->linhas(), 0);
+        QCOMPARE(v.todos()->linhas(), 4);
+    }
 
-void tst_painel::legendasTraduzidas() {
-    const Instalada inst;
-    const QString seccao = u"VISTREL_frmGraficoPrincipalHumidadePull"_s;
-    inst.ficheiroLingua(u"EN"_s, {{seccao, u"frmGraficoPrincipalHumidayruredePull.Caption"_s, u"Humidity, pulled"_s},
-                                  {seccao, u"frmGraficoPrincipalHumidadePull.Caption"_s, u"never read"_s},
-                                  {seccao, u"Opccoes.Caption"_s, u"Options"_s},
-                                  {seccao, u"Grupos.Caption"_s, u"All sensors"_s},
-                                  {seccao, u"Sel.Caption"_s, u"Chosen"_s},
-                                  {seccao, u"lblInicio.Caption"_s, u"From:"_s},
-                                  {seccao, u"lblFim.Caption"_s, u"To:"_s},
-                                  {seccao, u"cmdConfirmar.Caption"_s, u"Confirm"_s}});
-    inst.usarLingua(u"EN"_s);
-    const Vista v(u"frmGraficoPrincipalHumidadePull"_s);
-    QCOMPARE(v.form->windowTitle(), u"Humidity, pulled"_s);
-    QCOMPARE(controlo<QAbstractButton>(v.form, u"cmdOpccoes"_s)->text(), u"Options"_s);
-    QCOMPARE(controlo<QAbstractButton>(v.form, u"cmdGrupos"_s)->text(), u"All sensors"_s);
-    QCOMPARE(controlo<QLabel>(v.form, u"Sel"_s)->text(), u"Chosen"_s);
-    QCOMPARE(controlo<QLabel>(v.form, u"lblInicio"_s)->text(), u"From:"_s);
-    QCOMPARE(controlo<QLabel>(v.form, u"lblFim"_s)->text(), u"To:"_s);
-    QCOMPARE(controlo<QAbstractButton>(v.form, u"cmdConfirmar"_s)->text(), u"Confirm"_s);
-    QCOMPARE(controlo<QWidget>(v.form, u"cmdConfirmar"_s)->accessibleName(), u"Confirm"_s);
-}
+    void gruposComTeclado() {
+        const Instalada inst;
+        const Vista v;
+        auto *botao = controlo<QWidget>(v.form, u"cmdGrupos"_s);
+        botao->setFocus();
+        QTest::keyClick(botao, Qt::Key_Space);
+        auto *grupos = controlo<Grelha>(v.form, u"grdGrupos"_s);
+        QVERIFY(grupos->isVisible());
+        QTest::keyClick(grupos, Qt::Key_Escape);
+        QVERIFY(!grupos->isVisible());
+        QVERIFY(v.visivel(u"PictOpccoes"_s));
+        QTest::keyClick(botao, Qt::Key_Space);
+        QTest::keyClick(grupos, Qt::Key_Down);
+        QTest::keyClick(grupos, Qt::Key_Return);
+        QCOMPARE(nomes(v.todos()), QStringList({u"Cave"_s, u"Sótão"_s}));
+    }
+
+    void falhaMantemListas() {
+        Instalada inst;
+        const Vista v;
+        clicar(v.form, u"cmdGrupos"_s);
+        inst.executar(u"ALTER TABLE Sensores RENAME TO Outros"_s);
+        inst.executar(u"ALTER TABLE Poseidons RENAME TO Outras"_s);
+        inst.erros.esperar(u"CarregaListaGrupos"_s);
+        clicar(v.form, u"cmdGrupos"_s);
+        clicar(v.form, u"cmdGrupos"_s);
+        QCOMPARE(controlo<Grelha>(v.form, u"grdGrupos"_s)->linhas(), 4);
+    }
+
+    void intervaloErrado_data() {
+        QTest::addColumn<QDate>("fim");
+        QTest::addColumn<QTime>("horaFim");
+        QTest::newRow("equal") << QDate(2024, 3, 15) << QTime(0, 0, 0);
+        QTest::newRow("before") << QDate(2024, 3, 14) << QTime(23, 59, 59);
+    }
+
+    void intervaloErrado() {
+        const Instalada inst;
+        const Vista v;
+        QFETCH(QDate, fim);
+        QFETCH(QTime, horaFim);
+        porData(v.form, u"DTPdataFim"_s, fim);
+        controlo<QTimeEdit>(v.form, u"DTPHoraFim"_s)->setTime(horaFim);
+        clicar(v.form, u"cmdAdicionarAll"_s);
+        clicar(v.form, u"cmdConfirmar"_s);
+        auto *marca = controlo<QLabel>(v.form, u"imgErrorDate"_s);
+        QVERIFY(!marca->accessibleName().isEmpty());
+        QVERIFY(controlo<QTimer>(v.form, u"TimerErrorDate"_s)->isActive());
+        QVERIFY(utilizador::esperar([&] { return marca->isVisible(); }));
+        QVERIFY(utilizador::esperar([&] { return !marca->isVisible(); }));
+        QVERIFY(v.visivel(u"PictOpccoes"_s)); // nothing was loaded
+        porData(v.form, u"DTPdataFim"_s, QDate(2024, 3, 16));
+        clicar(v.form, u"cmdConfirmar"_s);
+        QVERIFY(!controlo<QTimer>(v.form, u"TimerErrorDate"_s)->isActive());
+        QVERIFY(!marca->isVisible());
+    }
+
+    void marcaParaEmQuarenta() {
+        const Instalada inst;
+        const Vista v;
+        porData(v.form, u"DTPdataFim"_s, QDate(2024, 3, 1));
+        clicar(v.form, u"cmdConfirmar"_s);
+        auto *relogio = controlo<QTimer>(v.form, u"TimerErrorDate"_s);
+        QCOMPARE(relogio->interval(), 200);
+        relogio->setInterval(1);
+        int voltas = 0;
+        connect(relogio, &QTimer::timeout, relogio, [&voltas] { ++voltas; });
+        QVERIFY(utilizador::esperar([&] { return !relogio->isActive(); }));
+        QCOMPARE(voltas, 40);
+        QCOMPARE(relogio->property("Tag").toString(), u"40"_s);
+        QVERIFY(!v.visivel(u"imgErrorDate"_s));
+    }
+
+    void confirmarGuardaIntervalo() {
+        const Instalada inst;
+        const Vista v;
+        porData(v.form, u"DTPdataInicio"_s, QDate(2024, 3, 1));
+        clicar(v.form,
+               u"cmdConfirmar"_s); // nothing is chosen: the range is kept, nothing is loaded and nothing is said
+        QCOMPARE(controlo<QWidget>(v.form, u"DTPdataInicio"_s)->property("Tag").toString(), u"01/03/2024 00:00:00"_s);
+        QCOMPARE(controlo<QWidget>(v.form, u"DTPdataFim"_s)->property("Tag").toString(), u"15/03/2024 23:59:59"_s);
+        QVERIFY(v.visivel(u"PictOpccoes"_s));
+    }
+
+    void periodo() {
+        const Instalada inst;
+        const Vista v;
+        controlo<QTimeEdit>(v.form, u"DTPhoraInicio"_s)->setTime(QTime(7, 0));
+        utilizador::accao(v.form, u"mnuEsteMes"_s);
+        QCOMPARE(controlo<QDateEdit>(v.form, u"DTPdataInicio"_s)->date(), QDate(2024, 3, 1));
+        QCOMPARE(controlo<QTimeEdit>(v.form, u"DTPhoraInicio"_s)->time(), QTime(0, 0));
+        QCOMPARE(controlo<QDateEdit>(v.form, u"DTPdataFim"_s)->date(), QDate(2024, 3, 15));
+    }
+
+    void procurarAoEscrever() {
+        const Instalada inst;
+        const Vista v;
+        v.todos()->setFocus();
+        QTest::keyClicks(v.todos(), u"rno"_s);
+        QCOMPARE(v.todos()->linhaActual(), 3);
+        QTest::qWait(2 * QApplication::keyboardInputInterval() + 50);
+        QTest::keyClicks(v.todos(), u"0002"_s); // ids too
+        QCOMPARE(v.todos()->linhaActual(), 1);
+    }
+
+    void opccoes() {
+        const Instalada inst;
+        const Vista v;
+        auto *botao = controlo<QAbstractButton>(v.form, u"cmdOpccoes"_s);
+        const int aberta = botao->width();
+        clicar(v.form, u"cmdGrupos"_s);
+        clicar(v.form, u"cmdOpccoes"_s);
+        QVERIFY(utilizador::esperar([&] { return !v.visivel(u"PictOpccoes"_s); }));
+        QVERIFY(botao->width() < aberta);
+        QTRY_VERIFY(controlo<QWidget>(v.form, u"TChart"_s)->hasFocus());
+        clicar(v.form, u"cmdOpccoes"_s);
+        QVERIFY(v.visivel(u"PictOpccoes"_s));
+        QVERIFY(!v.visivel(u"picGrupos"_s)); // opening closed it
+        QTest::keyClick(v.todos(), Qt::Key_Escape);
+        QVERIFY(utilizador::esperar([&] { return !v.visivel(u"PictOpccoes"_s); }));
+        QTest::keyClick(v.form, Qt::Key_F4);
+        QVERIFY(utilizador::esperar([&] { return v.visivel(u"PictOpccoes"_s); }));
+    }
+
+    void legendasTraduzidas() {
+        const Instalada inst;
+        const QString seccao = u"VISTREL_frmGraficoPrincipalHumidadePull"_s;
+        inst.ficheiroLingua(u"EN"_s,
+                            {{seccao, u"frmGraficoPrincipalHumidayruredePull.Caption"_s, u"Humidity, pulled"_s},
+                             {seccao, u"frmGraficoPrincipalHumidadePull.Caption"_s, u"never read"_s},
+                             {seccao, u"Opccoes.Caption"_s, u"Options"_s},
+                             {seccao, u"Grupos.Caption"_s, u"All sensors"_s},
+                             {seccao, u"Sel.Caption"_s, u"Chosen"_s},
+                             {seccao, u"lblInicio.Caption"_s, u"From:"_s},
+                             {seccao, u"lblFim.Caption"_s, u"To:"_s},
+                             {seccao, u"cmdConfirmar.Caption"_s, u"Confirm"_s}});
+        inst.usarLingua(u"EN"_s);
+        const Vista v(u"frmGraficoPrincipalHumidadePull"_s);
+        QCOMPARE(v.form->windowTitle(), u"Humidity, pulled"_s);
+        QCOMPARE(controlo<QAbstractButton>(v.form, u"cmdOpccoes"_s)->text(), u"Options"_s);
+        QCOMPARE(controlo<QAbstractButton>(v.form, u"cmdGrupos"_s)->text(), u"All sensors"_s);
+        QCOMPARE(controlo<QLabel>(v.form, u"Sel"_s)->text(), u"Chosen"_s);
+        QCOMPARE(controlo<QLabel>(v.form, u"lblInicio"_s)->text(), u"From:"_s);
+        QCOMPARE(controlo<QLabel>(v.form, u"lblFim"_s)->text(), u"To:"_s);
+        QCOMPARE(controlo<QAbstractButton>(v.form, u"cmdConfirmar"_s)->text(), u"Confirm"_s);
+        QCOMPARE(controlo<QWidget>(v.form, u"cmdConfirmar"_s)->accessibleName(), u"Confirm"_s);
+    }
+};
 
 QTEST_MAIN(tst_painel)
 #include "tst_painel.moc"

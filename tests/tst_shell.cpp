@@ -14,6 +14,7 @@
 #include <QAction>
 #include <QDialog>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
@@ -44,7 +45,12 @@ QStringList oferecidas(const frmMain &shell) {
 }
 
 QWidget *criarForm(QWidget *) {
-    return new QWidget;
+    auto *form = new QWidget;
+    new QLineEdit(form);
+    auto *comeco = new QLineEdit(form);
+    comeco->setObjectName(u"comeco"_s);
+    comeco->setFocus();
+    return form;
 }
 
 // Every form of the menu, so that what is offered depends on the data alone.
@@ -224,6 +230,7 @@ void tst_shell::abrirUmaVez() {
     QCOMPARE(filhos(shell).size(), 2);
     QPointer<QWidget> medias = utilizador::form(u"frmGraficoPrincipal"_s);
     QVERIFY(medias && medias->isVisible());
+    QCOMPARE(shell.focusWidget()->objectName(), u"comeco"_s); // where the form said
     QVERIFY(registoForms().activo(u"frmDescarregar2251"_s));
     auto *janela = qobject_cast<QMdiSubWindow *>(medias->parentWidget());
     QMdiArea *area = janela->mdiArea();

@@ -142,6 +142,7 @@ void frmMain::setColour() {
 
 void frmMain::alojar(QWidget *form) {
     const QPointer<QWidget> vigiado = form;
+    const QPointer<QWidget> comeco = form->focusWidget(); // where the form says that work begins; the frame forgets it
     const QPointer<QMdiSubWindow> janela = new QMdiSubWindow;
     janela->setAttribute(Qt::WA_DeleteOnClose);
     janela->setWidget(form);
@@ -156,7 +157,7 @@ void frmMain::alojar(QWidget *form) {
     if (janela) // a form may let events run while it comes up, and be closed by them
         janela->show();
     if (vigiado)
-        vigiado->setFocus();
+        (comeco ? comeco : vigiado)->setFocus();
 }
 
 void frmMain::SmartMenuXP_Click(const EntradaMenu &entrada) {
@@ -274,7 +275,10 @@ void frmMain::mostrarJanelas() {
     m_janelas->setVisible(!m_area->subWindowList().isEmpty());
 }
 
+// Of the free area alone: a click in a form comes here too when the form has no menu there.
 void frmMain::menuDaArea(const QPoint &onde) {
+    if (m_area->childAt(onde) != m_area->viewport())
+        return;
     QMenu menu;
     encherJanelas(&menu);
     menu.setEnabled(!m_area->subWindowList().isEmpty());

@@ -22,6 +22,7 @@ TChart::Interno::Interno(TChart *chart) : q(chart), quadro(new Quadro(chart)), s
 TChart::TChart(QWidget *pai) : QWidget(pai), m(std::make_unique<Interno>(this)) {
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);
+    setContextMenuPolicy(Qt::PreventContextMenu); // the right button pans; no menu of what lies around may open
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     m->vestir();
     actualizar();

@@ -3,17 +3,13 @@
 
 #include "core/datas.h"
 #include "core/eventos.h"
-#include "core/falha.h"
 #include "core/literais.h"
 #include "core/modDoubleTratamento.h"
 #include "core/modTraducoes.h"
 #include "core/rotina.h"
 #include "platform/chart/TChart.h"
-#include "views/forms/frmEsperaPraCriarGrafico.h"
 
 #include <QLabel>
-#include <QPushButton>
-#include <QStackedLayout>
 
 #include <algorithm>
 
@@ -28,72 +24,47 @@ constexpr double umMinuto = 60; // seconds
 
 } // namespace
 
-void FormGrafico::CarregarDadosDeSeriesSelleccionadas() {
-    if (m_emCarga)
-        return;
-    m_emCarga = true;
-    m_parar = false;
+void FormGrafico::carregar(const Vigia &vigia) {
     if (m_timer1.isActive())
         ConfigurarGrafico();
-    const Vigia vigia(this);
-    const QByteArray nome = fonte("CarregarDadosDeSeriesSelleccionadas");
-    Rotina(nome.constData(), [this] { carregar(); });
-    if (vigia.vivo())
-        terminarCarga();
-}
-
-// Left by an Interrompido when the form is destroyed or the user stops; the wait window and the main window are put
-// right on every way out.
-void FormGrafico::carregar() {
-    const Vigia vigia(this);
-    const CargaEmCurso carga(this);
-    connect(carga.espera(), &frmEsperaPraCriarGrafico::cancelar, this, [this] { m_parar = true; });
-    vigia.forcar();
-    m_painel->fechar(false);
-    mostrarGrafico(false);
-    limparGrafico();
-    const bool comEscolha = !m_painel->escolhas().isEmpty();
-    m_inicio = comEscolha ? m_painel->textoInicio() : QString();
-    m_fim = comEscolha ? m_painel->textoFim() : QString();
     carregarSeleccao(vigia);
-    if (m_chart->MaxXValue() > 0 && m_chart->MinXValue() > 0) {
+    if (chart().MaxXValue() > 0 && chart().MinXValue() > 0) {
         ConfigurarBottomAxis();
         ajustarEixoEsquerdo();
     } else { // nothing there: the axis shows where it was looked for
-        const Intervalo intervalo(m_painel->inicio(), m_painel->fim());
-        m_chart->Bottom().Minimum = datas::segundosDe(intervalo.inicio);
-        m_chart->Bottom().Maximum = datas::segundosDe(intervalo.fim);
+        const Intervalo intervalo(painel()->inicio(), painel()->fim());
+        chart().Bottom().Minimum = datas::segundosDe(intervalo.inicio);
+        chart().Bottom().Maximum = datas::segundosDe(intervalo.fim);
     }
 }
 
-void FormGrafico::limparGrafico() {
+void FormGrafico::esvaziar() {
+    FormVistaGrafica::esvaziar();
     m_indiceCor = 0;
     m_carregadas.clear();
-    m_chart->anularZoom();
-    m_sufixoZoom.clear();
-    while (m_chart->SeriesCount() > seriesFixas)
-        m_chart->RemoveSeries(m_chart->SeriesCount() - 1);
+    while (chart().SeriesCount() > seriesFixas)
+        chart().RemoveSeries(chart().SeriesCount() - 1);
     for (int i = 0; i < seriesFixas; ++i) {
-        m_chart->Series(i).Clear();
-        m_chart->Series(i).Active = false;
+        chart().Series(i).Clear();
+        chart().Series(i).Active = false;
     }
-    m_chart->Series(serieLeituras).ColorEachPoint = false;
+    chart().Series(serieLeituras).ColorEachPoint = false;
+    chart().Bottom().Visible = false;
     mostrarMedia(0);
 }
 
 // Each sensor's routine reports its own failure and ends with 0; the others go on.
 void FormGrafico::carregarSeleccao(const Vigia &vigia) {
-    const QList<Escolha> seleccao = m_painel->escolhas();
+    const QList<Escolha> seleccao = painel()->escolhas();
     const bool comLimites = seleccao.size() == 1 && m_membro.linhaUnica == LinhaUnica::ComLimites;
-    const Intervalo intervalo(m_painel->inicio(), m_painel->fim());
+    const Intervalo intervalo(painel()->inicio(), painel()->fim());
     double soma = 0;
     int comMedia = 0;
     for (const Escolha &escolha : seleccao) {
         const double media =
             comLimites ? AdicionarValorAoGrafico(intervalo, escolha) : ConfigurarGraficoComSeries(intervalo, escolha);
         vigia.passar();
-        if (m_parar)
-            throw Interrompido();
+        pararSePedido();
         if (media != 0) {
             soma += media;
             ++comMedia;
@@ -105,10 +76,10 @@ void FormGrafico::carregarSeleccao(const Vigia &vigia) {
 double FormGrafico::AdicionarValorAoGrafico(const Intervalo &intervalo, const Escolha &escolha) {
     const QByteArray nome = fonte("AdicionarValorAoGrafico");
     return Rotina(nome.constData(), [&] {
-        m_chart->Bottom().Visible = true;
-        TSerie &leituras = m_chart->Series(serieLeituras);
-        TSerie &maximo = m_chart->Series(serieMaximo);
-        TSerie &minimo = m_chart->Series(serieMinimo);
+        chart().Bottom().Visible = true;
+        TSerie &leituras = chart().Series(serieLeituras);
+        TSerie &maximo = chart().Series(serieMaximo);
+        TSerie &minimo = chart().Series(serieMinimo);
         const QStringView formLimites = m_membro.formLimites.isEmpty() ? m_membro.form : m_membro.formLimites;
         const QString seccao = modTraducoes::seccaoDe(formLimites.toString());
         maximo.Title = modTraducoes::texto(seccao, u"Max"_s, u"Max"_s);
@@ -134,8 +105,7 @@ double FormGrafico::AdicionarValorAoGrafico(const Intervalo &intervalo, const Es
                     minimo.AddXY(l.data, l.limites.minimo, semRotulo, cores::azul);
             }
             vigia.passarLinha();
-            if (m_parar)
-                throw Interrompido();
+            pararSePedido();
         });
     });
 }
@@ -143,15 +113,15 @@ double FormGrafico::AdicionarValorAoGrafico(const Intervalo &intervalo, const Es
 double FormGrafico::ConfigurarGraficoComSeries(const Intervalo &intervalo, const Escolha &escolha) {
     const QByteArray nome = fonte("ConfigurarGraficoComSeries");
     return Rotina(nome.constData(), [&] {
-        m_chart->Bottom().Visible = true;
-        m_chart->Series(serieLeituras).Name = u"A1"_s;
+        chart().Bottom().Visible = true;
+        chart().Series(serieLeituras).Name = u"A1"_s;
         for (int i = 0; i < seriesFixas; ++i)
-            m_chart->Series(i).Clear();
+            chart().Series(i).Clear();
         // A sensor without readings uses its colour up too.
         const quint32 cor = cores::paleta[m_indiceCor];
         m_indiceCor = (m_indiceCor + 1) % cores::paleta.size();
         const bool estados = m_membro.eixo == EixoEsquerdo::Estados;
-        TSerie &serie = m_chart->AddSeries(estados ? TSerie::Estilo::Degrau : TSerie::Estilo::Linha);
+        TSerie &serie = chart().AddSeries(estados ? TSerie::Estilo::Degrau : TSerie::Estilo::Linha);
         m_carregadas.append(escolha);
         serie.Title = escolha.nome;
         serie.Name = u'A' + escolha.textoDaChave();
@@ -161,27 +131,26 @@ double FormGrafico::ConfigurarGraficoComSeries(const Intervalo &intervalo, const
         return m_membro.ler({m_membro.tabela, escolha.chave, intervalo, false}, [&](const Leitura &l) {
             serie.AddXY(l.data, l.valor, l.comNota ? marca : semMarca, cor);
             vigia.passarLinha();
-            if (m_parar)
-                throw Interrompido();
+            pararSePedido();
         });
     });
 }
 
 void FormGrafico::ConfigurarBottomAxis() {
-    TEixo &baixo = m_chart->Bottom();
+    TEixo &baixo = chart().Bottom();
     baixo.Automatic = false;
-    baixo.Minimum = m_chart->MinXValue();
-    baixo.Maximum = m_chart->MaxXValue();
+    baixo.Minimum = chart().MinXValue();
+    baixo.Maximum = chart().MaxXValue();
     baixo.Increment = umMinuto;
 }
 
 void FormGrafico::ajustarEixoEsquerdo() {
-    TEixo &esquerdo = m_chart->Left();
+    TEixo &esquerdo = chart().Left();
     esquerdo.Automatic = false;
     switch (m_membro.eixo) {
     case EixoEsquerdo::Folga:
-        esquerdo.Minimum = m_chart->MinYValue() - folga;
-        esquerdo.Maximum = m_chart->MaxYValue() + folga;
+        esquerdo.Minimum = chart().MinYValue() - folga;
+        esquerdo.Maximum = chart().MaxYValue() + folga;
         break;
     case EixoEsquerdo::Percentagem:
         esquerdo.Minimum = 0;
@@ -205,36 +174,10 @@ void FormGrafico::mostrarMedia(double media) {
     lblMedia()->setText(legenda);
 }
 
-void FormGrafico::mostrarGrafico(bool visivel) {
-    m_pilha->setCurrentWidget(visivel ? m_chart : m_fundo);
-}
-
-// What a stopped load has read is a part that nobody asked for: it goes, and the choice is offered again.
-void FormGrafico::terminarCarga() {
-    m_emCarga = false;
-    if (m_parar)
-        esvaziar();
-    mostrarCarga();
-    if (m_parar)
-        m_painel->abrir();
-    else
-        m_chart->setFocus();
-}
-
-void FormGrafico::esvaziar() {
-    limparGrafico();
-    m_inicio.clear();
-    m_fim.clear();
-    m_chart->Bottom().Visible = false;
-}
-
 void FormGrafico::mostrarCarga() {
     // Also says what a single line is.
-    m_chart->setLegenda(!m_inicio.isEmpty(), m_membro.linhaUnica == LinhaUnica::ComoVarias ? 1 : 2);
-    m_chart->actualizar();
-    mostrarGrafico(true);
-    cmdImprimir()->setEnabled(!m_inicio.isEmpty());
-    cmdExport()->setEnabled(!m_inicio.isEmpty());
+    chart().setLegenda(!m_inicio.isEmpty(), m_membro.linhaUnica == LinhaUnica::ComoVarias ? 1 : 2);
+    FormVistaGrafica::mostrarCarga();
 }
 
 // Nothing is drawn, printed or noted of rows that are gone.

@@ -47,17 +47,17 @@ void FormGrafico::cmdImprimir_Click() {
     Rotina(nome.constData(), [this] {
         saidaGrafico::Pagina pagina;
         pagina.relatorio = u"DataReportGraficoPrincipal"_s;
-        pagina.titulo = texto(u"PrintTitle"_s, m_membro.tituloImpressao.toString()) + m_sufixoZoom;
-        pagina.descricao = m_painel->descricao(m_inicio, m_fim);
+        pagina.titulo = texto(u"PrintTitle"_s, m_membro.tituloImpressao.toString()) + sufixoZoom();
+        pagina.descricao = painel()->descricao(m_inicio, m_fim);
         pagina.media = lblMedia()->text();
         pagina.alarmes = texto(u"Alarm"_s, u"! = Alarmes"_s);
-        saidaGrafico::imprimir(*m_chart, pagina, window());
+        saidaGrafico::imprimir(chart(), pagina, window());
     });
 }
 
 void FormGrafico::mnuExportJPG_Click() {
     const QByteArray nome = fonte("mnuExportJPG_Click");
-    Rotina(nome.constData(), [this] { saidaGrafico::exportarJPG(*m_chart, m_membro.baseJPG.toString()); });
+    Rotina(nome.constData(), [this] { saidaGrafico::exportarJPG(chart(), m_membro.baseJPG.toString()); });
 }
 
 // Always the whole confirmed range, whatever the zoom.
@@ -72,7 +72,7 @@ void FormGrafico::mnuExportCSV_Click() {
         if (caminho.isEmpty() || m_emCarga)
             return;
         const Vigia vigia(this);
-        const bool feito = ExportarCSV(caminho, m_painel->inicioConfirmado(), m_painel->fimConfirmado());
+        const bool feito = ExportarCSV(caminho, painel()->inicioConfirmado(), painel()->fimConfirmado());
         if (vigia.vivo())
             m_emCarga = false;
         dialogos->mensagem(feito
@@ -91,13 +91,12 @@ bool FormGrafico::ExportarCSV(const QString &caminho, const QString &inicio, con
         const CargaEmCurso carga(this, Trabalho::Exportacao);
         connect(carga.espera(), &frmEsperaPraCriarGrafico::cancelar, this, [this] { m_parar = true; });
         QList<QStringList> chaves;
-        for (const Escolha &escolha : m_painel->escolhas())
+        for (const Escolha &escolha : painel()->escolhas())
             chaves.append(escolha.chave);
         const Intervalo intervalo(datas::lerDataHora(inicio), datas::lerDataHora(fim));
         exportacao::escreverCSV({caminho, m_membro.tabela, chaves, intervalo, m_membro.csv}, [&] {
             vigia.passar();
-            if (m_parar)
-                throw Interrompido();
+            pararSePedido();
         });
         return true;
     });

@@ -2,7 +2,6 @@
 
 #include "core/estado.h"
 #include "core/eventos.h"
-#include "core/falha.h"
 #include "core/literais.h"
 #include "core/modINI.h"
 #include "core/modTraducoes.h"
@@ -10,63 +9,34 @@
 #include "data/ligacao.h"
 #include "data/recordset.h"
 #include "platform/chart/TChart.h"
-#include "views/forms/frmEsperaPraCriarGrafico.h"
 #include "views/forms/saidaGrafico.h"
 #include "views/impressao.h"
 
 #include <QComboBox>
 #include <QLabel>
 #include <QPushButton>
-#include <QStackedLayout>
 
 #include <cmath>
 
 namespace {
 
-constexpr QSize tamanhoMinimo(10500, 6615); // twips
 constexpr double folgaNoTopo = 0.1;
 const QString chaveHist = u"Hist"_s;
 const QString intervaloPorOmissao = u"0.5"_s;
 
-FormVista::Config configDe(const MembroHistograma &membro) {
-    const QString form = membro.form.toString();
-    return {form,
-            form + u".Caption",
-            membro.titulo.toString(),
-            {form, {}, tamanhoMinimo.width(), tamanhoMinimo.height()},
-            tamanhoMinimo,
-            FormVista::Exportacao::Imagem};
-}
-
 } // namespace
 
 FormHistograma::FormHistograma(const MembroHistograma &membro, const FabricaPainel &fabrica, QWidget *pai)
-    : FormVista(configDe(membro), pai), m_membro(membro), m_painel(fabrica(this)) {
-    auto *vista = new QWidget(this);
-    m_pilha = new QStackedLayout(vista);
-    m_chart = new TChart;
-    m_chart->setObjectName(u"TChart"_s);
-    m_chart->setAccessibleName(windowTitle());
-    m_chart->AddSeries(TSerie::Estilo::Barra).Active = false;
-    m_chart->Bottom().Visible = false;
+    : FormVistaGrafica(configDe(membro.form, {}, membro.titulo, Exportacao::Imagem), fabrica, pai), m_membro(membro) {
+    chart().AddSeries(TSerie::Estilo::Barra).Active = false;
+    chart().Bottom().Visible = false;
     if (!membro.tituloEixo.isEmpty())
-        m_chart->Left().Title = texto(u"TChart.Axis.Left.Title.Caption"_s, membro.tituloEixo.toString());
-    m_fundo = new TChart;
-    m_fundo->setObjectName(u"TChartBackGround"_s);
-    m_fundo->Bottom().Visible = false;
-    m_pilha->addWidget(m_chart);
-    m_pilha->addWidget(m_fundo);
-    vista->setFocusProxy(m_chart);
+        chart().Left().Title = texto(u"TChart.Axis.Left.Title.Caption"_s, membro.tituloEixo.toString());
     criarFaixaDoIntervalo();
-    montar(m_painel, vista);
-
-    connect(m_painel, &PainelVista::carregar, this, &FormHistograma::CarregarDadosDeSeriesSelleccionadas);
-    connect(m_chart, &TChart::OnZoom, this, [this] { m_sufixoZoom = texto(u"Zoom"_s, u" (zoom)"_s); });
-    connect(m_chart, &TChart::OnUndoZoom, this, [this] { m_sufixoZoom.clear(); });
     connect(cmdImprimir(), &QPushButton::clicked, this, &FormHistograma::cmdImprimir_Click);
     connect(cmdExport(), &QPushButton::clicked, this, &FormHistograma::cmdJPG_Click);
     CarregarCombos();
-    m_painel->abrir();
+    painel()->abrir();
 }
 
 void FormHistograma::criarFaixaDoIntervalo() {
@@ -78,13 +48,9 @@ void FormHistograma::criarFaixaDoIntervalo() {
     etiqueta->setObjectName(u"lblIntervaloHistograma"_s);
     etiqueta->setBuddy(m_cboIntervalo);
     m_cboIntervalo->setAccessibleName(etiqueta->text());
-    m_painel->juntarOpcao({etiqueta, m_cboIntervalo});
+    painel()->juntarOpcao({etiqueta, m_cboIntervalo});
     m_lblTotal = lblMedia();
     m_lblTotal->setObjectName(u"lblTotal"_s);
-}
-
-QByteArray FormHistograma::fonte(const char *rotina) const {
-    return m_membro.form.toUtf8() + '.' + rotina;
 }
 
 void FormHistograma::CarregarCombos() {
@@ -97,33 +63,16 @@ void FormHistograma::CarregarCombos() {
     });
 }
 
-void FormHistograma::CarregarDadosDeSeriesSelleccionadas() {
-    if (m_emCarga)
-        return;
-    m_emCarga = true;
-    m_parar = false;
-    const Vigia vigia(this);
-    const QByteArray nome = fonte("CarregarDadosDeSeriesSelleccionadas");
-    Rotina(nome.constData(), [this] { carregar(); });
-    if (vigia.vivo())
-        terminarCarga();
+void FormHistograma::esvaziar() {
+    FormVistaGrafica::esvaziar();
+    chart().Series(0).Clear();
+    chart().Bottom().Visible = false;
+    m_lblTotal->clear();
 }
 
-void FormHistograma::carregar() {
-    const Vigia vigia(this);
-    const CargaEmCurso carga(this);
-    connect(carga.espera(), &frmEsperaPraCriarGrafico::cancelar, this, [this] { m_parar = true; });
-    vigia.forcar();
-    m_chart->anularZoom();
-    m_sufixoZoom.clear();
-    m_lblTotal->clear();
-    const QList<Escolha> seleccao = m_painel->escolhas();
+void FormHistograma::carregar(const Vigia &vigia) {
     modINI::SaveSetting(estado().NomePrograma, m_membro.form.toString(), chaveHist, m_cboIntervalo->currentText());
-    m_inicio = seleccao.isEmpty() ? QString() : m_painel->textoInicio();
-    m_fim = m_painel->textoFim();
-    m_painel->fechar(false);
-    m_pilha->setCurrentWidget(m_fundo);
-    m_chart->Series(0).Clear();
+    const QList<Escolha> seleccao = painel()->escolhas();
     m_textoSensores = listaDe(seleccao);
     if (seleccao.isEmpty())
         return;
@@ -134,8 +83,7 @@ void FormHistograma::carregar() {
     const auto opcional = [](double l) { return std::isnan(l) ? std::optional<double>() : std::optional(l); };
     const auto passar = [&] {
         vigia.passar();
-        if (m_parar)
-            throw Interrompido();
+        pararSePedido();
     };
     mostrarBaldes(histograma::contar(valores, intervalo, opcional(limites.minimo), opcional(limites.maximo), passar,
                                      extremosDe(seleccao)));
@@ -144,7 +92,7 @@ void FormHistograma::carregar() {
 std::vector<double> FormHistograma::lerValores(const QList<Escolha> &seleccao, const Vigia &vigia) const {
     std::vector<double> valores;
     const TabelaLeituras &t = m_membro.tabela;
-    const Intervalo intervalo(m_painel->inicio(), m_painel->fim());
+    const Intervalo intervalo(painel()->inicio(), painel()->fim());
     const QString sql = u"SELECT "_s + t.valor + u" FROM " + t.nome + u" WHERE " + t.data + u" BETWEEN ? AND ? AND " +
                         escolhas::condicao(t.chave);
     for (const Escolha &escolha : seleccao) {
@@ -155,8 +103,7 @@ std::vector<double> FormHistograma::lerValores(const QList<Escolha> &seleccao, c
                               : rs.nulo(0)  ? std::numeric_limits<double>::quiet_NaN()
                                             : rs.numero(0));
             vigia.passar();
-            if (m_parar)
-                throw Interrompido();
+            pararSePedido();
         }
     }
     return valores;
@@ -188,7 +135,7 @@ std::optional<histograma::Extremos> FormHistograma::extremosDe(const QList<Escol
 }
 
 QString FormHistograma::listaDe(const QList<Escolha> &seleccao) const {
-    const Intervalo intervalo(m_painel->inicio(), m_painel->fim());
+    const Intervalo intervalo(painel()->inicio(), painel()->fim());
     QList<impressao::Nomeado> nomes;
     for (const Escolha &escolha : seleccao)
         nomes.append({escolha.nome, m_membro.parenteses ? m_membro.parenteses(m_membro.tabela, escolha, intervalo)
@@ -197,7 +144,7 @@ QString FormHistograma::listaDe(const QList<Escolha> &seleccao) const {
 }
 
 void FormHistograma::mostrarBaldes(const std::vector<histograma::Balde> &baldes) {
-    TSerie &barras = m_chart->Series(0);
+    TSerie &barras = chart().Series(0);
     double total = 0;
     double maior = 0;
     for (const histograma::Balde &balde : baldes) {
@@ -207,29 +154,13 @@ void FormHistograma::mostrarBaldes(const std::vector<histograma::Balde> &baldes)
     }
     barras.Active = true;
     barras.ColorEachPoint = true;
-    TEixo &esquerdo = m_chart->Left();
+    TEixo &esquerdo = chart().Left();
     esquerdo.Automatic = false;
     esquerdo.Minimum = 0;
     esquerdo.Maximum = maior > 0 ? maior * folgaNoTopo + maior : 1;
-    m_chart->Bottom().Visible = !baldes.empty();
+    chart().Bottom().Visible = !baldes.empty();
     if (total > 0)
         m_lblTotal->setText(texto(u"NL"_s, u"N° de Leituras = "_s) + QString::number(qint64(total)));
-}
-
-void FormHistograma::terminarCarga() {
-    m_emCarga = false;
-    if (m_parar) {
-        m_inicio.clear();
-        m_chart->Series(0).Clear();
-    }
-    m_chart->actualizar();
-    m_pilha->setCurrentWidget(m_chart);
-    cmdImprimir()->setEnabled(!m_inicio.isEmpty());
-    cmdExport()->setEnabled(!m_inicio.isEmpty());
-    if (m_parar)
-        m_painel->abrir();
-    else
-        m_chart->setFocus();
 }
 
 void FormHistograma::cmdImprimir_Click() {
@@ -237,20 +168,15 @@ void FormHistograma::cmdImprimir_Click() {
     Rotina(nome.constData(), [this] {
         saidaGrafico::Pagina pagina;
         pagina.relatorio = u"DataReportHistogramaPrincipal"_s;
-        pagina.titulo = texto(u"PrintTitle"_s, m_membro.tituloImpressao.toString()) + m_sufixoZoom;
-        pagina.descricao = m_painel->descricao(m_inicio, m_fim);
+        pagina.titulo = texto(u"PrintTitle"_s, m_membro.tituloImpressao.toString()) + sufixoZoom();
+        pagina.descricao = painel()->descricao(m_inicio, m_fim);
         pagina.media = m_lblTotal->text();
         pagina.sensores = m_textoSensores;
-        saidaGrafico::imprimir(*m_chart, pagina, window());
+        saidaGrafico::imprimir(chart(), pagina, window());
     });
 }
 
 void FormHistograma::cmdJPG_Click() {
     const QByteArray nome = fonte("cmdJPG_Click");
-    Rotina(nome.constData(), [this] { saidaGrafico::exportarJPG(*m_chart, m_membro.baseJPG.toString()); });
-}
-
-void FormHistograma::closeEvent(QCloseEvent *evento) {
-    m_parar = true;
-    FormVista::closeEvent(evento);
+    Rotina(nome.constData(), [this] { saidaGrafico::exportarJPG(chart(), m_membro.baseJPG.toString()); });
 }

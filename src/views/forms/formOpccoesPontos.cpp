@@ -49,6 +49,11 @@ QLineEdit *FormOpccoesPontos::criarCampo(const QString &nome, const QString &con
     auto *campo = new QLineEdit(conteudo);
     campo->setObjectName(nome);
     campo->setReadOnly(true);
+    // Looks like what it is: text that can be copied, not a box to write in.
+    campo->setFrame(false);
+    QPalette tons;
+    tons.setBrush(QPalette::Base, Qt::NoBrush);
+    campo->setPalette(tons);
     campo->setCursorPosition(0);
     campo->setToolTip(conteudo);
     // As wide as what it says, within reason.

@@ -18,6 +18,8 @@
 #include <QToolButton>
 #include <QVariantAnimation>
 
+#include <functional>
+
 namespace {
 
 constexpr int larguraAberta = 9005; // twips
@@ -196,6 +198,24 @@ QString PainelVista::fimConfirmado() const {
     return m_dataFim->property("Tag").toString();
 }
 
+// The Tab key follows the eye: what is chosen from stands above the range, though it was made after it.
+void PainelVista::ordenarFoco() {
+    QWidget *anterior = m_cmdOpccoes;
+    const std::function<void(QLayout *)> percorrer = [&](QLayout *disposicao) {
+        for (int i = 0; i < disposicao->count(); ++i) {
+            QWidget *controlo = disposicao->itemAt(i)->widget();
+            if (controlo && controlo->focusPolicy() & Qt::TabFocus)
+                setTabOrder(std::exchange(anterior, controlo), controlo);
+            else if (QLayout *dentro = controlo ? controlo->layout() : disposicao->itemAt(i)->layout())
+                percorrer(dentro);
+        }
+    };
+    percorrer(m_escolha);
+    setTabOrder(anterior, m_dataInicio);
+    anterior = m_horaFim;
+    percorrer(m_opcoes);
+}
+
 void PainelVista::juntarOpcao(const QList<QWidget *> &controlos) {
     auto *linha = new QHBoxLayout;
     linha->addSpacing(fontMetrics().averageCharWidth() * 2);
@@ -256,6 +276,7 @@ void PainelVista::abrir() {
     if (m_aberto)
         return;
     fecharSubpaineis();
+    ordenarFoco();
     m_aberto = true;
     m_cmdOpccoes->setArrowType(Qt::UpArrow);
     colocar(tamanhoAberto().height());

@@ -77,6 +77,7 @@ private:
     void criarDatas(QVBoxLayout *disposicao);
     QPushButton *criarPeriodos();
     void TimerErrorDate_Timer();
+    void ordenarFoco();
     void colocar(int alturaVisivel);
 
     QString m_form;

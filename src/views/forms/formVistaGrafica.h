@@ -1,0 +1,47 @@
+#pragma once
+
+#include "views/forms/formVista.h"
+#include "views/forms/painelVista.h"
+
+class TChart;
+class Vigia;
+class QStackedLayout;
+
+// A view that is a chart: covered while it loads, empty when the load was stopped.
+class FormVistaGrafica : public FormVista {
+    Q_OBJECT
+public:
+    void CarregarDadosDeSeriesSelleccionadas();
+    void ActualizarGrafico();
+
+protected:
+    FormVistaGrafica(const Config &config, const FabricaPainel &fabrica, QWidget *pai);
+    static Config configDe(QStringView form, QStringView chaveTitulo, QStringView titulo, Exportacao exportacao);
+
+    // For reports: the form's name, a dot, the routine.
+    QByteArray fonte(const char *rotina) const;
+    // Reads what the panel says into the emptied chart; may throw. It stops by passar() once the user wants so.
+    virtual void carregar(const Vigia &vigia) = 0;
+    virtual void esvaziar();
+    virtual void mostrarCarga();
+    // Throws Interrompido when the user stopped the load or closed the form.
+    void pararSePedido() const;
+    QString sufixoZoom() const { return m_sufixoZoom; }
+    PainelVista *painel() const { return m_painel; }
+    TChart &chart() const { return *m_chart; }
+    void closeEvent(QCloseEvent *evento) override;
+
+    QString m_inicio; // range of what is loaded; m_inicio is empty when nothing is
+    QString m_fim;
+    bool m_emCarga = false;
+    bool m_parar = false;
+
+private:
+    void terminarCarga();
+
+    PainelVista *m_painel;
+    TChart *m_chart;
+    TChart *m_fundo; // empty: covers the other while that is rebuilt
+    QStackedLayout *m_pilha;
+    QString m_sufixoZoom;
+};

@@ -1,0 +1,157 @@
+#include "tests/cenaGrafico.h"
+
+#include <QDialog>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+
+// The form of a chart's points.
+class tst_pontos : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void formDePontos() {
+        const Instalada inst;
+        inst.leituras(u"Temperaturas"_s, id(1),
+                      {{dia + u"10:00:00"_s, 10.0}, {dia + u"10:00:01"_s, 21.5, QVariant(), u"velha"_s}});
+        const Grafico g;
+        g.carregar({1});
+        g.clicarPonto(0, 1);
+        QDialog *p = g.pontos();
+        QVERIFY(p && p->isModal());
+        QVERIFY(!g.chart().ZoomEnable());
+        QCOMPARE(controlo<QLineEdit>(p, u"txtData"_s)->text(), u"15/03/2024 10:00:01"_s);
+        QCOMPARE(controlo<QLineEdit>(p, u"txtTemperatura"_s)->text(), u"21,5"_s);
+        QCOMPARE(controlo<QLineEdit>(p, u"txtSensor"_s)->text(), id(1));
+        QCOMPARE(controlo<QLineEdit>(p, u"txtNomeSensor"_s)->text(), u"Sensor 1"_s);
+        QVERIFY(controlo<QLineEdit>(p, u"txtSensor"_s)->isReadOnly());
+        auto *nota = controlo<QPlainTextEdit>(p, u"txtObservacoes"_s);
+        QCOMPARE(nota->toPlainText(), u"velha"_s);
+        QCOMPARE(nota->textCursor().position(), 5);
+        QTest::keyClicks(nota, u", it's open  "_s);
+        clicar(p, u"cmdConcluir"_s);
+        QCOMPARE(inst.linha(u"SELECT flag FROM Temperaturas ORDER BY Data DESC"_s).value(0).toString(),
+                 u"velha, it's open"_s);
+        QCOMPARE(inst.linha(u"SELECT flag FROM Temperaturas ORDER BY Data"_s).value(0).toString(), u" "_s);
+        QCOMPARE(rotulosDe(g.chart().Series(0)), QStringList({u" "_s, u"!"_s}));
+        QVERIFY(utilizador::esperar([&] { return g.chart().ZoomEnable() && !g.pontos(); }));
+    }
+
+    void notas_data() {
+        QTest::addColumn<int>("serie"); // that is clicked; 2 is the lower limit
+        QTest::addColumn<QString>("escrita");
+        QTest::addColumn<bool>("desistir");
+        QTest::addColumn<QString>("fica");
+        QTest::addColumn<QString>("marca");
+        QTest::newRow("given up") << 0 << u"outra"_s << true << u"velha"_s << u"!"_s;
+        QTest::newRow("erased") << 0 << QString() << false << u" "_s << u" "_s;
+        QTest::newRow("erased through a limit") << 2 << QString() << false << u" "_s << u" "_s;
+    }
+
+    void notas() {
+        QFETCH(int, serie);
+        QFETCH(QString, escrita);
+        QFETCH(bool, desistir);
+        QFETCH(QString, fica);
+        QFETCH(QString, marca);
+        const Instalada inst;
+        inst.leituras(u"Temperaturas"_s, id(1),
+                      {{dia + u"10:00:00"_s, 10.0}, {dia + u"10:05:00"_s, 11.0, u"30XXX5"_s, u"velha"_s}});
+        const Grafico g;
+        g.carregar({1});
+        g.clicarPonto(serie, serie == 0 ? 1 : 0);
+        QCOMPARE(controlo<QLineEdit>(g.pontos(), u"txtTemperatura"_s)->text(), serie == 0 ? u"11"_s : u"5"_s);
+        QCOMPARE(controlo<QLineEdit>(g.pontos(), u"txtSensor"_s)->text(), id(1));
+        auto *nota = controlo<QPlainTextEdit>(g.pontos(), u"txtObservacoes"_s);
+        nota->selectAll();
+        QTest::keyClick(nota, Qt::Key_Delete);
+        QTest::keyClicks(nota, escrita);
+        if (desistir)
+            QTest::keyClick(nota, Qt::Key_Escape);
+        else
+            QTest::keyClick(nota, Qt::Key_Return, Qt::ControlModifier);
+        QVERIFY(utilizador::esperar([&] { return !g.pontos(); }));
+        QCOMPARE(inst.linha(u"SELECT flag FROM Temperaturas WHERE Temperatura = 11"_s).value(0).toString(), fica);
+        QCOMPARE(rotulosDe(g.chart().Series(0)), QStringList({u" "_s, marca}));
+        if (serie > 0)
+            QCOMPARE(g.chart().Series(serie).PointLabel(0), marca);
+    }
+
+    // Nothing is stored, nothing is said, and the chart does not claim a note.
+    void leituraQueJaNaoHa() {
+        const Instalada inst;
+        inst.leituras(u"Temperaturas"_s, id(1), {{dia + u"10:00:00"_s, 10.0}});
+        const Grafico g;
+        g.carregar({1});
+        inst.executar(u"DELETE FROM Temperaturas"_s);
+        g.clicarPonto(0, 0);
+        QTest::keyClicks(controlo<QPlainTextEdit>(g.pontos(), u"txtObservacoes"_s), u"x"_s);
+        clicar(g.pontos(), u"cmdConcluir"_s);
+        QVERIFY(utilizador::esperar([&] { return !g.pontos(); }));
+        QCOMPARE(rotulosDe(g.chart().Series(0)), QStringList{u" "_s});
+    }
+
+    void notaQueFalha() {
+        Instalada inst;
+        inst.leituras(u"Temperaturas"_s, id(1), {{dia + u"10:00:00"_s, 10.0, QVariant(), u" "_s}});
+        const Grafico g;
+        g.carregar({1});
+        g.clicarPonto(0, 0);
+        QTest::keyClicks(controlo<QPlainTextEdit>(g.pontos(), u"txtObservacoes"_s), u"longa"_s);
+        inst.executar(u"CREATE TRIGGER nao BEFORE UPDATE ON Temperaturas BEGIN SELECT RAISE(ABORT, 'no notes'); END"_s);
+        inst.erros.esperar(u"no notes"_s);
+        clicar(g.pontos(), u"cmdConcluir"_s);
+        QVERIFY(g.pontos() && g.pontos()->isVisible()); // the text is not lost
+        QCOMPARE(rotulosDe(g.chart().Series(0)), QStringList{u" "_s});
+        g.pontos()->close();
+    }
+
+    void botaoDireito() {
+        const Instalada inst;
+        inst.leituras(u"Temperaturas"_s, id(1), {{dia + u"10:00:00"_s, 10.0}});
+        const Grafico g;
+        g.carregar({1});
+        g.clicarPonto(0, 0, Qt::RightButton);
+        QVERIFY(!g.pontos());
+        QVERIFY(utilizador::esperar([&] { return g.chart().ZoomEnable(); }));
+    }
+
+    void membrosDePontos_data() {
+        QTest::addColumn<QString>("grafico");
+        QTest::addColumn<QString>("tipo");
+        QTest::addColumn<QString>("form");
+        QTest::addColumn<QString>("etiqueta");
+        QTest::addColumn<QString>("legenda");
+        QTest::newRow("head") << u"frmGraficoPrincipal"_s << u"P 1250C"_s << u"frmOpccoesMediasPontos"_s << u"lblTemp"_s
+                              << u"Temperatura"_s;
+        QTest::newRow("dew point") << u"frmGraficoPrincipalDPCPull"_s << u"D"_s << u"frmOpccoesDPCPontosPull"_s
+                                   << u"lblTemp"_s << u"P. Orvalho"_s;
+        QTest::newRow("pressure") << u"frmGraficoPrincipalPressao"_s << u"K"_s << u"frmOpccoesPressaoPontos"_s
+                                  << u"lblTemp"_s << u"Pressão"_s;
+        // Its texts are those of the sibling that is not pulled.
+        QTest::newRow("humidity pulled") << u"frmGraficoPrincipalHumidadePull"_s << u"P 1250%"_s
+                                         << u"frmOpccoesHumidadePontosPull"_s << u"lblHum"_s << u"Humidity"_s;
+    }
+
+    void membrosDePontos() {
+        QFETCH(QString, grafico);
+        QFETCH(QString, tipo);
+        QFETCH(QString, form);
+        QFETCH(QString, etiqueta);
+        const Instalada inst(1, tipo);
+        inst.ficheiroLingua(u"EN"_s, {{u"VISTREL_frmOpccoesHumidadePontos"_s, u"lblHum.Caption"_s, u"Humidity"_s}});
+        inst.usarLingua(u"EN"_s);
+        const QString tabela = membroGrafico(grafico)->tabela.nome.toString();
+        inst.leituras(tabela, id(1), {{dia + u"10:00:00"_s, 10.0}});
+        const Grafico g(grafico);
+        g.carregar({1});
+        g.clicarPonto(0, 0);
+        QWidget *p = registoForms().form(form);
+        QVERIFY(p);
+        QTEST(controlo<QLabel>(p, etiqueta)->text(), "legenda");
+        QTest::keyClicks(controlo<QPlainTextEdit>(p, u"txtObservacoes"_s), u"nota"_s);
+        clicar(p, u"cmdConcluir"_s);
+        QCOMPARE(inst.linha(u"SELECT flag FROM "_s + tabela).value(0).toString(), u"nota"_s);
+    }
+};
+
+QTEST_MAIN(tst_pontos)
+#include "tst_pontos.moc"
