@@ -346,7 +346,6 @@ private Q_SLOTS:
     void acertoDoRelogio_data() {
         const Tabela<Defeitos, int, bool, bool> caso("defeitos", "codigo", "apagado", "acertado");
         caso("set", {}, 3, true, true);
-        caso("telnet options", {Defeito::ConsolaOpcoes}, 3, true, true);
         caso("late", {Defeito::Lento}, 3, true, true);
         caso("the console closes", {Defeito::ConsolaFecha}, 5, true, false);
         caso("the console denies", {Defeito::ConsolaNega}, 5, true, true);

@@ -45,7 +45,7 @@ private Q_SLOTS:
     }
 
     void numericos() {
-        QVERIFY(EnderecoENumerico(u"10.0.0.5"_s));
+        QVERIFY(EnderecoENumerico(u"10.0.0.5"_s) && EnderecoENumerico(u"192.168.1.249"_s));
         for (const char *t : {"10.0.0.5:80", "10.0.5", "10.0.0.5.6", "a.b.c.d", "http://10.0.0.5", ""})
             QVERIFY2(!EnderecoENumerico(QString::fromLatin1(t)), t);
     }

@@ -253,6 +253,20 @@ private Q_SLOTS:
         QTEST(texto, "texto");
     }
 
+    void consolaSemOpcoesDeTelnet() {
+        const auto unidade = ligarUnidade(u"127.0.0.2"_s, {Defeito::ConsolaOpcoes});
+        const auto consola = novaConsola();
+        QString texto;
+        connect(consola.get(), &Consola::DataArrival, consola.get(), [&] { texto += consola->GetData(); });
+        consola->Connect(u"127.0.0.2"_s, unidade->portaConsola());
+        QCOMPARE(consola->State(), int(Consola::aLigar));
+        QTRY_VERIFY(texto.contains(u"Press Enter"_s));
+        QVERIFY(!texto.contains(QChar(0xFF)));
+        consola->Close();
+        QCOMPARE(consola->State(), int(Consola::fechada));
+        QVERIFY(!consola->SendData(u"x"_s));
+    }
+
     void consolaFalha_data() {
         const Tabela<QString, int> linha("caso", "numero");
         linha("nobody listens", u"fechada"_s, int(Consola::erroRecusada));
