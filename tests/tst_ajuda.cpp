@@ -6,6 +6,7 @@
 #include "shell/frmMain.h"
 #include "tests/apoio/botaoDeTeste.h"
 #include "tests/apoio/instalacao.h"
+#include "tests/apoio/tabela.h"
 #include "tests/apoio/widgets.h"
 
 #include <QComboBox>
@@ -63,13 +64,12 @@ class TstAjuda : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void encontra_data() {
-        QTest::addColumn<int>("familia");
-        QTest::addColumn<QString>("nome");
-        QTest::newRow("01") << 0x01 << u"ECLO"_s;
-        QTest::newRow("09") << 0x09 << u"DS9097U"_s;
-        QTest::newRow("81") << 0x81 << u"DS9490R"_s;
-        QTest::newRow("none of these") << 0x10 << u"NO ID"_s;
-        QTest::newRow("bare net") << 0 << u"NO ID"_s;
+        const Tabela<int, QString> caso("familia", "nome");
+        caso("01", 0x01, u"ECLO"_s);
+        caso("09", 0x09, u"DS9097U"_s);
+        caso("81", 0x81, u"DS9490R"_s);
+        caso("none of these", 0x10, u"NO ID"_s);
+        caso("bare net", 0, u"NO ID"_s);
     }
     void encontra() {
         QFETCH(int, familia);

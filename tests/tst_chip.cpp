@@ -3,6 +3,7 @@
 #include "simulator/botao/transporteVirtual.h"
 #include "tests/apoio/botaoDeTeste.h"
 #include "tests/apoio/instalacao.h"
+#include "tests/apoio/tabela.h"
 
 #include <QtTest>
 
@@ -45,13 +46,11 @@ private Q_SLOTS:
     }
 
     void pacotes_data() {
-        QTest::addColumn<QByteArray>("dados");
-        QTest::addColumn<int>("pagina");
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::newRow("page 0") << QByteArray("HELLO") << 0 << hex("0548454C4C4FBE4B");
-        QTest::newRow("page 3") << QByteArray("HELLO") << 3 << hex("0548454C4C4FBE78");
-        QTest::newRow("page 15") << QByteArray("HELLO") << 15 << hex("0548454C4C4FBEB4");
-        QTest::newRow("empty") << QByteArray() << 0 << hex("00FFFF");
+        const Tabela<QByteArray, int, QByteArray> caso("dados", "pagina", "bytes");
+        caso("page 0", "HELLO", 0, hex("0548454C4C4FBE4B"));
+        caso("page 3", "HELLO", 3, hex("0548454C4C4FBE78"));
+        caso("page 15", "HELLO", 15, hex("0548454C4C4FBEB4"));
+        caso("empty", {}, 0, hex("00FFFF"));
     }
     void pacotes() {
         QFETCH(QByteArray, dados);
@@ -67,17 +66,15 @@ private Q_SLOTS:
     }
 
     void codigos_data() {
-        QTest::addColumn<Variante>("variante");
-        QTest::addColumn<double>("graus");
-        QTest::addColumn<int>("codigo");
-        QTest::newRow("G 23") << Variante::G << 23.0 << 0x7E;
-        QTest::newRow("H 23") << Variante::H << 23.0 << 0x44;
-        QTest::newRow("Z 23") << Variante::Z << 23.0 << 0xE4;
-        QTest::newRow("Z 0") << Variante::Z << 0.0 << 0x2C;
-        QTest::newRow("G -5") << Variante::G << -5.0 << 0x46;
-        QTest::newRow("G just above -5") << Variante::G << -4.99 << 0x46;
-        QTest::newRow("G just below -5") << Variante::G << -5.01 << 0x46;
-        QTest::newRow("H too cold") << Variante::H << -80.0 << 0x00;
+        const Tabela<Variante, double, int> caso("variante", "graus", "codigo");
+        caso("G 23", Variante::G, 23.0, 0x7E);
+        caso("H 23", Variante::H, 23.0, 0x44);
+        caso("Z 23", Variante::Z, 23.0, 0xE4);
+        caso("Z 0", Variante::Z, 0.0, 0x2C);
+        caso("G -5", Variante::G, -5.0, 0x46);
+        caso("G just above -5", Variante::G, -4.99, 0x46);
+        caso("G just below -5", Variante::G, -5.01, 0x46);
+        caso("H too cold", Variante::H, -80.0, 0x00);
     }
     void codigos() {
         QFETCH(Variante, variante);
@@ -94,18 +91,14 @@ private Q_SLOTS:
 
     // Seconds go by; what the seven registers show, and what the decoder makes of them.
     void calendario_data() {
-        QTest::addColumn<QByteArray>("antes");
-        QTest::addColumn<int>("segundos");
-        QTest::addColumn<QByteArray>("depois");
-        QTest::addColumn<QString>("lido");
-        QTest::newRow("leap") << hex("59592306288224") << 1 << hex("00000007298224") << u"2024-02-29 00:00:00"_s;
-        QTest::newRow("no leap") << hex("59592306288223") << 1 << hex("00000007018323") << u"2023-03-01 00:00:00"_s;
-        QTest::newRow("century on") << hex("59592305311299") << 1 << hex("00000006018100") << u"2000-01-01 00:00:00"_s;
-        QTest::newRow("century off") << hex("59592304319299") << 1 << hex("00000005010100") << u"1900-01-01 00:00:00"_s;
-        QTest::newRow("12 h: midnight") << hex("59597107158326") << 1 << hex("00005201168326")
-                                        << u"2026-03-16 00:00:00"_s;
-        QTest::newRow("12 h: noon") << hex("59595107158326") << 1 << hex("00007207158326") << u"2026-03-15 12:00:00"_s;
-        QTest::newRow("12 h: one") << hex("59597207158326") << 1 << hex("00006107158326") << u"2026-03-15 13:00:00"_s;
+        const Tabela<QByteArray, int, QByteArray, QString> caso("antes", "segundos", "depois", "lido");
+        caso("leap", hex("59592306288224"), 1, hex("00000007298224"), u"2024-02-29 00:00:00"_s);
+        caso("no leap", hex("59592306288223"), 1, hex("00000007018323"), u"2023-03-01 00:00:00"_s);
+        caso("century on", hex("59592305311299"), 1, hex("00000006018100"), u"2000-01-01 00:00:00"_s);
+        caso("century off", hex("59592304319299"), 1, hex("00000005010100"), u"1900-01-01 00:00:00"_s);
+        caso("12 h: midnight", hex("59597107158326"), 1, hex("00005201168326"), u"2026-03-16 00:00:00"_s);
+        caso("12 h: noon", hex("59595107158326"), 1, hex("00007207158326"), u"2026-03-15 12:00:00"_s);
+        caso("12 h: one", hex("59597207158326"), 1, hex("00006107158326"), u"2026-03-15 13:00:00"_s);
     }
     void calendario() {
         QFETCH(QByteArray, antes);
@@ -123,16 +116,14 @@ private Q_SLOTS:
 
     // Which writes leave a mission running, and which starts are taken.
     void escritasNaMissao_data() {
-        QTest::addColumn<int>("endereco");
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::addColumn<bool>("continua");
-        QTest::newRow("clock") << 0x200 << hex("00") << false;
-        QTest::newRow("no function") << 0x20F << hex("00") << false;
-        QTest::newRow("delay") << 0x213 << hex("00") << false;
-        QTest::newRow("rate") << 0x20D << hex("05") << false;
-        QTest::newRow("status kept") << 0x214 << hex("FF") << true;
-        QTest::newRow("status ends") << 0x214 << hex("DF") << false;
-        QTest::newRow("memory") << 0x0100 << hex("AB") << true;
+        const Tabela<int, QByteArray, bool> caso("endereco", "bytes", "continua");
+        caso("clock", 0x200, hex("00"), false);
+        caso("no function", 0x20F, hex("00"), false);
+        caso("delay", 0x213, hex("00"), false);
+        caso("rate", 0x20D, hex("05"), false);
+        caso("status kept", 0x214, hex("FF"), true);
+        caso("status ends", 0x214, hex("DF"), false);
+        caso("memory", 0x0100, hex("AB"), true);
     }
     void escritasNaMissao() {
         QFETCH(int, endereco);
@@ -251,29 +242,6 @@ private Q_SLOTS:
             QCOMPARE(outro.ler(e), chip.ler(e));
         outro.andar(60'000);
         QCOMPARE(outro.contador(), 2564U);
-    }
-
-    void alarmeDoRelogio_data() {
-        QTest::addColumn<QByteArray>("alarme");
-        QTest::addColumn<int>("segundos"); // from Mon 10:00:00 until the flag comes
-        QTest::newRow("each second") << hex("80808080") << 1;
-        QTest::newRow("each minute") << hex("15808080") << 15;
-        QTest::newRow("hourly") << hex("00058080") << 300;
-        QTest::newRow("daily") << hex("00000980") << 23 * 3600;
-        QTest::newRow("weekly") << hex("00001001") << 6 * 86400;
-    }
-    void alarmeDoRelogio() {
-        QFETCH(QByteArray, alarme);
-        QFETCH(int, segundos);
-        ChipDS1921 chip(BotaoDeTeste::rom(Variante::G));
-        escrever(chip, 0x200, hex("00001002168326"));
-        escrever(chip, 0x207, alarme);
-        chip.andar((segundos - 1) * 1000LL);
-        QCOMPARE(chip.ler(0x214) & 1, 0);
-        chip.andar(1000);
-        QCOMPARE(chip.ler(0x214) & 1, 1);
-        escrever(chip, 0x20E, hex("01"));
-        QVERIFY(chip.emAlarme());
     }
 
     void procuraEncontraTodos() {

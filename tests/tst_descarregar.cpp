@@ -1,9 +1,12 @@
+
+
 // The list of units as a user works it, with virtual units behind.
 #include "data/ligacao.h"
 #include "platform/forms/registoForms.h"
 #include "poseidon/descarga/logBruto.h"
 #include "poseidon/forms/frmDescarregar2251.h"
 #include "poseidon/forms/registar.h"
+#include "tests/apoio/tabela.h"
 #include "tests/apoio/widgets.h"
 #include "tests/log2251.h"
 #include "tests/unidadesDeTeste.h"
@@ -25,13 +28,8 @@ using simulador::Defeitos;
 using utilizador::clicar;
 using utilizador::controlo;
 using utilizador::tecla;
-Q_DECLARE_METATYPE(simulador::Defeitos)
 
 namespace {
-
-void definir(const QString &chave, const QString &valor) {
-    modINI::SaveSetting(u"Vistrel"_s, u"D2251"_s, chave, valor);
-}
 
 std::unique_ptr<simulador::Unidade> unidade(const QString &endereco, Defeitos defeitos = {}) {
     simulador::Definicao d;
@@ -93,366 +91,321 @@ struct Janela {
 
 } // namespace
 
+Q_DECLARE_METATYPE(Coluna)
+
 class tst_descarregar : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void init();
-    void cleanup();
-    void pesquisaMarcaDescarrega();
-    void importarDoMenu();
-    void falhaFicaAVermelho();
-    void semRede();
-    void editarCelulas_data();
-    void editarCelulas();
-    void alteradaFicaVermelha();
-    void opcoesDaLinha();
-    void adicionarRemoto_data();
-    void adicionarRemoto();
-    void pesquisaSemFim();
-    void explorador();
-    void acertarRelogio();
-    void lugarEDefinicoes();
-    void fecharADescarregar();
-    void textosDaLingua();
-    void abrirTerminal();
+    void init() {
+        m_instalacao = std::make_unique<log2251::BaseRapida>();
+        definir(u"PesquisaDuracao"_s, u"200"_s);
+        definir(u"Pesquisa"_s, u"127.0.0.9:9"_s);
+        definir(u"LogEspera"_s, u"500"_s);
+        m_abertos.clear();
+    }
+
+    void cleanup() { m_instalacao.reset(); }
+
+    void pesquisaMarcaDescarrega() {
+        const auto u = unidade(u"127.0.0.2"_s);
+        definir(u"Pesquisa"_s, u"127.0.0.2:"_s + QString::number(u->portaPesquisa()));
+        bool menus = false;
+        registoForms().alterarEstadosMenus = [&] { menus = true; };
+        Janela j;
+        QCOMPARE(j.grelha()->model()->rowCount(), 1);
+        QCOMPARE(j.celula(1, Coluna::TIPO), u"Poseidon 2251"_s);
+        QCOMPARE(j.celula(1, Coluna::DESCRICAO), u"Unidade 2"_s);
+        QVERIFY(!j.activo(u"cmdDescarregar"_s));
+        const auto cor = [&] { return j.grelha()->model()->index(0, 2).data(Qt::ForegroundRole); };
+        QVERIFY(!cor().isValid());
+        j.editar(1, Coluna::DESCRICAO, u"Outra"_s);
+        QVERIFY(cor().value<QColor>().red() == 255); // differs from what the unit says
+        j.irPara(1, Coluna::IP);
+        tecla(j.grelha(), Qt::Key_Space);
+        QVERIFY(j.activo(u"cmdDescarregar"_s));
+        clicar(j.form, u"chkClearMemory"_s);
+        clicar(j.form, u"cmdDescarregar"_s);
+        QVERIFY(!j.form->isEnabled());
+        QVERIFY(j.visivel(u"ProgressBar"_s));
+        const int valor = controlo<QProgressBar>(j.form, u"ProgressBar"_s)->value();
+        QTRY_VERIFY(controlo<QProgressBar>(j.form, u"ProgressBar"_s)->value() > valor);
+        j.esperarLivre();
+        QVERIFY(!j.visivel(u"ProgressBar"_s));
+        QCOMPARE(j.info(), u"Dados tranferidos com sucesso"_s);
+        QCOMPARE(j.celula(1, Coluna::DSTAT), u"Dados tranferidos com sucesso"_s);
+        QVERIFY(menus);
+        QVERIFY(log2251::tabela(u"Temperaturas"_s).size() > 100);
+        QCOMPARE(u->registo().quantos(), 0);
+
+        const QModelIndex marca = j.grelha()->model()->index(0, 0); // a click on the mark takes it away
+        utilizador::clicarEm(j.grelha()->viewport(), j.grelha()->visualRect(marca).center());
+        QVERIFY(!j.activo(u"cmdDescarregar"_s));
+        QCOMPARE(j.form->lista().linha(1).SELECT, u"NAO"_s);
+    }
+
+    void importarDoMenu() {
+        auto u = unidade(u"127.0.0.2"_s);
+        unidadeNaBase(*u);
+        Janela j;
+        clicar(j.form, u"cmdDescarregar"_s);
+        j.esperarLivre();
+        const auto daRede = log2251::tudo();
+        QDirIterator ficheiros(logBruto::pasta(), QDir::Files, QDirIterator::Subdirectories);
+        const QString bruto = ficheiros.next();
+        for (const QString &nome : log2251::tabelasDoLog)
+            cnBD().executar(u"DELETE FROM "_s + nome);
+        u.reset();                                             // a file needs no unit
+        m_instalacao->dialogos.responderAbrir({}, u"*.log"_s); // cancelled
+        j.menu(1, u"mnuImportarLog"_s);
+        QVERIFY(j.form->isEnabled());
+        m_instalacao->dialogos.responderAbrir(bruto);
+        j.menu(1, u"mnuImportarLog"_s);
+        QVERIFY(!j.form->isEnabled());
+        j.esperarLivre();
+        QVERIFY(log2251::tudo() == daRede);
+        m_instalacao->dialogos.responderAbrir({});
+        j.menu(1, u"mnuImportarLog"_s);
+        QCOMPARE(m_instalacao->dialogos.ultimaPasta, QFileInfo(bruto).path()); // where the last one lay
+    }
+
+    void falhaFicaAVermelho() {
+        const auto mau = unidade(u"127.0.0.2"_s, {Defeito::LogSoma});
+        const auto bom = unidade(u"127.0.0.3"_s);
+        unidadeNaBase(*mau);
+        unidadeNaBase(*bom);
+        Janela j;
+        const int altura = j.grelha()->height();
+        clicar(j.form, u"cmdDescarregar"_s);
+        j.esperarLivre();
+        const auto cor = [&] {
+            return controlo<QLabel>(j.form, u"lblInfoDesc"_s)->palette().color(QPalette::WindowText);
+        };
+        QCOMPARE(j.grelha()->height(), altura); // the list does not jump when there is something to say
+        j.irPara(1, Coluna::IP);
+        QVERIFY(j.info().startsWith(u"Erro ao descarregar o ficheiro BIN: "));
+        QVERIFY(cor().red() > 2 * cor().green());
+        j.irPara(2, Coluna::IP);
+        QCOMPARE(j.info(), u"Dados tranferidos com sucesso"_s);
+        QCOMPARE(cor(), j.form->palette().color(QPalette::WindowText));
+    }
+
+    void semRede() {
+        estado().ambiente.redeLigada = [] { return false; };
+        const auto u = unidade(u"127.0.0.2"_s);
+        unidadeNaBase(*u);
+        m_instalacao->dialogos.esperarMensagem(u"A rede está acessível"_s); // the words that have always stood there
+        Janela j;
+        QTRY_COMPARE(m_instalacao->dialogos.textos.size(), 1);
+        QVERIFY(j.form->isEnabled());
+        QVERIFY(j.activo(u"cmdDescarregar"_s));
+        m_instalacao->dialogos.esperarMensagem(u"A rede está inacessível"_s);
+        utilizador::escrever(j.form, u"txtTexto"_s, u"127.0.0.2"_s);
+        clicar(j.form, u"cmdConectar"_s);
+    }
+
+    void editarCelulas_data() {
+        // fica: cell and table
+        const Tabela<Coluna, QString, QString> caso("coluna", "texto", "fica");
+        caso("address", Coluna::IP, u"127.0.0.20"_s, u"127.0.0.20"_s);
+        caso("address that is a name", Coluna::IP, u"servidor"_s, u"127.0.0.2"_s);
+        caso("address of another row", Coluna::IP, u"127.0.0.3"_s, u"127.0.0.2"_s);
+        caso("address of a unit that is not listed", Coluna::IP, u"127.0.0.5"_s, u"127.0.0.2"_s);
+        caso("port", Coluna::PORTA, u"8081"_s, u"8081"_s);
+        caso("letters in a port", Coluna::PORTA, u"8a0b8x2"_s, u"8082"_s);
+        caso("port too large", Coluna::PORTA, u"70000"_s, {});
+        caso("empty port", Coluna::PORTA, {}, {});
+        caso("name", Coluna::DESCRICAO, u"O'Câmara"_s, u"O'Câmara"_s);
+        caso("long name", Coluna::DESCRICAO, u"ABCDEFGHIJKLMNOPQRS"_s, u"ABCDEFGHIJKLMNO"_s);
+    }
+    void editarCelulas() {
+        const auto a = unidade(u"127.0.0.2"_s);
+        const auto b = unidade(u"127.0.0.3"_s);
+        unidadeNaBase(*a);
+        unidadeNaBase(*b);
+        cnBD().executar(u"INSERT INTO Poseidons (PoseidonIP, Nome, Modelo) VALUES ('127.0.0.5', 'Outro', 10)"_s);
+        Janela j;
+        QFETCH(Coluna, coluna);
+        QFETCH(QString, texto);
+        QFETCH(QString, fica);
+        if (fica.isEmpty())
+            fica = QString::number(a->portaWeb());
+        const QString antes = j.celula(1, coluna);
+        j.editar(1, coluna, texto, Qt::Key_Escape);
+        QCOMPARE(j.celula(1, coluna), antes);
+        j.editar(1, coluna, texto);
+        QCOMPARE(j.celula(1, coluna), fica);
+        const QString campo = coluna == Coluna::IP ? u"PoseidonIP"_s : coluna == Coluna::PORTA ? u"Porta"_s : u"Nome"_s;
+        const QVariantList guardado = m_instalacao->linha(u"SELECT %1 FROM Poseidons WHERE rowid = 1"_s.arg(campo));
+        QCOMPARE(guardado.value(0).toString(), fica);
+        QCOMPARE(m_instalacao->linha(u"SELECT COUNT(*) FROM Poseidons"_s).value(0).toInt(), 3);
+    }
+
+    void opcoesDaLinha() {
+        const auto u = unidade(u"127.0.0.2"_s);
+        unidadeNaBase(*u);
+        Janela j;
+        QCOMPARE(controlo<QLineEdit>(j.form, u"txtNMedias"_s)->text(), u"3"_s);
+        utilizador::escrever(j.form, u"txtNMedias"_s, u"1x2"_s);
+        j.grelha()->setFocus();
+        QCOMPARE(j.celula(1, Coluna::NLEITURAS), u"12"_s);
+        clicar(j.form, u"chkClearMemory"_s);
+        QCOMPARE(m_instalacao->linha(u"SELECT NLeiturasM, ApagarLog FROM Poseidons"_s),
+                 QVariantList({u"12"_s, u"1"_s}));
+        utilizador::escrever(j.form, u"txtNMedias"_s, {});
+        j.grelha()->setFocus();
+        QCOMPARE(j.celula(1, Coluna::NLEITURAS), u"1"_s);
+        QCOMPARE(j.form->lista().linha(1).BLNERASELOG, u"1"_s);
+    }
+
+    void adicionarRemoto_data() {
+        // endereco: %1 the port
+        const Tabela<QString, Defeitos, bool> caso("endereco", "defeitos", "entra");
+        caso("address and port", u"127.0.0.2:%1"_s, {}, true);
+        caso("as a browser shows it", u"http://127.0.0.2:%1/"_s, {}, true);
+        caso("nobody there", u"127.0.0.99:%1"_s, {}, false);
+        caso("no unit", u"127.0.0.2:%1"_s, {Defeito::XmlSemElementos}, false);
+    }
+    void adicionarRemoto() {
+        QFETCH(QString, endereco);
+        QFETCH(Defeitos, defeitos);
+        QFETCH(bool, entra);
+        const auto u = unidade(u"127.0.0.2"_s, defeitos);
+        Janela j;
+        const QString pedido = endereco.contains(u"%1") ? endereco.arg(u->portaWeb()) : endereco;
+        utilizador::escrever(j.form, u"txtTexto"_s, pedido);
+        clicar(j.form, u"cmdConectar"_s);
+        QVERIFY(!j.form->isEnabled());
+        QVERIFY(j.visivel(u"imgConnect"_s));
+        QCOMPARE(controlo<QLabel>(j.form, u"imgConnect"_s)->property("Tag").toString() == u"1", entra);
+        j.esperarLivre();
+        QVERIFY(!j.visivel(u"imgConnect"_s));
+        QCOMPARE(j.grelha()->model()->rowCount(), entra ? 1 : 0);
+        QCOMPARE(controlo<QLineEdit>(j.form, u"txtTexto"_s)->text(), entra ? QString() : pedido);
+        QCOMPARE(j.info().isEmpty(), entra);
+        if (!entra)
+            return;
+        QCOMPARE(j.celula(1, Coluna::UDP), u"R"_s);
+        QCOMPARE(j.celula(1, Coluna::IP), u"127.0.0.2:%1"_s.arg(u->portaWeb()));
+        tecla(j.grelha(), Qt::Key_Space); // the mark of a new row is no tick
+        QVERIFY(j.activo(u"cmdDescarregar"_s));
+        clicar(j.form, u"cmdDescarregar"_s);
+        j.esperarLivre();
+        QCOMPARE(j.celula(1, Coluna::DSTAT), u"Dados tranferidos com sucesso"_s);
+    }
+
+    void pesquisaSemFim() {
+        definir(u"PesquisaDuracao"_s, u"1500"_s);
+        registarPoseidon(registoForms());
+        const QPointer<QWidget> form = registoForms().abrir(u"frmDescarregar2251"_s);
+        utilizador::mostrar(form);
+        QTRY_VERIFY(!form->isEnabled());
+        auto *luz = controlo<QLabel>(form, u"imgPesquisa"_s);
+        QTRY_VERIFY(luz->isVisible());
+        const QString cor = luz->property("Tag").toString();
+        QTRY_VERIFY(luz->property("Tag").toString() != cor);
+        QTRY_VERIFY(form->isEnabled());
+        QVERIFY(!luz->isVisible());
+        clicar(form, u"cmdPesquisar"_s);
+        QVERIFY(!form->isEnabled());
+        delete form.data(); // in the middle of a search
+    }
+
+    void explorador() {
+        const auto u = unidade(u"127.0.0.2"_s);
+        unidadeNaBase(*u);
+        Janela j;
+        QDesktopServices::setUrlHandler(u"http"_s, this, "abrirEndereco");
+        j.menu(1, u"mnuInternetExplorer"_s);
+        QDesktopServices::unsetUrlHandler(u"http"_s);
+        QCOMPARE(m_abertos, QStringList(u"http://127.0.0.2:%1"_s.arg(u->portaWeb())));
+    }
+
+    void acertarRelogio() {
+        const auto u = unidade(u"127.0.0.2"_s);
+        u->registo().acertar(estado().ambiente.agora().addSecs(-7200));
+        definir(u"PortaConsola"_s, QString::number(u->portaConsola()));
+        unidadeNaBase(*u);
+        Janela j;
+        j.form->definirTempos({20, 1500, 50});
+        m_instalacao->dialogos.responderPergunta(false, u"serão eliminadas."_s);
+        clicar(j.form, u"cmdActualizar"_s);
+        QCOMPARE(u->registo().quantos(), 100);
+        m_instalacao->dialogos.responderPergunta(true, u"ATENÇÃO,\nSe actualizar"_s);
+        m_instalacao->dialogos.esperarMensagem(u"Data\\hora actualizada: 15/03/2024 10:20:30"_s);
+        clicar(j.form, u"cmdActualizar"_s);
+        j.esperarLivre();
+        QCOMPARE(m_instalacao->dialogos.estilos.last(), Dialogos::Estilo::Informacao);
+        QCOMPARE(u->registo().quantos(), 0);
+        QVERIFY(!j.visivel(u"ProgressBar"_s));
+        u->definirDefeitos({Defeito::ConsolaMuda});
+        m_instalacao->dialogos.responderPergunta(true);
+        m_instalacao->dialogos.esperarMensagem(u"Erro ao actualizar a data\\hora: 5"_s);
+        clicar(j.form, u"cmdActualizar"_s);
+        j.esperarLivre();
+        QCOMPARE(m_instalacao->dialogos.estilos.last(), Dialogos::Estilo::Critico);
+    }
+
+    void lugarEDefinicoes() {
+        const auto u = unidade(u"127.0.0.2"_s);
+        unidadeNaBase(*u);
+        {
+            Janela j;
+            j.form->move(120, 90);
+            clicar(j.form, u"chkClearMemory"_s);
+            j.form->close();
+            QTRY_VERIFY(j.form.isNull());
+        }
+        const auto lido = [](const QString &seccao, const QString &chave) {
+            return modINI::GetSetting(u"Vistrel"_s, seccao, chave);
+        };
+        QCOMPARE(lido(u"D2251"_s, u"Navg"_s), u"3"_s);
+        QCOMPARE(lido(u"D2251"_s, u"Clear"_s), u"1"_s);
+        QCOMPARE(lido(u"FORMS"_s, u"frmDescarregar2251TOP"_s), QString::number(90 * 15));
+        Janela j;
+        QCOMPARE(j.form->pos(), QPoint(120, 90));
+        QVERIFY(controlo<QCheckBox>(j.form, u"chkClearMemory"_s)->isChecked()); // of the row
+    }
+
+    void fecharADescarregar() {
+        const auto u = unidade(u"127.0.0.2"_s, {Defeito::LogPara});
+        unidadeNaBase(*u);
+        Janela j;
+        clicar(j.form, u"cmdDescarregar"_s);
+        QTest::qWait(150);
+        j.form->close();
+        QTRY_VERIFY(j.form.isNull());
+        QTest::qWait(600); // what would have come does no harm
+        QCOMPARE(u->registo().quantos(), 100);
+    }
+
+    void abrirTerminal() {
+        const auto u = unidade(u"127.0.0.2"_s);
+        unidadeNaBase(*u);
+        definir(u"PortaConsola"_s, u"8099"_s);
+        Janela j;
+        j.menu(1, u"mnuTelnet"_s);
+        const QPointer<QWidget> form = utilizador::form(u"frmTelnet"_s);
+        QVERIFY(form);
+        QCOMPARE(controlo<QLineEdit>(form, u"txtEndereco"_s)->text(), u"127.0.0.2"_s);
+        QCOMPARE(controlo<QLineEdit>(form, u"txtPorta"_s)->text(), u"8099"_s);
+        form->close();
+        QTRY_VERIFY(form.isNull());
+    }
 
 public Q_SLOTS:
     void abrirEndereco(const QUrl &url) { m_abertos.append(url.toString()); }
 
 private:
-    void unidadeNaBase(const simulador::Unidade &u, bool escolhida = true);
+    void unidadeNaBase(const simulador::Unidade &u) {
+        cnBD().executar(
+            u"INSERT INTO Poseidons (PoseidonIP, Nome, Modelo, Mac, Porta, m, VistrelS, ApagarLog, NLeiturasM) "
+            "VALUES (?,?,?,?,?,'AUT',1,0,3)"_s,
+            {u.endereco(), u.definicao().nome, u.definicao().modelo, u.definicao().mac, int(u.portaWeb())});
+    }
     QStringList m_abertos;
+
     std::unique_ptr<log2251::BaseRapida> m_instalacao;
 };
-
-void tst_descarregar::init() {
-    m_instalacao = std::make_unique<log2251::BaseRapida>();
-    definir(u"PesquisaDuracao"_s, u"200"_s);
-    definir(u"Pesquisa"_s, u"127.0.0.9:9"_s);
-    definir(u"LogEspera"_s, u"500"_s);
-    m_abertos.clear();
-}
-
-void tst_descarregar::cleanup() {
-    m_instalacao.reset();
-}
-
-void tst_descarregar::unidadeNaBase(const simulador::Unidade &u, bool escolhida) {
-    cnBD().executar(
-        u"INSERT INTO Poseidons (PoseidonIP, Nome, Modelo, Mac, Porta, m, VistrelS, ApagarLog, NLeiturasM) "
-        "VALUES (?,?,?,?,?,'AUT',?,0,3)"_s,
-        {u.endereco(), u.definicao().nome, u.definicao().modelo, u.definicao().mac, int(u.portaWeb()), escolhida});
-}
-
-void tst_descarregar::pesquisaMarcaDescarrega() {
-    const auto u = unidade(u"127.0.0.2"_s);
-    definir(u"Pesquisa"_s, u"127.0.0.2:"_s + QString::number(u->portaPesquisa()));
-    bool menus = false;
-    registoForms().alterarEstadosMenus = [&] { menus = true; };
-    Janela j;
-    QCOMPARE(j.grelha()->model()->rowCount(), 1);
-    QCOMPARE(j.celula(1, Coluna::TIPO), u"Poseidon 2251"_s);
-    QCOMPARE(j.celula(1, Coluna::DESCRICAO), u"Unidade 2"_s);
-    QVERIFY(!j.activo(u"cmdDescarregar"_s));
-    j.irPara(1, Coluna::IP);
-    tecla(j.grelha(), Qt::Key_Space);
-    QVERIFY(j.activo(u"cmdDescarregar"_s));
-    clicar(j.form, u"chkClearMemory"_s);
-    clicar(j.form, u"cmdDescarregar"_s);
-    QVERIFY(!j.form->isEnabled());
-    QVERIFY(j.visivel(u"ProgressBar"_s));
-    const int valor = controlo<QProgressBar>(j.form, u"ProgressBar"_s)->value();
-    QTRY_VERIFY(controlo<QProgressBar>(j.form, u"ProgressBar"_s)->value() > valor);
-    j.esperarLivre();
-    QVERIFY(!j.visivel(u"ProgressBar"_s));
-    QCOMPARE(j.info(), u"Dados tranferidos com sucesso"_s);
-    QCOMPARE(j.celula(1, Coluna::DSTAT), u"Dados tranferidos com sucesso"_s);
-    QVERIFY(menus);
-    QVERIFY(log2251::tabela(u"Temperaturas"_s).size() > 100);
-    QCOMPARE(u->registo().quantos(), 0);
-
-    const QModelIndex marca = j.grelha()->model()->index(0, 0); // a click on the mark takes it away
-    utilizador::clicarEm(j.grelha()->viewport(), j.grelha()->visualRect(marca).center());
-    QVERIFY(!j.activo(u"cmdDescarregar"_s));
-    QCOMPARE(j.form->lista().linha(1).SELECT, u"NAO"_s);
-}
-
-void tst_descarregar::importarDoMenu() {
-    auto u = unidade(u"127.0.0.2"_s);
-    unidadeNaBase(*u);
-    Janela j;
-    clicar(j.form, u"cmdDescarregar"_s);
-    j.esperarLivre();
-    const QStringList daRede = log2251::tabela(u"Temperaturas"_s);
-    QDirIterator ficheiros(logBruto::pasta(), QDir::Files, QDirIterator::Subdirectories);
-    const QString bruto = ficheiros.next();
-    cnBD().executar(u"DELETE FROM Temperaturas"_s);
-    u.reset();
-    m_instalacao->dialogos.responderAbrir({}, u"*.log"_s); // cancelled
-    j.menu(1, u"mnuImportarLog"_s);
-    QVERIFY(j.form->isEnabled());
-    m_instalacao->dialogos.responderAbrir(bruto);
-    j.menu(1, u"mnuImportarLog"_s);
-    QVERIFY(!j.form->isEnabled());
-    j.esperarLivre();
-    QCOMPARE(log2251::tabela(u"Temperaturas"_s), daRede);
-    m_instalacao->dialogos.responderAbrir({});
-    j.menu(1, u"mnuImportarLog"_s);
-    QCOMPARE(m_instalacao->dialogos.ultimaPasta, QFileInfo(bruto).path()); // where the last one lay
-}
-
-void tst_descarregar::falhaFicaAVermelho() {
-    const auto mau = unidade(u"127.0.0.2"_s, {Defeito::LogSoma});
-    const auto bom = unidade(u"127.0.0.3"_s);
-    unidadeNaBase(*mau);
-    unidadeNaBase(*bom);
-    Janela j;
-    const int altura = j.grelha()->height();
-    clicar(j.form, u"cmdDescarregar"_s);
-    j.esperarLivre();
-    const auto cor = [&] { return controlo<QLabel>(j.form, u"lblInfoDesc"_s)->palette().color(QPalette::WindowText); };
-    QCOMPARE(j.grelha()->height(), altura); // the list does not jump when there is something to say
-    j.irPara(1, Coluna::IP);
-    QVERIFY(j.info().startsWith(u"Erro ao descarregar o ficheiro BIN: "));
-    QVERIFY(cor().red() > 2 * cor().green());
-    j.irPara(2, Coluna::IP);
-    QCOMPARE(j.info(), u"Dados tranferidos com sucesso"_s);
-    QCOMPARE(cor(), j.form->palette().color(QPalette::WindowText));
-}
-
-void tst_descarregar::semRede() {
-    estado().ambiente.redeLigada = [] { return false; };
-    const auto u = unidade(u"127.0.0.2"_s);
-    unidadeNaBase(*u);
-    m_instalacao->dialogos.esperarMensagem(u"A rede está acessível"_s); // the words that have always stood there
-    Janela j;
-    QTRY_COMPARE(m_instalacao->dialogos.textos.size(), 1);
-    QVERIFY(j.form->isEnabled());
-    QVERIFY(j.activo(u"cmdDescarregar"_s));
-    m_instalacao->dialogos.esperarMensagem(u"A rede está inacessível"_s);
-    utilizador::escrever(j.form, u"txtTexto"_s, u"127.0.0.2"_s);
-    clicar(j.form, u"cmdConectar"_s);
-}
-
-void tst_descarregar::editarCelulas_data() {
-    QTest::addColumn<int>("coluna");
-    QTest::addColumn<QString>("texto");
-    QTest::addColumn<QString>("fica"); // cell and table
-    const auto caso = [](const char *nome, Coluna c, const QString &texto, const QString &fica) {
-        QTest::newRow(nome) << int(c) << texto << fica;
-    };
-    caso("address", Coluna::IP, u"127.0.0.20"_s, u"127.0.0.20"_s);
-    caso("address that is a name", Coluna::IP, u"servidor"_s, u"127.0.0.2"_s);
-    caso("address of another row", Coluna::IP, u"127.0.0.3"_s, u"127.0.0.2"_s);
-    caso("address of a unit that is not listed", Coluna::IP, u"127.0.0.5"_s, u"127.0.0.2"_s);
-    caso("port", Coluna::PORTA, u"8081"_s, u"8081"_s);
-    caso("letters in a port", Coluna::PORTA, u"8a0b8x2"_s, u"8082"_s);
-    caso("port too large", Coluna::PORTA, u"70000"_s, {});
-    caso("empty port", Coluna::PORTA, {}, {});
-    caso("name", Coluna::DESCRICAO, u"O'Câmara"_s, u"O'Câmara"_s);
-    caso("long name", Coluna::DESCRICAO, u"ABCDEFGHIJKLMNOPQRS"_s, u"ABCDEFGHIJKLMNO"_s);
-}
-
-void tst_descarregar::editarCelulas() {
-    const auto a = unidade(u"127.0.0.2"_s);
-    const auto b = unidade(u"127.0.0.3"_s);
-    unidadeNaBase(*a);
-    unidadeNaBase(*b);
-    cnBD().executar(u"INSERT INTO Poseidons (PoseidonIP, Nome, Modelo) VALUES ('127.0.0.5', 'Outro', 10)"_s);
-    Janela j;
-    QFETCH(int, coluna);
-    QFETCH(QString, texto);
-    QFETCH(QString, fica);
-    if (fica.isEmpty())
-        fica = QString::number(a->portaWeb());
-    const QString antes = j.celula(1, Coluna(coluna));
-    j.editar(1, Coluna(coluna), texto, Qt::Key_Escape);
-    QCOMPARE(j.celula(1, Coluna(coluna)), antes);
-    j.editar(1, Coluna(coluna), texto);
-    QCOMPARE(j.celula(1, Coluna(coluna)), fica);
-    const QString campo = Coluna(coluna) == Coluna::IP      ? u"PoseidonIP"_s
-                          : Coluna(coluna) == Coluna::PORTA ? u"Porta"_s
-                                                            : u"Nome"_s;
-    const QVariantList guardado = m_instalacao->linha(u"SELECT %1 FROM Poseidons WHERE rowid = 1"_s.arg(campo));
-    QCOMPARE(guardado.value(0).toString(), fica);
-    QCOMPARE(m_instalacao->linha(u"SELECT COUNT(*) FROM Poseidons"_s).value(0).toInt(), 3);
-}
-
-void tst_descarregar::alteradaFicaVermelha() {
-    const auto u = unidade(u"127.0.0.2"_s);
-    definir(u"Pesquisa"_s, u"127.0.0.2:"_s + QString::number(u->portaPesquisa()));
-    Janela j;
-    const auto cor = [&] { return j.grelha()->model()->index(0, 2).data(Qt::ForegroundRole); };
-    QVERIFY(!cor().isValid());
-    j.editar(1, Coluna::DESCRICAO, u"Outra"_s);
-    QVERIFY(cor().value<QColor>().red() == 255);
-}
-
-void tst_descarregar::opcoesDaLinha() {
-    const auto u = unidade(u"127.0.0.2"_s);
-    unidadeNaBase(*u);
-    Janela j;
-    QCOMPARE(controlo<QLineEdit>(j.form, u"txtNMedias"_s)->text(), u"3"_s);
-    utilizador::escrever(j.form, u"txtNMedias"_s, u"1x2"_s);
-    j.grelha()->setFocus();
-    QCOMPARE(j.celula(1, Coluna::NLEITURAS), u"12"_s);
-    clicar(j.form, u"chkClearMemory"_s);
-    QCOMPARE(m_instalacao->linha(u"SELECT NLeiturasM, ApagarLog FROM Poseidons"_s), QVariantList({u"12"_s, u"1"_s}));
-    utilizador::escrever(j.form, u"txtNMedias"_s, {});
-    j.grelha()->setFocus();
-    QCOMPARE(j.celula(1, Coluna::NLEITURAS), u"1"_s);
-    QCOMPARE(j.form->lista().linha(1).BLNERASELOG, u"1"_s);
-}
-
-void tst_descarregar::adicionarRemoto_data() {
-    QTest::addColumn<QString>("endereco"); // %1 the port
-    QTest::addColumn<Defeitos>("defeitos");
-    QTest::addColumn<bool>("entra");
-    QTest::newRow("address and port") << u"127.0.0.2:%1"_s << Defeitos{} << true;
-    QTest::newRow("as a browser shows it") << u"http://127.0.0.2:%1/"_s << Defeitos{} << true;
-    QTest::newRow("nobody there") << u"127.0.0.99:%1"_s << Defeitos{} << false;
-    QTest::newRow("silent") << u"127.0.0.2:%1"_s << Defeitos{Defeito::Silencioso} << false;
-    QTest::newRow("no unit") << u"127.0.0.2:%1"_s << Defeitos{Defeito::XmlSemElementos} << false;
-}
-
-void tst_descarregar::adicionarRemoto() {
-    QFETCH(QString, endereco);
-    QFETCH(Defeitos, defeitos);
-    QFETCH(bool, entra);
-    const auto u = unidade(u"127.0.0.2"_s, defeitos);
-    Janela j;
-    const QString pedido = endereco.contains(u"%1") ? endereco.arg(u->portaWeb()) : endereco;
-    utilizador::escrever(j.form, u"txtTexto"_s, pedido);
-    clicar(j.form, u"cmdConectar"_s);
-    QVERIFY(!j.form->isEnabled());
-    QVERIFY(j.visivel(u"imgConnect"_s));
-    QCOMPARE(controlo<QLabel>(j.form, u"imgConnect"_s)->property("Tag").toString() == u"1", entra);
-    j.esperarLivre();
-    QVERIFY(!j.visivel(u"imgConnect"_s));
-    QCOMPARE(j.grelha()->model()->rowCount(), entra ? 1 : 0);
-    QCOMPARE(controlo<QLineEdit>(j.form, u"txtTexto"_s)->text(), entra ? QString() : pedido);
-    QCOMPARE(j.info().isEmpty(), entra);
-    if (!entra)
-        return;
-    QCOMPARE(j.celula(1, Coluna::UDP), u"R"_s);
-    QCOMPARE(j.celula(1, Coluna::IP), u"127.0.0.2:%1"_s.arg(u->portaWeb()));
-    tecla(j.grelha(), Qt::Key_Space); // the mark of a new row is no tick
-    QVERIFY(j.activo(u"cmdDescarregar"_s));
-    clicar(j.form, u"cmdDescarregar"_s);
-    j.esperarLivre();
-    QCOMPARE(j.celula(1, Coluna::DSTAT), u"Dados tranferidos com sucesso"_s);
-}
-
-void tst_descarregar::pesquisaSemFim() {
-    definir(u"PesquisaDuracao"_s, u"1500"_s);
-    registarPoseidon(registoForms());
-    const QPointer<QWidget> form = registoForms().abrir(u"frmDescarregar2251"_s);
-    utilizador::mostrar(form);
-    QTRY_VERIFY(!form->isEnabled());
-    auto *luz = controlo<QLabel>(form, u"imgPesquisa"_s);
-    QTRY_VERIFY(luz->isVisible());
-    const QString cor = luz->property("Tag").toString();
-    QTRY_VERIFY(luz->property("Tag").toString() != cor);
-    QTRY_VERIFY(form->isEnabled());
-    QVERIFY(!luz->isVisible());
-    clicar(form, u"cmdPesquisar"_s);
-    QVERIFY(!form->isEnabled());
-    delete form.data(); // in the middle of a search
-}
-
-void tst_descarregar::explorador() {
-    const auto u = unidade(u"127.0.0.2"_s);
-    unidadeNaBase(*u);
-    Janela j;
-    QDesktopServices::setUrlHandler(u"http"_s, this, "abrirEndereco");
-    j.menu(1, u"mnuInternetExplorer"_s);
-    QDesktopServices::unsetUrlHandler(u"http"_s);
-    QCOMPARE(m_abertos, QStringList(u"http://127.0.0.2:%1"_s.arg(u->portaWeb())));
-}
-
-void tst_descarregar::acertarRelogio() {
-    const auto u = unidade(u"127.0.0.2"_s);
-    u->registo().acertar(estado().ambiente.agora().addSecs(-7200));
-    definir(u"PortaConsola"_s, QString::number(u->portaConsola()));
-    unidadeNaBase(*u);
-    Janela j;
-    j.form->definirTempos({20, 1500, 50});
-    m_instalacao->dialogos.responderPergunta(false, u"serão eliminadas."_s);
-    clicar(j.form, u"cmdActualizar"_s);
-    QCOMPARE(u->registo().quantos(), 100);
-    m_instalacao->dialogos.responderPergunta(true, u"ATENÇÃO,\nSe actualizar"_s);
-    m_instalacao->dialogos.esperarMensagem(u"Data\\hora actualizada: 15/03/2024 10:20:30"_s);
-    clicar(j.form, u"cmdActualizar"_s);
-    j.esperarLivre();
-    QCOMPARE(m_instalacao->dialogos.estilos.last(), Dialogos::Estilo::Informacao);
-    QCOMPARE(u->registo().quantos(), 0);
-    QVERIFY(!j.visivel(u"ProgressBar"_s));
-    u->definirDefeitos({Defeito::ConsolaMuda});
-    m_instalacao->dialogos.responderPergunta(true);
-    m_instalacao->dialogos.esperarMensagem(u"Erro ao actualizar a data\\hora: 5"_s);
-    clicar(j.form, u"cmdActualizar"_s);
-    j.esperarLivre();
-    QCOMPARE(m_instalacao->dialogos.estilos.last(), Dialogos::Estilo::Critico);
-}
-
-void tst_descarregar::lugarEDefinicoes() {
-    const auto u = unidade(u"127.0.0.2"_s);
-    unidadeNaBase(*u);
-    {
-        Janela j;
-        j.form->move(120, 90);
-        clicar(j.form, u"chkClearMemory"_s);
-        j.form->close();
-        QTRY_VERIFY(j.form.isNull());
-    }
-    const auto lido = [](const QString &seccao, const QString &chave) {
-        return modINI::GetSetting(u"Vistrel"_s, seccao, chave);
-    };
-    QCOMPARE(lido(u"D2251"_s, u"Navg"_s), u"3"_s);
-    QCOMPARE(lido(u"D2251"_s, u"Clear"_s), u"1"_s);
-    QCOMPARE(lido(u"FORMS"_s, u"frmDescarregar2251TOP"_s), QString::number(90 * 15));
-    Janela j;
-    QCOMPARE(j.form->pos(), QPoint(120, 90));
-    QVERIFY(controlo<QCheckBox>(j.form, u"chkClearMemory"_s)->isChecked()); // of the row
-}
-
-void tst_descarregar::fecharADescarregar() {
-    const auto u = unidade(u"127.0.0.2"_s, {Defeito::LogPara});
-    unidadeNaBase(*u);
-    Janela j;
-    clicar(j.form, u"cmdDescarregar"_s);
-    QTest::qWait(150);
-    j.form->close();
-    QTRY_VERIFY(j.form.isNull());
-    QTest::qWait(600); // what would have come does no harm
-    QCOMPARE(u->registo().quantos(), 100);
-}
-
-void tst_descarregar::textosDaLingua() {
-    m_instalacao->ficheiroLingua(u"EN"_s, {{u"VISTREL_frmDescarregar2251"_s, u"x"_s, u"x"_s},
-                                           {u"frmDescarregar2251"_s, u"cmdDescarregar.Caption"_s, u"Download"_s},
-                                           {u"frmDescarregar2251"_s, u"lblDescricao.Caption"_s, u"Name"_s}});
-    m_instalacao->usarLingua(u"EN"_s);
-    Janela j;
-    QCOMPARE(controlo<QPushButton>(j.form, u"cmdDescarregar"_s)->text(), u"Download"_s);
-    QCOMPARE(j.grelha()->model()->headerData(int(Coluna::DESCRICAO) - 1, Qt::Horizontal, Qt::DisplayRole).toString(),
-             u"Name"_s);
-    QCOMPARE(j.form->windowTitle(), u"Descarregador 2251"_s);
-}
-
-void tst_descarregar::abrirTerminal() {
-    const auto u = unidade(u"127.0.0.2"_s);
-    unidadeNaBase(*u);
-    definir(u"PortaConsola"_s, u"8099"_s);
-    Janela j;
-    j.menu(1, u"mnuTelnet"_s);
-    const QPointer<QWidget> form = utilizador::form(u"frmTelnet"_s);
-    QVERIFY(form);
-    QCOMPARE(controlo<QLineEdit>(form, u"txtEndereco"_s)->text(), u"127.0.0.2"_s);
-    QCOMPARE(controlo<QLineEdit>(form, u"txtPorta"_s)->text(), u"8099"_s);
-    form->close();
-    QTRY_VERIFY(form.isNull());
-}
 
 QTEST_MAIN(tst_descarregar)
 #include "tst_descarregar.moc"

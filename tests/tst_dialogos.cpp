@@ -2,6 +2,7 @@
 #include "platform/forms/dialogosQt.h"
 #include "tests/apoio/filho.h"
 #include "tests/apoio/instalacao.h"
+#include "tests/apoio/tabela.h"
 
 #include <QApplication>
 #include <QDir>
@@ -13,16 +14,6 @@
 
 #include <fcntl.h>
 #include <unistd.h>
-
-// The real pickers.
-class tst_dialogos : public QObject {
-    Q_OBJECT
-private Q_SLOTS:
-    void cadeadosDaBase_data();
-    void cadeadosDaBase();
-    void nomeSemExtensao_data();
-    void nomeSemExtensao();
-};
 
 namespace {
 
@@ -36,7 +27,8 @@ void comSelector(const std::function<void(QFileDialog *)> &corpo, const std::fun
         QVERIFY(selector);
         corpo(selector);
         feito = true;
-        selector->reject();
+        if (selector->isVisible())
+            selector->reject();
     });
     abrir();
     QVERIFY(feito);
@@ -60,70 +52,72 @@ QByteArray cadeado(const QString &caminho, off_t byte) {
 
 } // namespace
 
-void tst_dialogos::cadeadosDaBase_data() {
-    QTest::addColumn<bool>("pasta");
-    QTest::newRow("file") << false;
-    QTest::newRow("folder") << true;
-}
+// The real pickers.
+class tst_dialogos : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void cadeadosDaBase_data() {
+        QTest::addColumn<bool>("pasta");
+        QTest::newRow("file") << false;
+        QTest::newRow("folder") << true;
+    }
+    // Looking for a file in the database's folder leaves the database as it is: open, and known to be.
+    void cadeadosDaBase() {
+        QFETCH(const bool, pasta);
+        const Instalacao inst;
+        inst.sensor({u"A1"_s, u"Um"_s});
+        const QString onde = inst.ficheiro(u"BD"_s);
+        constexpr off_t alguemLigado = 128; // of the log's index
+        constexpr off_t alguemALer = 1073741826;
+        const auto presos = [&]() -> QByteArray {
+            return cadeado(inst.caminhoBD() + u"-shm"_s, alguemLigado) + ' ' + cadeado(inst.caminhoBD(), alguemALer);
+        };
+        QCOMPARE(presos(), "held held");
+        comSelector(
+            [&](QFileDialog *selector) {
+                QCOMPARE(QDir(selector->directory()).canonicalPath(), QDir(onde).canonicalPath());
+                auto *lista = selector->findChild<QTreeView *>(u"treeView"_s);
+                QVERIFY(lista);
+                if (!pasta)
+                    QTRY_VERIFY(lista->model()->rowCount(lista->rootIndex()) > 0);
+                QTest::qWait(300); // the rest of the folder
+            },
+            [&] {
+                DialogosQt dialogos;
+                pasta ? dialogos.escolherPasta(onde) : dialogos.abrirFicheiro(QString::fromUtf8(filtroBD), onde);
+            });
+        QCOMPARE(presos(), "held held");
+    }
 
-// Looking for a file in the database's folder leaves the database as it is: open, and known to be.
-void tst_dialogos::cadeadosDaBase() {
-    QFETCH(const bool, pasta);
-    const Instalacao inst;
-    inst.sensor({u"A1"_s, u"Um"_s});
-    const QString onde = inst.ficheiro(u"BD"_s);
-    constexpr off_t alguemLigado = 128; // of the log's index
-    constexpr off_t alguemALer = 1073741826;
-    const auto presos = [&]() -> QByteArray {
-        return cadeado(inst.caminhoBD() + u"-shm"_s, alguemLigado) + ' ' + cadeado(inst.caminhoBD(), alguemALer);
-    };
-    QCOMPARE(presos(), "held held");
-    comSelector(
-        [&](QFileDialog *selector) {
-            QCOMPARE(QDir(selector->directory()).canonicalPath(), QDir(onde).canonicalPath());
-            auto *lista = selector->findChild<QTreeView *>(u"treeView"_s);
-            QVERIFY(lista);
-            if (!pasta)
-                QTRY_VERIFY(lista->model()->rowCount(lista->rootIndex()) > 0);
-            QTest::qWait(300); // the rest of the folder
-        },
-        [&] {
-            DialogosQt dialogos;
-            pasta ? dialogos.escolherPasta(onde) : dialogos.abrirFicheiro(QString::fromUtf8(filtroBD), onde);
-        });
-    QCOMPARE(presos(), "held held");
-}
-
-void tst_dialogos::nomeSemExtensao_data() {
-    QTest::addColumn<QString>("digitado");
-    QTest::addColumn<QString>("nome");
-    QTest::newRow("without") << u"leituras"_s << u"leituras.csv"_s;
-    QTest::newRow("with") << u"leituras.csv"_s << u"leituras.csv"_s;
-    QTest::newRow("with another") << u"leituras.txt"_s << u"leituras.txt"_s;
-    QTest::newRow("as proposed") << QString() << u"proposto.csv"_s;
-}
-
-void tst_dialogos::nomeSemExtensao() {
-    QFETCH(const QString, digitado);
-    QFETCH(const QString, nome);
-    const Instalacao inst(Instalacao::Base::Nenhuma);
-    QDir().mkpath(inst.ficheiro(u"saida"_s));
-    QTimer::singleShot(50, qApp, [&] {
-        auto *selector = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
-        QVERIFY(selector);
-        auto *campo = selector->findChild<QLineEdit *>(u"fileNameEdit"_s);
-        QCOMPARE(campo->text(), u"proposto.csv"_s);
-        if (!digitado.isEmpty())
-            campo->setText(digitado);
-        QTest::keyClick(campo, Qt::Key_Return);
-        if (selector->isVisible()) // it did not take it
-            selector->reject();
-    });
-    // Today's folder is not there: the one above it takes its place.
-    const QString escolhido =
-        DialogosQt().gravarFicheiro(u"proposto.csv"_s, inst.ficheiro(u"saida/2026/11/23"_s), u"csv (*.csv)|*.csv"_s);
-    QCOMPARE(escolhido, inst.ficheiro(u"saida/"_s + nome));
-}
+    void nomeSemExtensao_data() {
+        const Tabela<QString, QString> caso("digitado", "nome");
+        caso("without", u"leituras"_s, u"leituras.csv"_s);
+        caso("with", u"leituras.csv"_s, u"leituras.csv"_s);
+        caso("with another", u"leituras.txt"_s, u"leituras.txt"_s);
+        caso("as proposed", {}, u"proposto.csv"_s);
+    }
+    void nomeSemExtensao() {
+        QFETCH(const QString, digitado);
+        QFETCH(const QString, nome);
+        const Instalacao inst(Instalacao::Base::Nenhuma);
+        QDir().mkpath(inst.ficheiro(u"saida"_s));
+        QString escolhido;
+        comSelector(
+            [&](QFileDialog *selector) {
+                auto *campo = selector->findChild<QLineEdit *>(u"fileNameEdit"_s);
+                QCOMPARE(campo->text(), u"proposto.csv"_s);
+                if (!digitado.isEmpty())
+                    campo->setText(digitado);
+                QTest::keyClick(campo, Qt::Key_Return);
+            },
+            [&] {
+                // Today's folder is not there: the one above it takes its place.
+                escolhido = DialogosQt().gravarFicheiro(u"proposto.csv"_s, inst.ficheiro(u"saida/2026/11/23"_s),
+                                                        u"csv (*.csv)|*.csv"_s);
+            });
+        QCOMPARE(escolhido, inst.ficheiro(u"saida/"_s + nome));
+    }
+};
 
 QTEST_MAIN(tst_dialogos)
 #include "tst_dialogos.moc"

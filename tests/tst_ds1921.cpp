@@ -3,6 +3,7 @@
 #include "platform/onewire/tmex.h"
 #include "tests/apoio/botaoDeTeste.h"
 #include "tests/apoio/instalacao.h"
+#include "tests/apoio/tabela.h"
 
 #include <QtTest>
 
@@ -37,13 +38,10 @@ class TstDS1921 : public QObject {
 
 private Q_SLOTS:
     void vidaDeUmaMissao_data() {
-        QTest::addColumn<Variante>("variante");
-        QTest::addColumn<QString>("tipo");
-        QTest::addColumn<float>("baixo");
-        QTest::addColumn<float>("alto");
-        QTest::newRow("G") << Variante::G << u"G"_s << -5.0F << 30.5F;
-        QTest::newRow("H") << Variante::H << u"H"_s << 15.125F << 45.875F;
-        QTest::newRow("Z") << Variante::Z << u"Z"_s << -5.0F << 25.875F;
+        const Tabela<Variante, QString, float, float> caso("variante", "tipo", "baixo", "alto");
+        caso("G", Variante::G, u"G"_s, -5.0F, 30.5F);
+        caso("H", Variante::H, u"H"_s, 15.125F, 45.875F);
+        caso("Z", Variante::Z, u"Z"_s, -5.0F, 25.875F);
     }
     void vidaDeUmaMissao() {
         QFETCH(Variante, variante);
@@ -103,8 +101,7 @@ private Q_SLOTS:
 
     // A fault that passes is overcome.
     void defeitosQuePassam_data() {
-        QTest::addColumn<int>("campo");
-        QTest::addColumn<int>("vezes");
+        const Tabela<int, int> caso("campo", "vezes");
         for (size_t i = 0; i < simulador::tabelaDeDefeitosBotao.size(); ++i) {
             const auto &d = simulador::tabelaDeDefeitosBotao[i];
             for (int vezes : {1, 3})
@@ -177,8 +174,7 @@ private Q_SLOTS:
     // Taken off, or the adapter pulled, after each of the bytes and operations of each member: a refusal or a failure,
     // no session left open, and no mission that was not asked for in full.
     void retirado_data() {
-        QTest::addColumn<int>("operacao");
-        QTest::addColumn<bool>("adaptador");
+        const Tabela<int, bool> caso("operacao", "adaptador");
         for (bool adaptador : {false, true})
             for (int o = 0; o < 5; ++o)
                 QTest::addRow("%s member %d", adaptador ? "adapter" : "button", o) << o << adaptador;
@@ -186,19 +182,12 @@ private Q_SLOTS:
     void retirado() {
         QFETCH(int, operacao);
         QFETCH(bool, adaptador);
-        const auto correr = [&](Mesa &m) -> qint16 {
-            switch (operacao) {
-            case 0:
-                return m.controlo.ActualizarEstado();
-            case 1:
-                return m.controlo.ProgramarMissao();
-            case 2:
-                return m.controlo.TerminarAmostragem();
-            case 3:
-                return m.controlo.LimparMemoria();
-            default:
-                return m.ler();
-            }
+        const std::function<qint16(Mesa &)> membros[] = {
+            [](Mesa &m) { return m.controlo.ActualizarEstado(); },
+            [](Mesa &m) { return m.controlo.ProgramarMissao(); },
+            [](Mesa &m) { return m.controlo.TerminarAmostragem(); },
+            [](Mesa &m) { return m.controlo.LimparMemoria(); },
+            [](Mesa &m) { return m.ler(); },
         };
         Mesa m;
         m.leitor.passoMs = 400; // the wait for the clock is short
@@ -214,7 +203,7 @@ private Q_SLOTS:
             (adaptador ? m.leitor.defeitos().adaptadorFora : m.leitor.defeitos().retirar) = n;
             qint16 resultado = 0;
             try {
-                resultado = correr(m);
+                resultado = membros[operacao](m);
             } catch (const Falha &) {
                 QVERIFY(adaptador);
             }

@@ -10,6 +10,7 @@
 #include "platform/forms/registoForms.h"
 #include "platform/report/JanelaRelatorio.h"
 #include "tests/apoio/instalacao.h"
+#include "tests/apoio/tabela.h"
 #include "tests/apoio/widgets.h"
 
 #include <QAction>
@@ -71,6 +72,17 @@ struct Cena : Instalacao {
         controlo<QPlainTextEdit>(aberto, u"txtObservacoes"_s)->document()->setModified(true);
         clicar(aberto, u"cmdConcluir"_s);
     }
+    // A text in the heading of the form's report.
+    QString impresso(const QString &controlo) {
+        clicar(form, u"cmdImprimir"_s);
+        for (QWidget *topo : QApplication::topLevelWidgets())
+            if (auto *janela = qobject_cast<JanelaRelatorio *>(topo); janela && janela->isVisible()) {
+                const QString texto = janela->relatorio().Sections(u"Section4"_s)->controlo(controlo)->Caption;
+                janela->close();
+                return texto;
+            }
+        return {};
+    }
     QByteArray exportarCSV() {
         const QString caminho = ficheiro(u"saida.csv"_s);
         dialogos.responderGravar(caminho);
@@ -106,15 +118,11 @@ class TesteEstados : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void dadosSensUI_data() {
-        QTest::addColumn<QString>("ident");
-        QTest::addColumn<QString>("observacoes");
-        QTest::addColumn<QList<double>>("numeros");
-        QTest::addColumn<double>("maximo");
-        QTest::addColumn<double>("minimo");
-        QTest::newRow("both") << u"20X4X100X0,5"_s << u"30,5XXX-2.5"_s << QList<double>{20, 4, 100, 0.5} << 30.5
-                              << -2.5;
-        QTest::newRow("blank") << u""_s << u" "_s << QList<double>{} << qQNaN() << qQNaN();
-        QTest::newRow("none") << u"1X2X3X4"_s << u"NAXXXNA"_s << QList<double>{1, 2, 3, 4} << qQNaN() << qQNaN();
+        const Tabela<QString, QString, QList<double>, double, double> caso("ident", "observacoes", "numeros", "maximo",
+                                                                           "minimo");
+        caso("both", u"20X4X100X0,5"_s, u"30,5XXX-2.5"_s, {20, 4, 100, 0.5}, 30.5, -2.5);
+        caso("blank", u""_s, u" "_s, {}, qQNaN(), qQNaN());
+        caso("none", u"1X2X3X4"_s, u"NAXXXNA"_s, {1, 2, 3, 4}, qQNaN(), qQNaN());
     }
     void dadosSensUI() {
         const Instalacao instalacao;
@@ -186,22 +194,14 @@ private Q_SLOTS:
         clicar(c.form, u"cmdAdicionar"_s);
         c.confirmar();
         QCOMPARE(controlo<QLabel>(c.form, u"lblTotal"_s)->text(), u"N° de Leituras = 2"_s);
-        clicar(c.form, u"cmdImprimir"_s);
-        for (QWidget *topo : QApplication::topLevelWidgets())
-            if (auto *janela = qobject_cast<JanelaRelatorio *>(topo)) {
-                SeccaoDeRelatorio *cabeca = janela->relatorio().Sections(u"Section4"_s);
-                QCOMPARE(cabeca->controlo(u"lblSensores"_s)->Caption, u"Sensores: Nível [0-10 m]"_s);
-                QVERIFY(cabeca->controlo(u"lblDescricao"_s)->Caption.startsWith(u"Poseidon: 127.0.0.5 - Cave  "));
-                janela->close();
-            }
+        QCOMPARE(c.impresso(u"lblSensores"_s), u"Sensores: Nível [0-10 m]"_s);
+        QVERIFY(c.impresso(u"lblDescricao"_s).startsWith(u"Poseidon: 127.0.0.5 - Cave  "));
     }
 
     void notasSensUI_data() {
-        QTest::addColumn<QString>("sufixo");
-        QTest::addColumn<QString>("tabela");
-        QTest::addColumn<QString>("outra");
-        QTest::newRow("all") << u""_s << leiturasSensUI << u"SensUI_LeiturasPull"_s;
-        QTest::newRow("pull") << u"Pull"_s << u"SensUI_LeiturasPull"_s << leiturasSensUI;
+        const Tabela<QString, QString, QString> caso("sufixo", "tabela", "outra");
+        caso("all", u""_s, leiturasSensUI, u"SensUI_LeiturasPull"_s);
+        caso("pull", u"Pull"_s, u"SensUI_LeiturasPull"_s, leiturasSensUI);
     }
     // Each form writes to the table of its chart.
     void notasSensUI() {
@@ -257,17 +257,17 @@ private Q_SLOTS:
     }
 
     void nomesDosCanais_data() {
-        QTest::addColumn<int>("especie");
-        QTest::addColumn<QStringList>("tabelas"); // each with a name of its own, in the order of asking
-        QTest::newRow("inputs") << 0
-                                << QStringList{u"PoseidonInputs (PoseidonIP, InputNum, Descricao)"_s,
-                                               u"DamoclesInputs (DamoclesIP, InputNum, Descricao)"_s,
-                                               u"IOcontrollersInputs (ioip, InputNum, Descricao)"_s,
-                                               u"PoseidonInputsSpider (PoseidonIP, InputID, Descricao)"_s};
-        QTest::newRow("outputs") << 1
-                                 << QStringList{u"IOcontrollersOutputs (ioip, OutputNum, Descricao)"_s,
-                                                u"PoseidonOutputs (PoseidonIP, OutputNum, Descricao)"_s,
-                                                u"DamoclesOutputs (DamoclesIP, OutputNum, Descricao)"_s};
+        // tabelas: each with a name of its own, in the order of asking
+        const Tabela<int, QStringList> caso("especie", "tabelas");
+        caso("inputs", 0,
+             {u"PoseidonInputs (PoseidonIP, InputNum, Descricao)"_s,
+              u"DamoclesInputs (DamoclesIP, InputNum, Descricao)"_s,
+              u"IOcontrollersInputs (ioip, InputNum, Descricao)"_s,
+              u"PoseidonInputsSpider (PoseidonIP, InputID, Descricao)"_s});
+        caso("outputs", 1,
+             {u"IOcontrollersOutputs (ioip, OutputNum, Descricao)"_s,
+              u"PoseidonOutputs (PoseidonIP, OutputNum, Descricao)"_s,
+              u"DamoclesOutputs (DamoclesIP, OutputNum, Descricao)"_s});
     }
     // From the last to the first: each that is filled wins over those before.
     void nomesDosCanais() {
@@ -330,16 +330,13 @@ private Q_SLOTS:
     }
 
     void condicoes_data() {
-        QTest::addColumn<QString>("sufixo");
-        QTest::addColumn<QString>("tabela");
-        QTest::addColumn<QString>("nomes");
-        QTest::addColumn<QString>("titulo");
-        QTest::newRow("inputs") << u"Inputs"_s << u"REGISTO_C_Inputs"_s << u"REGRAS_CondicoesInputs (NomeCondicao)"_s
-                                << u"Gráfico de Inputs"_s;
-        QTest::newRow("sensors") << u"Sensores"_s << u"REGISTO_C_Sensores"_s
-                                 << u"REGRAS_CondicoesSensores (NomeCondicao)"_s << u"Gráfico de Inputs"_s;
-        QTest::newRow("groups") << u"GroupCond"_s << u"REGISTO_C_Grupos"_s << u"REGRAS_CondicoesGruposHead (Nome)"_s
-                                << u"Gráfico de grupos de condições"_s;
+        const Tabela<QString, QString, QString, QString> caso("sufixo", "tabela", "nomes", "titulo");
+        caso("inputs", u"Inputs"_s, u"REGISTO_C_Inputs"_s, u"REGRAS_CondicoesInputs (NomeCondicao)"_s,
+             u"Gráfico de Inputs"_s);
+        caso("sensors", u"Sensores"_s, u"REGISTO_C_Sensores"_s, u"REGRAS_CondicoesSensores (NomeCondicao)"_s,
+             u"Gráfico de Inputs"_s);
+        caso("groups", u"GroupCond"_s, u"REGISTO_C_Grupos"_s, u"REGRAS_CondicoesGruposHead (Nome)"_s,
+             u"Gráfico de grupos de condições"_s);
     }
     void condicoes() {
         QFETCH(const QString, sufixo);
@@ -366,13 +363,7 @@ private Q_SLOTS:
         c.notar(pontos, 3, 1, u"pelo fim"_s);
         QCOMPARE(c.linha(nota), QVariantList({u"pelo fim"_s}));
         // On paper all three bear the title of the averages.
-        clicar(c.form, u"cmdImprimir"_s);
-        for (QWidget *topo : QApplication::topLevelWidgets())
-            if (auto *janela = qobject_cast<JanelaRelatorio *>(topo)) {
-                QCOMPARE(janela->relatorio().Sections(u"Section4"_s)->controlo(u"lblTitulo"_s)->Caption,
-                         u"Gráfico de Médias de Temperaturas"_s);
-                janela->close();
-            }
+        QCOMPARE(c.impresso(u"lblTitulo"_s), u"Gráfico de Médias de Temperaturas"_s);
         c.notar(pontos, 3, 0, u""_s);
         QCOMPARE(c.linha(nota), QVariantList({u" "_s}));
     }

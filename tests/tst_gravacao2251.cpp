@@ -14,187 +14,175 @@ using namespace log2251;
 class tst_gravacao2251 : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void passoDoSpiderApagaODasEntradas();
-    void mesmoLogDuasVezes_data();
-    void mesmoLogDuasVezes();
-    void soOPeriodoELimpo();
-    void umLogEsqueceOAnterior();
-    void falhaAMeio();
-    void semSensoresNadaContaComoGuardado();
-    void donoDesapareceAMeio();
-    void mortoAMeio();
-};
-
-void tst_gravacao2251::passoDoSpiderApagaODasEntradas() {
-    BaseRapida inst;
-    spider(2);
-    QVERIFY(descarregar({linha(1, u"1;1;2;1"_s, 3), linha(0, u"2;10"_s), linha(5, u"2;0"_s)}));
-    QCOMPARE(conteudo(u"SELECT InputNum, substr(Data, 15, 2), Estado FROM REGISTO_Inputs ORDER BY rowid"_s),
-             QStringList({u"1|01|True"_s, u"2|00|True"_s, u"2|05|False"_s}));
-}
-
-void tst_gravacao2251::mesmoLogDuasVezes_data() {
-    QTest::addColumn<QString>("modo"); // first character of Sensores.PoseidonIP
-    QTest::newRow("sensors of the import") << u"2"_s;
-    QTest::newRow("sensors of the capture service") << u"1"_s;
-    QTest::newRow("any other mode") << u"3"_s;
-}
-
-void tst_gravacao2251::mesmoLogDuasVezes() {
-    QFETCH(QString, modo);
-    BaseRapida inst;
-    unidadeCompleta();
-    cnBD().executar(u"UPDATE Sensores SET PoseidonIP = ?"_s, {QString(modo + unidade)});
-    const QStringList log = logCompleto(1200, 0);
-    QVERIFY(descarregar(log, 5));
-    const auto primeira = tudo();
-    for (const QString &nome : tabelasDoLog)
-        QVERIFY2(primeira[nome].size() > 200, qPrintable(nome));
-    QVERIFY(descarregar(log, 5));
-    const auto segunda = tudo();
-    for (const QString &nome : tabelasDoLog)
-        QCOMPARE(segunda[nome], primeira[nome]);
-}
-
-void tst_gravacao2251::soOPeriodoELimpo() {
-    BaseRapida inst;
-    unidadeCompleta();
-    canal({u"alheio"_s, u"9"_s});
-    cnBD().executar(u"UPDATE Sensores SET PoseidonIP = '2127.0.0.3' WHERE SensorID = 'alheio'"_s);
-    for (const QString &hora : {u"00:00:59"_s, u"00:01:00"_s, u"00:03:00"_s, u"00:03:01"_s})
-        for (const QString &sensor : {u"S1"_s, u"alheio"_s})
-            inst.leituras(u"Temperaturas"_s, sensor, {{u"2011-03-01 "_s + hora, 1}});
-    // What is absent or cannot be read moves no bound, nor does another quantity.
-    QVERIFY(descarregar({linha(0, u"101;-9999;102;500"_s), linha(1, u"101;200"_s), linha(3, u"101;210"_s),
-                         linha(9, u"102;500;101;x"_s)}));
-    QCOMPARE(conteudo(u"SELECT substr(Data, 12), Temperatura FROM Temperaturas WHERE Sensor = 'S1' ORDER BY Data"_s),
-             QStringList({u"00:00:59|1"_s, u"00:01:00|20.5"_s, u"00:03:00|21.5"_s, u"00:03:01|1"_s}));
-    QCOMPARE(conteudo(u"SELECT Temperatura FROM Temperaturas WHERE Sensor = 'alheio'"_s).size(), 4);
-}
-
-void tst_gravacao2251::umLogEsqueceOAnterior() {
-    BaseRapida inst;
-    unidadeCompleta();
-    TratamentoDados2251 t;
-    receber(t, logCompleto(7, 0), 5);
-    receber(t, {linha(60, u"101;200"_s), linha(61, u"102;500;103;50"_s)}, 5);
-    QVERIFY(t.GuardarDados(unidade));
-    QCOMPARE(conteudo(u"SELECT substr(Data, 12) FROM Temperaturas"_s), QStringList(u"01:00:00"_s));
-    QCOMPARE(tabela(u"Medias"_s) + tabela(u"REGISTO_Inputs"_s) + tabela(u"REGISTO_Outputs"_s), QStringList());
-}
-
-void tst_gravacao2251::falhaAMeio() {
-    BaseRapida inst;
-    unidadeCompleta();
-    QVERIFY(descarregar(logCompleto(50, 0)));
-    const auto antes = tudo();
-    cnBD().executar(u"CREATE TRIGGER cheio BEFORE INSERT ON Medias WHEN NEW.Data > '2011-03-01 00:30' "
-                    "BEGIN SELECT RAISE(ABORT, 'cheio'); END"_s);
-    TratamentoDados2251 t;
-    receber(t, logCompleto(50, 1));
-    QVERIFY(!t.GuardarDados(unidade));
-    QVERIFY2(t.motivo().contains(u"cheio"), qPrintable(t.motivo()));
-    const auto meio = tudo();
-    for (const QString &nome : {u"Temperaturas"_s, u"Humidade"_s})
-        QVERIFY(meio[nome] != antes[nome] && meio[nome].size() == antes[nome].size());
-    for (const QString &nome : {u"Medias"_s, u"REGISTO_Inputs"_s, u"REGISTO_Outputs"_s, u"SensUI_Leituras"_s})
-        QCOMPARE(meio[nome], antes[nome]);
-    cnBD().executar(u"DROP TRIGGER cheio"_s);
-    QVERIFY(t.GuardarDados(unidade)); // what was gathered is still there
-    QVERIFY(tudo()[u"SensUI_Leituras"_s] != antes[u"SensUI_Leituras"_s]);
-}
-
-void tst_gravacao2251::semSensoresNadaContaComoGuardado() {
-    BaseRapida inst;
-    unidadeCompleta();
-    cnBD().executar(u"ALTER TABLE Calibracoes RENAME TO fora"_s);
-    TratamentoDados2251 t;
-    receber(t, logCompleto(3, 0));
-    QVERIFY(!t.GuardarDados(unidade));
-    cnBD().executar(u"ALTER TABLE fora RENAME TO Calibracoes"_s);
-    receber(t, logCompleto(3, 0));
-    QVERIFY(t.GuardarDados(unidade));
-    QCOMPARE(tabela(u"Temperaturas"_s).size(), 3);
-}
-
-void tst_gravacao2251::donoDesapareceAMeio() {
-    BaseRapida inst;
-    unidadeCompleta();
-    int passes = 0;
-    std::unique_ptr<TratamentoDados2251> t;
-    t = std::make_unique<TratamentoDados2251>([&] {
-        if (passes > 0 && --passes == 0) {
-            t.reset();
-            throw Interrompido();
-        }
-    });
-    receber(*t, logCompleto(50, 0));
-    passes = 70; // in the second step
-    QVERIFY_THROWS_EXCEPTION(Interrompido, t->GuardarDados(unidade));
-    QCOMPARE(tabela(u"Temperaturas"_s).size(), 50);
-    QCOMPARE(tabela(u"Humidade"_s), QStringList());
-    QVERIFY(descarregar(logCompleto(50, 0))); // no transaction is left open
-    QCOMPARE(tabela(u"Humidade"_s).size(), 50);
-}
-
-void tst_gravacao2251::mortoAMeio() {
-    BaseRapida inst;
-    unidadeCompleta();
-    const QStringList velho = logCompleto(1400, 0);
-    const QStringList novo = logCompleto(1400, 1);
-    QVERIFY(descarregar(novo));
-    const auto semPerturbacao = tudo();
-    QVERIFY(descarregar(velho));
-    const auto antes = tudo();
-    // The two steps of one table are told apart by the Spider input's number.
-    const auto passos = [](const QHash<QString, QStringList> &t) {
-        QList<QStringList> lista;
-        for (const QString &nome : tabelasDoLog) {
-            QStringList spider = t[nome].filter(u"|201|"_s);
-            QStringList outras = t[nome];
-            outras.removeIf([](const QString &l) { return l.contains(u"|201|"); });
-            lista << outras << spider;
-        }
-        return lista;
-    };
-    QRandomGenerator acaso(4711);
-    int aMeio = 0;
-    qint64 duracao = 0; // of a whole run, in microseconds
-    // On a busy machine a kill may come too late: a few more, until two came in the middle.
-    for (int vez = 0; vez < 9 || (aMeio < 2 && vez < 60); ++vez) {
-        QVERIFY(descarregar(velho));
-        ligacaoPartilhada().fechar(); // a connection does not cross a fork
-        const QString sinal = inst.ficheiro(u"sinal%1"_s.arg(vez));
-        Filho filho([&] {
-            ligacaoPartilhada().abrir(inst.caminhoBD());
-            TratamentoDados2251 t;
-            receber(t, novo);
-            Instalacao::escreverFicheiro(sinal, "x");
-            return QByteArray(t.GuardarDados(unidade) ? "1" : "0");
-        });
-        while (!QFile::exists(sinal))
-            usleep(200);
-        QElapsedTimer relogio;
-        relogio.start();
-        if (duracao == 0) {
-            QCOMPARE(filho.esperar(), QByteArray("1"));
-            duracao = relogio.nsecsElapsed() / 1000;
-        } else {
-            usleep(unsigned(acaso.bounded(duracao)));
-            filho.matar();
-        }
-        ligacaoPartilhada().abrir(inst.caminhoBD());
-        const auto a = passos(antes);
-        const auto b = passos(semPerturbacao);
-        const auto agora = passos(tudo());
-        for (qsizetype i = 0; i < agora.size(); ++i)
-            QVERIFY2(agora[i] == a[i] || agora[i] == b[i], qPrintable(u"kill %1, part %2"_s.arg(vez).arg(i)));
-        aMeio += agora != a && agora != b ? 1 : 0;
-        QVERIFY(descarregar(novo));
-        QVERIFY(tudo() == semPerturbacao);
+    void passoDoSpiderApagaODasEntradas() {
+        BaseRapida inst;
+        spider(2);
+        QVERIFY(descarregar({linha(1, u"1;1;2;1"_s, 3), linha(0, u"2;10"_s), linha(5, u"2;0"_s)}));
+        QCOMPARE(conteudo(u"SELECT InputNum, substr(Data, 15, 2), Estado FROM REGISTO_Inputs ORDER BY rowid"_s),
+                 QStringList({u"1|01|True"_s, u"2|00|True"_s, u"2|05|False"_s}));
     }
-    QVERIFY2(aMeio > 1, "the kills came too early or too late to mean anything");
-}
+
+    void mesmoLogDuasVezes_data() {
+        QTest::addColumn<QString>("modo"); // first character of Sensores.PoseidonIP
+        QTest::newRow("sensors of the import") << u"2"_s;
+        QTest::newRow("sensors of the capture service") << u"1"_s;
+        QTest::newRow("any other mode") << u"3"_s;
+    }
+    void mesmoLogDuasVezes() {
+        QFETCH(QString, modo);
+        BaseRapida inst;
+        unidadeCompleta();
+        cnBD().executar(u"UPDATE Sensores SET PoseidonIP = ?"_s, {QString(modo + unidade)});
+        const QStringList log = logCompleto(1200, 0);
+        QVERIFY(descarregar(log, 5));
+        const auto primeira = tudo();
+        for (const QString &nome : tabelasDoLog)
+            QVERIFY2(primeira[nome].size() > 200, qPrintable(nome));
+        QVERIFY(descarregar(log, 5));
+        QVERIFY(tudo() == primeira);
+    }
+
+    void soOPeriodoELimpo() {
+        BaseRapida inst;
+        unidadeCompleta();
+        canal({u"alheio"_s, u"9"_s});
+        cnBD().executar(u"UPDATE Sensores SET PoseidonIP = '2127.0.0.3' WHERE SensorID = 'alheio'"_s);
+        for (const QString &hora : {u"00:00:59"_s, u"00:01:00"_s, u"00:03:00"_s, u"00:03:01"_s})
+            for (const QString &sensor : {u"S1"_s, u"alheio"_s})
+                inst.leituras(u"Temperaturas"_s, sensor, {{u"2011-03-01 "_s + hora, 1}});
+        // What is absent or cannot be read moves no bound, nor does another quantity.
+        QVERIFY(descarregar({linha(0, u"101;-9999;102;500"_s), linha(1, u"101;200"_s), linha(3, u"101;210"_s),
+                             linha(9, u"102;500;101;x"_s)}));
+        QCOMPARE(
+            conteudo(u"SELECT substr(Data, 12), Temperatura FROM Temperaturas WHERE Sensor = 'S1' ORDER BY Data"_s),
+            QStringList({u"00:00:59|1"_s, u"00:01:00|20.5"_s, u"00:03:00|21.5"_s, u"00:03:01|1"_s}));
+        QCOMPARE(conteudo(u"SELECT Temperatura FROM Temperaturas WHERE Sensor = 'alheio'"_s).size(), 4);
+    }
+
+    void umLogEsqueceOAnterior() {
+        BaseRapida inst;
+        unidadeCompleta();
+        TratamentoDados2251 t;
+        receber(t, logCompleto(7, 0), 5);
+        receber(t, {linha(60, u"101;200"_s), linha(61, u"102;500;103;50"_s)}, 5);
+        QVERIFY(t.GuardarDados(unidade));
+        QCOMPARE(conteudo(u"SELECT substr(Data, 12) FROM Temperaturas"_s), QStringList(u"01:00:00"_s));
+        QCOMPARE(tabela(u"Medias"_s) + tabela(u"REGISTO_Inputs"_s) + tabela(u"REGISTO_Outputs"_s), QStringList());
+    }
+
+    void falhaAMeio() {
+        BaseRapida inst;
+        unidadeCompleta();
+        QVERIFY(descarregar(logCompleto(50, 0)));
+        const auto antes = tudo();
+        cnBD().executar(u"CREATE TRIGGER cheio BEFORE INSERT ON Medias WHEN NEW.Data > '2011-03-01 00:30' "
+                        "BEGIN SELECT RAISE(ABORT, 'cheio'); END"_s);
+        TratamentoDados2251 t;
+        receber(t, logCompleto(50, 1));
+        QVERIFY(!t.GuardarDados(unidade));
+        QVERIFY2(t.motivo().contains(u"cheio"), qPrintable(t.motivo()));
+        const auto meio = tudo();
+        for (const QString &nome : {u"Temperaturas"_s, u"Humidade"_s})
+            QVERIFY(meio[nome] != antes[nome] && meio[nome].size() == antes[nome].size());
+        for (const QString &nome : {u"Medias"_s, u"REGISTO_Inputs"_s, u"REGISTO_Outputs"_s, u"SensUI_Leituras"_s})
+            QCOMPARE(meio[nome], antes[nome]);
+        cnBD().executar(u"DROP TRIGGER cheio"_s);
+        QVERIFY(t.GuardarDados(unidade)); // what was gathered is still there
+        QVERIFY(tudo()[u"SensUI_Leituras"_s] != antes[u"SensUI_Leituras"_s]);
+    }
+
+    void semSensoresNadaContaComoGuardado() {
+        BaseRapida inst;
+        unidadeCompleta();
+        cnBD().executar(u"ALTER TABLE Calibracoes RENAME TO fora"_s);
+        TratamentoDados2251 t;
+        receber(t, logCompleto(3, 0));
+        QVERIFY(!t.GuardarDados(unidade));
+        cnBD().executar(u"ALTER TABLE fora RENAME TO Calibracoes"_s);
+        receber(t, logCompleto(3, 0));
+        QVERIFY(t.GuardarDados(unidade));
+        QCOMPARE(tabela(u"Temperaturas"_s).size(), 3);
+    }
+
+    void donoDesapareceAMeio() {
+        BaseRapida inst;
+        unidadeCompleta();
+        int passes = 0;
+        std::unique_ptr<TratamentoDados2251> t;
+        t = std::make_unique<TratamentoDados2251>([&] {
+            if (passes > 0 && --passes == 0) {
+                t.reset();
+                throw Interrompido();
+            }
+        });
+        receber(*t, logCompleto(50, 0));
+        passes = 70; // in the second step
+        QVERIFY_THROWS_EXCEPTION(Interrompido, t->GuardarDados(unidade));
+        QCOMPARE(tabela(u"Temperaturas"_s).size(), 50);
+        QCOMPARE(tabela(u"Humidade"_s), QStringList());
+        QVERIFY(descarregar(logCompleto(50, 0))); // no transaction is left open
+        QCOMPARE(tabela(u"Humidade"_s).size(), 50);
+    }
+
+    void mortoAMeio() {
+        BaseRapida inst;
+        unidadeCompleta();
+        const QStringList velho = logCompleto(1400, 0);
+        const QStringList novo = logCompleto(1400, 1);
+        QVERIFY(descarregar(novo));
+        const auto semPerturbacao = tudo();
+        QVERIFY(descarregar(velho));
+        const auto antes = tudo();
+        // The two steps of one table are told apart by the Spider input's number.
+        const auto passos = [](const QHash<QString, QStringList> &t) {
+            QList<QStringList> lista;
+            for (const QString &nome : tabelasDoLog) {
+                QStringList spider = t[nome].filter(u"|201|"_s);
+                QStringList outras = t[nome];
+                outras.removeIf([](const QString &l) { return l.contains(u"|201|"); });
+                lista << outras << spider;
+            }
+            return lista;
+        };
+        QRandomGenerator acaso(4711);
+        int aMeio = 0;
+        qint64 duracao = 0; // of a whole run, in microseconds
+        // On a busy machine a kill may come too late: a few more, until two came in the middle.
+        for (int vez = 0; vez < 9 || (aMeio < 2 && vez < 60); ++vez) {
+            QVERIFY(descarregar(velho));
+            ligacaoPartilhada().fechar(); // a connection does not cross a fork
+            const QString sinal = inst.ficheiro(u"sinal%1"_s.arg(vez));
+            Filho filho([&] {
+                ligacaoPartilhada().abrir(inst.caminhoBD());
+                TratamentoDados2251 t;
+                receber(t, novo);
+                Instalacao::escreverFicheiro(sinal, "x");
+                return QByteArray(t.GuardarDados(unidade) ? "1" : "0");
+            });
+            while (!QFile::exists(sinal))
+                usleep(200);
+            QElapsedTimer relogio;
+            relogio.start();
+            if (duracao == 0) {
+                QCOMPARE(filho.esperar(), QByteArray("1"));
+                duracao = relogio.nsecsElapsed() / 1000;
+            } else {
+                usleep(unsigned(acaso.bounded(duracao)));
+                filho.matar();
+            }
+            ligacaoPartilhada().abrir(inst.caminhoBD());
+            const auto a = passos(antes);
+            const auto b = passos(semPerturbacao);
+            const auto agora = passos(tudo());
+            for (qsizetype i = 0; i < agora.size(); ++i)
+                QVERIFY2(agora[i] == a[i] || agora[i] == b[i], qPrintable(u"kill %1, part %2"_s.arg(vez).arg(i)));
+            aMeio += agora != a && agora != b ? 1 : 0;
+            QVERIFY(descarregar(novo));
+            QVERIFY(tudo() == semPerturbacao);
+        }
+        QVERIFY2(aMeio > 1, "the kills came too early or too late to mean anything");
+    }
+};
 
 QTEST_GUILESS_MAIN(tst_gravacao2251)
 #include "tst_gravacao2251.moc"

@@ -12,6 +12,7 @@
 #include "platform/forms/registoForms.h"
 #include "platform/report/JanelaRelatorio.h"
 #include "tests/apoio/instalacao.h"
+#include "tests/apoio/tabela.h"
 #include "tests/apoio/widgets.h"
 
 #include <QAction>
@@ -94,7 +95,7 @@ struct Cena : Instalacao {
     QPointer<QWidget> form;
 };
 
-QList<QVariant> cheia(int cabecas, int amostras) {
+QVariantList cheia(int cabecas, int amostras) {
     return {qint64(cabecas), qint64(amostras)};
 }
 
@@ -162,14 +163,10 @@ private Q_SLOTS:
     }
 
     void listagens_data() {
-        QTest::addColumn<QString>("form");
-        QTest::addColumn<QStringList>("datas");
-        QTest::addColumn<QString>("relatorio");
-        QTest::newRow("notes") << u"frmListagemObservacoesLogger"_s << QStringList{u"01/03/2024 11:00:00"_s}
-                               << u"DataReportListagemLogger"_s;
-        QTest::newRow("alarms") << u"frmListagemAlarmesLogger"_s
-                                << QStringList{u"02/03/2024 10:00:00"_s, u"01/03/2024 11:00:00"_s}
-                                << u"DataReportAlarmesLogger"_s;
+        const Tabela<QString, QStringList, QString> caso("form", "datas", "relatorio");
+        caso("notes", u"frmListagemObservacoesLogger"_s, {u"01/03/2024 11:00:00"_s}, u"DataReportListagemLogger"_s);
+        caso("alarms", u"frmListagemAlarmesLogger"_s, {u"02/03/2024 10:00:00"_s, u"01/03/2024 11:00:00"_s},
+             u"DataReportAlarmesLogger"_s);
     }
     void listagens() {
         QFETCH(const QString, form);
@@ -199,14 +196,11 @@ private Q_SLOTS:
     }
 
     void eliminar_data() {
-        QTest::addColumn<bool>("sim");
-        QTest::addColumn<bool>("comPassWord");
-        QTest::addColumn<bool>("certa");
-        QTest::addColumn<bool>("eliminada");
-        QTest::newRow("no") << false << false << false << false;
-        QTest::newRow("yes, no password") << true << false << false << true;
-        QTest::newRow("wrong password") << true << true << false << false;
-        QTest::newRow("right password") << true << true << true << true;
+        const Tabela<bool, bool, bool, bool> caso("sim", "comPassWord", "certa", "eliminada");
+        caso("no", false, false, false, false);
+        caso("yes, no password", true, false, false, true);
+        caso("wrong password", true, true, false, false);
+        caso("right password", true, true, true, true);
     }
     void eliminar() {
         QFETCH(const bool, sim);
@@ -262,13 +256,11 @@ private Q_SLOTS:
     }
 
     void ordens_data() {
-        QTest::addColumn<QString>("opcao");
-        QTest::addColumn<QStringList>("missoes");
-        QTest::newRow("id") << u"optOrdenacao_ID"_s << QStringList{u"Faro"_s, u"Évora d'Oriente"_s, u"Tardia"_s};
-        QTest::newRow("name") << u"optOrdenacao_Reg"_s << QStringList{u"Tardia"_s, u"Faro"_s, u"Évora d'Oriente"_s};
-        QTest::newRow("start") << u"optOrdenacao_Prog"_s << QStringList{u"Tardia"_s, u"Faro"_s, u"Évora d'Oriente"_s};
-        QTest::newRow("end") << u"optOrdenacao_FimMissao"_s
-                             << QStringList{u"Faro"_s, u"Évora d'Oriente"_s, u"Tardia"_s};
+        const Tabela<QString, QStringList> caso("opcao", "missoes");
+        caso("id", u"optOrdenacao_ID"_s, {u"Faro"_s, u"Évora d'Oriente"_s, u"Tardia"_s});
+        caso("name", u"optOrdenacao_Reg"_s, {u"Tardia"_s, u"Faro"_s, u"Évora d'Oriente"_s});
+        caso("start", u"optOrdenacao_Prog"_s, {u"Tardia"_s, u"Faro"_s, u"Évora d'Oriente"_s});
+        caso("end", u"optOrdenacao_FimMissao"_s, {u"Faro"_s, u"Évora d'Oriente"_s, u"Tardia"_s});
     }
     void ordens() {
         QFETCH(const QString, opcao);

@@ -1,22 +1,11 @@
 #include "core/literais.h"
 #include "poseidon/relogio2251.h"
 #include "tests/apoio/instalacao.h"
+#include "tests/apoio/tabela.h"
 
 #include <QTest>
 
 using namespace relogio2251;
-
-class tst_relogio2251 : public QObject {
-    Q_OBJECT
-private Q_SLOTS:
-    void comparacao_data();
-    void comparacao();
-    void dialogo_data();
-    void dialogo();
-    void resultados_data();
-    void resultados();
-    void pergunta();
-};
 
 namespace {
 
@@ -26,99 +15,95 @@ QString documento(const QString &data, const QString &hora) {
 
 } // namespace
 
-void tst_relogio2251::comparacao_data() { // now is 2024-03-15 00:10:00
-    QTest::addColumn<QString>("xml");
-    QTest::addColumn<int>("resultado");
-    QTest::newRow("the same") << documento(u"15.03.2024"_s, u"00:10:00"_s) << 1;
-    QTest::newRow("19 minutes behind, yesterday") << documento(u"14.03.2024"_s, u"23:51:00"_s) << 1;
-    QTest::newRow("20 minutes behind") << documento(u"14.03.2024"_s, u"23:50:00"_s) << 1;
-    QTest::newRow("a second more") << documento(u"14.03.2024"_s, u"23:49:59"_s) << 0;
-    QTest::newRow("20 minutes ahead") << documento(u"15.3.2024"_s, u"0:30:0"_s) << 1;
-    QTest::newRow("21 minutes ahead") << documento(u"15.03.2024"_s, u"00:31:00"_s) << 0;
-    QTest::newRow("two digits of the year") << documento(u"15.03.24"_s, u"00:10:00"_s) << 1;
-    QTest::newRow("other order") << documento(u"2024-03-15"_s, u"00:10:00"_s) << -3;
-    QTest::newRow("year first") << documento(u"2024.03.15"_s, u"00:10:00"_s) << -3;
-    QTest::newRow("no day") << documento(u"31.02.2024"_s, u"00:10:00"_s) << -3;
-    QTest::newRow("hour alone") << documento(u"15.03.2024"_s, u"10"_s) << -3;
-    QTest::newRow("empty") << documento({}, {}) << -3;
-    QTest::newRow("the last one wins") << documento(u"15.03.2024"_s, u"00:10:00"_s)
-                                              .replace(u"</Root>"_s, u"<Time><Date>1.1.2000</Date></Time></Root>"_s)
-                                       << 0;
-    QTest::newRow("no Time") << u"<Root><Agent/></Root>"_s << -2;
-    QTest::newRow("no document") << QString() << -1;
-    QTest::newRow("half a document") << u"<Root><Time><Date>15.03.2024</Da"_s << -1;
-}
-
-void tst_relogio2251::comparacao() {
-    Instalacao inst(Instalacao::Base::Nenhuma);
-    inst.relogio(u"2024-03-15 00:10:00"_s);
-    QFETCH(QString, xml);
-    QTEST(int(VerificarDataDoPoseidon(xml).resultado), "resultado");
-}
-
-void tst_relogio2251::dialogo_data() {
-    QTest::addColumn<QStringList>("chega");
-    QTest::addColumn<QStringList>("vai"); // "#" closes
-    const QStringList teclas{u"\r"_s, u"\r"_s, u"y"_s, u"c07.03.2011/09:05:00"_s, u"\r"_s, u"x"_s};
-    const QStringList menus{u"A"_s, u"B"_s, u"C"_s, u"D"_s, u"E"_s, u"F"_s};
-    QTest::newRow("confirmed") << (menus + QStringList{u"OK"_s}) << (teclas + QStringList{u"#"_s});
-    QTest::newRow("confirmed later") << (menus + QStringList{u"wait"_s, u"not ok"_s, u"OK bye"_s})
-                                     << (teclas + QStringList{{}, {}, u"#"_s});
-    QTest::newRow("in two pieces") << (menus + QStringList{u"O"_s, u"K"_s}) << (teclas + QStringList{{}, u"#"_s});
-    QTest::newRow("never") << (menus + QStringList{u"ERR"_s, u"0"_s, u"123"_s}) << (teclas + QStringList{{}, {}, {}});
-    QTest::newRow("digits and the end") << QStringList{u"123"_s} << teclas.mid(0, 1);
-}
-
-void tst_relogio2251::dialogo() {
-    Instalacao inst(Instalacao::Base::Nenhuma);
-    inst.relogio(u"2011-03-07 09:05:00"_s);
-    QFETCH(QStringList, chega);
-    QFETCH(QStringList, vai);
-    Dialogo d;
-    QStringList enviado;
-    for (const QString &texto : chega) {
-        const Dialogo::Resposta r = d.receber(texto);
-        enviado += r.fechar ? u"#"_s : r.enviar;
+class tst_relogio2251 : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void comparacao_data() { // now is 2024-03-15 00:10:00
+        const Tabela<QString, int> caso("xml", "resultado");
+        caso("the same", documento(u"15.03.2024"_s, u"00:10:00"_s), 1);
+        caso("19 minutes behind, yesterday", documento(u"14.03.2024"_s, u"23:51:00"_s), 1);
+        caso("20 minutes behind", documento(u"14.03.2024"_s, u"23:50:00"_s), 1);
+        caso("a second more", documento(u"14.03.2024"_s, u"23:49:59"_s), 0);
+        caso("20 minutes ahead", documento(u"15.3.2024"_s, u"0:30:0"_s), 1);
+        caso("21 minutes ahead", documento(u"15.03.2024"_s, u"00:31:00"_s), 0);
+        caso("two digits of the year", documento(u"15.03.24"_s, u"00:10:00"_s), 1);
+        caso("other order", documento(u"2024-03-15"_s, u"00:10:00"_s), -3);
+        caso("year first", documento(u"2024.03.15"_s, u"00:10:00"_s), -3);
+        caso("no day", documento(u"31.02.2024"_s, u"00:10:00"_s), -3);
+        caso("hour alone", documento(u"15.03.2024"_s, u"10"_s), -3);
+        caso("empty", documento({}, {}), -3);
+        caso("the last one wins",
+             documento(u"15.03.2024"_s, u"00:10:00"_s)
+                 .replace(u"</Root>"_s, u"<Time><Date>1.1.2000</Date></Time></Root>"_s),
+             0);
+        caso("no Time", u"<Root><Agent/></Root>"_s, -2);
+        caso("no document", {}, -1);
+        caso("half a document", u"<Root><Time><Date>15.03.2024</Da"_s, -1);
     }
-    QCOMPARE(enviado, vai);
-    QCOMPARE(d.confirmado(), vai.last() == u"#");
-}
+    void comparacao() {
+        Instalacao inst(Instalacao::Base::Nenhuma);
+        inst.relogio(u"2024-03-15 00:10:00"_s);
+        QFETCH(QString, xml);
+        QTEST(int(VerificarDataDoPoseidon(xml).resultado), "resultado");
+    }
 
-void tst_relogio2251::resultados_data() {
-    QTest::addColumn<bool>("confirmado");
-    QTest::addColumn<QString>("xml");
-    QTest::addColumn<int>("codigo");
-    QTest::addColumn<QString>("texto");
-    QTest::addColumn<bool>("critica");
-    const QString erro = u"Erro ao actualizar a data\\hora: "_s;
-    QTest::newRow("still differs") << true << documento(u"15.03.2020"_s, u"10:00:00"_s) << 1 << erro + u"1"_s << true;
-    QTest::newRow("unreadable") << true << u"<Root>"_s << 2 << erro + u"2"_s << true;
-    QTest::newRow("done") << true << documento(u"15.03.2024"_s, u"10:21:00"_s) << 3
-                          << u"Data\\hora actualizada: 15/03/2024 10:21:00"_s << false;
-    QTest::newRow("no time in it reads as done") << true << u"<Root/>"_s << 3 << u"Data\\hora actualizada: "_s << false;
-    QTest::newRow("nothing read") << true << QString() << 4
-                                  << u"Imposivel verificar se a data\\hora foi actualizada com sucesso"_s << true;
-    QTest::newRow("not confirmed") << false << documento(u"15.03.2024"_s, u"10:21:00"_s) << 5 << erro + u"5"_s << true;
-}
+    void dialogo_data() {
+        // vai: "#" closes
+        const Tabela<QStringList, QStringList> caso("chega", "vai");
+        const QStringList teclas{u"\r"_s, u"\r"_s, u"y"_s, u"c07.03.2011/09:05:00"_s, u"\r"_s, u"x"_s};
+        const QStringList menus{u"A"_s, u"B"_s, u"C"_s, u"D"_s, u"E"_s, u"F"_s};
+        caso("confirmed", (menus + QStringList{u"OK"_s}), (teclas + QStringList{u"#"_s}));
+        caso("confirmed later", (menus + QStringList{u"wait"_s, u"not ok"_s, u"OK bye"_s}),
+             (teclas + QStringList{{}, {}, u"#"_s}));
+        caso("in two pieces", (menus + QStringList{u"O"_s, u"K"_s}), (teclas + QStringList{{}, u"#"_s}));
+        caso("never", (menus + QStringList{u"ERR"_s, u"0"_s, u"123"_s}), (teclas + QStringList{{}, {}, {}}));
+        caso("digits and the end", {u"123"_s}, teclas.mid(0, 1));
+    }
+    void dialogo() {
+        Instalacao inst(Instalacao::Base::Nenhuma);
+        inst.relogio(u"2011-03-07 09:05:00"_s);
+        QFETCH(QStringList, chega);
+        QFETCH(QStringList, vai);
+        Dialogo d;
+        QStringList enviado;
+        for (const QString &texto : chega) {
+            const Dialogo::Resposta r = d.receber(texto);
+            enviado += r.fechar ? u"#"_s : r.enviar;
+        }
+        QCOMPARE(enviado, vai);
+        QCOMPARE(d.confirmado(), vai.last() == u"#");
+    }
 
-void tst_relogio2251::resultados() {
-    Instalacao inst(Instalacao::Base::Nenhuma);
-    QFETCH(bool, confirmado);
-    QFETCH(QString, xml);
-    const Resultado r = resultadoDoAcerto(confirmado, xml);
-    QTEST(r.codigo, "codigo");
-    QTEST(mensagemDoAcerto(r).texto, "texto");
-    QTEST(mensagemDoAcerto(r).critica, "critica");
-}
+    void resultados_data() {
+        const Tabela<bool, QString, int, QString, bool> caso("confirmado", "xml", "codigo", "texto", "critica");
+        const QString erro = u"Erro ao actualizar a data\\hora: "_s;
+        caso("still differs", true, documento(u"15.03.2020"_s, u"10:00:00"_s), 1, erro + u"1"_s, true);
+        caso("unreadable", true, u"<Root>"_s, 2, erro + u"2"_s, true);
+        caso("done", true, documento(u"15.03.2024"_s, u"10:21:00"_s), 3,
+             u"Data\\hora actualizada: 15/03/2024 10:21:00"_s, false);
+        caso("no time in it reads as done", true, u"<Root/>"_s, 3, u"Data\\hora actualizada: "_s, false);
+        caso("nothing read", true, {}, 4, u"Imposivel verificar se a data\\hora foi actualizada com sucesso"_s, true);
+        caso("not confirmed", false, documento(u"15.03.2024"_s, u"10:21:00"_s), 5, erro + u"5"_s, true);
+    }
+    void resultados() {
+        Instalacao inst(Instalacao::Base::Nenhuma);
+        QFETCH(bool, confirmado);
+        QFETCH(QString, xml);
+        const Resultado r = resultadoDoAcerto(confirmado, xml);
+        QTEST(r.codigo, "codigo");
+        QTEST(mensagemDoAcerto(r).texto, "texto");
+        QTEST(mensagemDoAcerto(r).critica, "critica");
+    }
 
-void tst_relogio2251::pergunta() {
-    Instalacao inst(Instalacao::Base::Nenhuma);
-    inst.ficheiroLingua(u"EN"_s, {{u"frmDescarregar2251"_s, u"ErrDH4"_s, u"Go on?"_s}});
-    inst.usarLingua(u"EN"_s);
-    QCOMPARE(perguntaDoAcerto(), u"ATENÇÃO,\nSe actualizar a data/hora todas as leituras guardadas\n"
-                                 "na memória do dispositivo serão eliminadas.\nGo on?"_s);
-    QCOMPARE(mensagemDoAcerto({}).texto, u"Erro desconhecido ao actualizar a data\\hora"_s);
-}
+    void pergunta() {
+        Instalacao inst(Instalacao::Base::Nenhuma);
+        inst.ficheiroLingua(u"EN"_s, {{u"frmDescarregar2251"_s, u"ErrDH4"_s, u"Go on?"_s}});
+        inst.usarLingua(u"EN"_s);
+        QCOMPARE(perguntaDoAcerto(), u"ATENÇÃO,\nSe actualizar a data/hora todas as leituras guardadas\n"
+                                     "na memória do dispositivo serão eliminadas.\nGo on?"_s);
+        QCOMPARE(mensagemDoAcerto({}).texto, u"Erro desconhecido ao actualizar a data\\hora"_s);
+    }
+};
 
 QTEST_GUILESS_MAIN(tst_relogio2251)
 #include "tst_relogio2251.moc"

@@ -1,7 +1,10 @@
+
+
 // The terminal as a user works it, with a server that keeps what it receives.
 #include "core/estado.h"
 #include "platform/forms/registoForms.h"
 #include "poseidon/forms/registar.h"
+#include "tests/apoio/tabela.h"
 #include "tests/apoio/widgets.h"
 #include "tests/log2251.h"
 
@@ -36,99 +39,91 @@ class tst_terminal : public QObject {
 private Q_SLOTS:
     void init() { m_instalacao = std::make_unique<log2251::BaseRapida>(); }
     void cleanup() { m_instalacao.reset(); }
-    void conversa();
-    void semLigacao();
-    void enderecoDeComeco_data();
-    void enderecoDeComeco();
+
+    // What the other side of the terminal receives, byte by byte.
+    void conversa() {
+        QTcpServer servidor;
+        QVERIFY(servidor.listen(QHostAddress(u"127.0.0.2"_s), 0));
+        QByteArray recebido;
+        QTcpSocket *la = nullptr;
+        connect(&servidor, &QTcpServer::newConnection, this, [&] {
+            la = servidor.nextPendingConnection();
+            connect(la, &QTcpSocket::readyRead, this, [&] { recebido += la->readAll(); });
+            la->write("Poseidon\r\n> ");
+        });
+        const QPointer<QWidget> form = abrir(u"127.0.0.2"_s, QString::number(servidor.serverPort()));
+        auto *log = controlo<QPlainTextEdit>(form, u"Text1"_s);
+        auto *linha = controlo<QLineEdit>(form, u"txtLinha"_s);
+        clicar(form, u"cmdLigar"_s);
+        QTRY_COMPARE(log->toPlainText(), u"Poseidon\n> "_s);
+        const auto enviar = [&](const QString &texto) {
+            utilizador::escrever(form, u"txtLinha"_s, texto);
+            tecla(linha, Qt::Key_Return);
+        };
+        enviar(u"y"_s);
+        QTRY_COMPARE(recebido, QByteArray("y")); // no line end behind a menu's key
+        QVERIFY(log->toPlainText().endsWith(u">y\n"));
+        QCOMPARE(linha->text(), QString());
+        enviar(u"list é"_s);
+        QTRY_COMPARE(recebido, QByteArray("ylist \xE9\r\n"));
+        enviar(u" "_s);
+        QTRY_COMPARE(recebido, QByteArray("ylist \xE9\r\n\r\n"));
+
+        tecla(linha, Qt::Key_Up);
+        tecla(linha, Qt::Key_Up);
+        QCOMPARE(linha->text(), u"list é"_s);
+        tecla(linha, Qt::Key_Up);
+        tecla(linha, Qt::Key_Up);
+        QCOMPARE(linha->text(), u"y"_s);
+        tecla(linha, Qt::Key_Down);
+        QCOMPARE(linha->text(), u"list é"_s);
+
+        clicar(form, u"cmdSyncTime"_s);
+        QCOMPARE(linha->text(), u"c15.03.2024/10:20:30"_s);
+        QTest::qWait(50);
+        QCOMPARE(recebido.size(), 11); // nothing went out by itself
+        const QSize antes = log->size();
+        form->resize(form->size() + QSize(100, 80));
+        QTRY_COMPARE(log->size(), antes + QSize(100, 80));
+
+        la->write("fim\r\n");
+        QTRY_VERIFY(log->toPlainText().endsWith(u"fim\n"));
+        QSignalSpy fechou(la, &QTcpSocket::disconnected);
+        form->close();
+        QVERIFY(fechou.size() == 1 || fechou.wait(2000));
+    }
+
+    void semLigacao() {
+        const QPointer<QWidget> form = abrir(u"127.0.0.99"_s, u"9"_s);
+        m_instalacao->dialogos.esperarMensagem(u"Erro de ligação"_s);
+        utilizador::escrever(form, u"txtLinha"_s, u"x"_s);
+        tecla(controlo<QLineEdit>(form, u"txtLinha"_s), Qt::Key_Return);
+        QCOMPARE(controlo<QLineEdit>(form, u"txtLinha"_s)->text(), u"x"_s); // not lost
+        m_instalacao->dialogos.esperarMensagem(u"Erro n° 10061 :\n"_s);
+        clicar(form, u"cmdLigar"_s);
+        QTRY_COMPARE(m_instalacao->dialogos.textos.size(), 2);
+        QTRY_VERIFY(controlo<QPushButton>(form, u"cmdLigar"_s)->isEnabled());
+        delete form.data();
+    }
+
+    void enderecoDeComeco_data() {
+        const Tabela<QString, QString, QString, QString> caso("endereco", "porta", "caixa", "caixaPorta");
+        caso("address", u"10.0.0.5"_s, u"2001"_s, u"10.0.0.5"_s, u"2001"_s);
+        caso("none", {}, {}, u"192.168.1."_s, u"99"_s);
+        caso("name and port", u"casa.exemplo:81"_s, u"x"_s, u"192.168.1."_s, u"99"_s);
+    }
+    void enderecoDeComeco() {
+        QFETCH(QString, endereco);
+        QFETCH(QString, porta);
+        const QPointer<QWidget> form = abrir(endereco, porta);
+        QTEST(controlo<QLineEdit>(form, u"txtEndereco"_s)->text(), "caixa");
+        QTEST(controlo<QLineEdit>(form, u"txtPorta"_s)->text(), "caixaPorta");
+        delete form.data();
+    }
 
 private:
     std::unique_ptr<log2251::BaseRapida> m_instalacao;
 };
-
-// What the other side of the terminal receives, byte by byte.
-void tst_terminal::conversa() {
-    QTcpServer servidor;
-    QVERIFY(servidor.listen(QHostAddress(u"127.0.0.2"_s), 0));
-    QByteArray recebido;
-    QTcpSocket *la = nullptr;
-    connect(&servidor, &QTcpServer::newConnection, this, [&] {
-        la = servidor.nextPendingConnection();
-        connect(la, &QTcpSocket::readyRead, this, [&] { recebido += la->readAll(); });
-        la->write("Poseidon\r\n> ");
-    });
-    const QPointer<QWidget> form = abrir(u"127.0.0.2"_s, QString::number(servidor.serverPort()));
-    auto *log = controlo<QPlainTextEdit>(form, u"Text1"_s);
-    auto *linha = controlo<QLineEdit>(form, u"txtLinha"_s);
-    clicar(form, u"cmdLigar"_s);
-    QTRY_COMPARE(log->toPlainText(), u"Poseidon\n> "_s);
-    const auto enviar = [&](const QString &texto) {
-        utilizador::escrever(form, u"txtLinha"_s, texto);
-        tecla(linha, Qt::Key_Return);
-    };
-    enviar(u"y"_s);
-    QTRY_COMPARE(recebido, QByteArray("y")); // no line end behind a menu's key
-    QVERIFY(log->toPlainText().endsWith(u">y\n"));
-    QCOMPARE(linha->text(), QString());
-    enviar(u"list é"_s);
-    QTRY_COMPARE(recebido, QByteArray("ylist \xE9\r\n"));
-    enviar(u" "_s);
-    QTRY_COMPARE(recebido, QByteArray("ylist \xE9\r\n\r\n"));
-
-    tecla(linha, Qt::Key_Up);
-    tecla(linha, Qt::Key_Up);
-    QCOMPARE(linha->text(), u"list é"_s);
-    tecla(linha, Qt::Key_Up);
-    tecla(linha, Qt::Key_Up);
-    QCOMPARE(linha->text(), u"y"_s);
-    tecla(linha, Qt::Key_Down);
-    QCOMPARE(linha->text(), u"list é"_s);
-
-    clicar(form, u"cmdSyncTime"_s);
-    QCOMPARE(linha->text(), u"c15.03.2024/10:20:30"_s);
-    QTest::qWait(50);
-    QCOMPARE(recebido.size(), 11); // nothing went out by itself
-    const QSize antes = log->size();
-    form->resize(form->size() + QSize(100, 80));
-    QTRY_COMPARE(log->size(), antes + QSize(100, 80));
-
-    la->write("fim\r\n");
-    QTRY_VERIFY(log->toPlainText().endsWith(u"fim\n"));
-    QSignalSpy fechou(la, &QTcpSocket::disconnected);
-    form->close();
-    QVERIFY(fechou.size() == 1 || fechou.wait(2000));
-}
-
-void tst_terminal::semLigacao() {
-    const QPointer<QWidget> form = abrir(u"127.0.0.99"_s, u"9"_s);
-    m_instalacao->dialogos.esperarMensagem(u"Erro de ligação"_s);
-    utilizador::escrever(form, u"txtLinha"_s, u"x"_s);
-    tecla(controlo<QLineEdit>(form, u"txtLinha"_s), Qt::Key_Return);
-    QCOMPARE(controlo<QLineEdit>(form, u"txtLinha"_s)->text(), u"x"_s); // not lost
-    m_instalacao->dialogos.esperarMensagem(u"Erro n° 10061 :\n"_s);
-    clicar(form, u"cmdLigar"_s);
-    QTRY_COMPARE(m_instalacao->dialogos.textos.size(), 2);
-    QTRY_VERIFY(controlo<QPushButton>(form, u"cmdLigar"_s)->isEnabled());
-    delete form.data();
-}
-
-void tst_terminal::enderecoDeComeco_data() {
-    QTest::addColumn<QString>("endereco");
-    QTest::addColumn<QString>("porta");
-    QTest::addColumn<QString>("caixa");
-    QTest::addColumn<QString>("caixaPorta");
-    QTest::newRow("address") << u"10.0.0.5"_s << u"2001"_s << u"10.0.0.5"_s << u"2001"_s;
-    QTest::newRow("none") << QString() << QString() << u"192.168.1."_s << u"99"_s;
-    QTest::newRow("name and port") << u"casa.exemplo:81"_s << u"x"_s << u"192.168.1."_s << u"99"_s;
-}
-
-void tst_terminal::enderecoDeComeco() {
-    QFETCH(QString, endereco);
-    QFETCH(QString, porta);
-    const QPointer<QWidget> form = abrir(endereco, porta);
-    QTEST(controlo<QLineEdit>(form, u"txtEndereco"_s)->text(), "caixa");
-    QTEST(controlo<QLineEdit>(form, u"txtPorta"_s)->text(), "caixaPorta");
-    delete form.data();
-}
 
 QTEST_MAIN(tst_terminal)
 #include "tst_terminal.moc"

@@ -4,12 +4,15 @@
 #include "core/modINI.h"
 #include "simulator/unidades/unidade.h"
 
+#include <QTcpServer>
 #include <QTest>
 #include <QTimer>
 
 #include <algorithm>
 #include <ctime>
 #include <memory>
+
+Q_DECLARE_METATYPE(simulador::Defeitos)
 
 // Sanitizers slow the program down and keep freed memory: what is measured under them says little.
 #ifdef __SANITIZE_ADDRESS__
@@ -34,6 +37,18 @@ inline std::unique_ptr<simulador::Unidade> ligarUnidade(const QString &endereco,
     d.registos = 200;
     d.atrasoMs = 150;
     return ligarUnidade(d);
+}
+
+// A setting of the program for the units.
+inline void definir(const QString &chave, const QString &valor) {
+    modINI::SaveSetting(u"Vistrel"_s, u"D2251"_s, chave, valor);
+}
+
+// A port at which nobody listens.
+inline quint16 portaLivre() {
+    QTcpServer servidor;
+    servidor.listen(QHostAddress(u"127.0.0.7"_s));
+    return servidor.serverPort();
 }
 
 // The longest work between two turns of the event loop, in milliseconds of this thread's own time, so that a busy

@@ -32,10 +32,7 @@ public:
 
     void ligar() {
         onewire::barramento().abrir = [this](qint16, qint16) -> std::unique_ptr<onewire::Transporte> {
-            ++aberturas;
-            if (semAdaptador)
-                return nullptr;
-            return std::make_unique<simulador::TransporteVirtual>(linha);
+            return semAdaptador ? nullptr : std::make_unique<simulador::TransporteVirtual>(linha);
         };
     }
     simulador::Gaveta gaveta() const { return simulador::Gaveta(m_pasta.path()); }
@@ -63,7 +60,6 @@ public:
 
     int passoMs = 100;
     bool semAdaptador = false;
-    int aberturas = 0; // sessions asked for
     std::shared_ptr<simulador::Linha> linha;
 
 private:

@@ -6,7 +6,8 @@
 #include <QStringList>
 
 // Doubles of the error dialog and of the message boxes. Whatever a test did not announce fails it at once, and
-// verificar() fails it for what was announced and did not come.
+// verificar() fails it for what was announced and did not come. With `tolerante` whatever comes is only noted, and
+// every question is answered with no.
 
 // Every report comes here, also a second one while the dialog is open, unless `aberto` is switched on.
 class ApresentadorDeTeste : public Apresentador {
@@ -22,8 +23,9 @@ public:
     void destacarErro(const QString &mensagem) override;
     void ampulheta(bool ligada) override;
 
-    QStringList mensagens;       // texts of the dialogs loaded
-    QStringList activos;         // names of the loaded forms
+    QStringList mensagens; // texts of the dialogs loaded
+    QStringList activos;   // names of the loaded forms
+    bool tolerante = false;
     bool abrirDeVerdade = false; // a shown dialog stays open until fechar()
     int falhasAoMostrar = 0;     // so many of the next shows fail
     int carregamentos = 0;
@@ -53,6 +55,7 @@ public:
     QString gravarFicheiro(const QString &nomeProposto, const QString &pasta, const QString &filtro) override;
     QString escolherPasta(const QString &inicio) override;
 
+    bool tolerante = false;
     QStringList textos;    // everything shown or asked, in order
     QList<Estilo> estilos; // of the messages
     QString ultimaPasta;   // where the last picker began
