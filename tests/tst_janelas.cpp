@@ -141,8 +141,14 @@ void tst_janelas::guardarLugar() {
 void tst_janelas::lugarNaAreaDeTrabalho() {
     class FormComLugar : public QWidget {
     protected:
-        void showEvent(QShowEvent *) override { lugar::repor(this, {u"frmX"_s, {}, 6000, 4500}); }
+        void showEvent(QShowEvent *) override {
+            if (!std::exchange(m_reposto, true))
+                lugar::repor(this, {u"frmX"_s, {}, 6000, 4500});
+        }
         void closeEvent(QCloseEvent *) override { lugar::guardar(this, {u"frmX"_s, {}, 6000, 4500}); }
+
+    private:
+        bool m_reposto = false;
     };
     Janelas janelas;
     registoForms().registar(u"frmX"_s, [](QWidget *) { return new FormComLugar; });
@@ -153,6 +159,15 @@ void tst_janelas::lugarNaAreaDeTrabalho() {
     janela->close();
     janela = registoForms().abrir(u"frmX"_s)->parentWidget();
     QCOMPARE(janela->geometry(), QRect(40, 50, 420, 310));
+
+    // Beside a maximised one the next comes up maximised; its own place is kept for later.
+    registoForms().registar(u"frmY"_s, [](QWidget *) { return new FormComLugar; });
+    janela->showMaximized();
+    QWidget *outra = registoForms().abrir(u"frmY"_s)->parentWidget();
+    QVERIFY(outra->isMaximized() && !janela->isMaximized());
+    QCOMPARE(outra->size(), outra->parentWidget()->size());
+    outra->showNormal();
+    QCOMPARE(outra->geometry(), QRect(40, 50, 420, 310));
 }
 
 void tst_janelas::lugarMaximizadoNaoConta() {

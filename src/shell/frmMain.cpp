@@ -44,7 +44,6 @@ frmMain::frmMain() : m_area(new QMdiArea(this)) {
     setWindowIcon(icones::icone(u"vistrel"_s));
     resize(tamanhoInicial(*this));
     m_area->setObjectName(u"MDIForm"_s);
-    m_area->setOption(QMdiArea::DontMaximizeSubWindowOnActivation);
     m_area->setContextMenuPolicy(Qt::CustomContextMenu);
     m_area->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     m_area->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);

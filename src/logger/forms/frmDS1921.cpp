@@ -317,10 +317,8 @@ QSize frmDS1921::sizeHint() const {
 
 void frmDS1921::showEvent(QShowEvent *evento) {
     QWidget::showEvent(evento);
-    if (!m_reposto) {
+    if (!std::exchange(m_reposto, true))
         lugar::repor(this, regraDoLugar());
-        m_reposto = true;
-    }
 }
 
 void frmDS1921::closeEvent(QCloseEvent *evento) {

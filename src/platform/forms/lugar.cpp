@@ -56,8 +56,19 @@ QWidget *janelaDe(QWidget *form) {
     return form->window();
 }
 
+SemMaximizar::SemMaximizar(QWidget *janela) : m_janela(janela->isMaximized() ? janela : nullptr) {
+    if (m_janela)
+        m_janela->showNormal();
+}
+
+SemMaximizar::~SemMaximizar() {
+    if (m_janela)
+        m_janela->showMaximized();
+}
+
 void repor(QWidget *form, const Regra &regra) {
     QWidget *janela = janelaDe(form);
+    const SemMaximizar livre(janela);
     QSize tamanho = janela->size();
     if (regra.largura > 0)
         tamanho.setWidth(ler(regra, u"WIDTH"_s, regra.largura));

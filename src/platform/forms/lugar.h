@@ -1,9 +1,9 @@
 #pragma once
 
+#include <QPointer>
 #include <QSize>
 #include <QString>
-
-class QWidget;
+#include <QWidget>
 
 // Window places in section FORMS of the settings, in twips (15 to a pixel at the design resolution).
 namespace lugar {
@@ -27,5 +27,17 @@ void guardar(QWidget *form, const Regra &regra);
 
 // The window that carries a form: its sub-window or itself.
 QWidget *janelaDe(QWidget *form);
+
+// A window that comes up beside a maximised one is maximised, too: while this lives it is not, so that its own place
+// can be set. It is shown anew by that.
+class SemMaximizar {
+public:
+    explicit SemMaximizar(QWidget *janela);
+    ~SemMaximizar();
+    Q_DISABLE_COPY_MOVE(SemMaximizar)
+
+private:
+    QPointer<QWidget> m_janela;
+};
 
 } // namespace lugar

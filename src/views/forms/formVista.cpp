@@ -114,13 +114,13 @@ void FormVista::respeitarMinimo() {
 
 void FormVista::showEvent(QShowEvent *evento) {
     QWidget::showEvent(evento);
-    if (!m_reposto) {
+    if (!std::exchange(m_reposto, true)) {
         // A width that is not read back is the design's; too small a one would take the stored height with it.
         QWidget *janela = lugar::janelaDe(this);
+        const lugar::SemMaximizar livre(janela);
         const int moldura = janela->width() - width();
         janela->resize(tamanhoMinimo().expandedTo(QSize(larguraDeDesenho() + moldura, 0)));
         lugar::repor(this, m_config.lugar);
-        m_reposto = true;
         respeitarMinimo();
     }
 }

@@ -153,9 +153,8 @@ void frmListagemLoggers::cmdImprimir_Click() {
 
 void frmListagemLoggers::showEvent(QShowEvent *evento) {
     QWidget::showEvent(evento);
-    if (!m_reposto)
+    if (!std::exchange(m_reposto, true))
         lugar::repor(this, regraDoLugar);
-    m_reposto = true;
 }
 
 void frmListagemLoggers::closeEvent(QCloseEvent *evento) {
