@@ -304,8 +304,13 @@ private Q_SLOTS:
         QSignalSpy fim(&descarga, &Descarga2251::terminou);
         descarga.importarFicheiro(1, m_instalacao->ficheiro(u"ausente.log"_s));
         QVERIFY(fim.wait(10000));
-        QVERIFY(descarga.resultado(1)->Mensagem.startsWith(u"Erro ao descarregar o ficheiro BIN: "));
+        const QString dita = descarga.resultado(1)->Mensagem;
+        QVERIFY(dita.startsWith(u"Erro ao descarregar o ficheiro BIN: "));
         QCOMPARE(lista.linha(2).DSTAT, 7); // ticked, but a file concerns one row
+        descarga.importarFicheiro(2, m_instalacao->ficheiro(u"outro.log"_s));
+        QVERIFY(fim.wait(10000));
+        QCOMPARE(descarga.resultado(1)->Mensagem, dita); // what the other row says stays
+        QVERIFY(!descarga.resultado(2)->Mensagem.isEmpty());
     }
 
     void donoDesaparece_data() {
