@@ -4,6 +4,7 @@
 #include "core/falha.h"
 #include "core/literais.h"
 #include "core/modDoubleTratamento.h"
+#include "core/modTraducoes.h"
 #include "data/ligacao_interno.h"
 
 #include <sqlite3.h>
@@ -62,7 +63,9 @@ int Recordset::coluna(const QString &procurado) const {
         if (QAnyStringView::compare(QUtf8StringView(sqlite3_column_name(m_instrucao, i)), procurado,
                                     Qt::CaseInsensitive) == 0)
             return i;
-    throw Falha(erros::chamadaInvalida, u"A consulta não tem a coluna \"%1\"."_s.arg(procurado));
+    throw Falha(erros::chamadaInvalida,
+                modTraducoes::texto(u"KelvarkAUX"_s, u"BDSemColuna"_s, u"A consulta não tem a coluna \"%1\"."_s)
+                    .arg(procurado));
 }
 
 bool Recordset::nulo(int coluna) const {

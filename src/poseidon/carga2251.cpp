@@ -7,6 +7,7 @@
 #include "core/modDoubleTratamento.h"
 #include "data/ligacao.h"
 #include "data/recordset.h"
+#include "poseidon/mensagens2251.h"
 
 #include <cmath>
 
@@ -63,7 +64,7 @@ void TratamentoDados2251::CarregarSensoresDoPoseidon(const QString &ip) {
         if (rs.texto(unidade).mid(1).compare(ip, Qt::CaseInsensitive) != 0)
             continue;
         if (vSensores.size() >= maximoDeSensores)
-            throw Falha(erros::semMemoria, u"Demasiados sensores no dispositivo %1."_s.arg(ip));
+            throw Falha(erros::semMemoria, mensagens2251::demasiadosSensores.texto(ip));
         Sensor s;
         s.SensorID = rs.texto(u"SensorID"_s);
         s.ID = rs.texto(u"ID"_s);

@@ -23,6 +23,11 @@ constexpr Mensagem xmlEstrutura{u"Desc8", u"Estrutura do XML inválida"};
 // A setup.xml that could not be followed in everything.
 constexpr Mensagem sensorAlheio{u"SensorAlheio", u"O identificador do sensor já pertence a outro dispositivo"};
 
+// Data that a log's line stumbles over: the line fails, the log goes on.
+constexpr Mensagem calibracaoIlegivel{u"CalibracaoIlegivel", u"Calibração ilegível do sensor"};
+constexpr Mensagem foraDosLimites{u"ForaDosLimites", u"Valor fora dos limites dos números"};
+constexpr Mensagem demasiadosSensores{u"DemasiadosSensores", u"Demasiados sensores no dispositivo"};
+
 // Icons of a row of the list, by the state of its download.
 constexpr int iconeDoEstado(int estado) {
     constexpr int icones[] = {7, 11, 10, 9, 8, 12};

@@ -4,6 +4,7 @@
 #include "core/literais.h"
 #include "core/modDoubleTratamento.h"
 #include "poseidon/dataLog.h"
+#include "poseidon/mensagens2251.h"
 
 #include <cmath>
 
@@ -188,7 +189,7 @@ double TratamentoDados2251::valorCalibrado(const Sensor &sensor, QStringView bru
     if (!simples)
         valor = modDoubleTratamento::TextoParaDouble(TratarValor(bruto));
     if (std::isnan(sensor.Calibracao))
-        throw Falha(erros::tipoIncompativel, u"Calibração ilegível do sensor %1"_s.arg(sensor.SensorID));
+        throw Falha(erros::tipoIncompativel, mensagens2251::calibracaoIlegivel.texto(sensor.SensorID));
     return simples && sensor.Calibracao == 0 ? valor : comoTexto(valor + sensor.Calibracao);
 }
 

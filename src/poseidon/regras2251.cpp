@@ -3,6 +3,7 @@
 #include "core/falha.h"
 #include "core/modDoubleTratamento.h"
 #include "core/modTraducoes.h"
+#include "poseidon/mensagens2251.h"
 #include "poseidon/modHwGroup.h"
 #include "poseidon/tipos2251.h"
 
@@ -19,7 +20,7 @@ constexpr QStringView semLimite = u"NA";
 QByteArray duasCasasComPonto(double numero) {
     QByteArray t = modDoubleTratamento::NumeroComPonto(numero);
     if (t.isEmpty())
-        throw Falha(erros::tipoIncompativel, u"Valor fora dos limites dos números."_s);
+        throw Falha(erros::tipoIncompativel, mensagens2251::foraDosLimites.texto());
     const bool negativo = t.startsWith('-');
     if (negativo)
         t.remove(0, 1);
@@ -71,7 +72,7 @@ double comoTexto(double numero) {
     bool ok = false;
     const double lido = modDoubleTratamento::NumeroComPonto(numero).toDouble(&ok);
     if (!ok)
-        throw Falha(erros::tipoIncompativel, u"Valor fora dos limites dos números."_s);
+        throw Falha(erros::tipoIncompativel, mensagens2251::foraDosLimites.texto());
     return lido;
 }
 
