@@ -5,6 +5,7 @@
 #include "core/modINI.h"
 #include "core/modPassWord.h"
 #include "tests/apoio/instalacao.h"
+#include "tests/apoio/tabela.h"
 
 #include <QFile>
 #include <QRandomGenerator>
@@ -124,6 +125,13 @@ Bytes bytesDe(const QByteArray &hexadecimal) {
     return {b.begin(), b.end()};
 }
 
+QString textoDe(const Bytes &bytes) {
+    QString t;
+    for (const quint8 b : bytes)
+        t += u"%1"_s.arg(b, 2, 16, QChar(u'0')).toUpper();
+    return t;
+}
+
 Bytes bytesAoAcaso(QRandomGenerator &acaso, int quantos) {
     Bytes b(quantos);
     for (quint8 &x : b)
@@ -144,265 +152,147 @@ QString lerPWD() {
 class tst_cifra : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void vectoresPublicados_data();
-    void vectoresPublicados();
-    void igualAImplementacaoLenta_data();
-    void igualAImplementacaoLenta();
-    void tamanhosRecusados();
-    void formaGuardada_data();
-    void formaGuardada();
-    void textosDeTodosOsComprimentos();
-    void valoresDanificados_data();
-    void valoresDanificados();
-    void danosAoAcasoNuncaAbrem();
-    void palavraDeFabrica();
-    void comparacao_data();
-    void comparacao();
-    void alteracao_data();
-    void alteracao();
-    void alteracaoQueNaoSeGuarda();
-    void limiteDoComprimento();
+    void vectoresPublicados() {
+        const Bytes claro = bytesDe("00112233445566778899aabbccddeeff");
+        CRijndael cifra;
+        cifra.gentables();
+        for (const auto &[nk, esperado] : {std::pair(4, "69c4e0d86a7b0430d8cdb78070b4c55a"),
+                                           {6, "dda97ca4864cdfe06eaf70a0ec0d7191"},
+                                           {8, "8ea2b7ca516745bfeafc49904b496089"}}) {
+            cifra.gkey(4, nk, bytesDe("000102030405060708090a0b0c0d0e0f101112131415161718191a1b1c1d1e1f"));
+            Bytes bloco = claro;
+            cifra.Encrypt(bloco);
+            QCOMPARE(bloco, bytesDe(esperado));
+            cifra.Decrypt(bloco);
+            QCOMPARE(bloco, claro);
+        }
+    }
+
+    void igualAImplementacaoLenta() {
+        struct Caso {
+            int nb, nk, blocos;
+        };
+        QRandomGenerator acaso(20240315);
+        CRijndael cifra;
+        cifra.gentables();
+        // The system's own sizes; most round constants; the offsets of eight words; the step of long keys.
+        for (const auto &[nb, nk, blocos] : {Caso{3, 3, 60}, {6, 4, 4}, {8, 3, 4}, {8, 8, 4}}) {
+            for (int i = 0; i < blocos; ++i) {
+                const Bytes chave = bytesAoAcaso(acaso, 4 * nk);
+                const Bytes claro = bytesAoAcaso(acaso, 4 * nb);
+                const lento::Cifra outra(nb, nk, chave);
+                cifra.gkey(nb, nk, chave);
+                Bytes bloco = claro;
+                cifra.Encrypt(bloco);
+                QCOMPARE(bloco, outra.cifrar(claro));
+                // Any block deciphers, also one that was never enciphered.
+                bloco = claro;
+                cifra.Decrypt(bloco);
+                QCOMPARE(bloco, outra.decifrar(claro));
+            }
+        }
+        QVERIFY_THROWS_EXCEPTION(Falha, cifra.gkey(2, 4, Bytes(32)));
+        QVERIFY_THROWS_EXCEPTION(Falha, cifra.gkey(4, 9, Bytes(36)));
+        QVERIFY_THROWS_EXCEPTION(Falha, cifra.gkey(4, 4, Bytes(15)));
+    }
+
+    // Framing, text form, pass phrase and block independence, against the slow cipher.
+    void formaGuardada() {
+        const lento::Cifra outra(3, 3, {'k', 0, 'e', 0, 'y', 0, 'Q', 0, '7', 0, 0, 0});
+        for (const auto &[tamanho, digitos] : {std::pair(0, 24), {4, 24}, {10, 48}, {11, 72}, {200, 816}}) {
+            Bytes dados = {static_cast<quint8>(2 * tamanho), static_cast<quint8>(2 * tamanho >> 8), 0, 0};
+            QString texto;
+            for (int i = 0; i < tamanho; ++i) {
+                texto += QChar('0' + 301 * i); // far beyond Latin, half characters too
+                dados.insert(dados.end(), {texto.back().cell(), texto.back().row()});
+            }
+            dados.resize(digitos / 2);
+            QString esperado;
+            for (auto i = dados.begin(); i != dados.end(); i += 12)
+                esperado += textoDe(outra.cifrar(Bytes(i, i + 12)));
+            QCOMPARE(modEncriptPrincipal::EncriptarString(texto), esperado);
+            // A person who edits the file may write the digits small.
+            QCOMPARE(modEncriptPrincipal::DesencriptarString(tamanho == 4 ? esperado.toLower() : esperado), texto);
+        }
+    }
+
+    void valoresDanificados_data() {
+        const Tabela<QString> caso("valor");
+        const QString bom = modEncriptPrincipal::EncriptarString(u"Segredo12345"_s);
+        caso("empty", {});
+        caso("odd digits", bom.chopped(1));
+        caso("part of a block", bom.chopped(2));
+        caso("last block lost", bom.chopped(24));
+        caso("digits of another script", QString(24, QChar(0x0661)));
+        caso("blank inside", QString(bom).replace(10, 1, u" "_s));
+        // A length field that asks for far more than is there, for one byte more, for half a character.
+        CRijndael cifra;
+        cifra.JustCrypter({}, u"keyQ7"_s);
+        for (const char *claro : {"ffffffff4100420043004400", "090000004100420043004400", "070000004100420043004400"}) {
+            Bytes bloco = bytesDe(claro);
+            cifra.Encrypt(bloco);
+            caso(claro, textoDe(bloco));
+        }
+    }
+    void valoresDanificados() {
+        QFETCH(QString, valor);
+        const Instalacao inst(Instalacao::Base::Nenhuma);
+        QCOMPARE(modEncriptPrincipal::DesencriptarString(valor), QString());
+        guardarPWD(valor);
+        for (const QString &tentativa : {u"Segredo12345"_s, u"Segredo"_s, u"ABCD"_s, u"Vistrel"_s, u" "_s, QString()})
+            QVERIFY(!modPassWord::PassWordCorrecta(tentativa));
+        QCOMPARE(modPassWord::AlterarPassWord(u"Vistrel"_s, u"n"_s, u"n"_s), modPassWord::Alteracao::PassWordInvalida);
+    }
+
+    void comparacao() {
+        const Instalacao inst(Instalacao::Base::Nenhuma);
+        for (const QString &palavra : {u"Abc ç"_s, u"Abc "_s}) {
+            guardarPWD(modEncriptPrincipal::EncriptarString(palavra));
+            QVERIFY(modPassWord::PassWordCorrecta(palavra));
+            for (const QString &outra :
+                 QStringList{palavra.toLower(), palavra.chopped(1), palavra + u'd', palavra + u' '})
+                QVERIFY2(!modPassWord::PassWordCorrecta(outra), qPrintable(outra));
+        }
+        guardarPWD(modEncriptPrincipal::EncriptarString(u"   "_s));
+        QVERIFY(!modPassWord::PassWordCorrecta(u"   "_s)); // blanks never open
+    }
+
+    // The factory password opens as long as none is stored.
+    void alteracao_data() {
+        using modPassWord::Alteracao;
+        const Tabela<QString, QString, QString, Alteracao> caso("actual", "nova", "confirmacao", "esperado");
+        caso("changed", u"Vistrel"_s, u"Nova ç"_s, u"Nova ç"_s, Alteracao::Alterada);
+        caso("no current", {}, u"n"_s, u"n"_s, Alteracao::Incompleta);
+        caso("no confirmation", u"Vistrel"_s, u"n"_s, {}, Alteracao::Incompleta);
+        caso("new of blanks", u"Vistrel"_s, u"  "_s, u"  "_s, Alteracao::Incompleta);
+        caso("wrong current comes first", u"vistrel"_s, u"n"_s, u"m"_s, Alteracao::PassWordInvalida);
+        caso("wrong confirmation", u"Vistrel"_s, u"nova"_s, u"Nova"_s, Alteracao::ConfirmacaoIncorrecta);
+    }
+    void alteracao() {
+        using modPassWord::Alteracao;
+        QFETCH(QString, actual);
+        QFETCH(QString, nova);
+        QFETCH(QString, confirmacao);
+        QFETCH(Alteracao, esperado);
+        const Instalacao inst(Instalacao::Base::Nenhuma);
+        QCOMPARE(modPassWord::AlterarPassWord(actual, nova, confirmacao), esperado);
+        const bool mudou = esperado == Alteracao::Alterada;
+        QCOMPARE(modPassWord::PassWordCorrecta(u"Vistrel"_s), !mudou);
+        QCOMPARE(lerPWD(), mudou ? modEncriptPrincipal::EncriptarString(nova) : u"(none)"_s);
+    }
+
+    void alteracaoQueNaoSeGuarda() {
+        const Instalacao inst(Instalacao::Base::Nenhuma);
+        const QString maior(modPassWord::maximoDeCaracteres, u'ç');
+        QVERIFY_THROWS_EXCEPTION(Falha, modPassWord::AlterarPassWord(u"Vistrel"_s, maior + u'ç', maior + u'ç'));
+        // The longest password comes back whole through the bounded read of the settings.
+        QCOMPARE(modPassWord::AlterarPassWord(u"Vistrel"_s, maior, maior), modPassWord::Alteracao::Alterada);
+        QVERIFY(modPassWord::PassWordCorrecta(maior));
+        QVERIFY(QFile::rename(inst.pastaINI(), inst.ficheiro(u"longe"_s)));
+        QVERIFY_THROWS_EXCEPTION(Falha, modPassWord::AlterarPassWord(u"Vistrel"_s, u"nova"_s, u"nova"_s));
+        QVERIFY(modPassWord::PassWordCorrecta(u"Vistrel"_s));
+    }
 };
-
-void tst_cifra::vectoresPublicados_data() {
-    QTest::addColumn<int>("nk");
-    QTest::addColumn<QByteArray>("esperado");
-    QTest::newRow("128") << 4 << QByteArray("69c4e0d86a7b0430d8cdb78070b4c55a");
-    QTest::newRow("192") << 6 << QByteArray("dda97ca4864cdfe06eaf70a0ec0d7191");
-    QTest::newRow("256") << 8 << QByteArray("8ea2b7ca516745bfeafc49904b496089");
-}
-
-void tst_cifra::vectoresPublicados() {
-    QFETCH(int, nk);
-    QFETCH(QByteArray, esperado);
-    const Bytes claro = bytesDe("00112233445566778899aabbccddeeff");
-    CRijndael cifra;
-    cifra.gentables();
-    cifra.gkey(4, nk, bytesDe("000102030405060708090a0b0c0d0e0f101112131415161718191a1b1c1d1e1f"));
-    Bytes bloco = claro;
-    cifra.Encrypt(bloco);
-    QCOMPARE(bloco, bytesDe(esperado));
-    cifra.Decrypt(bloco);
-    QCOMPARE(bloco, claro);
-}
-
-void tst_cifra::igualAImplementacaoLenta_data() {
-    QTest::addColumn<int>("nb");
-    QTest::addColumn<int>("nk");
-    QTest::addColumn<int>("blocos");
-    QTest::newRow("own sizes") << 3 << 3 << 60;
-    QTest::newRow("4x8") << 4 << 8 << 4;
-    QTest::newRow("6x4") << 6 << 4 << 4;
-    QTest::newRow("8x3: most round constants") << 8 << 3 << 4;
-    QTest::newRow("8x8") << 8 << 8 << 4;
-}
-
-void tst_cifra::igualAImplementacaoLenta() {
-    QFETCH(int, nb);
-    QFETCH(int, nk);
-    QFETCH(int, blocos);
-    QRandomGenerator acaso(20240315);
-    CRijndael cifra;
-    cifra.gentables();
-    for (int i = 0; i < blocos; ++i) {
-        const Bytes chave = bytesAoAcaso(acaso, 4 * nk);
-        const Bytes claro = bytesAoAcaso(acaso, 4 * nb);
-        const lento::Cifra outra(nb, nk, chave);
-        cifra.gkey(nb, nk, chave);
-        Bytes bloco = claro;
-        cifra.Encrypt(bloco);
-        QCOMPARE(bloco, outra.cifrar(claro));
-        // Any block deciphers, also one that was never enciphered.
-        bloco = claro;
-        cifra.Decrypt(bloco);
-        QCOMPARE(bloco, outra.decifrar(claro));
-        cifra.Encrypt(bloco);
-        QCOMPARE(bloco, claro);
-    }
-}
-
-void tst_cifra::tamanhosRecusados() {
-    CRijndael cifra;
-    cifra.gentables();
-    QVERIFY_THROWS_EXCEPTION(Falha, cifra.gkey(2, 4, Bytes(32)));
-    QVERIFY_THROWS_EXCEPTION(Falha, cifra.gkey(4, 9, Bytes(36)));
-    QVERIFY_THROWS_EXCEPTION(Falha, cifra.gkey(4, 4, Bytes(15)));
-}
-
-// Framing, text form, pass phrase and block independence, against the slow cipher.
-void tst_cifra::formaGuardada_data() {
-    QTest::addColumn<QString>("texto");
-    QTest::addColumn<int>("digitos");
-    QTest::newRow("empty") << QString() << 24;
-    QTest::newRow("one block exactly") << u"abcd"_s << 24;
-    QTest::newRow("ten characters") << u"0123456789"_s << 48;
-    QTest::newRow("eleven characters") << u"0123456789A"_s << 72;
-    QTest::newRow("beyond Latin") << u"čçß€"_s + QChar(0xD83D) + QChar(0xDE00) << 48;
-}
-
-void tst_cifra::formaGuardada() {
-    QFETCH(QString, texto);
-    QFETCH(int, digitos);
-    Bytes chave;
-    for (const char c : QByteArray("keyQ7"))
-        chave.insert(chave.end(), {static_cast<quint8>(c), 0});
-    chave.resize(12);
-    Bytes dados(4);
-    dados[0] = static_cast<quint8>(2 * texto.size());
-    for (const QChar c : texto)
-        dados.insert(dados.end(), {c.cell(), c.row()});
-    dados.resize((dados.size() + 11) / 12 * 12);
-    const lento::Cifra outra(3, 3, chave);
-    QString esperado;
-    for (size_t i = 0; i < dados.size(); i += 12)
-        for (const quint8 b : outra.cifrar(Bytes(dados.begin() + i, dados.begin() + i + 12)))
-            esperado += u"%1"_s.arg(b, 2, 16, QChar(u'0')).toUpper();
-    QCOMPARE(esperado.size(), digitos);
-    QCOMPARE(modEncriptPrincipal::EncriptarString(texto), esperado);
-    QCOMPARE(modEncriptPrincipal::DesencriptarString(esperado), texto);
-}
-
-void tst_cifra::textosDeTodosOsComprimentos() {
-    QString texto;
-    for (int n = 0; n < 200; ++n) {
-        QCOMPARE(modEncriptPrincipal::DesencriptarString(modEncriptPrincipal::EncriptarString(texto)), texto);
-        texto += QChar(0x41 + 37 * n);
-    }
-}
-
-void tst_cifra::valoresDanificados_data() {
-    QTest::addColumn<QString>("valor");
-    const QString bom = modEncriptPrincipal::EncriptarString(u"Segredo12345"_s);
-    QTest::newRow("empty") << QString();
-    QTest::newRow("one digit") << u"A"_s;
-    QTest::newRow("odd digits") << bom.chopped(1);
-    QTest::newRow("odd, too long") << bom + u'0';
-    QTest::newRow("part of a block") << bom.chopped(2);
-    QTest::newRow("last block lost") << bom.chopped(24);
-    QTest::newRow("no digits") << u"Segredo12345"_s;
-    QTest::newRow("digits of another script") << QString(24, QChar(0x0661));
-    QTest::newRow("blank inside") << QString(bom).replace(10, 1, u" "_s);
-    QTest::newRow("half a block more") << bom + bom.left(12);
-    QTest::newRow("very long") << QString(2'000'002, u'7');
-
-    // A length field that asks for far more than is there, or for one byte more.
-    CRijndael cifra;
-    const QByteArray chave = QByteArray("k\0e\0y\0Q\0"
-                                        "7\0",
-                                        10);
-    cifra.EncryptData({}, chave);
-    for (const char *claro : {"ffffffff4100420043004400", "000000804100420043004400", "090000004100420043004400"}) {
-        Bytes bloco = bytesDe(claro);
-        cifra.Encrypt(bloco);
-        const QByteArray cifrado(reinterpret_cast<const char *>(bloco.data()), qsizetype(bloco.size()));
-        QTest::newRow(claro) << QString::fromLatin1(cifrado.toHex().toUpper());
-    }
-}
-
-void tst_cifra::valoresDanificados() {
-    QFETCH(QString, valor);
-    const Instalacao inst(Instalacao::Base::Nenhuma);
-    QCOMPARE(modEncriptPrincipal::DesencriptarString(valor), QString());
-    guardarPWD(valor);
-    for (const QString &tentativa : {u"Segredo12345"_s, u"Segredo"_s, u"ABCD"_s, u"Vistrel"_s, u" "_s, QString()}) {
-        QVERIFY(!modPassWord::PassWordCorrecta(tentativa));
-        if (!tentativa.trimmed().isEmpty())
-            QCOMPARE(modPassWord::AlterarPassWord(tentativa, u"n"_s, u"n"_s), modPassWord::Alteracao::PassWordInvalida);
-    }
-}
-
-void tst_cifra::danosAoAcasoNuncaAbrem() {
-    const QString palavra = u"Segredo12345"_s;
-    const QString bom = modEncriptPrincipal::EncriptarString(palavra);
-    QRandomGenerator acaso(7);
-    for (int i = 0; i < 3000; ++i) {
-        QString mau = bom;
-        const auto onde = acaso.bounded(qint64(mau.size()));
-        mau[onde] = QChar(mau[onde] == u'5' ? u'A' : u'5');
-        if (acaso.bounded(2))
-            mau.truncate(acaso.bounded(qint64(mau.size())));
-        QVERIFY2(modEncriptPrincipal::DesencriptarString(mau) != palavra, qPrintable(mau));
-    }
-    // Lower-case digits are the same value: a person who edits the file may write them so.
-    QCOMPARE(modEncriptPrincipal::DesencriptarString(bom.toLower()), palavra);
-}
-
-void tst_cifra::palavraDeFabrica() {
-    const Instalacao inst(Instalacao::Base::Nenhuma);
-    QCOMPARE(modPassWord::pwdPorOmissao().size(), 48);
-    QCOMPARE(modEncriptPrincipal::DesencriptarString(modPassWord::pwdPorOmissao()), u"Vistrel"_s);
-    QVERIFY(modPassWord::PassWordCorrecta(u"Vistrel"_s));
-    QCOMPARE(lerPWD(), u"(none)"_s); // asking stores nothing
-}
-
-void tst_cifra::comparacao_data() {
-    QTest::addColumn<QString>("guardada");
-    QTest::addColumn<QString>("digitada");
-    QTest::addColumn<bool>("certa");
-    QTest::newRow("right") << u"Abc ç"_s << u"Abc ç"_s << true;
-    QTest::newRow("case") << u"Abc"_s << u"abc"_s << false;
-    QTest::newRow("begun") << u"Abc"_s << u"Ab"_s << false;
-    QTest::newRow("gone past") << u"Abc"_s << u"Abcd"_s << false;
-    QTest::newRow("blank behind") << u"Abc"_s << u"Abc "_s << false;
-    QTest::newRow("its own blank behind") << u"Abc "_s << u"Abc "_s << true;
-    QTest::newRow("stored blanks never open") << u"   "_s << u"   "_s << false;
-    QTest::newRow("stored empty never opens") << QString() << QString() << false;
-}
-
-void tst_cifra::comparacao() {
-    QFETCH(QString, guardada);
-    QFETCH(QString, digitada);
-    const Instalacao inst(Instalacao::Base::Nenhuma);
-    guardarPWD(modEncriptPrincipal::EncriptarString(guardada));
-    QTEST(modPassWord::PassWordCorrecta(digitada), "certa");
-}
-
-void tst_cifra::alteracao_data() {
-    using modPassWord::Alteracao;
-    QTest::addColumn<QString>("actual");
-    QTest::addColumn<QString>("nova");
-    QTest::addColumn<QString>("confirmacao");
-    QTest::addColumn<Alteracao>("esperado");
-    QTest::newRow("changed") << u"Vistrel"_s << u"Nova ç"_s << u"Nova ç"_s << Alteracao::Alterada;
-    QTest::newRow("no current") << QString() << u"n"_s << u"n"_s << Alteracao::Incompleta;
-    QTest::newRow("no new") << u"Vistrel"_s << QString() << u"n"_s << Alteracao::Incompleta;
-    QTest::newRow("no confirmation") << u"Vistrel"_s << u"n"_s << QString() << Alteracao::Incompleta;
-    QTest::newRow("new of blanks") << u"Vistrel"_s << u"  "_s << u"  "_s << Alteracao::Incompleta;
-    QTest::newRow("wrong current, before the confirmation")
-        << u"vistrel"_s << u"n"_s << u"m"_s << Alteracao::PassWordInvalida;
-    QTest::newRow("wrong confirmation") << u"Vistrel"_s << u"nova"_s << u"Nova"_s << Alteracao::ConfirmacaoIncorrecta;
-}
-
-void tst_cifra::alteracao() {
-    using modPassWord::Alteracao;
-    QFETCH(QString, actual);
-    QFETCH(QString, nova);
-    QFETCH(QString, confirmacao);
-    QFETCH(Alteracao, esperado);
-    const Instalacao inst(Instalacao::Base::Nenhuma);
-    QCOMPARE(modPassWord::AlterarPassWord(actual, nova, confirmacao), esperado);
-    const bool mudou = esperado == Alteracao::Alterada;
-    QCOMPARE(modPassWord::PassWordCorrecta(u"Vistrel"_s), !mudou);
-    QCOMPARE(lerPWD(), mudou ? modEncriptPrincipal::EncriptarString(nova) : u"(none)"_s);
-    QVERIFY(!Instalacao::lerFicheiro(inst.pastaINI() + u"/Vistrel.ini"_s).contains("Nova"));
-}
-
-void tst_cifra::alteracaoQueNaoSeGuarda() {
-    const Instalacao inst(Instalacao::Base::Nenhuma);
-    QVERIFY(QFile::rename(inst.pastaINI(), inst.ficheiro(u"longe"_s)));
-    QVERIFY_THROWS_EXCEPTION(Falha, modPassWord::AlterarPassWord(u"Vistrel"_s, u"nova"_s, u"nova"_s));
-    QVERIFY(modPassWord::PassWordCorrecta(u"Vistrel"_s));
-}
-
-// The longest password must come back whole through the bounded read of the settings.
-void tst_cifra::limiteDoComprimento() {
-    const Instalacao inst(Instalacao::Base::Nenhuma);
-    const QString maior(modPassWord::maximoDeCaracteres, u'ç');
-    QVERIFY_THROWS_EXCEPTION(Falha, modPassWord::AlterarPassWord(u"Vistrel"_s, maior + u'ç', maior + u'ç'));
-    QVERIFY(modPassWord::PassWordCorrecta(u"Vistrel"_s));
-    QCOMPARE(modPassWord::AlterarPassWord(u"Vistrel"_s, maior, maior), modPassWord::Alteracao::Alterada);
-    QVERIFY(modPassWord::PassWordCorrecta(maior));
-}
 
 QTEST_GUILESS_MAIN(tst_cifra)
 #include "tst_cifra.moc"

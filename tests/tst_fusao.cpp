@@ -1,24 +1,19 @@
 #include "core/eventos.h"
-#include "core/falha.h"
 #include "data/copiaDatada.h"
 #include "data/fusaoSensores.h"
-#include "data/ligacao.h"
-#include "data/recordset.h"
+#include "tests/apoio/filho.h"
 #include "tests/apoio/instalacao.h"
 #include "tests/apoio/tabela.h"
 #include "tests/falhaDe.h"
 
 #include <QDir>
 #include <QElapsedTimer>
-#include <QFile>
-#include <QProcess>
 #include <QRandomGenerator>
-#include <QTest>
+#include <QRegularExpression>
 #include <QTimer>
 
 #include <csignal>
 #include <sys/resource.h>
-#include <unistd.h>
 
 using namespace fusaoSensores;
 
@@ -32,8 +27,8 @@ struct TabelaComSensor {
 
 // Found in the database itself, so that a table forgotten in the program's list shows here.
 QList<TabelaComSensor> tabelasComSensor() {
-    const QStringList deFora = {u"AlarmesPOrv"_s, u"AlarmesPressao"_s, u"Pontoorvalho"_s,   u"PontoorvalhoPull"_s,
-                                u"Pressao"_s,     u"PressaoPull"_s,    u"SensUI_Relacoes"_s};
+    const QStringList deFora =
+        u"AlarmesPOrv AlarmesPressao Pontoorvalho PontoorvalhoPull Pressao PressaoPull SensUI_Relacoes"_s.split(u' ');
     QList<TabelaComSensor> tabelas;
     Recordset rs = cnBD().consultar(u"SELECT m.name, c.name FROM sqlite_master m, pragma_table_info(m.name) c WHERE "
                                     "m.type = 'table' AND c.name IN ('Sensor', 'SensorID', 'SondaID') ORDER BY 1"_s);
@@ -52,55 +47,44 @@ void encher(const QString &sensor, int linhas) {
     transaccao.confirmar();
 }
 
-using Contagens = QMap<QString, qint64>;
-
-Contagens contagens(const QString &sensor) {
-    Contagens c;
-    for (const TabelaComSensor &t : tabelasComSensor()) {
-        Recordset rs = cnBD().consultar(u"SELECT COUNT(*) FROM %1 WHERE %2 = ?"_s.arg(t.nome, t.coluna), {sensor});
-        rs.avancar();
-        c[t.nome] = rs.inteiro(0);
-    }
-    return c;
-}
-
-Contagens esperadas(qint64 mudadas, qint64 deFora, qint64 noRegisto) {
-    Contagens c;
-    for (const TabelaComSensor &t : tabelasComSensor())
-        c[t.nome] = t.nome == u"Sensores" ? noRegisto : t.deFora ? deFora : mudadas;
-    return c;
-}
-
-QStringList ficheirosAoLado(const Instalacao &inst) {
-    QStringList nomes = QDir(inst.ficheiro(u"BD"_s)).entryList(QDir::Files | QDir::Hidden, QDir::Name);
-    nomes.removeAll(u"Kelvark.mdb"_s);
-    nomes.removeAll(u"Kelvark.mdb-wal"_s);
-    nomes.removeAll(u"Kelvark.mdb-shm"_s);
-    return nomes;
-}
-
 QString texto(const QString &sql) {
     Recordset rs = cnBD().consultar(sql);
     return rs.avancar() ? rs.texto(0) : u"(no row)"_s;
+}
+
+// Rows of a sensor in each table that a merge changes, in each that keeps the old identifier, and in the register. A
+// table that differs from those of its kind is named.
+QString contagens(const QString &sensor) {
+    QStringList c(3);
+    for (const TabelaComSensor &t : tabelasComSensor()) {
+        Recordset rs = cnBD().consultar(u"SELECT COUNT(*) FROM %1 WHERE %2 = ?"_s.arg(t.nome, t.coluna), {sensor});
+        rs.avancar();
+        QString &n = c[t.nome == u"Sensores" ? 2 : t.deFora ? 1 : 0];
+        if (n.isEmpty())
+            n = rs.texto(0);
+        else if (n.section(u' ', 0, 0) != rs.texto(0))
+            n += u" %1 in %2"_s.arg(rs.texto(0), t.nome);
+    }
+    return c.join(u'/');
+}
+
+QStringList ficheirosAoLado(const Instalacao &inst) {
+    const QStringList nomes = QDir(inst.ficheiro(u"BD"_s)).entryList(QDir::Files | QDir::Hidden, QDir::Name);
+    return nomes.filter(QRegularExpression(u"^(?!Kelvark\\.mdb(-wal|-shm)?$)"_s));
 }
 
 QString idDaCadeia(int n) {
     return u"S%1"_s.arg(n, 6, 10, QChar(u'0'));
 }
 
-// The child of resisteAoFim: merges each sensor of a chain into the next one until it is killed.
-int fusoesSemFim(const QString &caminho) {
+// Merges each sensor of a chain into the next one, and notes it, until it is killed.
+QByteArray fusoesSemFim(const QString &caminho, const QString &diario) {
     QObject dono;
     ligacaoPartilhada().abrir(caminho);
-    QFile saida;
-    if (!saida.open(stdout, QIODevice::WriteOnly))
-        return 1;
     for (int n = texto(u"SELECT MIN(SensorID) FROM Sensores"_s).mid(1).toInt();; ++n) {
-        saida.write("i" + QByteArray::number(n) + '\n');
-        saida.flush();
+        Instalacao::escreverFicheiro(diario, "i" + QByteArray::number(n));
         executarAlteracao({idDaCadeia(n), idDaCadeia(n + 1)}, Vigia(&dono));
-        saida.write("f" + QByteArray::number(n) + '\n');
-        saida.flush();
+        Instalacao::escreverFicheiro(diario, "f" + QByteArray::number(n));
     }
 }
 
@@ -110,44 +94,30 @@ class tst_fusao : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void alteracao_data() {
-        // move: rows of A go to `novo`; some: A leaves the tables of the list
-        const Tabela<QString, bool, bool, bool> caso("novo", "eliminar", "move", "some");
-        caso("nothing", {}, false, false, false);
-        caso("merged", u"b'\"; --"_s, false, true, true);
-        caso("merged into one that no sensor has", u"X"_s, false, true, true);
-        caso("blanks around", u" X "_s, false, true, true);
-        caso("removed", {}, true, false, true);
-        caso("blank, removed", u"  "_s, true, false, true);
-        caso("merged and removed", u"b'\"; --"_s, true, true, true);
-        caso("into itself", u"A'1"_s, false, false, false);
-        caso("into itself, other case", u"a'1"_s, false, false, false);
-        caso("into itself and removed", u"A'1"_s, true, false, true);
+        const Tabela<QString, bool, QString, QString> caso("novo", "eliminar", "deA", "deB");
+        const QString fica = u"2100/2100/1"_s;
+        const QString foi = u"0/2100/0"_s; // pressure, dew point and scales keep the old identifier
+        const QString so = u"3/3/1"_s;
+        caso("nothing", {}, false, fica, so);
+        caso("merged", u"b'\"; --"_s, false, foi, u"2103/3/1"_s);
+        caso("merged into one that no sensor has, blanks around", u" X "_s, false, foi, so);
+        caso("removed", u"  "_s, true, foi, so);
+        caso("merged and removed", u"b'\"; --"_s, true, foi, u"2103/3/1"_s);
+        caso("into itself, other case", u"a'1"_s, false, fica, so);
+        caso("into itself and removed", u"A'1"_s, true, foi, so);
     }
     void alteracao() {
         QFETCH(QString, novo);
         QFETCH(bool, eliminar);
-        QFETCH(bool, move);
-        QFETCH(bool, some);
         const Instalacao inst;
-        constexpr int linhas = 2100; // more than two batches
-        encher(u"A'1"_s, linhas);
+        encher(u"A'1"_s, 2100); // more than two batches
         encher(u"B'\"; --"_s, 3);
         encher(u"C"_s, 2);
-        const auto outros = [] { return std::pair(contagens(u"B'\"; --"_s), contagens(u"C"_s)); };
-        const auto antes = outros();
-        const qint64 alvoAntes = contagens(novo.trimmed())[u"Medias"_s];
-
         executarAlteracao({u"A'1"_s, novo, eliminar}, m_vigia);
-
-        // The tables of pressure, dew point and scales keep the old identifier.
-        QCOMPARE(contagens(u"A'1"_s), some ? esperadas(0, linhas, 0) : esperadas(linhas, linhas, 1));
-        if (move) {
-            const bool existia = alvoAntes > 0;
-            QCOMPARE(contagens(novo.trimmed()), esperadas(alvoAntes + linhas, alvoAntes, existia ? 1 : 0));
-            QCOMPARE(contagens(u"C"_s), antes.second);
-        } else {
-            QVERIFY(outros() == antes);
-        }
+        QTEST(contagens(u"A'1"_s), "deA");
+        QTEST(contagens(u"B'\"; --"_s), "deB");
+        QCOMPARE(contagens(u"C"_s), u"2/2/1"_s);
+        QCOMPARE(contagens(u"X"_s), novo == u" X " ? u"2100/0/0"_s : u"0/0/0"_s);
     }
 
     void fusaoGuardaOsValores() {
@@ -170,63 +140,42 @@ private Q_SLOTS:
         // A's rows go with B; C ends in D, which stands before it; a lower-case name is the same sensor; E stays.
         const std::vector<AlteracaoSensor> lista = {{u"A"_s, u"b"_s}, {u"B"_s, {}, true}, {u"D"_s, u"F"_s, true},
                                                     {u"C"_s, u"D"_s}, {u"E"_s, u"E"_s},   {u"A"_s, {}, true}};
-        Contagens movidas;
-        Contagens eliminadas;
-        for (const ContagemTabela &c : contarAlteracoes(lista, m_vigia)) {
-            movidas[c.tabela] = c.movidas;
-            eliminadas[c.tabela] = c.eliminadas;
+        const std::vector<ContagemTabela> contadas = contarAlteracoes(lista, m_vigia);
+        QCOMPARE(contadas.size(), 15U);
+        for (const ContagemTabela &c : contadas) {
+            const bool registo = c.tabela == u"Sensores";
+            QCOMPARE(c.movidas, registo ? 0 : 5 + 8 + 7);
+            QCOMPARE(c.eliminadas, registo ? 4 : 5 + 6);
         }
-        for (const TabelaComSensor &t : tabelasComSensor()) {
-            const bool registo = t.nome == u"Sensores";
-            QCOMPARE(movidas.contains(t.nome), !t.deFora);
-            QCOMPARE(movidas.value(t.nome), t.deFora || registo ? 0 : 5 + 8 + 7);
-            QCOMPARE(eliminadas.value(t.nome), t.deFora ? 0 : registo ? 4 : 5 + 6);
-        }
-
-        const auto total = [] {
-            Contagens c;
-            for (const TabelaComSensor &t : tabelasComSensor())
-                c[t.nome] = texto(u"SELECT COUNT(*) FROM "_s + t.nome).toLongLong();
-            return c;
-        };
-        const Contagens antes = total();
         for (const AlteracaoSensor &a : lista)
             executarAlteracao(a, m_vigia);
-        const Contagens depois = total();
-        for (auto i = antes.begin(); i != antes.end(); ++i)
-            QCOMPARE(i.value() - depois[i.key()], eliminadas.value(i.key()));
+        constexpr int linhasDeTodos = 5 + 6 + 7 + 8 + 9;
+        for (const TabelaComSensor &t : tabelasComSensor())
+            QCOMPARE(contar(cnBD(), t.nome), t.nome == u"Sensores" ? 5 - 4 : linhasDeTodos - (t.deFora ? 0 : 5 + 6));
         QVERIFY(contarAlteracoes({{u"E"_s, u"e "_s}}, m_vigia).empty());
     }
 
-    void falhaAMeioNaoMudaNada() {
+    void aMeioNaoMudaNada() {
         const Instalacao inst;
-        encher(u"A"_s, 4);
-        encher(u"B"_s, 4);
-        const auto antes = std::pair(contagens(u"A"_s), contagens(u"B"_s));
+        encher(u"A"_s, 1500);
+        encher(u"B"_s, 5);
         inst.executar(u"CREATE TRIGGER t BEFORE DELETE ON Sensores BEGIN SELECT RAISE(ABORT, 'no'); END"_s);
         QVERIFY_THROWS_EXCEPTION(Falha, executarAlteracao({u"A"_s, u"B"_s}, m_vigia));
         QVERIFY_THROWS_EXCEPTION(Falha, executarAlteracao({u"A"_s, {}, true}, m_vigia));
-        QVERIFY(std::pair(contagens(u"A"_s), contagens(u"B"_s)) == antes);
-        inst.executar(u"DROP TRIGGER t"_s); // the write lock is free again
-        executarAlteracao({u"A"_s, u"B"_s}, m_vigia);
-        QCOMPARE(contagens(u"B"_s), esperadas(8, 4, 1));
-    }
-
-    void abandonoAMeioNaoMudaNada() {
-        const Instalacao inst;
-        encher(u"A"_s, 1500);
-        const Contagens antes = contagens(u"A"_s);
-        for (const qint64 quando : {qint64(1), qint64(5000), qint64(14 * 1500 + 1)}) {
+        inst.executar(u"DROP TRIGGER t"_s);
+        for (const qint64 quando : {1, 5000, 14 * 1500 + 1}) { // the window is closed
             auto dono = std::make_unique<QObject>();
-            const Vigia vigia(dono.get());
             const Progresso fechar = [&](qint64 feitas) {
                 if (feitas >= quando)
                     dono.reset();
             };
-            QVERIFY_THROWS_EXCEPTION(Interrompido, executarAlteracao({u"A"_s, u"B"_s, true}, vigia, fechar));
-            QCOMPARE(contagens(u"A"_s), antes);
-            QCOMPARE(contagens(u"B"_s), esperadas(0, 0, 0));
+            QVERIFY_THROWS_EXCEPTION(Interrompido,
+                                     executarAlteracao({u"A"_s, u"B"_s, true}, Vigia(dono.get()), fechar));
+            QCOMPARE(contagens(u"A"_s), u"1500/1500/1"_s);
+            QCOMPARE(contagens(u"B"_s), u"5/5/1"_s);
         }
+        executarAlteracao({u"A"_s, u"B"_s}, m_vigia); // the write lock is free again
+        QCOMPARE(contagens(u"B"_s), u"1505/5/1"_s);
     }
 
     void eventosDuranteAFusao() {
@@ -247,43 +196,36 @@ private Q_SLOTS:
 
     // Killed at any moment, a merge has happened as a whole or not at all.
     void resisteAoFim() {
-        constexpr int linhas = 1500;
         const Instalacao inst;
-        encher(idDaCadeia(0), linhas);
+        encher(idDaCadeia(0), 1500);
         cnBD().executarGuiao(u"WITH n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 5000) "
                              "INSERT INTO Sensores (SensorID) SELECT printf('S%06d', i) FROM n"_s);
         ligacaoPartilhada().fechar();
+        const QString diario = inst.ficheiro(u"diario"_s);
         QRandomGenerator acaso(11);
         int aMeio = 0;
+        QString dono;
         for (int vez = 0; vez < 15; ++vez) {
-            QProcess filho;
-            filho.start(QCoreApplication::applicationFilePath(), {u"--fusoes"_s, inst.caminhoBD()});
-            QVERIFY(filho.waitForReadyRead());
+            QFile::remove(diario);
+            Filho filho([&] { return fusoesSemFim(inst.caminhoBD(), diario); });
+            QTRY_VERIFY(QFile(diario).size() > 0);
             QTest::qSleep(int(acaso.bounded(1, 250)));
-            filho.kill();
-            QVERIFY(filho.waitForFinished());
-            QCOMPARE(filho.exitStatus(), QProcess::CrashExit); // it was still at work
-            const QByteArray ultima = filho.readAll().trimmed().split('\n').last();
-            const bool dentro = ultima.startsWith('i');
+            filho.matar();
+            const QByteArray ultima = Instalacao::lerFicheiro(diario);
+            const bool dentro = !ultima.startsWith('f');
             aMeio += dentro;
 
             ligacaoPartilhada().abrir(inst.caminhoBD());
-            const QString dono = texto(u"SELECT MIN(SensorID) FROM Sensores"_s);
-            QCOMPARE(contagens(dono)[u"Medias"_s], linhas);
-            for (const TabelaComSensor &t : tabelasComSensor()) {
-                if (t.nome == u"Sensores" || t.deFora)
-                    continue;
-                QCOMPARE(texto(u"SELECT COUNT(*) || ' ' || MIN(%2) || ' ' || MAX(%2) FROM %1"_s.arg(t.nome, t.coluna)),
-                         u"%1 %2 %2"_s.arg(QString::number(linhas), dono));
-            }
+            dono = texto(u"SELECT MIN(SensorID) FROM Sensores"_s);
+            QVERIFY2(contagens(dono).startsWith(u"1500/"_s), qPrintable(contagens(dono)));
             // What was told to be done is done.
             const int n = ultima.mid(1).toInt();
-            QVERIFY2(dono == idDaCadeia(n + 1) || (dentro && dono == idDaCadeia(n)),
+            QVERIFY2(ultima.isEmpty() || dono == idDaCadeia(n + 1) || (dentro && dono == idDaCadeia(n)),
                      qPrintable(dono + ultima.constData()));
             QCOMPARE(texto(u"PRAGMA integrity_check"_s), u"ok"_s);
             ligacaoPartilhada().fechar();
         }
-        QVERIFY(aMeio > 0);
+        QVERIFY(aMeio > 0 && dono > idDaCadeia(5));
     }
 
     void copia() {
@@ -291,15 +233,13 @@ private Q_SLOTS:
         inst.relogio(u"2024-03-05 09:08:07"_s);
         encher(u"A"_s, 1500);
         QFile::setPermissions(inst.caminhoBD(), QFile::ReadOwner | QFile::WriteOwner);
-        int ultima = 0;
-        int total = 0;
+        int falta = INT_MAX;
         const QString primeira = copiaDatada(m_vigia, [&](int feito, int todo) {
-            QVERIFY(feito > ultima && feito <= todo);
-            ultima = feito;
-            total = todo;
+            QVERIFY(feito > 0 && todo - feito < falta);
+            falta = todo - feito;
         });
         QCOMPARE(primeira, inst.ficheiro(u"BD/Kelvark-2024-03-05_09-08-07.mdb"_s));
-        QCOMPARE(ultima, total);
+        QCOMPARE(falta, 0);
         QCOMPARE(QFile::permissions(primeira) & (QFile::ReadGroup | QFile::ReadOther), QFile::Permissions());
 
         // Another one in the same second stands beside it.
@@ -309,69 +249,41 @@ private Q_SLOTS:
         QCOMPARE(segunda, inst.ficheiro(u"BD/Kelvark-2024-03-05_09-08-07-2.mdb"_s));
         QVERIFY(Instalacao::lerFicheiro(primeira) == bytes);
         QCOMPARE(ficheirosAoLado(inst), (QStringList{QFileInfo(segunda).fileName(), QFileInfo(primeira).fileName()}));
-
-        // The copy is a database that the program opens, with what was removed since.
-        ligacaoPartilhada().fechar();
-        ligacaoPartilhada().abrir(primeira);
-        QCOMPARE(texto(u"PRAGMA integrity_check"_s), u"ok"_s);
-        QCOMPARE(contagens(u"A"_s), esperadas(1500, 1500, 1));
     }
 
     void copiaDeUmSoMomento() {
         const Instalacao inst;
         encher(u"A"_s, 8000);
         int passos = 0;
-        int esperados = 0;
         const QString caminho = copiaDatada(m_vigia, [&](int, int total) {
             // Another program writes after every step; were the copy to start over each time, it would never end.
             inst.executar(u"INSERT INTO Medias (Sensor, Data) VALUES ('A', 'late')"_s);
-            esperados = total / 128 + 1;
-            QVERIFY2(++passos <= esperados, "the copy started over");
+            QVERIFY2(++passos <= total / 128 + 1, "the copy started over");
         });
         QVERIFY(passos > 5);
-        QCOMPARE(contagens(u"A"_s)[u"Medias"_s], 8000 + passos);
+        QCOMPARE(contar(cnBD(), u"Medias"_s), 8000 + passos);
         ligacaoPartilhada().fechar();
         ligacaoPartilhada().abrir(caminho);
-        QCOMPARE(contagens(u"A"_s), esperadas(8000, 8000, 1));
+        QCOMPARE(contagens(u"A"_s), u"8000/8000/1"_s);
         QCOMPARE(texto(u"PRAGMA integrity_check"_s), u"ok"_s);
     }
 
-    void copiaAbandonada() {
+    void copiaQueNaoAcaba() {
         const Instalacao inst;
         encher(u"A"_s, 1500);
         auto dono = std::make_unique<QObject>();
-        const Vigia vigia(dono.get());
         bool aMeio = false;
-        QVERIFY_THROWS_EXCEPTION(Interrompido, copiaDatada(vigia, [&](int feito, int total) {
+        QVERIFY_THROWS_EXCEPTION(Interrompido, copiaDatada(Vigia(dono.get()), [&](int feito, int total) {
                                      aMeio = feito < total;
                                      dono.reset();
                                  }));
         QVERIFY(aMeio);
         QCOMPARE(ficheirosAoLado(inst), QStringList());
-    }
-
-    void copiaEmPastaSoDeLeitura() {
-        const Instalacao inst;
-        encher(u"A"_s, 10);
         const QString pasta = inst.ficheiro(u"BD"_s);
-        const auto modoAntes = QFile::permissions(pasta);
-        const auto leitura = QFile::ReadOwner | QFile::ExeOwner | QFile::ReadOther | QFile::ExeOther;
-        QFile::setPermissions(pasta, leitura);
-        QFile::setPermissions(inst.ficheiro({}), leitura);
-        // The superuser may write everywhere, so somebody else has to try.
-        const bool superutilizador = geteuid() == 0;
-        QVERIFY(!superutilizador || seteuid(65534) == 0);
-        const QString motivo = falhaDe([&] { copiaDatada(m_vigia); }).descricao;
-        QVERIFY(!superutilizador || seteuid(0) == 0);
-        QFile::setPermissions(inst.ficheiro({}), modoAntes);
-        QFile::setPermissions(pasta, modoAntes);
-        QVERIFY2(motivo.startsWith(u"Não é possível criar a cópia"_s), qPrintable(motivo));
-        QCOMPARE(ficheirosAoLado(inst), QStringList());
-    }
-
-    void copiaComDiscoCheio() {
-        const Instalacao inst;
-        encher(u"A"_s, 1500);
+        QVERIFY(QDir().rename(pasta, pasta + u"-fora"));
+        const QString semPasta = falhaDe([&] { copiaDatada(m_vigia); }).descricao;
+        QVERIFY(QDir().rename(pasta + u"-fora", pasta));
+        QVERIFY2(semPasta.startsWith(u"Não é possível criar a cópia"_s), qPrintable(semPasta));
         // A bound on the size of files acts as a full disk does: a write in the middle fails.
         const auto sinalAntes = std::signal(SIGXFSZ, SIG_IGN);
         rlimit antes{};
@@ -391,15 +303,8 @@ private Q_SLOTS:
 
 private:
     QObject m_dono;
-
     Vigia m_vigia{&m_dono};
 };
 
-int main(int argc, char **argv) {
-    const QCoreApplication app(argc, argv);
-    if (argc == 3 && qstrcmp(argv[1], "--fusoes") == 0)
-        return fusoesSemFim(QFile::decodeName(argv[2]));
-    tst_fusao teste;
-    return QTest::qExec(&teste, argc, argv);
-}
+QTEST_GUILESS_MAIN(tst_fusao)
 #include "tst_fusao.moc"
