@@ -8,18 +8,26 @@
 #include "tests/apoio/instalacao.h"
 #include "tests/apoio/widgets.h"
 
-#include <QAbstractButton>
-#include <QComboBox>
-#include <QLabel>
 #include <QLineEdit>
 #include <QPointer>
 #include <QTest>
+
+// What the assistant is given.
+struct Programa {
+    QString registador = u"Registador Vacinas"_s;
+    QString missao = u"Transporte Évora"_s;
+    QString intervalo = u"10"_s;
+    QString calibracao = {}; // as it is
+    QString minimo = u"2,0"_s;
+    QString maximo = u"8,0"_s;
+    bool continuo = false;
+};
 
 // An installation, a reader with one button, and the form over both, worked as a user works it.
 struct Bancada {
     explicit Bancada(simulador::Variante variante = simulador::Variante::G) {
         leitor.fazer(u"A"_s, variante);
-        acertar();
+        andar(0);
         registarLogger(registoForms());
         abrir();
     }
@@ -35,44 +43,36 @@ struct Bancada {
             utilizador::desistir(u"frmDS1921 is not active"_s);
     }
     // The PC's clock goes with the reader's.
-    void acertar() { instalacao.relogio(leitor.agora().toString(u"yyyy-MM-dd HH:mm:ss"_s)); }
     void andar(int minutos) {
         leitor.andar(minutos);
-        acertar();
+        instalacao.relogio(leitor.agora().toString(u"yyyy-MM-dd HH:mm:ss"_s));
     }
 
     void clicar(const char *nome) const { utilizador::clicar(form, QString::fromLatin1(nome)); }
-    QString caixa(const char *nome) const {
-        return utilizador::controlo<QLineEdit>(form, QString::fromLatin1(nome))->text();
-    }
-    QString etiqueta(const char *nome) const {
-        return utilizador::controlo<QLabel>(form, QString::fromLatin1(nome))->text();
-    }
-    QString lista(const char *nome) const {
-        return utilizador::controlo<QComboBox>(form, QString::fromLatin1(nome))->currentText();
-    }
     QWidget *controlo(const char *nome) const { return utilizador::controlo<QWidget>(form, QString::fromLatin1(nome)); }
+    // What a box, a label, a button or a list shows.
+    QString texto(const char *nome) const {
+        const QWidget *c = controlo(nome);
+        return c->property(c->inherits("QComboBox") ? "currentText" : "text").toString();
+    }
+    void escrever(const char *nome, const QString &texto) const {
+        utilizador::escrever(form, QString::fromLatin1(nome), texto);
+    }
     bool permitido(const char *nome) const { return controlo(nome)->isEnabled(); }
     bool visivel(const char *nome) const { return controlo(nome)->isVisible(); }
     Grelha *amostras() const { return utilizador::controlo<Grelha>(form, u"grdTemps"_s); }
-    Grelha *alarmes() const { return utilizador::controlo<Grelha>(form, u"grdAlarmes"_s); }
+    void parar(bool sim = true) {
+        instalacao.dialogos.responderPergunta(sim, u"Deseja parar a missão?"_s);
+        clicar("cmdPararMissao");
+    }
 
-    struct Programa {
-        QString registador = u"Registador Vacinas"_s;
-        QString missao = u"Transporte Évora"_s;
-        QString intervalo = u"10"_s;
-        QString calibracao = {}; // as it is
-        QString minimo = u"2,0"_s;
-        QString maximo = u"8,0"_s;
-        bool continuo = false;
-    };
     // The whole assistant, from the read to its last button.
-    void programar(const Programa &p) const {
+    void programar(const Programa &p = {}) const {
         clicar("lblEstado");
         clicar("cmdLer");
         clicar("cmdAvancar");
-        utilizador::escrever(form, u"txtDescricaoRegistador"_s, p.registador);
-        utilizador::escrever(form, u"txtDescricaoMissao"_s, p.missao);
+        escrever("txtDescricaoRegistador", p.registador);
+        escrever("txtDescricaoMissao", p.missao);
         clicar("cmdAvancar");
         clicar("cmdAvancar");
         utilizador::escolher(form, u"cboIntervaloLeitura"_s, p.intervalo);
@@ -86,18 +86,15 @@ struct Bancada {
             clicar("chkCicloContinuo");
         clicar("cmdConcluir");
     }
-    void programar() const { programar(Programa{}); }
-    // A mission with eleven samples that were downloaded.
-    void comMissao() {
-        programar();
-        andar(101);
+    // A mission whose samples were downloaded; eleven of them after 101 minutes.
+    void descarregar(int minutos = 101, const Programa &p = {}) {
+        programar(p);
+        andar(minutos);
         clicar("cmdLerDados");
-        if (linhasGuardadas() != 11)
-            utilizador::desistir(u"no mission"_s);
     }
 
     QVariant um(const QString &sql) const { return instalacao.linha(sql).value(0); }
-    int linhasGuardadas() const { return um(u"SELECT COUNT(*) FROM DS1921"_s).toInt(); }
+    int linhas(const QString &tabela = u"DS1921"_s) const { return um(u"SELECT COUNT(*) FROM "_s + tabela).toInt(); }
 
     Instalacao instalacao;
     BotaoDeTeste leitor;

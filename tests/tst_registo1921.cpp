@@ -35,32 +35,6 @@ QString antigo(const QStringList &campos) {
 class tst_registo1921 : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void idaEVolta_data() {
-        const Tabela<QString, QString, QString> caso("missao", "registador", "calibracao");
-        caso("plain", u"Rota Semanal"_s, u"Registador Pescado"_s, u"0,0"_s);
-        caso("letters of the language", u"Exposição d'Outono"_s, u"Café à mão"_s, u"-0,125"_s);
-        caso("one letter each", u"m"_s, u"r"_s, u"2,000"_s);
-        caso("as long as can be typed", QString(maximoDeDescricao, u'm'), QString(maximoDeDescricao, u'r'),
-             u"-2,000"_s);
-    }
-    void idaEVolta() {
-        QFETCH(QString, missao);
-        QFETCH(QString, registador);
-        QFETCH(QString, calibracao);
-        const QStringList linhas = CriarEstruturaDasLinhas(u"0042"_s + missao, registador, romid + u"255", calibracao);
-        const auto r = decifrar(lidoDe(linhas), u"0"_s);
-        QVERIFY(r);
-        QVERIFY(!r->VersaoAntiga);
-        QCOMPARE(r->TextoMissao, missao);
-        QCOMPARE(r->descricaoMissao, missao);
-        QCOMPARE(r->descricaoRegistador, registador);
-        QCOMPARE(r->numeroMissao, u"0042"_s);
-        QCOMPARE(r->NumeroMissaoActual, qint16(42));
-        QCOMPARE(r->intervalo, u"255"_s);
-        QCOMPARE(r->calibracao.value_or(QString()), calibracao);
-        QCOMPARE(r->Calibracao, QString(calibracao).replace(u',', u'.').toDouble());
-    }
-
     // A page holds 28 characters and the number of the next one.
     void paginas() {
         const QStringList linhas = CriarEstruturaDasLinhas(QString(55, u'a'), {}, {}, QString(23, u'b'));
@@ -74,26 +48,10 @@ private Q_SLOTS:
         QCOMPARE(cheia.size(), 2);
         QCOMPARE(cheia[1].size(), 30);
         QCOMPARE(bytesDoTexto(cheia[1]).size(), bytesPorPacote);
-    }
-
-    void registoDemasiadoLongo() {
         // Eleven pages and no end: what does not fit is lost without a word.
-        const QStringList linhas = CriarEstruturaDasLinhas(u"0001"_s + QString(400, u'm'), u"r"_s, romid, u"0"_s);
-        QCOMPARE(linhas.size(), ultimaPagina);
-        QCOMPARE(linhas.last().back(), QChar(ultimaPagina));
-    }
-
-    // A shorter record leaves pages of the longer one before it behind.
-    void restoDeOutroRegisto() {
-        const QStringList longo =
-            CriarEstruturaDasLinhas(u"0007"_s + QString(60, u'x'), QString(60, u'y'), romid, u"1,5"_s);
-        QStringList linhas = CriarEstruturaDasLinhas(u"0008curta"_s, u"novo"_s, romid + u"5", u"0,0"_s);
-        linhas += longo.mid(linhas.size());
-        const auto r = decifrar(lidoDe(linhas), romid);
-        QVERIFY(r);
-        QCOMPARE(r->TextoMissao, u"curta"_s);
-        QCOMPARE(r->descricaoRegistador, u"novo"_s);
-        QCOMPARE(r->Calibracao, 0.0);
+        const QStringList longa = CriarEstruturaDasLinhas(u"0001"_s + QString(400, u'm'), u"r"_s, romid, u"0"_s);
+        QCOMPARE(longa.size(), ultimaPagina);
+        QCOMPARE(longa.last().back(), QChar(ultimaPagina));
     }
 
     void decifra_data() {
@@ -104,6 +62,14 @@ private Q_SLOTS:
         };
         const QString abc = u"0003abc"_s;
         const QString dez = romid + u"10";
+        const QString m(maximoDeDescricao, u'm'), r(maximoDeDescricao, u'r');
+        caso("letters of the language", novo(u"0042Exposição d'Outono"_s, u"Café à mão"_s, romid + u"255", u"-0,125"_s),
+             u"new|Exposição d'Outono|Café à mão|0042|255|-0.125"_s);
+        caso("as long as can be typed", novo(u"0001"_s + m, r, dez, u"-2,000"_s), u"new|%1|%2|0001|10|-2"_s.arg(m, r));
+        // A shorter record leaves pages of the longer one before it behind.
+        QStringList curto = CriarEstruturaDasLinhas(abc, u"r"_s, dez, u"0,0"_s);
+        curto += CriarEstruturaDasLinhas(u"0007"_s + m, r, romid, u"1,5"_s).mid(curto.size());
+        caso("rest of another record", lidoDe(curto), u"new|abc|r|0003|10|0"_s);
         caso("blank button", {}, u"new|x|x|0000|1|0"_s);
         caso("no logger name", novo(abc, {}, dez, u"0,5"_s), u"new|abc|x|0003|10|0.5"_s);
         caso("a point in the calibration", novo(abc, u"r"_s, dez, u"1.5"_s), u"new|abc|r|0003|10|1.5"_s);
@@ -138,69 +104,50 @@ private Q_SLOTS:
             QCOMPARE(numeroDeMissao(numeroSeguinte(guardado)), seguinte);
     }
 
-    void registos_data() {
-        const Tabela<int, int, bool> caso("controlo", "leituras", "rollover");
-        caso("memory just full", 8, 2048, false);
-        caso("one more", 8, 2049, true);
-        caso("no bit of control set", 0, 100000, false);
-        caso("any bit of control", 0x40, 0x123456, true);
-    }
     void registos() {
-        QFETCH(int, controlo);
-        QFETCH(int, leituras);
-        tmex::Pagina pagina{};
-        pagina[14] = quint8(controlo);
-        for (int i = 0; i < 3; ++i) {
-            pagina[size_t(26 + i)] = quint8(leituras >> (8 * i));
-            pagina[size_t(29 + i)] = quint8(0xABCDEF >> (8 * i));
+        const std::tuple<int, int, bool> casos[] = {
+            {8, 2048, false}, {8, 2049, true}, {0, 100000, false}, {0x40, 0x123456, true}};
+        for (const auto &[controlo, leituras, rollover] : casos) {
+            tmex::Pagina pagina{};
+            pagina[14] = quint8(controlo);
+            for (int i = 0; i < 3; ++i) {
+                pagina[size_t(26 + i)] = quint8(leituras >> (8 * i));
+                pagina[size_t(29 + i)] = quint8(0xABCDEF >> (8 * i));
+            }
+            QCOMPARE(LerAmostrasMissao(pagina), double(leituras));
+            QCOMPARE(LerAmostrasDispositivo(pagina), double(0xABCDEF));
+            QCOMPARE(RolloverOcorreu(pagina), rollover);
         }
-        QCOMPARE(LerAmostrasMissao(pagina), double(leituras));
-        QCOMPARE(LerAmostrasDispositivo(pagina), double(0xABCDEF));
-        QTEST(RolloverOcorreu(pagina), "rollover");
     }
 
     // Small elements take a zero too many here, so that the family ends the text as "021".
-    void textoDoROM() {
-        QCOMPARE(textoROM({0x21, 0x2B, 0xC5, 0xFB, 0x00, 0x20, 0x3B, 0xD6}), u"D63B02000FBC52B021"_s);
-        QCOMPARE(textoROM({0x21, 0x22, 0x1F, 0x09, 0x00, 0x00, 0x00, 0xFF}), u"FF00000009"
-                                                                             "01F"
-                                                                             "22"
-                                                                             "021"_s);
-    }
+    void textoDoROM() { QCOMPARE(textoROM({0x21, 0x22, 0x1F, 0x09, 0x00, 0x00, 0x00, 0xFF}), u"FF0000000901F22021"_s); }
 
-    void gamas_data() {
-        // first, last and number of the limits; second, last and number of the calibrations
-        const Tabela<QString, QString, QString> caso("tipo", "limites", "calibracoes");
-        caso("H", u"H"_s, u"46,0 15,0 63"_s, u"1,875 -2,000 33"_s);
-        caso("Z", u"Z"_s, u"26,0 -5,0 63"_s, u"1,875 -2,000 33"_s);
-        caso("G", u"G"_s, u"85,0 -40,0 251"_s, u"4,9 -5,0 101"_s);
-        caso("not read", {}, u"85,0 -40,0 251"_s, u"4,9 -5,0 101"_s);
-    }
     void gamas() {
-        QFETCH(QString, tipo);
-        const numeros1921::Gama &gama = numeros1921::gamaDe(tipo);
-        const QStringList limites = numeros1921::limitesDe(gama);
-        const QStringList calibracoes = numeros1921::calibracoesDe(gama);
-        QTEST(u"%1 %2 %3"_s.arg(limites.first(), limites.last()).arg(limites.size()), "limites");
-        QTEST(u"%1 %2 %3"_s.arg(calibracoes[1], calibracoes.last()).arg(calibracoes.size()), "calibracoes");
-        // The one that is chosen without a calibration.
-        QVERIFY(calibracoes.contains(numeros1921::formatar(-0.0, gama.casasCalibracao)));
-        for (const QString &calibracao : calibracoes) {
-            const QString gravada = calibracao.left(6); // what a record keeps of it
-            QCOMPARE(valorDeCalibracao(gravada), QString(calibracao).replace(u',', u'.').toDouble());
+        // First, last and number of the limits; second, last and number of the calibrations.
+        const std::tuple<QString, QString, QString> casos[] = {
+            {u"H"_s, u"46,0 15,0 63"_s, u"1,875 -2,000 33"_s},
+            {u"Z"_s, u"26,0 -5,0 63"_s, u"1,875 -2,000 33"_s},
+            {{}, u"85,0 -40,0 251"_s, u"4,9 -5,0 101"_s},
+        };
+        for (const auto &[tipo, limitesCertos, calibracoesCertas] : casos) {
+            const numeros1921::Gama &gama = numeros1921::gamaDe(tipo);
+            const QStringList limites = numeros1921::limitesDe(gama);
+            const QStringList calibracoes = numeros1921::calibracoesDe(gama);
+            QCOMPARE(u"%1 %2 %3"_s.arg(limites.first(), limites.last()).arg(limites.size()), limitesCertos);
+            QCOMPARE(u"%1 %2 %3"_s.arg(calibracoes[1], calibracoes.last()).arg(calibracoes.size()), calibracoesCertas);
+            // The one that is chosen without a calibration.
+            QVERIFY(calibracoes.contains(numeros1921::formatar(-0.0, gama.casasCalibracao)));
+            for (const QString &calibracao : calibracoes) // what a record keeps of it
+                QCOMPARE(valorDeCalibracao(calibracao.left(6)), QString(calibracao).replace(u',', u'.').toDouble());
         }
     }
 
-    void numericos_data() {
-        const Tabela<QString, bool> caso("texto", "numerico");
-        for (const char *t : {"0001", "-0,5", "1.5", " 12 ", ",5", "5,"})
-            caso(t, QString::fromLatin1(t), true);
-        for (const char *t : {"", "-", ",", "1,2,3", "12a4", "1-2", "--1", "0x1F", "1e3"})
-            QTest::addRow("not %s", t) << QString::fromLatin1(t) << false;
-    }
     void numericos() {
-        QFETCH(QString, texto);
-        QTEST(numeros1921::eNumerico(texto), "numerico");
+        for (const char *t : {"0001", "-0,5", "1.5", " 12 ", ",5", "5,"})
+            QVERIFY2(numeros1921::eNumerico(QString::fromLatin1(t)), t);
+        for (const char *t : {"", "-", ",", "1,2,3", "12a4", "1-2", "--1", "0x1F", "1e3"})
+            QVERIFY2(!numeros1921::eNumerico(QString::fromLatin1(t)), t);
     }
 
 private:

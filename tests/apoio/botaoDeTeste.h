@@ -7,8 +7,8 @@
 #include <QTemporaryDir>
 
 // A virtual reader for tests: a drawer in a temporary folder, its buttons, a clock that only this moves (each look at
-// the bus takes `passoMs` of the buttons' time, so that waits end), the faults. After `ligar` every port is this
-// reader. Make it after the Instalacao, whose renewal of the process state would take it off again.
+// the bus takes `passoMs` of the buttons' time, so that waits end), the faults. Every port is this reader. Make it
+// after the Instalacao, whose renewal of the process state would take it off again.
 //
 //     BotaoDeTeste leitor;
 //     leitor.fazer(u"A"_s, simulador::Variante::H);     // new button, put on the reader
@@ -16,12 +16,13 @@
 //     leitor.andar(90);                                 // minutes
 class BotaoDeTeste {
 public:
-    explicit BotaoDeTeste(const QString &relogio = u"2026-03-02 09:00:30"_s) {
-        m_inicio = QDateTime::fromString(relogio, u"yyyy-MM-dd hh:mm:ss"_s);
-        m_inicio.setTimeSpec(Qt::UTC);
-        m_agora = m_inicio.toMSecsSinceEpoch();
+    BotaoDeTeste() {
         linha = std::make_shared<simulador::Linha>(gaveta(), [this] { return m_agora += passoMs; });
-        ligar();
+        onewire::barramento().abrir = [this](qint16 n, qint16 t) -> std::unique_ptr<onewire::Transporte> {
+            if (aoAbrir)
+                aoAbrir(n, t);
+            return semAdaptador ? nullptr : std::make_unique<simulador::TransporteVirtual>(linha);
+        };
     }
     ~BotaoDeTeste() {
         onewire::fecharSessao();
@@ -30,11 +31,6 @@ public:
     BotaoDeTeste(const BotaoDeTeste &) = delete;
     BotaoDeTeste &operator=(const BotaoDeTeste &) = delete;
 
-    void ligar() {
-        onewire::barramento().abrir = [this](qint16, qint16) -> std::unique_ptr<onewire::Transporte> {
-            return semAdaptador ? nullptr : std::make_unique<simulador::TransporteVirtual>(linha);
-        };
-    }
     simulador::Gaveta gaveta() const { return simulador::Gaveta(m_pasta.path()); }
 
     static onewire::Rom rom(simulador::Variante variante, quint64 serie = 0x123456) {
@@ -49,6 +45,13 @@ public:
         gaveta().criar(nome, numero, agora(), m_agora);
         por({nome});
     }
+    // Several together, each under its number.
+    void fazer(const QList<onewire::Rom> &numeros) {
+        QStringList nomes;
+        for (const onewire::Rom &numero : numeros)
+            fazer(nomes.emplaceBack(simulador::textoDoRom(numero)), numero);
+        por(nomes);
+    }
     void por(const QStringList &nomes) { gaveta().por(nomes); }
     void tirar() { por({}); }
 
@@ -60,10 +63,10 @@ public:
 
     int passoMs = 100;
     bool semAdaptador = false;
+    std::function<void(qint16 numero, qint16 tipo)> aoAbrir; // each time a port is tried
     std::shared_ptr<simulador::Linha> linha;
 
 private:
     QTemporaryDir m_pasta;
-    QDateTime m_inicio;
-    qint64 m_agora = 0;
+    qint64 m_agora = QDateTime(QDate(2026, 3, 2), QTime(9, 0, 30), Qt::UTC).toMSecsSinceEpoch();
 };

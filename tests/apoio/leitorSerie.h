@@ -11,7 +11,7 @@
 class LeitorSerie {
 public:
     explicit LeitorSerie(std::shared_ptr<simulador::Linha> linha) : m_linha(std::move(linha)), adaptador(*m_linha) {
-        aberto = m_pty.abrir();
+        m_pty.abrir();
         m_fio = std::thread([this] {
             while (!m_parar) {
                 {
@@ -44,7 +44,6 @@ private:
 
 public:
     simulador::Adaptador2480 adaptador;
-    bool aberto = false;
 
 private:
     simulador::Pty m_pty{adaptador};
