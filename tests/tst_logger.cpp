@@ -86,6 +86,7 @@ private Q_SLOTS:
 
         b.clicar("lblAssistente");
         b.clicar("cmdConcluir");
+        QVERIFY(b.controlo("cmdLer")->hasFocus()); // and not a text to read
         // The form has read back what is on the button.
         QVERIFY(b.visivel("FrameEstado"));
         QCOMPARE(b.texto("lblDescricaoRegistador"), u"dÁgua 1"_s);

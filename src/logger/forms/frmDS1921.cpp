@@ -245,9 +245,13 @@ void frmDS1921::accao(const char *fonte, Genero genero, const QString &mensagem,
     devolverFoco(foco);
 }
 
-// A button that was disabled meanwhile has handed the keyboard on to whatever came next.
+// A button that was disabled meanwhile has handed the keyboard on to whatever came next: a tab or a text to read.
 void frmDS1921::devolverFoco(QWidget *foco) {
-    if (!qobject_cast<pecas1921::Separador *>(focusWidget()) || qobject_cast<pecas1921::Separador *>(foco))
+    const auto porAcaso = [](QWidget *w) {
+        const auto *caixa = qobject_cast<QLineEdit *>(w);
+        return qobject_cast<pecas1921::Separador *>(w) || (caixa && caixa->isReadOnly());
+    };
+    if (!porAcaso(focusWidget()) || porAcaso(foco))
         return;
     if (foco && foco->isVisibleTo(this) && foco->isEnabled())
         foco->setFocus();
