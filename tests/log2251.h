@@ -113,8 +113,8 @@ inline QStringList logCompleto(int minutos, int desvio) {
 const QStringList tabelasDoLog{u"Temperaturas"_s,   u"Humidade"_s,        u"Medias"_s,
                                u"REGISTO_Inputs"_s, u"REGISTO_Outputs"_s, u"SensUI_Leituras"_s};
 
-inline QHash<QString, QStringList> tudo() {
-    QHash<QString, QStringList> t;
+inline QMap<QString, QStringList> tudo() {
+    QMap<QString, QStringList> t;
     for (const QString &nome : tabelasDoLog)
         t[nome] = tabela(nome);
     return t;

@@ -1,12 +1,9 @@
-
-
 // The list of units as a user works it, with virtual units behind.
 #include "data/ligacao.h"
 #include "platform/forms/registoForms.h"
 #include "poseidon/descarga/logBruto.h"
 #include "poseidon/forms/frmDescarregar2251.h"
 #include "poseidon/forms/registar.h"
-#include "tests/apoio/tabela.h"
 #include "tests/apoio/widgets.h"
 #include "tests/log2251.h"
 #include "tests/unidadesDeTeste.h"
@@ -20,24 +17,22 @@
 #include <QMenu>
 #include <QPointer>
 #include <QProgressBar>
-#include <QPushButton>
-#include <QTest>
 
 using simulador::Defeito;
 using simulador::Defeitos;
-using utilizador::clicar;
 using utilizador::controlo;
 using utilizador::tecla;
 
 namespace {
 
-std::unique_ptr<simulador::Unidade> unidade(const QString &endereco, Defeitos defeitos = {}) {
-    simulador::Definicao d;
-    d.endereco = endereco;
-    d.nome = u"Unidade "_s + endereco.section(u'.', -1);
-    d.registos = 100;
-    d.defeitos = defeitos;
-    return ligarUnidade(d);
+// A unit that the database knows, ticked.
+std::unique_ptr<simulador::Unidade> conhecida(Defeitos defeitos = {}, const QString &endereco = u"127.0.0.2"_s) {
+    auto u = ligarUnidade(definicao(defeitos, 100, endereco));
+    cnBD().executar(
+        u"INSERT INTO Poseidons (PoseidonIP, Nome, Modelo, Mac, Porta, m, VistrelS, ApagarLog, NLeiturasM) "
+        "VALUES (?,?,?,?,?,'AUT',1,0,3)"_s,
+        {u->endereco(), u->definicao().nome, u->definicao().modelo, u->definicao().mac, int(u->portaWeb())});
+    return u;
 }
 
 // The window as the menu opens it, once its first search is over.
@@ -50,11 +45,17 @@ struct Janela {
         esperarLivre();
     }
     ~Janela() { delete form; }
-    void esperarLivre(int ms = 15000) const {
+    void esperarLivre() const {
         QTest::qWait(1);
-        if (!utilizador::esperar([this] { return form->isEnabled(); }, ms))
+        if (!utilizador::esperar([this] { return form->isEnabled(); }, 15000))
             utilizador::desistir(u"the window never came back"_s);
     }
+    void clicar(const QString &botao) const { utilizador::clicar(form, botao); }
+    void descarregar() const {
+        clicar(u"cmdDescarregar"_s);
+        esperarLivre();
+    }
+    QString texto(const QString &caixa) const { return controlo<QLineEdit>(form, caixa)->text(); }
     GrelhaDispositivos *grelha() const { return controlo<GrelhaDispositivos>(form, u"grdDispositivos"_s); }
     QString celula(int linha, Coluna c) const {
         return grelha()->model()->index(linha - 1, int(c) - 1).data().toString();
@@ -85,13 +86,11 @@ struct Janela {
         return l->isVisible() ? l->text() : QString();
     }
     bool visivel(const QString &nome) const { return controlo<QWidget>(form, nome)->isVisible(); }
-    bool activo(const QString &nome) const { return controlo<QWidget>(form, nome)->isEnabled(); }
+    bool podeDescarregar() const { return controlo<QWidget>(form, u"cmdDescarregar"_s)->isEnabled(); }
     QPointer<frmDescarregar2251> form;
 };
 
 } // namespace
-
-Q_DECLARE_METATYPE(Coluna)
 
 class tst_descarregar : public QObject {
     Q_OBJECT
@@ -101,13 +100,11 @@ private Q_SLOTS:
         definir(u"PesquisaDuracao"_s, u"200"_s);
         definir(u"Pesquisa"_s, u"127.0.0.9:9"_s);
         definir(u"LogEspera"_s, u"500"_s);
-        m_abertos.clear();
     }
-
     void cleanup() { m_instalacao.reset(); }
 
     void pesquisaMarcaDescarrega() {
-        const auto u = unidade(u"127.0.0.2"_s);
+        const auto u = ligarUnidade();
         definir(u"Pesquisa"_s, u"127.0.0.2:"_s + QString::number(u->portaPesquisa()));
         bool menus = false;
         registoForms().alterarEstadosMenus = [&] { menus = true; };
@@ -115,40 +112,38 @@ private Q_SLOTS:
         QCOMPARE(j.grelha()->model()->rowCount(), 1);
         QCOMPARE(j.celula(1, Coluna::TIPO), u"Poseidon 2251"_s);
         QCOMPARE(j.celula(1, Coluna::DESCRICAO), u"Unidade 2"_s);
-        QVERIFY(!j.activo(u"cmdDescarregar"_s));
+        QVERIFY(!j.podeDescarregar());
         const auto cor = [&] { return j.grelha()->model()->index(0, 2).data(Qt::ForegroundRole); };
         QVERIFY(!cor().isValid());
         j.editar(1, Coluna::DESCRICAO, u"Outra"_s);
         QVERIFY(cor().value<QColor>().red() == 255); // differs from what the unit says
         j.irPara(1, Coluna::IP);
         tecla(j.grelha(), Qt::Key_Space);
-        QVERIFY(j.activo(u"cmdDescarregar"_s));
-        clicar(j.form, u"chkClearMemory"_s);
-        clicar(j.form, u"cmdDescarregar"_s);
+        QVERIFY(j.podeDescarregar());
+        j.clicar(u"chkClearMemory"_s);
+        j.clicar(u"cmdDescarregar"_s);
         QVERIFY(!j.form->isEnabled());
         QVERIFY(j.visivel(u"ProgressBar"_s));
-        const int valor = controlo<QProgressBar>(j.form, u"ProgressBar"_s)->value();
-        QTRY_VERIFY(controlo<QProgressBar>(j.form, u"ProgressBar"_s)->value() > valor);
+        const auto *barra = controlo<QProgressBar>(j.form, u"ProgressBar"_s);
+        const int valor = barra->value();
+        QTRY_VERIFY(barra->value() > valor);
         j.esperarLivre();
-        QVERIFY(!j.visivel(u"ProgressBar"_s));
+        QVERIFY(!barra->isVisible());
         QCOMPARE(j.info(), u"Dados tranferidos com sucesso"_s);
-        QCOMPARE(j.celula(1, Coluna::DSTAT), u"Dados tranferidos com sucesso"_s);
+        QCOMPARE(j.celula(1, Coluna::DSTAT), j.info());
         QVERIFY(menus);
         QVERIFY(log2251::tabela(u"Temperaturas"_s).size() > 100);
         QCOMPARE(u->registo().quantos(), 0);
 
         const QModelIndex marca = j.grelha()->model()->index(0, 0); // a click on the mark takes it away
         utilizador::clicarEm(j.grelha()->viewport(), j.grelha()->visualRect(marca).center());
-        QVERIFY(!j.activo(u"cmdDescarregar"_s));
-        QCOMPARE(j.form->lista().linha(1).SELECT, u"NAO"_s);
+        QVERIFY(!j.podeDescarregar());
     }
 
     void importarDoMenu() {
-        auto u = unidade(u"127.0.0.2"_s);
-        unidadeNaBase(*u);
+        auto u = conhecida();
         Janela j;
-        clicar(j.form, u"cmdDescarregar"_s);
-        j.esperarLivre();
+        j.descarregar();
         const auto daRede = log2251::tudo();
         QDirIterator ficheiros(logBruto::pasta(), QDir::Files, QDirIterator::Subdirectories);
         const QString bruto = ficheiros.next();
@@ -169,14 +164,11 @@ private Q_SLOTS:
     }
 
     void falhaFicaAVermelho() {
-        const auto mau = unidade(u"127.0.0.2"_s, {Defeito::LogSoma});
-        const auto bom = unidade(u"127.0.0.3"_s);
-        unidadeNaBase(*mau);
-        unidadeNaBase(*bom);
+        const auto mau = conhecida({Defeito::LogSoma});
+        const auto bom = conhecida({}, u"127.0.0.3"_s);
         Janela j;
         const int altura = j.grelha()->height();
-        clicar(j.form, u"cmdDescarregar"_s);
-        j.esperarLivre();
+        j.descarregar();
         const auto cor = [&] {
             return controlo<QLabel>(j.form, u"lblInfoDesc"_s)->palette().color(QPalette::WindowText);
         };
@@ -187,109 +179,76 @@ private Q_SLOTS:
         j.irPara(2, Coluna::IP);
         QCOMPARE(j.info(), u"Dados tranferidos com sucesso"_s);
         QCOMPARE(cor(), j.form->palette().color(QPalette::WindowText));
+        QCOMPARE(bom->registo().quantos(), 100); // nobody asked for its erasure
     }
 
     void semRede() {
         estado().ambiente.redeLigada = [] { return false; };
-        const auto u = unidade(u"127.0.0.2"_s);
-        unidadeNaBase(*u);
+        const auto u = conhecida();
         m_instalacao->dialogos.esperarMensagem(u"A rede está acessível"_s); // the words that have always stood there
         Janela j;
         QTRY_COMPARE(m_instalacao->dialogos.textos.size(), 1);
         QVERIFY(j.form->isEnabled());
-        QVERIFY(j.activo(u"cmdDescarregar"_s));
+        QVERIFY(j.podeDescarregar());
         m_instalacao->dialogos.esperarMensagem(u"A rede está inacessível"_s);
         utilizador::escrever(j.form, u"txtTexto"_s, u"127.0.0.2"_s);
-        clicar(j.form, u"cmdConectar"_s);
+        j.clicar(u"cmdConectar"_s);
     }
 
-    void editarCelulas_data() {
-        // fica: cell and table
-        const Tabela<Coluna, QString, QString> caso("coluna", "texto", "fica");
-        caso("address", Coluna::IP, u"127.0.0.20"_s, u"127.0.0.20"_s);
-        caso("address that is a name", Coluna::IP, u"servidor"_s, u"127.0.0.2"_s);
-        caso("address of another row", Coluna::IP, u"127.0.0.3"_s, u"127.0.0.2"_s);
-        caso("address of a unit that is not listed", Coluna::IP, u"127.0.0.5"_s, u"127.0.0.2"_s);
-        caso("port", Coluna::PORTA, u"8081"_s, u"8081"_s);
-        caso("letters in a port", Coluna::PORTA, u"8a0b8x2"_s, u"8082"_s);
-        caso("port too large", Coluna::PORTA, u"70000"_s, {});
-        caso("empty port", Coluna::PORTA, {}, {});
-        caso("name", Coluna::DESCRICAO, u"O'Câmara"_s, u"O'Câmara"_s);
-        caso("long name", Coluna::DESCRICAO, u"ABCDEFGHIJKLMNOPQRS"_s, u"ABCDEFGHIJKLMNO"_s);
-    }
     void editarCelulas() {
-        const auto a = unidade(u"127.0.0.2"_s);
-        const auto b = unidade(u"127.0.0.3"_s);
-        unidadeNaBase(*a);
-        unidadeNaBase(*b);
+        const auto a = conhecida();
+        const auto b = conhecida({}, u"127.0.0.3"_s);
         cnBD().executar(u"INSERT INTO Poseidons (PoseidonIP, Nome, Modelo) VALUES ('127.0.0.5', 'Outro', 10)"_s);
         Janela j;
-        QFETCH(Coluna, coluna);
-        QFETCH(QString, texto);
-        QFETCH(QString, fica);
-        if (fica.isEmpty())
-            fica = QString::number(a->portaWeb());
-        const QString antes = j.celula(1, coluna);
-        j.editar(1, coluna, texto, Qt::Key_Escape);
-        QCOMPARE(j.celula(1, coluna), antes);
-        j.editar(1, coluna, texto);
-        QCOMPARE(j.celula(1, coluna), fica);
-        const QString campo = coluna == Coluna::IP ? u"PoseidonIP"_s : coluna == Coluna::PORTA ? u"Porta"_s : u"Nome"_s;
-        const QVariantList guardado = m_instalacao->linha(u"SELECT %1 FROM Poseidons WHERE rowid = 1"_s.arg(campo));
-        QCOMPARE(guardado.value(0).toString(), fica);
-        QCOMPARE(m_instalacao->linha(u"SELECT COUNT(*) FROM Poseidons"_s).value(0).toInt(), 3);
+        const std::tuple<Coluna, QString, QString> casos[] = {
+            // typed, and what then stands in cell and table
+            {Coluna::DESCRICAO, u"O'Câmara"_s, u"O'Câmara"_s},
+            {Coluna::DESCRICAO, u"ABCDEFGHIJKLMNOPQRS"_s, u"ABCDEFGHIJKLMNO"_s},
+            {Coluna::PORTA, u"8a0b8x2"_s, u"8082"_s},
+            {Coluna::PORTA, u"70000"_s, u"8082"_s},
+            {Coluna::PORTA, {}, u"8082"_s},
+            {Coluna::IP, u"servidor"_s, u"127.0.0.2"_s},
+            {Coluna::IP, u"127.0.0.3"_s, u"127.0.0.2"_s}, // of another row
+            {Coluna::IP, u"127.0.0.5"_s, u"127.0.0.2"_s}, // of a unit that is not listed
+            {Coluna::IP, u"127.0.0.20"_s, u"127.0.0.20"_s},
+        };
+        for (const auto &[coluna, texto, fica] : casos) {
+            const QString antes = j.celula(1, coluna);
+            j.editar(1, coluna, texto, Qt::Key_Escape);
+            QCOMPARE(j.celula(1, coluna), antes);
+            j.editar(1, coluna, texto);
+            QCOMPARE(j.celula(1, coluna), fica);
+            QCOMPARE(log2251::conteudo(u"SELECT PoseidonIP, Porta, Nome FROM Poseidons"_s),
+                     QStringList({j.celula(1, Coluna::IP) + u'|' + j.celula(1, Coluna::PORTA) + u'|' +
+                                      j.celula(1, Coluna::DESCRICAO),
+                                  u"127.0.0.3|%1|Unidade 3"_s.arg(b->portaWeb()), u"127.0.0.5|~|Outro"_s}));
+        }
     }
 
-    void opcoesDaLinha() {
-        const auto u = unidade(u"127.0.0.2"_s);
-        unidadeNaBase(*u);
-        Janela j;
-        QCOMPARE(controlo<QLineEdit>(j.form, u"txtNMedias"_s)->text(), u"3"_s);
-        utilizador::escrever(j.form, u"txtNMedias"_s, u"1x2"_s);
-        j.grelha()->setFocus();
-        QCOMPARE(j.celula(1, Coluna::NLEITURAS), u"12"_s);
-        clicar(j.form, u"chkClearMemory"_s);
-        QCOMPARE(m_instalacao->linha(u"SELECT NLeiturasM, ApagarLog FROM Poseidons"_s),
-                 QVariantList({u"12"_s, u"1"_s}));
-        utilizador::escrever(j.form, u"txtNMedias"_s, {});
-        j.grelha()->setFocus();
-        QCOMPARE(j.celula(1, Coluna::NLEITURAS), u"1"_s);
-        QCOMPARE(j.form->lista().linha(1).BLNERASELOG, u"1"_s);
-    }
-
-    void adicionarRemoto_data() {
-        // endereco: %1 the port
-        const Tabela<QString, Defeitos, bool> caso("endereco", "defeitos", "entra");
-        caso("address and port", u"127.0.0.2:%1"_s, {}, true);
-        caso("as a browser shows it", u"http://127.0.0.2:%1/"_s, {}, true);
-        caso("nobody there", u"127.0.0.99:%1"_s, {}, false);
-        caso("no unit", u"127.0.0.2:%1"_s, {Defeito::XmlSemElementos}, false);
-    }
     void adicionarRemoto() {
-        QFETCH(QString, endereco);
-        QFETCH(Defeitos, defeitos);
-        QFETCH(bool, entra);
-        const auto u = unidade(u"127.0.0.2"_s, defeitos);
+        const auto u = ligarUnidade({Defeito::XmlSemElementos});
+        const QString porta = QString::number(u->portaWeb());
         Janela j;
-        const QString pedido = endereco.contains(u"%1") ? endereco.arg(u->portaWeb()) : endereco;
-        utilizador::escrever(j.form, u"txtTexto"_s, pedido);
-        clicar(j.form, u"cmdConectar"_s);
-        QVERIFY(!j.form->isEnabled());
-        QVERIFY(j.visivel(u"imgConnect"_s));
-        QCOMPARE(controlo<QLabel>(j.form, u"imgConnect"_s)->property("Tag").toString() == u"1", entra);
-        j.esperarLivre();
-        QVERIFY(!j.visivel(u"imgConnect"_s));
-        QCOMPARE(j.grelha()->model()->rowCount(), entra ? 1 : 0);
-        QCOMPARE(controlo<QLineEdit>(j.form, u"txtTexto"_s)->text(), entra ? QString() : pedido);
-        QCOMPARE(j.info().isEmpty(), entra);
-        if (!entra)
-            return;
+        const auto conectar = [&](const QString &endereco, bool entra) {
+            utilizador::escrever(j.form, u"txtTexto"_s, endereco);
+            j.clicar(u"cmdConectar"_s);
+            QVERIFY(!j.form->isEnabled());
+            QVERIFY(j.visivel(u"imgConnect"_s));
+            QCOMPARE(controlo<QLabel>(j.form, u"imgConnect"_s)->property("Tag").toString() == u"1", entra);
+            j.esperarLivre();
+            QVERIFY(!j.visivel(u"imgConnect"_s));
+            QCOMPARE(j.grelha()->model()->rowCount(), entra ? 1 : 0);
+            QCOMPARE(j.texto(u"txtTexto"_s), entra ? QString() : endereco);
+            QCOMPARE(j.info().isEmpty(), entra);
+        };
+        conectar(u"127.0.0.99:"_s + porta, false);
+        conectar(u"127.0.0.2:"_s + porta, false); // not what a unit sends
+        u->definirDefeitos({});
+        conectar(u"http://127.0.0.2:%1/"_s.arg(porta), true); // as a browser shows it
         QCOMPARE(j.celula(1, Coluna::UDP), u"R"_s);
-        QCOMPARE(j.celula(1, Coluna::IP), u"127.0.0.2:%1"_s.arg(u->portaWeb()));
+        QCOMPARE(j.celula(1, Coluna::IP), u"127.0.0.2:"_s + porta);
         tecla(j.grelha(), Qt::Key_Space); // the mark of a new row is no tick
-        QVERIFY(j.activo(u"cmdDescarregar"_s));
-        clicar(j.form, u"cmdDescarregar"_s);
-        j.esperarLivre();
+        j.descarregar();
         QCOMPARE(j.celula(1, Coluna::DSTAT), u"Dados tranferidos com sucesso"_s);
     }
 
@@ -305,84 +264,19 @@ private Q_SLOTS:
         QTRY_VERIFY(luz->property("Tag").toString() != cor);
         QTRY_VERIFY(form->isEnabled());
         QVERIFY(!luz->isVisible());
-        clicar(form, u"cmdPesquisar"_s);
+        utilizador::clicar(form, u"cmdPesquisar"_s);
         QVERIFY(!form->isEnabled());
         delete form.data(); // in the middle of a search
     }
 
-    void explorador() {
-        const auto u = unidade(u"127.0.0.2"_s);
-        unidadeNaBase(*u);
+    void menuDaLinha() {
+        const auto u = conhecida();
+        definir(u"PortaConsola"_s, u"8099"_s);
         Janela j;
         QDesktopServices::setUrlHandler(u"http"_s, this, "abrirEndereco");
         j.menu(1, u"mnuInternetExplorer"_s);
         QDesktopServices::unsetUrlHandler(u"http"_s);
-        QCOMPARE(m_abertos, QStringList(u"http://127.0.0.2:%1"_s.arg(u->portaWeb())));
-    }
-
-    void acertarRelogio() {
-        const auto u = unidade(u"127.0.0.2"_s);
-        u->registo().acertar(estado().ambiente.agora().addSecs(-7200));
-        definir(u"PortaConsola"_s, QString::number(u->portaConsola()));
-        unidadeNaBase(*u);
-        Janela j;
-        j.form->definirTempos({20, 1500, 50});
-        m_instalacao->dialogos.responderPergunta(false, u"serão eliminadas."_s);
-        clicar(j.form, u"cmdActualizar"_s);
-        QCOMPARE(u->registo().quantos(), 100);
-        m_instalacao->dialogos.responderPergunta(true, u"ATENÇÃO,\nSe actualizar"_s);
-        m_instalacao->dialogos.esperarMensagem(u"Data\\hora actualizada: 15/03/2024 10:20:30"_s);
-        clicar(j.form, u"cmdActualizar"_s);
-        j.esperarLivre();
-        QCOMPARE(m_instalacao->dialogos.estilos.last(), Dialogos::Estilo::Informacao);
-        QCOMPARE(u->registo().quantos(), 0);
-        QVERIFY(!j.visivel(u"ProgressBar"_s));
-        u->definirDefeitos({Defeito::ConsolaMuda});
-        m_instalacao->dialogos.responderPergunta(true);
-        m_instalacao->dialogos.esperarMensagem(u"Erro ao actualizar a data\\hora: 5"_s);
-        clicar(j.form, u"cmdActualizar"_s);
-        j.esperarLivre();
-        QCOMPARE(m_instalacao->dialogos.estilos.last(), Dialogos::Estilo::Critico);
-    }
-
-    void lugarEDefinicoes() {
-        const auto u = unidade(u"127.0.0.2"_s);
-        unidadeNaBase(*u);
-        {
-            Janela j;
-            j.form->move(120, 90);
-            clicar(j.form, u"chkClearMemory"_s);
-            j.form->close();
-            QTRY_VERIFY(j.form.isNull());
-        }
-        const auto lido = [](const QString &seccao, const QString &chave) {
-            return modINI::GetSetting(u"Vistrel"_s, seccao, chave);
-        };
-        QCOMPARE(lido(u"D2251"_s, u"Navg"_s), u"3"_s);
-        QCOMPARE(lido(u"D2251"_s, u"Clear"_s), u"1"_s);
-        QCOMPARE(lido(u"FORMS"_s, u"frmDescarregar2251TOP"_s), QString::number(90 * 15));
-        Janela j;
-        QCOMPARE(j.form->pos(), QPoint(120, 90));
-        QVERIFY(controlo<QCheckBox>(j.form, u"chkClearMemory"_s)->isChecked()); // of the row
-    }
-
-    void fecharADescarregar() {
-        const auto u = unidade(u"127.0.0.2"_s, {Defeito::LogPara});
-        unidadeNaBase(*u);
-        Janela j;
-        clicar(j.form, u"cmdDescarregar"_s);
-        QTest::qWait(150);
-        j.form->close();
-        QTRY_VERIFY(j.form.isNull());
-        QTest::qWait(600); // what would have come does no harm
-        QCOMPARE(u->registo().quantos(), 100);
-    }
-
-    void abrirTerminal() {
-        const auto u = unidade(u"127.0.0.2"_s);
-        unidadeNaBase(*u);
-        definir(u"PortaConsola"_s, u"8099"_s);
-        Janela j;
+        QCOMPARE(m_aberto, u"http://127.0.0.2:%1"_s.arg(u->portaWeb()));
         j.menu(1, u"mnuTelnet"_s);
         const QPointer<QWidget> form = utilizador::form(u"frmTelnet"_s);
         QVERIFY(form);
@@ -392,18 +286,67 @@ private Q_SLOTS:
         QTRY_VERIFY(form.isNull());
     }
 
+    void acertarRelogio() {
+        const auto u = conhecida();
+        u->registo().acertar(estado().ambiente.agora().addSecs(-7200));
+        definir(u"PortaConsola"_s, QString::number(u->portaConsola()));
+        Janela j;
+        j.form->definirTempos({20, 1500, 50});
+        m_instalacao->dialogos.responderPergunta(false, u"serão eliminadas."_s);
+        j.clicar(u"cmdActualizar"_s);
+        QCOMPARE(u->registo().quantos(), 100);
+        m_instalacao->dialogos.responderPergunta(true, u"ATENÇÃO,\nSe actualizar"_s);
+        m_instalacao->dialogos.esperarMensagem(u"Data\\hora actualizada: 15/03/2024 10:20:30"_s);
+        j.clicar(u"cmdActualizar"_s);
+        j.esperarLivre();
+        QCOMPARE(m_instalacao->dialogos.estilos.last(), Dialogos::Estilo::Informacao);
+        QCOMPARE(u->registo().quantos(), 0);
+        QVERIFY(!j.visivel(u"ProgressBar"_s));
+        u->definirDefeitos({Defeito::ConsolaMuda});
+        m_instalacao->dialogos.responderPergunta(true);
+        m_instalacao->dialogos.esperarMensagem(u"Erro ao actualizar a data\\hora: 5"_s);
+        j.clicar(u"cmdActualizar"_s);
+        j.esperarLivre();
+        QCOMPARE(m_instalacao->dialogos.estilos.last(), Dialogos::Estilo::Critico);
+    }
+
+    void opcoesELugar() {
+        const auto u = conhecida({Defeito::LogPara});
+        {
+            Janela j;
+            j.form->move(120, 90);
+            QCOMPARE(j.texto(u"txtNMedias"_s), u"3"_s);
+            utilizador::escrever(j.form, u"txtNMedias"_s, {});
+            j.grelha()->setFocus();
+            QCOMPARE(j.celula(1, Coluna::NLEITURAS), u"1"_s);
+            utilizador::escrever(j.form, u"txtNMedias"_s, u"1x2"_s);
+            j.grelha()->setFocus();
+            QCOMPARE(j.celula(1, Coluna::NLEITURAS), u"12"_s);
+            j.clicar(u"chkClearMemory"_s);
+            QCOMPARE(log2251::conteudo(u"SELECT NLeiturasM, ApagarLog FROM Poseidons"_s), QStringList(u"12|1"_s));
+            j.clicar(u"cmdDescarregar"_s);
+            QTest::qWait(150);
+            j.form->close();
+            QTRY_VERIFY(j.form.isNull());
+            QTest::qWait(600); // what would have come does no harm
+            QCOMPARE(u->registo().quantos(), 100);
+        }
+        const auto lido = [](const QString &seccao, const QString &chave) {
+            return modINI::GetSetting(u"Vistrel"_s, seccao, chave);
+        };
+        QCOMPARE(lido(u"D2251"_s, u"Navg"_s), u"12"_s);
+        QCOMPARE(lido(u"D2251"_s, u"Clear"_s), u"1"_s);
+        QCOMPARE(lido(u"FORMS"_s, u"frmDescarregar2251TOP"_s), QString::number(90 * 15));
+        Janela j;
+        QCOMPARE(j.form->pos(), QPoint(120, 90));
+        QVERIFY(controlo<QCheckBox>(j.form, u"chkClearMemory"_s)->isChecked()); // of the row
+    }
+
 public Q_SLOTS:
-    void abrirEndereco(const QUrl &url) { m_abertos.append(url.toString()); }
+    void abrirEndereco(const QUrl &url) { m_aberto = url.toString(); }
 
 private:
-    void unidadeNaBase(const simulador::Unidade &u) {
-        cnBD().executar(
-            u"INSERT INTO Poseidons (PoseidonIP, Nome, Modelo, Mac, Porta, m, VistrelS, ApagarLog, NLeiturasM) "
-            "VALUES (?,?,?,?,?,'AUT',1,0,3)"_s,
-            {u.endereco(), u.definicao().nome, u.definicao().modelo, u.definicao().mac, int(u.portaWeb())});
-    }
-    QStringList m_abertos;
-
+    QString m_aberto;
     std::unique_ptr<log2251::BaseRapida> m_instalacao;
 };
 

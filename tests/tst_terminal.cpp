@@ -1,10 +1,7 @@
-
-
 // The terminal as a user works it, with a server that keeps what it receives.
 #include "core/estado.h"
 #include "platform/forms/registoForms.h"
 #include "poseidon/forms/registar.h"
-#include "tests/apoio/tabela.h"
 #include "tests/apoio/widgets.h"
 #include "tests/log2251.h"
 
@@ -56,18 +53,13 @@ private Q_SLOTS:
         auto *linha = controlo<QLineEdit>(form, u"txtLinha"_s);
         clicar(form, u"cmdLigar"_s);
         QTRY_COMPARE(log->toPlainText(), u"Poseidon\n> "_s);
-        const auto enviar = [&](const QString &texto) {
+        for (const QString &texto : {u"y"_s, u"list é"_s, u" "_s}) {
             utilizador::escrever(form, u"txtLinha"_s, texto);
             tecla(linha, Qt::Key_Return);
-        };
-        enviar(u"y"_s);
-        QTRY_COMPARE(recebido, QByteArray("y")); // no line end behind a menu's key
-        QVERIFY(log->toPlainText().endsWith(u">y\n"));
-        QCOMPARE(linha->text(), QString());
-        enviar(u"list é"_s);
-        QTRY_COMPARE(recebido, QByteArray("ylist \xE9\r\n"));
-        enviar(u" "_s);
-        QTRY_COMPARE(recebido, QByteArray("ylist \xE9\r\n\r\n"));
+            QVERIFY(log->toPlainText().endsWith(u'>' + texto + u'\n'));
+            QCOMPARE(linha->text(), QString());
+        }
+        QTRY_COMPARE(recebido, QByteArray("ylist \xE9\r\n\r\n")); // no line end behind a menu's key
 
         tecla(linha, Qt::Key_Up);
         tecla(linha, Qt::Key_Up);
@@ -106,19 +98,15 @@ private Q_SLOTS:
         delete form.data();
     }
 
-    void enderecoDeComeco_data() {
-        const Tabela<QString, QString, QString, QString> caso("endereco", "porta", "caixa", "caixaPorta");
-        caso("address", u"10.0.0.5"_s, u"2001"_s, u"10.0.0.5"_s, u"2001"_s);
-        caso("none", {}, {}, u"192.168.1."_s, u"99"_s);
-        caso("name and port", u"casa.exemplo:81"_s, u"x"_s, u"192.168.1."_s, u"99"_s);
-    }
     void enderecoDeComeco() {
-        QFETCH(QString, endereco);
-        QFETCH(QString, porta);
-        const QPointer<QWidget> form = abrir(endereco, porta);
-        QTEST(controlo<QLineEdit>(form, u"txtEndereco"_s)->text(), "caixa");
-        QTEST(controlo<QLineEdit>(form, u"txtPorta"_s)->text(), "caixaPorta");
-        delete form.data();
+        const QString casos[][4] = {{u"10.0.0.5"_s, u"2001"_s, u"10.0.0.5"_s, u"2001"_s},
+                                    {u"casa.exemplo:81"_s, u"x"_s, u"192.168.1."_s, u"99"_s}};
+        for (const auto &[endereco, porta, caixa, caixaPorta] : casos) {
+            const QPointer<QWidget> form = abrir(endereco, porta);
+            QCOMPARE(controlo<QLineEdit>(form, u"txtEndereco"_s)->text(), caixa);
+            QCOMPARE(controlo<QLineEdit>(form, u"txtPorta"_s)->text(), caixaPorta);
+            delete form.data();
+        }
     }
 
 private:

@@ -9,7 +9,6 @@
 #include "tests/apoio/tabela.h"
 #include "tests/unidadesDeTeste.h"
 
-#include <QPointer>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QSignalSpy>
@@ -21,12 +20,32 @@ using simulador::Defeitos;
 
 namespace {
 
-QList<rede::Destino> destinosDe(const std::vector<std::unique_ptr<simulador::Unidade>> &unidades) {
-    QList<rede::Destino> destinos;
-    for (const auto &u : unidades)
-        destinos.append({QHostAddress(u->endereco()), u->portaPesquisa(), {}});
-    return destinos;
-}
+// A search that asks units with these faults, at 127.0.0.2 and up, as the settings tell it to.
+struct Busca {
+    Busca(const QList<Defeitos> &defeitos, int ms) {
+        QStringList lista;
+        for (const Defeitos &d : defeitos) {
+            unidades.push_back(ligarUnidade(definicao(d, 200, u"127.0.0.%1"_s.arg(unidades.size() + 2))));
+            lista += unidades.back()->endereco() + u':' + QString::number(unidades.back()->portaPesquisa());
+        }
+        definir(u"Pesquisa"_s, lista.join(u','));
+        definir(u"PesquisaDuracao"_s, QString::number(ms));
+    }
+    // The addresses found.
+    QStringList procurar() {
+        objecto->pesquisar();
+        if (!objecto->aPesquisar() || !fim.wait(3000))
+            return {u"no end"_s};
+        QStringList enderecos;
+        for (int i = 0; objecto->seleccionar(i); ++i)
+            enderecos.append(objecto->endereco());
+        enderecos.sort();
+        return enderecos;
+    }
+    std::vector<std::unique_ptr<simulador::Unidade>> unidades;
+    std::unique_ptr<UdpSetup> objecto = novoUdpSetup();
+    QSignalSpy fim{objecto.get(), &UdpSetup::OnSearch};
+};
 
 } // namespace
 
@@ -36,25 +55,16 @@ private Q_SLOTS:
     void init() { m_instalacao = std::make_unique<Instalacao>(Instalacao::Base::Nenhuma); }
     void cleanup() { m_instalacao.reset(); }
 
-    void lista_data() {
-        const Tabela<QString, QStringList, int> caso("texto", "destinos", "invalidos");
-        caso("one, usual port", u"192.168.1.255"_s, {u"192.168.1.255:22510"_s}, 0);
-        caso("ports and separators", u"127.0.0.2:5000, 127.0.0.3;127.0.0.4 "_s,
-             {u"127.0.0.2:5000"_s, u"127.0.0.3:22510"_s, u"127.0.0.4:22510"_s}, 0);
-        caso("twice the same", u"127.0.0.2 127.0.0.2"_s, {u"127.0.0.2:22510"_s}, 0);
-        caso("short forms go nowhere", u"127.1 10 0x7f000001 10.0.0 10.0.0.256"_s, {}, 5);
-        caso("names and bad ports", u"casa ::1 10.0.0.1:0 10.0.0.1:70000 10.0.0.1:"_s, {}, 5);
-        caso("empty", {}, {}, 0);
-    }
     void lista() {
-        QFETCH(QString, texto);
-        const rede::ListaDePesquisa lida = rede::lerLista(texto);
+        const rede::ListaDePesquisa lida =
+            rede::lerLista(u"127.0.0.2:5000, 127.0.0.3;127.0.0.4 127.0.0.3 " // one twice
+                           "127.1 10 0x7f000001 10.0.0 10.0.0.256 "          // short forms go nowhere
+                           "casa ::1 10.0.0.1:0 10.0.0.1:70000 10.0.0.1:"_s);
         QStringList destinos;
         for (const rede::Destino &d : lida.destinos)
             destinos.append(d.endereco.toString() + u':' + QString::number(d.porta));
-        QTEST(destinos, "destinos");
-        QTEST(int(lida.invalidos.size()), "invalidos");
-        QVERIFY(lida.definida);
+        QCOMPARE(destinos, QStringList({u"127.0.0.2:5000"_s, u"127.0.0.3:22510"_s, u"127.0.0.4:22510"_s}));
+        QCOMPARE(lida.invalidos.size(), 10);
     }
 
     void listaDasDefinicoes() {
@@ -62,12 +72,8 @@ private Q_SLOTS:
         definir(u"Pesquisa"_s, {});
         QVERIFY(rede::listaDasDefinicoes().definida); // asked to search nowhere, which is not everywhere
         // The store gives 512 characters; the cut must not turn 10.0.0.25 into 10.0.0.2.
-        QString longa;
-        while (longa.size() < 504)
-            longa += u"10.10.10.10:9999,"_s.left(std::min<qsizetype>(17, 504 - longa.size()));
-        definir(u"Pesquisa"_s, longa.replace(503, 1, u","_s) + u"10.0.0.25"_s);
-        for (const rede::Destino &d : rede::listaDasDefinicoes().destinos)
-            QVERIFY2(d.endereco != QHostAddress(u"10.0.0.2"_s), qPrintable(d.endereco.toString()));
+        definir(u"Pesquisa"_s, u"10.0.0.1"_s.leftJustified(504, u',') + u"10.0.0.25"_s);
+        QCOMPARE(rede::listaDasDefinicoes().destinos.size(), 1);
         QCOMPARE(rede::portaDaConsola(), quint16(99));
         definir(u"PortaConsola"_s, u"2099"_s);
         QCOMPARE(rede::portaDaConsola(), quint16(2099));
@@ -77,37 +83,30 @@ private Q_SLOTS:
 
     void destinosERede_data() {
         // lista: "-": none; destinos: "to from local"
-        const Tabela<QString, QStringList, QStringList, bool> caso("lista", "interfaces", "destinos", "ligada");
-        const QStringList lo{u"lo up loop 127.0.0.1"_s};
-        const QStringList duas = lo + QStringList{u"a up cast 10.0.0.5"_s, u"b up cast 10.1.0.5 10.2.0.5"_s};
-        caso("none: every interface that is up", u"-"_s, duas,
+        const Tabela<QString, QList<rede::Interface>, QStringList, bool> caso("lista", "interfaces", "destinos",
+                                                                              "ligada");
+        const QHostAddress local(u"10.0.0.5"_s);
+        const rede::Interface lo{u"lo"_s, true, true, false, {QHostAddress(u"127.0.0.1"_s)}};
+        const rede::Interface a{u"a"_s, true, false, true, {local}};
+        const rede::Interface b{u"b"_s, true, false, true, {QHostAddress(u"10.1.0.5"_s), QHostAddress(u"10.2.0.5"_s)}};
+        caso("none: every interface that is up", u"-"_s, {lo, a, b},
              {u"255.255.255.255 10.0.0.5"_s, u"255.255.255.255 10.1.0.5"_s, u"255.255.255.255 10.2.0.5"_s}, true);
-        caso("none: one that is down", u"-"_s, lo + QStringList{u"a cast 10.0.0.5"_s}, {}, false);
-        caso("none: no broadcast there", u"-"_s, {u"p up 10.0.0.5"_s}, {}, true);
-        caso("up without address", u"-"_s, {u"a up cast"_s}, {}, false);
-        caso("loopback list", u"127.0.0.2"_s, lo, {u"127.0.0.2 "_s}, true);
-        caso("mixed list", u"127.0.0.2 10.0.0.9"_s, lo, {u"127.0.0.2 "_s, u"10.0.0.9 "_s}, false);
-        caso("empty list", u""_s, duas, {}, true);
-        caso("nothing at all", u"127.0.0.2"_s, {}, {u"127.0.0.2 "_s}, false);
+        caso("none: one that is down", u"-"_s, {lo, {u"a"_s, false, false, true, {local}}}, {}, false);
+        caso("none: no broadcast there", u"-"_s, {{u"p"_s, true, false, false, {local}}}, {}, true);
+        caso("up without address", u"-"_s, {{u"a"_s, true, false, true, {}}}, {}, false);
+        caso("loopback list", u"127.0.0.2"_s, {lo}, {u"127.0.0.2 "_s}, true);
+        caso("mixed list", u"127.0.0.2 10.0.0.9"_s, {lo}, {u"127.0.0.2 "_s, u"10.0.0.9 "_s}, false);
+        caso("empty list", u""_s, {lo, a}, {}, true);
     }
     void destinosERede() {
         QFETCH(QString, lista);
-        QFETCH(QStringList, interfaces);
-        QList<rede::Interface> redes;
-        for (const QString &texto : std::as_const(interfaces)) {
-            QStringList partes = texto.split(u' ');
-            const auto tem = [&partes](const QString &marca) { return partes.removeAll(marca) > 0; };
-            rede::Interface i{partes.takeFirst(), tem(u"up"_s), tem(u"loop"_s), tem(u"cast"_s), {}};
-            for (const QString &endereco : std::as_const(partes))
-                i.enderecos.append(QHostAddress(endereco));
-            redes.append(i);
-        }
+        QFETCH(QList<rede::Interface>, interfaces);
         const rede::ListaDePesquisa lida = lista == u"-" ? rede::ListaDePesquisa() : rede::lerLista(lista);
         QStringList destinos;
-        for (const rede::Destino &d : rede::destinos(lida, redes))
+        for (const rede::Destino &d : rede::destinos(lida, interfaces))
             destinos.append(d.endereco.toString() + u' ' + d.origem.toString());
         QTEST(destinos, "destinos");
-        QTEST(rede::redeLigada(lida, redes), "ligada");
+        QTEST(rede::redeLigada(lida, interfaces), "ligada");
     }
 
     void resolver() {
@@ -121,143 +120,92 @@ private Q_SLOTS:
     }
 
     void pesquisaEncontraCadaUnidadeUmaVez() {
-        const Defeitos defeitos[] = {{},
-                                     {Defeito::BuscaDupla},
-                                     {Defeito::BuscaMalformada},
-                                     {Defeito::BuscaGrande},
-                                     {Defeito::BuscaMuda},
-                                     {Defeito::BuscaTardia}};
-        std::vector<std::unique_ptr<simulador::Unidade>> unidades;
-        for (const Defeitos &d : defeitos)
-            unidades.push_back(ligarUnidade(u"127.0.0.%1"_s.arg(unidades.size() + 2), d));
-        const auto busca = novoUdpSetup();
-        busca->definirDestinos(destinosDe(unidades));
-        busca->definirDuracao(500);
-        QSignalSpy fim(busca.get(), &UdpSetup::OnSearch);
-        for (int vez = 0; vez < 2; ++vez) { // the second search begins anew
-            busca->pesquisar();
-            QVERIFY(busca->aPesquisar());
-            QTRY_COMPARE(fim.count(), vez + 1);
-            QStringList enderecos;
-            for (int i = 0; busca->seleccionar(i); ++i)
-                enderecos.append(busca->endereco());
-            enderecos.sort();
-            QCOMPARE(enderecos, QStringList({u"127.0.0.2"_s, u"127.0.0.3"_s, u"127.0.0.7"_s}));
-            QCOMPARE(busca->nDispositivos(), 3);
+        Busca busca({{},
+                     {Defeito::BuscaDupla},
+                     {Defeito::BuscaMalformada},
+                     {Defeito::BuscaGrande},
+                     {Defeito::BuscaMuda},
+                     {Defeito::BuscaTardia}},
+                    500);
+        const QStringList encontradas{u"127.0.0.2"_s, u"127.0.0.3"_s, u"127.0.0.7"_s};
+        QCOMPARE(busca.procurar(), encontradas);
+        QCOMPARE(busca.procurar(), encontradas); // the second search begins anew
+        UdpSetup &b = *busca.objecto;
+        QCOMPARE(b.nDispositivos(), 3);
+        for (int i = 0; b.seleccionar(i) && b.endereco() != u"127.0.0.2"; ++i) {
         }
-        for (int i = 0; busca->seleccionar(i) && busca->endereco() != u"127.0.0.2"; ++i) {
-        }
-        QCOMPARE(busca->mac(), unidades[0]->definicao().mac);
-        QCOMPARE(busca->nome(), unidades[0]->definicao().nome);
-        QCOMPARE(busca->firmware(), unidades[0]->definicao().firmware);
-        QCOMPARE(busca->modelo(), qint16(4));
-        QCOMPARE(busca->porta(), unidades[0]->portaWeb());
-        QVERIFY(!busca->seleccionar(3) && busca->mac().isEmpty());
+        const simulador::Unidade &u = *busca.unidades[0];
+        QCOMPARE(QStringList({b.mac(), b.nome(), b.firmware()}),
+                 QStringList({u.definicao().mac, u.definicao().nome, u.definicao().firmware}));
+        QCOMPARE(b.modelo(), qint16(4));
+        QCOMPARE(b.porta(), u.portaWeb());
+        QVERIFY(!b.seleccionar(3) && b.mac().isEmpty());
     }
 
     void pesquisaRespeitaALista() {
-        const auto perguntada = ligarUnidade(u"127.0.0.2"_s, {});
-        const auto outra = ligarUnidade(u"127.0.0.3"_s, {});
-        definir(u"Pesquisa"_s, u"127.0.0.2:"_s + QString::number(perguntada->portaPesquisa()));
-        definir(u"PesquisaDuracao"_s, u"200"_s);
-        const auto busca = novoUdpSetup();
-        QSignalSpy fim(busca.get(), &UdpSetup::OnSearch);
-        busca->pesquisar();
-        QVERIFY(fim.wait(1000));
-        QCOMPARE(busca->nDispositivos(), 1);
-        QCOMPARE(perguntada->perguntas(), 3); // asked again, in case a datagram was lost
-        QCOMPARE(outra->perguntas(), 0);
-        busca->pesquisar();
-        busca->parar();
-        QVERIFY(!fim.wait(300));
+        Busca busca({{}, {}}, 200);
+        definir(u"Pesquisa"_s, u"127.0.0.2:%1"_s.arg(busca.unidades[0]->portaPesquisa()));
+        QCOMPARE(busca.procurar(), QStringList(u"127.0.0.2"_s));
+        QCOMPARE(busca.unidades[0]->perguntas(), 3); // asked again, in case a datagram was lost
+        QCOMPARE(busca.unidades[1]->perguntas(), 0);
+        busca.objecto->pesquisar();
+        busca.objecto->parar();
+        QVERIFY(!busca.fim.wait(300));
     }
 
     void pesquisaTardia() {
-        std::vector<std::unique_ptr<simulador::Unidade>> unidades;
-        unidades.push_back(ligarUnidade(u"127.0.0.2"_s, {Defeito::BuscaTardia}));
-        const auto busca = novoUdpSetup();
-        busca->definirDestinos(destinosDe(unidades));
-        busca->definirDuracao(100); // the unit needs 150
-        QSignalSpy fim(busca.get(), &UdpSetup::OnSearch);
-        busca->pesquisar();
-        QVERIFY(fim.wait(1000));
+        Busca busca({{Defeito::BuscaTardia}}, 100); // the unit needs 150
+        QCOMPARE(busca.procurar(), QStringList());
         QTest::qWait(150);
-        QCOMPARE(busca->nDispositivos(), 0);
-        busca->pesquisar(); // an answer to the former search is none to this one
-        QVERIFY(fim.wait(1000));
-        QCOMPARE(busca->nDispositivos(), 0);
+        QCOMPARE(busca.procurar(), QStringList()); // an answer to the former search is none to this one
     }
 
     void pesquisaInundada() {
-        std::vector<std::unique_ptr<simulador::Unidade>> unidades;
-        unidades.push_back(ligarUnidade(u"127.0.0.2"_s, {Defeito::BuscaInundacao}));
-        unidades.push_back(ligarUnidade(u"127.0.0.3"_s, {}));
-        const auto busca = novoUdpSetup();
-        busca->definirDestinos(destinosDe(unidades));
-        busca->definirDuracao(600);
+        Busca busca({{Defeito::BuscaInundacao}, {}}, 600);
         MedidorDeParagens paragens;
-        QSignalSpy fim(busca.get(), &UdpSetup::OnSearch);
-        busca->pesquisar();
-        QVERIFY(fim.wait(3000));
-        QHash<QString, int> por;
-        for (const auto &d : busca->dispositivos())
-            ++por[d.endereco];
-        QCOMPARE(por[u"127.0.0.3"_s], 1);
-        QCOMPARE(por[u"127.0.0.2"_s], 32);
+        const QStringList encontradas = busca.procurar();
+        QCOMPARE(encontradas.count(u"127.0.0.3"_s), 1);
+        QCOMPARE(encontradas.count(u"127.0.0.2"_s), 32);
         QVERIFY2(paragens.maior() < paragemMaxima, qPrintable(QString::number(paragens.maior())));
-    }
-
-    void pesquisaSemDestinos() {
-        const auto busca = novoUdpSetup();
-        busca->definirDestinos({});
-        QSignalSpy erro(busca.get(), &UdpSetup::OnError);
-        busca->pesquisar();
-        QCOMPARE(erro.count(), 0); // never from inside the call
-        QTRY_COMPARE(erro.count(), 1);
-        QCOMPARE(erro.at(0).at(0).toInt(), int(UdpSetup::semDestinos));
-        QVERIFY(!busca->aPesquisar());
     }
 
     void pesquisaDestruidaNoTratamento() {
         for (const bool falha : {false, true}) {
             auto busca = novoUdpSetup();
-            const QPointer<UdpSetup> viva(busca.get());
+            int codigo = 0;
             busca->definirDestinos(falha ? QList<rede::Destino>()
                                          : QList<rede::Destino>{{QHostAddress(u"127.0.0.2"_s), 9, {}}});
             busca->definirDuracao(50);
             connect(busca.get(), &UdpSetup::OnSearch, this, [&] { busca.reset(); });
-            connect(busca.get(), &UdpSetup::OnError, this, [&] { busca.reset(); });
+            connect(busca.get(), &UdpSetup::OnError, this, [&](int c) {
+                codigo = c;
+                busca.reset();
+            });
             busca->pesquisar();
-            QTRY_VERIFY_WITH_TIMEOUT(viva.isNull(), 1000);
+            QVERIFY(busca && busca->aPesquisar() != falha); // never from inside the call
+            QTRY_VERIFY_WITH_TIMEOUT(!busca, 1000);
+            QCOMPARE(codigo, falha ? int(UdpSetup::semDestinos) : 0);
         }
     }
 
-    void telnet_data() {
-        const Tabela<QByteArray, QByteArray> caso("bytes", "texto");
-        caso("options", QByteArray::fromHex("fffb01 61 fffd03 62"), "ab");
-        caso("subnegotiation", QByteArray::fromHex("61 fffa18 01ff ff61 fff0 62"), "ab");
-        caso("byte 255", QByteArray::fromHex("61ffff62"),
-             QByteArray("a\xFF"
-                        "b"));
-        caso("command", QByteArray::fromHex("61fff162"), "ab");
-        caso("unfinished", QByteArray::fromHex("61fffb"), "a");
-    }
     void telnet() {
-        QFETCH(QByteArray, bytes);
-        Telnet inteiro;
-        QTEST(inteiro.limpar(bytes), "texto");
+        // Options, a command, byte 255, a subnegotiation with one inside, an unfinished option.
+        const auto bytes = QByteArray::fromHex("fffb01 61 fffd03 62 fff1 63 ffff 64 fffa1801ffff61fff0 65 fffb");
+        const QByteArray texto = "abc\xFF"
+                                 "de";
+        QCOMPARE(Telnet().limpar(bytes), texto);
         Telnet aosBocados;
-        QByteArray texto;
-        for (const char c : std::as_const(bytes))
-            texto += aosBocados.limpar(QByteArray(1, c));
-        QTEST(texto, "texto");
+        QByteArray junto;
+        for (const char c : bytes)
+            junto += aosBocados.limpar(QByteArray(1, c));
+        QCOMPARE(junto, texto);
     }
 
     void consolaSemOpcoesDeTelnet() {
-        const auto unidade = ligarUnidade(u"127.0.0.2"_s, {Defeito::ConsolaOpcoes});
-        const auto consola = novaConsola();
+        const auto unidade = ligarUnidade({Defeito::ConsolaOpcoes});
+        auto consola = novaConsola();
         QString texto;
-        connect(consola.get(), &Consola::DataArrival, consola.get(), [&] { texto += consola->GetData(); });
+        connect(consola.get(), &Consola::DataArrival, this, [&] { texto += consola->GetData(); });
         consola->Connect(u"127.0.0.2"_s, unidade->portaConsola());
         QCOMPARE(consola->State(), int(Consola::aLigar));
         QTRY_VERIFY(texto.contains(u"Press Enter"_s));
@@ -265,76 +213,53 @@ private Q_SLOTS:
         consola->Close();
         QCOMPARE(consola->State(), int(Consola::fechada));
         QVERIFY(!consola->SendData(u"x"_s));
-    }
 
-    void consolaFalha_data() {
-        const Tabela<QString, int> linha("caso", "numero");
-        linha("nobody listens", u"fechada"_s, int(Consola::erroRecusada));
-        linha("no room for another connection", u"cheia"_s, int(Consola::erroTempo));
-    }
-    void consolaFalha() {
-        QFETCH(QString, caso);
-        QTcpServer servidor;
-        servidor.setListenBacklogSize(1);
-        QVERIFY(servidor.listen(QHostAddress(u"127.0.0.7"_s)));
-        const quint16 porta = servidor.serverPort();
-        std::vector<std::unique_ptr<QTcpSocket>> ocupam;
-        if (caso == u"fechada") {
-            servidor.close();
-        } else {
-            servidor.pauseAccepting(); // the queue fills, later connections wait for ever
-            for (int i = 0; i < 8; ++i) {
-                ocupam.push_back(std::make_unique<QTcpSocket>());
-                ocupam.back()->connectToHost(u"127.0.0.7"_s, porta);
-            }
-            QTest::qWait(50);
-        }
-        const auto consola = novaConsola();
-        consola->definirTempo(200);
-        QSignalSpy erro(consola.get(), &Consola::Error);
-        consola->Connect(u"127.0.0.7"_s, porta);
-        QVERIFY(erro.wait(1500));
-        QTEST(erro.at(0).at(0).toInt(), "numero");
-        QVERIFY(!erro.at(0).at(1).toString().isEmpty());
-        QCOMPARE(consola->State(), 0);
-    }
-
-    void consolaDestruidaNoTratamento() {
-        const auto unidade = ligarUnidade(u"127.0.0.2"_s, {});
-        auto consola = novaConsola();
-        const QPointer<Consola> viva(consola.get());
         connect(consola.get(), &Consola::DataArrival, this, [&] { consola.reset(); });
         consola->Connect(u"127.0.0.2"_s, unidade->portaConsola());
-        QTRY_VERIFY(viva.isNull());
+        QTRY_VERIFY(!consola);
         QTest::qWait(20);
     }
 
-    // Started as a user starts it: found by a search on the settings it prints, read, and erased for good.
+    void consolaFalha() {
+        QTcpServer servidor;
+        servidor.setListenBacklogSize(1);
+        QVERIFY(servidor.listen(QHostAddress(u"127.0.0.7"_s)));
+        servidor.pauseAccepting(); // the queue fills, later connections wait for ever
+        std::array<QTcpSocket, 8> ocupam;
+        for (QTcpSocket &s : ocupam)
+            s.connectToHost(u"127.0.0.7"_s, servidor.serverPort());
+        QTest::qWait(50);
+        const auto consola = novaConsola();
+        consola->definirTempo(200);
+        QSignalSpy erro(consola.get(), &Consola::Error);
+        for (const int numero : {int(Consola::erroTempo), int(Consola::erroRecusada)}) {
+            consola->Connect(u"127.0.0.7"_s, numero == Consola::erroTempo ? servidor.serverPort() : portaLivre());
+            QVERIFY(erro.wait(1500));
+            QCOMPARE(erro.last().at(0).toInt(), numero);
+            QVERIFY(!erro.last().at(1).toString().isEmpty());
+            QCOMPARE(consola->State(), 0);
+        }
+    }
+
+    // Started as a user starts it: it tells where its unit is, and how a search finds it.
     void programaDasUnidades() {
-        const QString pasta = m_instalacao->ficheiro(u"estado"_s);
-        const QString argumentos = u"--porta-web 0 --porta-consola 0 --porta-pesquisa 0 --unidade 127.0.0.12"_s;
         QProcess programa;
-        const auto arrancar = [&] {
-            programa.start(QStringLiteral(KELVARK_UNIDADES),
-                           argumentos.split(u' ') +
-                               QStringList{u"--estado"_s, pasta, u"--nome"_s, u"Câmara Fria"_s, u"--registos=10"_s});
-            QVERIFY(programa.waitForStarted());
-            QByteArray saida;
-            while (!saida.contains("PortaConsola=") && programa.waitForReadyRead(3000))
-                saida += programa.readAllStandardOutput();
-            const auto lista = QRegularExpression(u"Pesquisa=(.*)\n"_s).match(QString::fromUtf8(saida));
-            QVERIFY2(lista.hasMatch(), saida.constData());
-            definir(u"Pesquisa"_s, lista.captured(1));
-        };
-        arrancar();
-        definir(u"PesquisaDuracao"_s, u"300"_s);
-        const auto busca = novoUdpSetup();
-        QSignalSpy fim(busca.get(), &UdpSetup::OnSearch);
-        busca->pesquisar();
-        QVERIFY(fim.wait(2000));
-        QVERIFY(busca->seleccionar(0));
-        QCOMPARE(busca->nome(), u"Câmara Fria"_s);
-        QVERIFY(novoKVsocket()->GET(u"http://127.0.0.12/setup.xml"_s, 2000, busca->porta()).contains(u"Câmara Fria"_s));
+        programa.start(QStringLiteral(KELVARK_UNIDADES),
+                       {u"--porta-web=0"_s, u"--porta-consola=0"_s, u"--porta-pesquisa=0"_s, u"--unidade"_s,
+                        u"127.0.0.12"_s, u"--estado"_s, m_instalacao->ficheiro(u"estado"_s), u"--nome"_s,
+                        u"Câmara Fria"_s, u"--registos=10"_s});
+        QVERIFY(programa.waitForStarted());
+        QByteArray saida;
+        while (!saida.contains("PortaConsola=") && programa.waitForReadyRead(3000))
+            saida += programa.readAllStandardOutput();
+        static const QRegularExpression forma(
+            uR"(Câmara Fria: http://127.0.0.12:(\d+)/ .* registos 10\n.*Pesquisa=127.0.0.12:\d+\n)"_s,
+            QRegularExpression::DotMatchesEverythingOption);
+        const auto dito = forma.match(QString::fromUtf8(saida));
+        QVERIFY2(dito.hasMatch(), saida.constData());
+        QVERIFY(novoKVsocket()
+                    ->GET(u"http://127.0.0.12/setup.xml"_s, 2000, dito.captured(1).toUShort())
+                    .contains(u"Câmara Fria"_s));
         programa.kill();
         QVERIFY(programa.waitForFinished());
 

@@ -30,33 +30,28 @@ private Q_SLOTS:
         const QByteArray ok = "HTTP/1.1 200 OK\r\n";
         const QByteArray pedacos = ok + "Transfer-Encoding: chunked\r\n\r\n";
         const QByteArray nada;
-        caso("length", ok + "Content-Length: 3\r\n\r\nabc", Ponto::Fim, "abc");
         caso("until the end", ok + "\r\nabc", Ponto::Fim, "abc");
         caso("bare line ends", "HTTP/1.0 200 OK\nContent-length:3\n\nabc", Ponto::Fim, "abc");
-        caso("interim answer", QByteArray("HTTP/1.1 100 Continue\r\n\r\n" + ok + "Content-Length: 1\r\n\r\nz"),
-             Ponto::Fim, "z");
+        caso("interim answer", "HTTP/1.1 100 Continue\r\n\r\n" + ok + "Content-Length: 1\r\n\r\nz", Ponto::Fim, "z");
         caso("chunks, extension, trailer", pedacos + "3;a=b\r\nabc\r\n0A\r\n0123456789\r\n0\r\nX: y\r\n\r\n",
              Ponto::Fim, "abc0123456789");
         caso("announced more", ok + "Content-Length: 4\r\n\r\nabc", Ponto::Cortada, "abc");
         caso("announced less", ok + "Content-Length: 2\r\n\r\nabc", Ponto::Excedente, "ab");
         caso("two lengths", ok + "Content-Length: 3\r\nContent-Length: 4\r\n\r\nabc", Ponto::Malformada, nada);
-        caso("negative length", ok + "Content-Length: -3\r\n\r\nabc", Ponto::Malformada, nada);
         caso("length over the limit", ok + "Content-Length: 101\r\n\r\n", Ponto::Grande, nada);
         caso("chunk over the limit", pedacos + "65\r\n", Ponto::Grande, nada);
         caso("huge chunk size", pedacos + "FFFFFFFFFFFFFFFF\r\n", Ponto::Malformada, nada);
         caso("negative chunk size", pedacos + "-3\r\nabc\r\n", Ponto::Malformada, nada);
         caso("chunk longer than told", pedacos + "2\r\nabc\r\n", Ponto::Malformada, "ab");
         caso("chunks cut", pedacos + "3\r\nabc\r\n", Ponto::Cortada, "abc");
-        caso("both measures", QByteArray(ok + "Content-Length: 3\r\nTransfer-Encoding: chunked\r\n\r\n3\r\nabc\r\n"),
-             Ponto::Malformada, nada);
+        caso("both measures", ok + "Content-Length: 3\r\nTransfer-Encoding: chunked\r\n\r\n", Ponto::Malformada, nada);
         caso("unknown coding", ok + "Transfer-Encoding: gzip\r\n\r\nabc", Ponto::Malformada, nada);
         caso("no status", "HTTP/1.1 OK\r\n\r\n", Ponto::Malformada, nada);
         caso("field without name", ok + ": x\r\n\r\n", Ponto::Malformada, nada);
         caso("head without end", ok + "X: " + QByteArray(20000, 'a'), Ponto::Malformada, nada);
-        caso("fields without end", ok + QByteArray("Abcdefg: " + QByteArray(200, 'a') + "\r\n").repeated(90),
-             Ponto::Malformada, nada);
+        caso("fields without end", ok + QByteArray("Abcdefg: 1234567890123456789\r\n").repeated(800), Ponto::Malformada,
+             nada);
         caso("another protocol", "SSH-2.0", Ponto::Malformada, nada);
-        caso("nothing", nada, Ponto::Cortada, nada);
     }
     void leitorHttp() {
         QFETCH(QByteArray, bytes);
@@ -74,29 +69,27 @@ private Q_SLOTS:
     }
 
     void codificacoes_data() {
-        // texto: null: refused
-        const Tabela<QByteArray, QByteArray, QString> caso("bytes", "tipo", "texto");
-        const auto xml = [](const char *nome, const QByteArray &resto) {
-            return QByteArray("<?xml version=\"1.0\" encoding='" + QByteArray(nome) + "'?>" + resto);
-        };
-        const auto com = [](const char *nome) {
-            return QString(u"<?xml version=\"1.0\" encoding='"_s + QLatin1StringView(nome) + u"'?>ç€"_s);
-        };
-        caso("undeclared", "ç€", "text/xml", u"ç€"_s);
-        caso("declared", xml("windows-1252", "\xE7\x80"), {}, com("windows-1252"));
-        caso("declared beats transport", xml("UTF-8", "ç€"), "text/xml; charset=ISO-8859-1", com("UTF-8"));
-        caso("transport", "\xE7", QByteArray("text/xml; Charset=\"iso-8859-1\""), u"ç"_s);
-        caso("mark", QByteArray("\xFF\xFE\xE7\x00\xAC\x20", 6), "a; charset=utf-8", u"ç€"_s);
-        caso("mark left out", "\xEF\xBB\xBFç", {}, u"ç"_s);
-        caso("not what it says", xml("UTF-8", "\xE7 "), {}, {});
-        caso("byte outside the encoding", xml("US-ASCII", "a\xE7z"), {}, {});
-        caso("unknown encoding", xml("klingon-1", "a"), {}, {});
-        caso("zero bytes", QByteArray("a\0b", 3), {}, {});
+        // texto: null: refused; both behind a declaration of an encoding, if any
+        const Tabela<QByteArray, QByteArray, QByteArray, QString> caso("declarada", "bytes", "tipo", "texto");
+        caso("declared", "windows-1252", "\xE7\x80", {}, u"ç€"_s);
+        caso("declared beats transport", "UTF-8", "ç€", "text/xml; charset=ISO-8859-1", u"ç€"_s);
+        caso("transport", {}, "\xE7", QByteArray("text/xml; Charset=\"iso-8859-1\""), u"ç"_s);
+        caso("mark", {}, QByteArray("\xFF\xFE\xE7\x00\xAC\x20", 6), "a; charset=utf-8", u"ç€"_s);
+        caso("mark left out", {}, "\xEF\xBB\xBFç", {}, u"ç"_s);
+        caso("not what it says", "UTF-8", "\xE7 ", {}, {});
+        caso("byte outside the encoding", "US-ASCII", "a\xE7z", {}, {});
+        caso("unknown encoding", "klingon-1", "a", {}, {});
+        caso("zero bytes", {}, QByteArray("a\0b", 3), {}, {});
     }
     void codificacoes() {
+        QFETCH(QByteArray, declarada);
         QFETCH(QByteArray, bytes);
         QFETCH(QByteArray, tipo);
-        QTEST(descodificarDocumento(bytes, tipo).value_or(QString()), "texto");
+        QFETCH(QString, texto);
+        if (!declarada.isEmpty())
+            declarada = "<?xml version=\"1.0\" encoding='" + declarada + "'?>";
+        QCOMPARE(descodificarDocumento(declarada + bytes, tipo).value_or(QString()),
+                 texto.isNull() ? QString() : QString::fromLatin1(declarada) + texto);
     }
 
     void documento_data() {
@@ -122,20 +115,14 @@ private Q_SLOTS:
     void documento() {
         QFETCH(Defeitos, defeitos);
         QFETCH(Causa, causa);
-        auto d = simulador::Definicao();
+        simulador::Definicao d = definicao(defeitos);
         d.nome = u"Câmara 1"_s;
-        d.defeitos = defeitos;
-        d.atrasoMs = 100;
         const auto unidade = ligarUnidade(d);
         const auto http = novoKVsocket();
-        QElapsedTimer relogio;
-        relogio.start();
         const QString texto = http->GET(u"http://127.0.0.2/setup.xml"_s, 400, unidade->portaWeb());
-        QVERIFY2(relogio.elapsed() < 15000, qPrintable(QString::number(relogio.elapsed())));
         QCOMPARE(http->causa(), causa);
         QCOMPARE(http->erro().isEmpty(), causa == Causa::Nenhuma);
-        QCOMPARE(texto.contains(u"<DeviceName>Câmara 1</DeviceName>"_s), causa == Causa::Nenhuma);
-        QCOMPARE(texto.isEmpty(), causa != Causa::Nenhuma);
+        QVERIFY(causa == Causa::Nenhuma ? texto.contains(u"<DeviceName>Câmara 1</DeviceName>"_s) : texto.isEmpty());
         QCOMPARE(http->corpo().isEmpty(), causa != Causa::Nenhuma);
         QCOMPARE(unidade->pedidosWeb(), defeitos.tem(Defeito::Silencioso) ? 0 : 1); // asked once, never again
         // The object is as good as new.
@@ -146,20 +133,15 @@ private Q_SLOTS:
 
     void documentoSemQuemResponda() {
         const auto http = novoKVsocket();
-        const struct {
-            QString url;
-            quint16 porta;
-            Causa causa;
-        } casos[] = {
+        const std::tuple<QString, quint16, Causa> casos[] = {
             {u"http://127.0.0.7/setup.xml"_s, portaLivre(), Causa::Recusada},
             {u"ftp://127.0.0.7/setup.xml"_s, 80, Causa::Endereco},
             {u"http:///setup.xml"_s, 80, Causa::Endereco},
             {u"http://127.0.0.7 x/"_s, 80, Causa::Endereco},
-            {u"http://127.0.0.7/"_s, 0, Causa::Endereco},
-        };
-        for (const auto &caso : casos) {
-            QVERIFY(http->GET(caso.url, 500, caso.porta).isEmpty());
-            QVERIFY2(http->causa() == caso.causa, qPrintable(caso.url));
+            {u"http://127.0.0.7/"_s, 0, Causa::Endereco}};
+        for (const auto &[url, porta, causa] : casos) {
+            QVERIFY(http->GET(url, 500, porta).isEmpty());
+            QVERIFY2(http->causa() == causa, qPrintable(url));
         }
         QTcpServer mudo; // takes the connection and closes it without a byte
         QVERIFY(mudo.listen(QHostAddress(u"127.0.0.7"_s)));
@@ -169,39 +151,29 @@ private Q_SLOTS:
     }
 
     void documentoDeixaCorrerEventos() {
-        const auto unidade = ligarUnidade(u"127.0.0.2"_s, {Defeito::Silencioso});
+        const auto unidade = ligarUnidade({Defeito::Silencioso});
         const auto http = novoKVsocket();
         MedidorDeParagens paragens;
-        QString segundo = u"?"_s;
-        Causa doSegundo = Causa::Nenhuma;
+        Causa doSegundo = Causa::Nenhuma; // asked meanwhile
         QTimer::singleShot(50, http.get(), [&] {
-            QVERIFY(http->ocupado());
-            segundo = http->GET(u"http://127.0.0.2/"_s, 100, unidade->portaWeb());
+            QVERIFY(http->ocupado() && http->GET(u"http://127.0.0.2/"_s, 100, unidade->portaWeb()).isEmpty());
             doSegundo = http->causa();
         });
         http->GET(u"http://127.0.0.2/setup.xml"_s, 300, unidade->portaWeb());
         QCOMPARE(http->causa(), Causa::Tempo);
-        QVERIFY(segundo.isEmpty());
         QCOMPARE(doSegundo, Causa::Ocupado);
-        QVERIFY(paragens.voltas() > 50);
         QVERIFY2(paragens.maior() < paragemMaxima, qPrintable(QString::number(paragens.maior())));
     }
 
-    void objectoDestruidoDuranteOPedido() {
-        const auto unidade = ligarUnidade(u"127.0.0.2"_s, {Defeito::WebGota});
-        auto http = novoKVsocket();
-        QTimer::singleShot(60, this, [&] { http.reset(); });
+    void pausa() {
         QElapsedTimer relogio;
         relogio.start();
-        QVERIFY_THROWS_EXCEPTION(Interrompido, http->GET(u"http://127.0.0.2/setup.xml"_s, 30000, unidade->portaWeb()));
-        QVERIFY(relogio.elapsed() < 15000);
-
+        espera::pausar(this, 80);
+        QVERIFY(relogio.elapsed() >= 80);
         auto dono = std::make_unique<QObject>();
         QTimer::singleShot(30, this, [&] { dono.reset(); });
         QVERIFY_THROWS_EXCEPTION(Interrompido, espera::pausar(dono.get(), 30000));
-        relogio.restart();
-        espera::pausar(this, 80);
-        QVERIFY(relogio.elapsed() >= 80);
+        QVERIFY(relogio.elapsed() < 15000);
     }
 
 private:

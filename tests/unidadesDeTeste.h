@@ -12,8 +12,6 @@
 #include <ctime>
 #include <memory>
 
-Q_DECLARE_METATYPE(simulador::Defeitos)
-
 // Sanitizers slow the program down and keep freed memory: what is measured under them says little.
 #ifdef __SANITIZE_ADDRESS__
 constexpr bool medidasContam = false;
@@ -23,20 +21,32 @@ constexpr bool medidasContam = true;
 constexpr double paragemMaxima = medidasContam ? 50 : 500; // milliseconds
 
 // Virtual units on free ports for a test.
-inline std::unique_ptr<simulador::Unidade> ligarUnidade(simulador::Definicao d = {}) {
+inline simulador::Definicao definicao(simulador::Defeitos defeitos = {}, int registos = 200,
+                                      const QString &endereco = u"127.0.0.2"_s) {
+    simulador::Definicao d;
+    d.endereco = endereco;
+    d.registos = registos;
+    d.defeitos = defeitos;
+    d.atrasoMs = 150;
+    return d;
+}
+
+inline std::unique_ptr<simulador::Unidade> ligarUnidade(const simulador::Definicao &d = definicao()) {
     auto unidade = std::make_unique<simulador::Unidade>(d);
     if (!unidade->iniciar())
         qFatal("%s", qPrintable(unidade->erro()));
     return unidade;
 }
 
-inline std::unique_ptr<simulador::Unidade> ligarUnidade(const QString &endereco, simulador::Defeitos defeitos) {
-    simulador::Definicao d;
-    d.endereco = endereco;
-    d.defeitos = defeitos;
-    d.registos = 200;
-    d.atrasoMs = 150;
-    return ligarUnidade(d);
+inline std::unique_ptr<simulador::Unidade> ligarUnidade(const simulador::Defeitos &defeitos) {
+    return ligarUnidade(definicao(defeitos));
+}
+
+inline QStringList memoria(const simulador::Registo &r) {
+    QStringList linhas;
+    for (qint64 i = 0; i < r.quantos(); ++i)
+        linhas.append(QString::fromLatin1(r.linha(r.primeiro() + i)));
+    return linhas;
 }
 
 // A setting of the program for the units.
@@ -58,14 +68,12 @@ public:
     MedidorDeParagens() {
         m_ultima = agora();
         QObject::connect(&m_pulso, &QTimer::timeout, &m_pulso, [this] {
-            ++m_voltas;
             m_maior = maior();
             m_ultima = agora();
         });
         m_pulso.start(1);
     }
     double maior() const { return std::max(m_maior, agora() - m_ultima); }
-    int voltas() const { return m_voltas; }
 
 private:
     static double agora() {
@@ -76,5 +84,4 @@ private:
     QTimer m_pulso;
     double m_ultima = 0;
     double m_maior = 0;
-    int m_voltas = 0;
 };
