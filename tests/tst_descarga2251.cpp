@@ -111,6 +111,7 @@ private Q_SLOTS:
         caso("stops without closing", Defeito::LogPara, u"Erro na ligação: o dispositivo deixou de responder"_s, false);
         caso("wrong sum", Defeito::LogSoma, u"Erro ao descarregar o ficheiro BIN: "_s, false);
         caso("zero bytes", Defeito::LogBinario, u"Erro ao converter o ficheiro BIN em CSV: "_s, false);
+        caso("a channel without limits", Defeito::XmlCanal, u"Leituras guardadas; nem toda a configuração"_s, true);
         caso("refuses to erase", Defeito::ApagarRecusa, u"Erro ao apagar: "_s, true);
         caso("never confirms the erasure", Defeito::ApagarMudo, u"Erro ao limpar a memória: "_s, true);
     }

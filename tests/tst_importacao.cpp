@@ -143,11 +143,6 @@ private Q_SLOTS:
              u"tipo de documento"_s);
         caso("a web page", u"<html><body>404</body></html>"_s, estrutura + u": Agent"_s);
         caso("no SenSet", u"<Root><Agent><MAC>00:01</MAC></Agent></Root>"_s, estrutura + u": SenSet"_s);
-        for (const QString &e : {u"ID"_s, u"Name"_s, u"Units"_s, u"Value"_s, u"Min"_s, u"Max"_s})
-            caso(qPrintable(u"no "_s + e), documento(bom + QString(bom).replace(e + u'>', u"x>"_s)),
-                 estrutura + u": SenSet[2]/"_s + e);
-        caso("limit of words", documento(canal(u"9"_s, u"C"_s, u"N"_s, u"1"_s, u"low"_s)), estrutura);
-        caso("Spider number of words", documento(canal(u"x"_s, u"s"_s, u"N"_s)), estrutura);
         caso("channels without end", documento(bom.repeated(1001)), estrutura);
     }
     void documentosRecusados() {
@@ -160,6 +155,69 @@ private Q_SLOTS:
         QVERIFY(!r.importado);
         QVERIFY2(r.motivo.contains(motivo), qPrintable(r.motivo));
         QCOMPARE(base(), antes);
+    }
+
+    void canalDeForaPorSi_data() {
+        // mau: a channel between two good ones; dito: of it, in the reason
+        const Tabela<QString, QString> caso("mau", "dito");
+        const QString bom = canal(u"9"_s, u"C"_s, u"Sala <b>"_s);
+        for (const QString &e : {u"ID"_s, u"Units"_s, u"Value"_s, u"Min"_s, u"Max"_s})
+            caso(qPrintable(u"no "_s + e), QString(bom).replace(e + u'>', u"x>"_s),
+                 u"Sala <b> SenSet[2] (falta %1)"_s.arg(e));
+        caso("no name", QString(bom).replace(u"Name>"_s, u"x>"_s), u"9 SenSet[2] (falta Name)"_s);
+        caso("nothing at all", u"<Entry/>"_s, u": SenSet[2] (falta Units)"_s);
+        caso("empty limits", canal(u"9"_s, u"V"_s, u"Sala"_s, {}, {}, {}), u"Sala SenSet[2] (Min ilegível: \"\")"_s);
+        caso("limit of words", canal(u"9"_s, u"%RH"_s, u"%2 %1"_s, u"1"_s, u"1"_s, u"a\nb"_s.repeated(9000)),
+             u"%2 %1 SenSet[2] (Max ilegível: \"a ba ba"_s);
+        caso("number of an input", canal(u"x"_s, u"s"_s, u"Porta"_s), u"Porta SenSet[2] (ID ilegível: \"x\")"_s);
+    }
+    void canalDeForaPorSi() {
+        QFETCH(QString, mau);
+        QFETCH(QString, dito);
+        Base inst;
+        const QString um = canal(u"1"_s, u"C"_s, u"Um"_s);
+        const QString dois = canal(u"2"_s, u"%RH"_s, u"Dois"_s);
+        QVERIFY(importar(documento(um + dois)).motivo.isEmpty());
+        const QStringList antes = base();
+        const Resultado r = importar(documento(um + mau + dois));
+        QVERIFY(r.importado);
+        QVERIFY2(r.motivo.startsWith(u"Canais de %1 que não foram importados: "_s.arg(ip)), qPrintable(r.motivo));
+        QVERIFY2(r.motivo.contains(dito) && r.motivo.size() < 200, qPrintable(r.motivo));
+        QCOMPARE(base(), antes);
+        const Resultado muitos = importar(documento(mau.repeated(7) + um + dois));
+        QVERIFY2(muitos.motivo.endsWith(u"; e mais 2"), qPrintable(muitos.motivo));
+    }
+
+    void identificadorVazio() {
+        Base inst;
+        QCOMPARE(importar(documento(canal({}, u"C"_s, u"Sala"_s))).motivo, QString());
+        QCOMPARE(conteudo(u"SELECT SensorID, ID FROM Sensores"_s), QStringList(u"0050000000000000| "_s));
+    }
+
+    // Told apart one by one they would take minutes, and nobody could write meanwhile.
+    void milDoMesmoNome_data() {
+        const Tabela<QString, QString, QString> caso("unidade", "nome", "ultimo");
+        caso("sensors", u"C"_s, u"Sala"_s, u"Sala 999"_s);
+        caso("long names", u"V"_s, u"N"_s.repeated(3000), QString(u"N"_s.repeated(255) + u" 999"));
+        caso("inputs", u"s"_s, u"Porta das traseiras da cave"_s, u"Porta das tras (999)"_s);
+        caso("half characters", u"s"_s, u"Porta das tr😀😀😀😀"_s, u"Porta das tr😀 (999)"_s);
+    }
+    void milDoMesmoNome() {
+        QFETCH(QString, unidade);
+        QFETCH(QString, nome);
+        Base inst;
+        QString canais;
+        for (int n = 1; n <= 1000; ++n)
+            canais += canal(QString::number(n), unidade, nome);
+        const QString consulta =
+            unidade == u"s" ? u"SELECT Descricao FROM PoseidonInputsSpider"_s : u"SELECT Descricao FROM Sensores"_s;
+        for (int vez = 0; vez < 3; ++vez) {
+            const Resultado r = importar(documento(canais));
+            QVERIFY2(r.importado && r.motivo.isEmpty(), qPrintable(r.motivo));
+            const QStringList nomes = conteudo(consulta + u" ORDER BY rowid"_s);
+            QCOMPARE(QSet<QString>(nomes.begin(), nomes.end()).size(), 1000);
+            QTEST(nomes.last(), "ultimo");
+        }
     }
 
     void falhaDaBaseNadaMuda() {

@@ -27,8 +27,9 @@ void escreverCanais(QXmlStreamWriter &xml, const Definicao &d, const Registo &re
         xml.writeTextElement(u"Name"_s, canal.nome);
         xml.writeTextElement(u"Units"_s, canal.unidade);
         xml.writeTextElement(u"Value"_s, registo.valorActual(canal));
-        xml.writeTextElement(u"Min"_s, QString::number(canal.minimo, 'f', 1));
-        xml.writeTextElement(u"Max"_s, QString::number(canal.maximo, 'f', 1));
+        const bool semLimites = d.defeitos.tem(Defeito::XmlCanal) && &canal == &d.canais.first();
+        xml.writeTextElement(u"Min"_s, semLimites ? QString() : QString::number(canal.minimo, 'f', 1));
+        xml.writeTextElement(u"Max"_s, semLimites ? QString() : QString::number(canal.maximo, 'f', 1));
         xml.writeEndElement();
     }
     xml.writeEndElement();

@@ -5,6 +5,7 @@
 #include "core/modTraducoes.h"
 #include "core/rotina.h"
 #include "data/ligacao.h"
+#include "data/nomes.h"
 #include "data/recordset.h"
 
 #include <QStringList>
@@ -14,46 +15,12 @@ namespace {
 constexpr int maximoDaDescricao = 20;
 constexpr int maximoDeTentativas = 1000;
 
-// Every table whose rows bear a name that has to be unique in the installation, in the order they are asked.
-struct TabelaComNome {
-    QStringView tabela;
-    QStringView coluna;
-};
-constexpr TabelaComNome tabelasComNome[] = {
-    {u"Damocles", u"Nome"},
-    {u"DamoclesInputs", u"Descricao"},
-    {u"DamoclesOutputs", u"Descricao"},
-    {u"Grupos", u"Descricao"},
-    {u"IOcontrollers", u"Descricao"},
-    {u"IOcontrollersInputs", u"Descricao"},
-    {u"IOcontrollersOutputs", u"Descricao"},
-    {u"PortBox", u"Descricao"},
-    {u"PoseidonInputs", u"Descricao"},
-    {u"PoseidonInputsSpider", u"Descricao"},
-    {u"PoseidonOutputs", u"Descricao"},
-    {u"Poseidons", u"Nome"},
-    {u"REGRAS_CondicoesGruposHead", u"Descricao"},
-    {u"REGRAS_CondicoesInputs", u"NomeCondicao"},
-    {u"REGRAS_CondicoesSensores", u"NomeCondicao"},
-    {u"REGRAS_Emails", u"Descricao"},
-    {u"REGRAS_Outputs", u"Descricao"},
-    {u"REGRAS_Sms", u"Descricao"},
-    {u"Sensores", u"Descricao"},
-    {u"SensUI_Escalas", u"NomeEscala"},
-};
-
 // Counts as scalar subqueries: as twenty joined tables they would cost a millisecond of planning each time.
 QString consultaDeNomes() {
     QStringList contagens;
-    for (const TabelaComNome &t : tabelasComNome)
+    for (const nomes::Tabela &t : nomes::tabelas)
         contagens += u"(Select Count(1) From %1 Where %2=?1)"_s.arg(t.tabela, t.coluna);
     return u"SELECT "_s + contagens.join(u", "_s);
-}
-
-QString semUltimoCaracter(QString texto) {
-    const bool par = texto.size() > 1 && texto.back().isLowSurrogate() && texto[texto.size() - 2].isHighSurrogate();
-    texto.chop(par ? 2 : 1);
-    return texto;
 }
 
 } // namespace
@@ -98,20 +65,15 @@ QString CriarNovaDescricao(const QString &base, const QString &sufixo) {
         QString candidata = base + u' ' + sufixo;
         if (!VerificarSeDescricaoJaExiste(candidata))
             return candidata;
-        QString inicio = base;
         for (int n = 1; n <= maximoDeTentativas; ++n) {
-            const auto compor = [&] { return QString(inicio + u' ' + sufixo + u'(' + QString::number(n) + u')'); };
-            candidata = compor();
-            while (candidata.size() > maximoDaDescricao) {
-                if (inicio.isEmpty())
-                    throw Falha(erros::chamadaInvalida,
-                                modTraducoes::texto(u"KelvarkAUX"_s, u"DescricaoSemLugar"_s,
-                                                    u"O sufixo \"%1\" não cabe numa descrição de %2 caracteres."_s)
-                                    .arg(sufixo)
-                                    .arg(maximoDaDescricao));
-                inicio = semUltimoCaracter(inicio);
-                candidata = compor();
-            }
+            const QString fim = u' ' + sufixo + u'(' + QString::number(n) + u')';
+            if (fim.size() > maximoDaDescricao)
+                throw Falha(erros::chamadaInvalida,
+                            modTraducoes::texto(u"KelvarkAUX"_s, u"DescricaoSemLugar"_s,
+                                                u"O sufixo \"%1\" não cabe numa descrição de %2 caracteres."_s)
+                                .arg(sufixo)
+                                .arg(maximoDaDescricao));
+            candidata = nomes::inicio(base, maximoDaDescricao - fim.size()) + fim;
             if (!VerificarSeDescricaoJaExiste(candidata))
                 return candidata;
         }

@@ -16,7 +16,7 @@ constexpr int modoDaqui = 2; // of sensors made here; the capture service's have
 
 struct Resultado {
     bool importado = false; // the database is in step with the document
-    QString motivo;         // why nothing was changed, or what could not be followed; for the row
+    QString motivo;         // why nothing was changed, or which channels were left out; for the row
     std::optional<int> portaTelnet;
     QString data, hora; // of the unit's clock
 };
@@ -27,10 +27,13 @@ using Descarregador = std::function<QString(const QString &ip, const QString &po
 // The device row, and everything that its document tells. The texts are the cells of the list.
 Resultado CarregarPoseidonParaBD(const QString &ip, const QString &tipoN, const QString &udp, const QString &mac,
                                  const QString &nome, const QString &porta, const QString &seleccionado,
-                                 const QString &apagar, const QString &nLeituras, const Descarregador &DescarregarXML);
+                                 const QString &apagar, const QString &nLeituras, const Descarregador &DescarregarXML,
+                                 const std::function<void()> &passar = {});
 
-// One transaction: a document that cannot be followed, or a failure of the database, changes nothing.
-Resultado LerSetupXML(const QString &xml, const QString &ip, const QString &endereco, int modo);
+// One transaction: a document that cannot be followed, or a failure of the database, changes nothing. A channel that
+// cannot is left out by itself. <passar> is called for every channel; it may throw, which changes nothing either.
+Resultado LerSetupXML(const QString &xml, const QString &ip, const QString &endereco, int modo,
+                      const std::function<void()> &passar = {});
 
 // The 16 characters by which all tables know a channel. <mac> counts on an address that is not a dotted number.
 QString criarSensorID(const QString &id, const QString &endereco, const QString &mac);

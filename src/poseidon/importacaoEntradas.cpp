@@ -22,45 +22,57 @@ bool temLinhas(QStringView tabela, const QString &ip) {
     return rs.avancar();
 }
 
-int CriarIDinputsSpider(const QString &ip) {
-    Recordset rs = cnBD().consultar(u"SELECT MAX(InputNum) FROM PoseidonInputsSpider WHERE PoseidonIP = ?"_s, {ip});
-    return rs.avancar() && !rs.nulo(0) ? int(rs.numero(0)) + 1 : 1;
+int CriarIDinputsSpider(const QString &ip, std::optional<int> &inputNum) {
+    if (!inputNum) {
+        Recordset rs = cnBD().consultar(u"SELECT MAX(InputNum) FROM PoseidonInputsSpider WHERE PoseidonIP = ?"_s, {ip});
+        inputNum = rs.avancar() && !rs.nulo(0) ? int(rs.numero(0)) : 0;
+    }
+    return ++*inputNum;
 }
 
-void mudarDescricao(const QString &ip, int id, const QVariant &descricao) {
-    cnBD().executar(u"UPDATE PoseidonInputsSpider SET Descricao = ? WHERE PoseidonIP = ? AND InputID = ?"_s,
-                    {descricao, ip, id});
-}
-
-void AdicionarInputSpiderBD(const QString &ip, int id, const QString &nome) {
+void AdicionarInputSpiderBD(const QString &ip, int id, const QString &nome, importacao::Conhecido &conhecido) {
+    const QString descricao = importacao::CriarNovaDescricao2(nome, conhecido.nomes);
     cnBD().executar(u"INSERT INTO PoseidonInputsSpider (PoseidonIP, InputID, InputNum, Seleccionado, opOutputIP, "
                     "opOutputID, InputState, OutputState, Estado, Descricao) VALUES (?,?,?,'SIM',' ',' ',0,0,0,?)"_s,
-                    {ip, id, CriarIDinputsSpider(ip), importacao::CriarNovaDescricao2(nome)});
+                    {ip, id, CriarIDinputsSpider(ip, conhecido.inputNum), descricao});
+    conhecido.nomes.juntar(descricao);
 }
 
 } // namespace
 
 namespace importacao {
 
-QString CriarNovaDescricao2(const QString &nome) {
-    QString candidato = nome.left(maximoDaDescricao);
-    for (int n = 1; modMain::VerificarSeDescricaoJaExiste(candidato); ++n) {
-        const QString fim = u" (%1)"_s.arg(n);
-        candidato = nome.left(maximoDaDescricao - fim.size()) + fim;
-    }
-    return candidato;
+QString CriarNovaDescricao2(const QString &nome, nomes::Registo &nomes) {
+    const QString candidato = nomes::inicio(nome, maximoDaDescricao);
+    if (!nomes.existe(candidato))
+        return candidato;
+    return nomes.comNumero(
+        [&](int n) {
+            const qsizetype fim = u" ()"_s.size() + QString::number(n).size();
+            return QString(nomes::inicio(nome, maximoDaDescricao - fim) + u" (");
+        },
+        u")");
 }
 
-void AdicionarSpiderInputs(const QString &ip, int id, const QString &nome) {
+void AdicionarSpiderInputs(const QString &ip, int id, const QString &nome, Conhecido &conhecido) {
     Recordset rs = cnBD().consultar(
         u"SELECT Descricao FROM PoseidonInputsSpider WHERE PoseidonIP = ? AND InputID = ?"_s, {ip, id});
-    if (!rs.avancar()) {
-        AdicionarInputSpiderBD(ip, id, nome);
-    } else if (rs.texto(0) != nome) {
-        rs.fechar();
-        mudarDescricao(ip, id, {}); // its own name never stands in its way
-        mudarDescricao(ip, id, CriarNovaDescricao2(nome));
-    }
+    if (!rs.avancar())
+        return AdicionarInputSpiderBD(ip, id, nome, conhecido);
+    QStringList antes; // every row of the input takes the name
+    do
+        antes += rs.texto(0);
+    while (rs.avancar());
+    if (antes.first() == nome)
+        return;
+    for (const QString &descricao : antes) // its own name never stands in its way
+        conhecido.nomes.tirar(descricao);
+    const QString descricao = CriarNovaDescricao2(nome, conhecido.nomes);
+    for (qsizetype i = cnBD().executar(u"UPDATE PoseidonInputsSpider SET Descricao = ? WHERE PoseidonIP = ? AND "
+                                       "InputID = ?"_s,
+                                       {descricao, ip, id});
+         i > 0; --i)
+        conhecido.nomes.juntar(descricao);
 }
 
 void CarregarPoseidonInputsBD(const QString &ip) {

@@ -3,16 +3,14 @@
 #include "core/literais.h"
 #include "core/modTraducoes.h"
 #include "data/ligacao.h"
-#include "data/modMain.h"
 #include "data/recordset.h"
 #include "poseidon/importacao.h"
 #include "poseidon/listaPoseidons.h"
 #include "poseidon/tipos2251.h"
 
-using modMain::VerificarSeDescricaoJaExiste;
-
 namespace {
 
+using importacao::Conhecido;
 using importacao::Sensor;
 
 struct TipoAntigo {
@@ -41,24 +39,17 @@ QString nomeDeOmissao() {
     return modTraducoes::texto(u"frmDescarregar2251"_s, u"Sensor"_s, u"Sensor"_s);
 }
 
-QString comNumero(const QString &nome) {
-    for (int n = 1;; ++n)
-        if (const QString candidato = nome + u' ' + QString::number(n); !VerificarSeDescricaoJaExiste(candidato))
-            return candidato;
-}
-
-QString nomeUnico(const QString &nome) {
-    return VerificarSeDescricaoJaExiste(nome) ? comNumero(nome) : nome;
-}
-
-void mudarDescricao(const QString &sensorID, const QVariant &descricao) {
-    cnBD().executar(u"UPDATE Sensores SET Descricao = ? WHERE SensorID = ?"_s, {descricao, sensorID});
+QString nomeUnico(const QString &nome, nomes::Registo &nomes) {
+    return nomes.existe(nome) ? nomes.comNumero([&](int) { return QString(nome + u' '); }) : nome;
 }
 
 // The document's name, told apart from all others but the sensor's own: a document that comes again changes nothing.
-void SondaEstaActivaGuardar2(const Sensor &sensor) {
-    mudarDescricao(sensor.SensorID, {});
-    mudarDescricao(sensor.SensorID, nomeUnico(sensor.Nome));
+void SondaEstaActivaGuardar2(const Sensor &sensor, const QString &antes, nomes::Registo &nomes) {
+    nomes.tirar(antes);
+    const QString nome = nomeUnico(sensor.Nome, nomes);
+    nomes.juntar(nome);
+    if (nome != antes)
+        cnBD().executar(u"UPDATE Sensores SET Descricao = ? WHERE SensorID = ?"_s, {nome, sensor.SensorID});
 }
 
 int NSensoresNaBD() {
@@ -66,12 +57,14 @@ int NSensoresNaBD() {
     return rs.avancar() ? int(rs.inteiro(0)) : 0;
 }
 
-void SondaEstaActivaGuardar(const Sensor &sensor) {
+void SondaEstaActivaGuardar(const Sensor &sensor, Conhecido &conhecido) {
     const auto info = modTratamentoDados2251::infoDoTipo(sensor.Tipo);
+    const QString nome = nomeUnico(sensor.Nome, conhecido.nomes);
     cnBD().executar(u"INSERT INTO Sensores (SensorID, ID, Nlinha, Tipo, Descricao, Seleccionado, Grupo, Fonte, "
                     "PoseidonIP, UltTemp, SensUIMax, SensUIMin) VALUES (?,?,?,?,?,'SIM',0,'POSEIDON',?,-999.9,?,?)"_s,
-                    {sensor.SensorID, sensor.ID.isEmpty() ? u" "_s : sensor.ID, NSensoresNaBD() + 1, sensor.Tipo,
-                     nomeUnico(sensor.Nome), sensor.PoseidonIP, info.sensUIMax, info.sensUIMin});
+                    {sensor.SensorID, sensor.ID.isEmpty() ? u" "_s : sensor.ID, ++conhecido.sensores, sensor.Tipo, nome,
+                     sensor.PoseidonIP, info.sensUIMax, info.sensUIMin});
+    conhecido.nomes.juntar(nome);
 }
 
 void AdicionarCalibracoesDoSensor(const Sensor &sensor) {
@@ -105,7 +98,9 @@ bool tomarPosse(const Sensor &sensor, const QString &dono) {
 
 namespace importacao {
 
-bool AdicionarLinhaHub(Sensor sensor) {
+Conhecido::Conhecido() : sensores(NSensoresNaBD()) {}
+
+bool AdicionarLinhaHub(Sensor sensor, Conhecido &conhecido) {
     for (const TipoAntigo &t : tiposAntigos)
         if (sensor.Tipo == t.de)
             sensor.Tipo = t.para.toString();
@@ -118,11 +113,11 @@ bool AdicionarLinhaHub(Sensor sensor) {
     const QString dono = existe ? rs.texto(1) : QString();
     rs.fechar();
     if (!existe)
-        SondaEstaActivaGuardar(sensor);
+        SondaEstaActivaGuardar(sensor, conhecido);
     else if (!tomarPosse(sensor, dono))
         return false;
     else if (sensor.activa && sensor.Nome != descricao)
-        SondaEstaActivaGuardar2(sensor);
+        SondaEstaActivaGuardar2(sensor, descricao, conhecido.nomes);
     AdicionarCalibracoesDoSensor(sensor);
     return true;
 }

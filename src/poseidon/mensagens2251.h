@@ -22,6 +22,10 @@ constexpr Mensagem xmlEntidades{u"XmlEntidades", u"O setup.xml define um tipo de
 constexpr Mensagem xmlEstrutura{u"Desc8", u"Estrutura do XML inválida"};
 // A setup.xml that could not be followed in everything.
 constexpr Mensagem sensorAlheio{u"SensorAlheio", u"O identificador do sensor já pertence a outro dispositivo"};
+constexpr Mensagem canaisDeFora{u"CanaisDeFora", u"Canais de %1 que não foram importados: %2"};
+constexpr Mensagem canalSemElemento{u"CanalSemElemento", u"falta %1"};
+constexpr Mensagem canalIlegivel{u"CanalIlegivel", u"%1 ilegível: \"%2\""};
+constexpr Mensagem eMais{u"EMais", u"e mais %1"};
 
 // Data that a log's line stumbles over: the line fails, the log goes on.
 constexpr Mensagem calibracaoIlegivel{u"CalibracaoIlegivel", u"Calibração ilegível do sensor"};

@@ -23,6 +23,10 @@ using mensagens2251::Mensagem;
 constexpr Mensagem semLinhas{u"SemLinhas", u"O log não tem linhas"};
 constexpr Mensagem contagem{u"LinhasLidas", u"%1 linhas, %2 leituras"};
 constexpr Mensagem naoApagado{u"NaoApagado", u"Nenhuma linha deu leituras: a memória do dispositivo não foi apagada"};
+constexpr Mensagem configuracaoPorImportar{
+    u"ConfiguracaoPorImportar",
+    u"Leituras guardadas; nem toda a configuração do dispositivo foi importada, e a memória "
+    u"não foi apagada"};
 
 QString emFrases(const QStringList &partes) {
     QStringList ditas = partes;
@@ -152,12 +156,15 @@ void Descarga2251::servir(const Vigia &vigia) {
     const relogio2251::Verificacao relogio = relogio2251::VerificarDataDoPoseidon(xml);
     const importacao::Resultado importado = importacao::CarregarPoseidonParaBD(
         l.IP, l.TIPON, l.UDP, l.MAC, l.DESCRICAO, l.PORTA, l.SELECT, l.BLNERASELOG, l.NLEITURAS,
-        [this](const QString &ip, const QString &porta) { return m_xml.DescarregarXML(ip, porta); });
+        [this](const QString &ip, const QString &porta) { return m_xml.DescarregarXML(ip, porta); },
+        [&vigia] { vigia.passar(); });
     vigia.forcar();
     if (importado.portaTelnet)
         actual().PortaTelnet = *importado.portaTelnet;
     const QString motivo = xml.isEmpty() ? erroDoXml : importado.motivo;
     actual().Pormenor = motivo;
+    if (m_ficheiro.isEmpty() || !xml.isEmpty()) // a file needs no unit
+        actual().PorImportar = importado.motivo;
     if (relogio.resultado != relogio2251::emTempo && m_ficheiro.isEmpty()) {
         const mensagens2251::Relogio r = mensagens2251::relogio(relogio.resultado);
         const bool difere = relogio.resultado == relogio2251::difere;
@@ -252,6 +259,12 @@ void Descarga2251::guardarLinhas(int nLeituras, const Vigia &vigia) {
     d.Estado = 1;
     d.Mensagem = mensagens2251::sucesso.texto();
     d.Pormenor = emFrases({contagem.texto().arg(locale.toString(linhas), locale.toString(reunidas)), d.Pormenor});
+    // Channels that are not known yet may find their readings in the memory another day.
+    if (!d.PorImportar.isEmpty()) {
+        d.Estado = -1;
+        d.Mensagem = configuracaoPorImportar.texto();
+        return AlterarEstadoDescargaLOG(LinhaActual, mensagens2251::comFalha);
+    }
     // What gave nothing may be worth reading another day.
     const bool apagar = d.ApagarLog && m_ficheiro.isEmpty();
     if (apagar && reunidas == 0)

@@ -23,7 +23,8 @@ struct DescargaLog {
     bool ApagarLog = false;
     int Estado = 0; // 0 not finished, 1 success, -1 failure
     QString Mensagem;
-    QString Pormenor; // what else is worth knowing of it
+    QString PorImportar; // of the configuration: why not all of it was followed
+    QString Pormenor;    // what else is worth knowing of it
 };
 
 // Where a log object is told of its unit; its options stay as they are.
