@@ -2,6 +2,7 @@
 
 #include "core/literais.h"
 #include "demo/acaso.h"
+#include "demo/unidadesVirtuais.h"
 
 #include <array>
 #include <cmath>
@@ -19,6 +20,8 @@ constexpr Unidade asUnidades[] = {
     {u"127.0.0.6", u"Poseidon Logística", 34, 208, u"02:00:7F:00:00:06", '2'},
     {u"127.0.0.7", u"Poseidon Reserva", 4, 314, u"02:00:7F:00:00:07", '2'},
 };
+
+constexpr int unidadeDoBarramento = 3;
 
 constexpr EntradaSpider asEntradasSpider[] = {
     {u"127.0.0.2", 301, u"Detector Fumo"},
@@ -154,11 +157,16 @@ double meio(double v) {
     return std::round(v * 2) / 2;
 }
 
-// The limits a person would set for what the sensor measures.
-void escolherLimites(Sensor &s) {
+bool deUnidadeVirtual(const Sensor &s) {
+    return unidadeVirtual(QStringView(s.PoseidonIP).mid(1));
+}
+
+// The limits a person would set for what the sensor measures. A unit that is asked for its configuration gives both.
+void escolherLimites(Sensor &s, int &semUnidade) {
     constexpr std::array ciclo = {Limite::Ambos,    Limite::Ambos,  Limite::SoMaximo,
                                   Limite::SoMinimo, Limite::Nenhum, Limite::Nulo};
-    s.limite = ciclo[size_t(s.ordem) % ciclo.size()];
+    const bool daUnidade = deUnidadeVirtual(s) && QStringView(u"C%VA").contains(QLatin1Char(s.letra));
+    s.limite = daUnidade ? Limite::Ambos : ciclo[size_t(semUnidade++) % ciclo.size()];
     const PerfilLocal &p = perfilDe(s.local);
     switch (s.letra) {
     case '%':
@@ -236,7 +244,7 @@ std::vector<Sensor> sensores(quint64 semente) {
     std::vector<Sensor> todos;
     std::map<std::pair<char, int>, int> naUnidade;
     for (const Familia &f : familias) {
-        int ordem = 0;
+        int ordem = 0, semUnidade = 0;
         for (const Linha &l : f.linhas) {
             Sensor s;
             s.letra = f.letra;
@@ -253,9 +261,11 @@ std::vector<Sensor> sensores(quint64 semente) {
             s.escala = l.escala > 0 ? &asEscalas[l.escala - 1] : nullptr;
             s.SensUIMax = f.letra == 'V' ? 15 : f.letra == 'A' ? 25 : 20;
             s.SensUIMin = f.letra == 'V' || f.letra == 'A' ? 0 : 4;
-            const int unidade = osGrupos[l.grupo - 1].unidade;
+            int unidade = osGrupos[l.grupo - 1].unidade;
+            if (f.primeiroID == 0 && unidadeVirtual(asUnidades[unidade].endereco))
+                unidade = unidadeDoBarramento; // no log of a unit can hold them
             identificar(s, f, asUnidades[unidade], naUnidade[{f.letra, unidade}]++, semente);
-            escolherLimites(s);
+            escolherLimites(s, semUnidade);
             todos.push_back(std::move(s));
         }
     }

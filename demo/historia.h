@@ -51,6 +51,11 @@ void gravarAlarmes(Historia &h);
 void gravarRegistos(Historia &h);
 void gravarMissoes(Historia &h);
 
+// What a sensor measures, unrounded; of a voltage or a current the share of its range.
+double medida(const Clima &clima, const Sensor &sensor, const Momento &m);
+// The state of an input's contact; what hangs nowhere rests.
+bool ligado(const Clima &clima, QStringView endereco, int numero, qint64 t);
+
 // "YYYY-MM-DD HH:MM:SS"
 QByteArray textoData(qint64 t);
 // A number as the program of that separator writes it, with so many places at most.

@@ -60,22 +60,12 @@ double arredondar(double v, double porUnidade) {
 }
 
 double amostra(const Clima &clima, const Sensor &s, Grandeza g, const Momento &m) {
-    switch (g) {
-    case Grandeza::Temperatura:
-        return arredondar(clima.temperatura(s.local, s.lugar, m), 10);
-    case Grandeza::Humidade:
-        return arredondar(clima.humidade(s.local, s.lugar, m), 10);
-    case Grandeza::Pressao:
-        return arredondar(clima.pressao(s.lugar, m), 100);
-    case Grandeza::Orvalho:
-        return arredondar(pontoDeOrvalho(clima.temperatura(s.local, s.lugar, m), clima.humidade(s.local, s.lugar, m)),
-                          10);
-    case Grandeza::SensUI:
-        break;
-    }
+    const double v = medida(clima, s, m);
+    if (g != Grandeza::SensUI)
+        return arredondar(v, g == Grandeza::Pressao ? 100 : 10);
     const double de = s.escala ? s.escala->minimo : s.SensUIMin;
     const double ate = s.escala ? s.escala->maximo : s.SensUIMax;
-    return arredondar(de + clima.processo(s.local, s.lugar, m) * (ate - de), 100);
+    return arredondar(de + v * (ate - de), 100);
 }
 
 // One sensor's rows in one table.
@@ -346,6 +336,22 @@ Prazos prazosPara(qint64 linhas, const std::vector<Sensor> &sensores) {
         (total(prazos(grau)) < linhas ? menos : mais) = grau;
     }
     return prazos(mais);
+}
+
+double medida(const Clima &clima, const Sensor &s, const Momento &m) {
+    switch (s.letra) {
+    case '%':
+        return clima.humidade(s.local, s.lugar, m);
+    case 'K':
+        return clima.pressao(s.lugar, m);
+    case 'D':
+        return pontoDeOrvalho(clima.temperatura(s.local, s.lugar, m), clima.humidade(s.local, s.lugar, m));
+    case 'V':
+    case 'A':
+        return clima.processo(s.local, s.lugar, m);
+    default:
+        return clima.temperatura(s.local, s.lugar, m);
+    }
 }
 
 void gravarLeituras(Historia &h) {

@@ -228,6 +228,18 @@ void gravarCondicoes(Historia &h) {
 
 } // namespace
 
+bool ligado(const Clima &clima, QStringView endereco, int numero, qint64 t) {
+    for (const Contacto &c : contactos) {
+        if (c.endereco != endereco || c.numero != numero)
+            continue;
+        if (c.degelo)
+            return clima.degelo(c.local, c.lugar, t).em(t);
+        const qint64 hora = t / 3600;
+        return clima.abertura(c.local, c.lugar, hora - 1).em(t) || clima.abertura(c.local, c.lugar, hora).em(t);
+    }
+    return false;
+}
+
 void gravarAlarmes(Historia &h) {
     gravarTabelaDeAlarmes(h, u"Alarmes"_s, h.alarmesTemperatura);
     gravarTabelaDeAlarmes(h, u"AlarmesHum"_s, h.alarmesHumidade);

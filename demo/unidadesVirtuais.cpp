@@ -2,7 +2,9 @@
 
 #include "core/literais.h"
 #include "demo/catalogo.h"
+#include "demo/historia.h"
 
+#include <QHash>
 #include <QStringList>
 
 #include <algorithm>
@@ -13,7 +15,7 @@ namespace {
 
 constexpr QStringView enderecos[] = {u"127.0.0.2", u"127.0.0.3"};
 
-// What a unit calls the quantities that it measures; it knows no others.
+// What a unit calls the quantities that it measures. The workstation passes over the last two.
 QString unidadeDe(char letra) {
     switch (letra) {
     case 'C':
@@ -24,22 +26,13 @@ QString unidadeDe(char letra) {
         return u"V"_s;
     case 'A':
         return u"mA"_s;
+    case 'K':
+        return u"kPa"_s;
+    case 'D':
+        return u"Td"_s;
     default:
         return {};
     }
-}
-
-struct Onda {
-    double centro, amplitude;
-};
-Onda ondaDe(const Sensor &s) {
-    const PerfilLocal &p = perfilDe(s.local);
-    if (s.letra == 'C')
-        return {p.base, std::max(1.0, p.dia + p.rapido)};
-    if (s.letra == '%')
-        return {p.humidade, std::max(2.0, p.humidadeVariacao / 2)};
-    const double gama = s.SensUIMax - s.SensUIMin;
-    return {s.SensUIMin + gama / 2, gama / 6};
 }
 
 QString linhaDoCanal(const QStringList &partes) {
@@ -52,10 +45,29 @@ bool unidadeVirtual(QStringView endereco) {
     return std::find(std::begin(enderecos), std::end(enderecos), endereco) != std::end(enderecos);
 }
 
+Leituras leiturasDasUnidades(quint64 semente) {
+    QHash<QString, Sensor> canais;
+    for (const Sensor &s : sensores(semente))
+        if (unidadeVirtual(QStringView(s.PoseidonIP).mid(1)))
+            canais.insert(s.PoseidonIP.mid(1) + u';' + s.ID, s);
+    return [canais, clima = Clima(semente)](const QString &endereco, const QString &id,
+                                            qint64 t) -> std::optional<double> {
+        const auto achado = canais.constFind(endereco + u';' + id);
+        if (achado == canais.cend())
+            return ligado(clima, endereco, id.toInt(), t) ? 1 : 0;
+        const Sensor &s = *achado;
+        const Momento m = clima.momento(t);
+        if (!s.activo || m.semCorrente || clima.sensorDesligado(s.lugar, t).em(t))
+            return std::nullopt;
+        const double v = medida(clima, s, m);
+        return s.letra == 'V' || s.letra == 'A' ? s.SensUIMin + v * (s.SensUIMax - s.SensUIMin) : v;
+    };
+}
+
 QString argumentosDasUnidades(quint64 semente) {
     const std::vector<Sensor> todos = sensores(semente);
     const auto numero = [](double v) { return QString::number(v, 'f', 1); };
-    QString texto;
+    QString texto = u"--clima=%1\n"_s.arg(semente);
     for (const Unidade &u : unidades()) {
         if (!unidadeVirtual(u.endereco))
             continue;
@@ -68,9 +80,8 @@ QString argumentosDasUnidades(quint64 semente) {
             const QString unidade = unidadeDe(s.letra);
             if (unidade.isEmpty() || QStringView(s.PoseidonIP).mid(1) != u.endereco)
                 continue;
-            const Onda onda = ondaDe(s);
-            texto += linhaDoCanal({s.ID, s.Descricao, unidade, numero(onda.centro), numero(onda.amplitude),
-                                   numero(s.minimo), numero(s.maximo)});
+            // No wave of its own: the climate says what it reads.
+            texto += linhaDoCanal({s.ID, s.Descricao, unidade, u"0"_s, u"0"_s, numero(s.minimo), numero(s.maximo)});
         }
         for (const EntradaSpider &e : entradasSpider())
             if (e.endereco == u.endereco)

@@ -5,6 +5,7 @@
 #include "demo/captura.h"
 #include "demo/gerador.h"
 #include "demo/historia.h"
+#include "demo/unidadesVirtuais.h"
 #include "platform/onewire/DS1921.h"
 #include "simulator/botao/transporteVirtual.h"
 #include "tests/apoio/instalacao.h"
@@ -129,6 +130,50 @@ private Q_SLOTS:
     void naoHaLinhas() {
         QFETCH(const QString, origem);
         QVERIFY(coluna(m_bd, u"SELECT 1 FROM %1 LIMIT 1"_s.arg(origem)).isEmpty());
+    }
+
+    // Every sensor at the addresses of the virtual units is a channel that reads on as the history does, within limits
+    // that stay as they are; what no log can hold hangs elsewhere.
+    void unidadesContinuamAHistoria() {
+        const QStringList argumentos = argumentosDasUnidades(1).split(u'\n');
+        QVERIFY(argumentos.contains(u"--clima=1"_s));
+        const Leituras leitura = leiturasDasUnidades(1);
+        int canais = 0, comparadas = 0;
+        for (const Sensor &s : sensores(1)) {
+            const QString endereco = s.PoseidonIP.mid(1);
+            if (!unidadeVirtual(endereco))
+                continue;
+            ++canais;
+            const QStringList canal = argumentos.filter(u"--canal=%1;%2;"_s.arg(s.ID, s.Descricao));
+            QVERIFY2(canal.size() == 1, qPrintable(s.Descricao));
+            const QString tabela = s.letra == 'C'   ? u"Temperaturas"_s
+                                   : s.letra == '%' ? u"Humidade"_s
+                                   : s.letra == 'K' ? u"Pressao"_s
+                                   : s.letra == 'D' ? u"Pontoorvalho"_s
+                                                    : u"SensUI_Leituras"_s;
+            if (s.letra != 'K' && s.letra != 'D')
+                QCOMPARE(coluna(m_bd, u"SELECT coalesce(Minimo, MinimoHum) || '|' || coalesce(Maximo, MaximoHum) FROM "
+                                      "Calibracoes WHERE SondaID = '%1'"_s.arg(s.SensorID)),
+                         QStringList(u"%1|%2"_s.arg(canal[0].section(u';', 5, 5).toDouble())
+                                         .arg(canal[0].section(u';', 6, 6).toDouble())));
+            Recordset rs = m_bd.consultar(
+                u"SELECT * FROM %1 WHERE Sensor = ? ORDER BY rowid DESC LIMIT 50"_s.arg(tabela), {s.SensorID});
+            while (rs.avancar()) {
+                if (!rs.eNumero(3))
+                    continue;
+                const auto t = qint64(rs.segundos(0));
+                const std::optional<double> lido = leitura(endereco, s.ID, t - t % 300);
+                QCOMPARE(lido.has_value(), s.activo);
+                if (!lido)
+                    continue;
+                const double parte = (*lido - s.SensUIMin) / (s.SensUIMax - s.SensUIMin);
+                const double valor =
+                    s.escala ? s.escala->minimo + parte * (s.escala->maximo - s.escala->minimo) : *lido;
+                QVERIFY2(std::fabs(valor - rs.real(3)) < 0.051, qPrintable(s.Descricao + rs.texto(0)));
+                ++comparadas;
+            }
+        }
+        QVERIFY(canais > 20 && comparadas > 20 * 30);
     }
 
     void mesmoPedidoDaOMesmo() {

@@ -6,6 +6,7 @@
 #include <QList>
 
 #include <functional>
+#include <optional>
 
 namespace simulador {
 
@@ -38,6 +39,9 @@ struct Definicao {
     QString ficheiroEstado;           // empty: nothing is kept
     QList<Canal> canais;              // empty: the usual ones
     std::function<QDateTime()> agora; // empty: the system's
+    // What a channel reads at a moment, seconds since 1970; nothing: no reading. Empty: each channel's own wave, and
+    // records of inputs and outputs among the others.
+    std::function<std::optional<double>(const QString &endereco, const QString &id, qint64 t)> leitura;
 };
 
 // Fills in what was left open.

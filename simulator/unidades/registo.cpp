@@ -78,7 +78,11 @@ bool Registo::apagarTransferidos(qint64 quantos, const QByteArray &soma) {
     return true;
 }
 
-double Registo::valor(const Canal &canal, qint64 numero) const {
+std::optional<double> Registo::valor(const Canal &canal, qint64 numero) const {
+    if (!canal.ligado)
+        return std::nullopt;
+    if (m_definicao.leitura)
+        return m_definicao.leitura(m_definicao.endereco, canal.id, numero * m_definicao.intervalo);
     const quint32 semente = quint32(canal.id.toULongLong());
     const double dia = double(numero % 100'000'000) * m_definicao.intervalo / 86400.0;
     const double onda = std::sin(2 * std::numbers::pi * (dia + semente % 97 / 97.0));
@@ -86,6 +90,10 @@ double Registo::valor(const Canal &canal, qint64 numero) const {
     // Every fourth day or so a door stays open for a while.
     const double desvio = acaso(numero * m_definicao.intervalo / 7200, semente) % 48 == 0 ? 1.6 : 0.0;
     return canal.centro + canal.amplitude * (0.7 * onda + 0.3 * ruido + desvio);
+}
+
+bool Registo::ligado(const Canal &canal, qint64 numero) const {
+    return m_definicao.leitura ? valor(canal, numero).value_or(0) != 0 : entrada(canal.id.toInt(), numero);
 }
 
 bool Registo::entrada(int numero, qint64 registo) const {
@@ -97,11 +105,10 @@ bool Registo::saida(int numero, qint64 registo) const {
 }
 
 QString Registo::valorActual(const Canal &canal) const {
-    if (!canal.ligado)
-        return u"-999.9"_s;
     if (canal.unidade == u"s")
-        return entrada(canal.id.toInt(), ultimo()) ? u"1"_s : u"0"_s;
-    return QString::number(valor(canal, ultimo()), 'f', 1);
+        return ligado(canal, ultimo()) ? u"1"_s : u"0"_s;
+    const std::optional<double> lido = valor(canal, ultimo());
+    return lido ? QString::number(*lido, 'f', 1) : u"-999.9"_s;
 }
 
 // "2011-03-01;10:00:00;17;1;2;101;235;102;-9999"
@@ -125,13 +132,14 @@ QByteArray Registo::linha(qint64 numero) const {
     texto += ':';
     doisDigitos(texto, hora.time().second());
     texto += ';' + QByteArray::number(numero % 65536);
-    if (numero % 24 == 7) {
+    const bool soSensores = bool(m_definicao.leitura);
+    if (!soSensores && numero % 24 == 7) {
         texto += ";3;3";
         for (int i = 1; i <= 3; ++i)
             texto += ';' + QByteArray::number(i) + (entrada(i, numero) ? ";1" : ";0");
         return texto;
     }
-    if (numero % 24 == 19) {
+    if (!soSensores && numero % 24 == 19) {
         texto += ";4;2";
         for (int i = 1; i <= 2; ++i)
             texto += ';' + QByteArray::number(150 + i) + (saida(i, numero) ? ";1" : ";0");
@@ -140,12 +148,13 @@ QByteArray Registo::linha(qint64 numero) const {
     texto += ";1;" + QByteArray::number(m_definicao.canais.size());
     for (const Canal &canal : m_definicao.canais) {
         texto += ';' + canal.id.toLatin1() + ';';
-        if (canal.unidade == u"s")
-            texto += entrada(canal.id.toInt(), numero) ? "10" : "0";
-        else if (!canal.ligado || acaso(numero, 7 + quint32(canal.id.size())) % 1009 == 0)
-            texto += "-9999";
-        else
-            texto += QByteArray::number(std::llround(valor(canal, numero) * 10));
+        if (canal.unidade == u"s") {
+            texto += ligado(canal, numero) ? "10" : "0";
+            continue;
+        }
+        const std::optional<double> lido = valor(canal, numero);
+        const bool lacuna = !soSensores && acaso(numero, 7 + quint32(canal.id.size())) % 1009 == 0;
+        texto += lido && !lacuna ? QByteArray::number(std::llround(*lido * 10)) : QByteArray("-9999");
     }
     return texto;
 }

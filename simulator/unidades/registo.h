@@ -31,7 +31,8 @@ public:
 
 private:
     qint64 ultimo() const; // number of the newest record
-    double valor(const Canal &canal, qint64 numero) const;
+    std::optional<double> valor(const Canal &canal, qint64 numero) const;
+    bool ligado(const Canal &canal, qint64 numero) const; // of an input of the extension
     void lerEstado();
     void gravarEstado() const;
 

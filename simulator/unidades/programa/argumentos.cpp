@@ -1,6 +1,7 @@
 #include "simulator/unidades/programa/argumentos.h"
 
 #include "core/literais.h"
+#include "demo/unidadesVirtuais.h"
 
 #include <QDir>
 #include <QFile>
@@ -86,6 +87,14 @@ constexpr Opcao opcoes[] = {
      [](Definicao &d, const QString &v) { return guardar(d.portaPesquisa, numero(v, 0, 65535)); }},
     {u"canal", u"ID;NOME;C;...", u"um canal em vez dos habituais: ID;NOME;UNIDADE;CENTRO;AMPLITUDE;MÍNIMO;MÁXIMO",
      juntarCanal},
+    {u"clima", u"SEMENTE", u"os canais da demonstração lêem o que a história dela guarda (sem ela, ondas)",
+     [](Definicao &d, const QString &v) {
+         bool lido = false;
+         const quint64 semente = v.toULongLong(&lido);
+         if (lido)
+             d.leitura = demonstracao::leiturasDasUnidades(semente);
+         return lido;
+     }},
     {u"registos", u"N", u"registos que cabem na memória (2000)",
      [](Definicao &d, const QString &v) { return guardar(d.registos, numero(v, 1, 5'000'000)); }},
     {u"intervalo", u"SEGUNDOS", u"tempo entre registos (300)",
