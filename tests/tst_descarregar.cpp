@@ -113,10 +113,6 @@ private Q_SLOTS:
         QCOMPARE(j.celula(1, Coluna::TIPO), u"Poseidon 2251"_s);
         QCOMPARE(j.celula(1, Coluna::DESCRICAO), u"Unidade 2"_s);
         QVERIFY(!j.podeDescarregar());
-        const auto cor = [&] { return j.grelha()->model()->index(0, 2).data(Qt::ForegroundRole); };
-        QVERIFY(!cor().isValid());
-        j.editar(1, Coluna::DESCRICAO, u"Outra"_s);
-        QVERIFY(cor().value<QColor>().red() == 255); // differs from what the unit says
         j.irPara(1, Coluna::IP);
         tecla(j.grelha(), Qt::Key_Space);
         QVERIFY(j.podeDescarregar());
@@ -223,6 +219,46 @@ private Q_SLOTS:
                                       j.celula(1, Coluna::DESCRICAO),
                                   u"127.0.0.3|%1|Unidade 3"_s.arg(b->portaWeb()), u"127.0.0.5|~|Outro"_s}));
         }
+    }
+
+    // Red is the one cell that was edited, until its old value, the unit's own or a search is back.
+    void celulaAlteradaAVermelho() {
+        const auto u = ligarUnidade();
+        const QString porta = QString::number(u->portaWeb());
+        definir(u"Pesquisa"_s, u"127.0.0.2:"_s + QString::number(u->portaPesquisa()));
+        cnBD().executar(u"INSERT INTO Poseidons (PoseidonIP, Nome, Modelo, Mac, Porta, m) VALUES "
+                        "('127.0.0.44', 'Velho', 4, ?, 81, 'AUT')"_s,
+                        {u->definicao().mac});
+        Janela j; // the name came with the first search, address and port stand as they were
+        const auto vermelhas = [&] {
+            QStringList nomes;
+            for (int c = 0; c < j.grelha()->model()->columnCount(); ++c)
+                if (j.grelha()->model()->index(0, c).data(Qt::ForegroundRole).value<QColor>().red() == 255)
+                    nomes += j.grelha()->model()->headerData(c, Qt::Horizontal).toString();
+            return nomes.join(u' ');
+        };
+        const std::tuple<Coluna, QString, QString, bool> casos[] = {
+            // typed, the red cells then, refused
+            {Coluna::DESCRICAO, u"Outra"_s, u"Nome"_s, false},
+            {Coluna::IP, u"127.0.0.55"_s, u"IP Nome"_s, false},
+            {Coluna::IP, u"servidor"_s, u"IP Nome"_s, true},
+            {Coluna::DESCRICAO, u"Unidade 2"_s, u"IP"_s, false},
+            {Coluna::PORTA, u"99999"_s, u"IP"_s, true},
+            {Coluna::PORTA, porta, u"IP"_s, false},  // the unit's own
+            {Coluna::IP, u"127.0.0.2"_s, {}, false}, // the unit's own
+            {Coluna::IP, u"127.0.0.56"_s, u"IP"_s, false},
+            {Coluna::IP, u"127.0.0.44"_s, {}, false}, // the old value
+            {Coluna::PORTA, u"82"_s, u"Porta"_s, false},
+        };
+        QCOMPARE(vermelhas(), QString());
+        for (const auto &[coluna, texto, esperadas, recusado] : casos) {
+            j.editar(1, coluna, texto);
+            QCOMPARE(vermelhas(), esperadas);
+            QVERIFY2(j.info().isEmpty() != recusado, qPrintable(texto)); // of this edit, never of one before
+        }
+        j.clicar(u"cmdPesquisar"_s);
+        j.esperarLivre();
+        QCOMPARE(vermelhas(), QString());
     }
 
     void adicionarRemoto() {

@@ -298,7 +298,8 @@ private Q_SLOTS:
         QVERIFY(l.VerificarSeIPJaExiste(u" 10.0.0.8 "_s, 1) && !l.VerificarSeIPJaExiste(u"10.0.0.8"_s, 2));
         const QList<Dispositivo> achados{{nome, u"00:02"_s, 34, 81, u"10.0.0.8"_s}};
         const auto difere = [&](const QString &porta, const QString &mac) {
-            return VerificarSeTemDeSeFazerAlteracoes(achados, u"10.0.0.8"_s, porta, mac, nome.left(15));
+            const Alteracoes a = VerificarSeTemDeSeFazerAlteracoes(achados, u"10.0.0.8"_s, porta, mac, nome.left(15));
+            return a.porta && !a.endereco && !a.nome;
         };
         QVERIFY(!difere(u"81"_s, u"00:02"_s) && difere(u"82"_s, u"00:02"_s) && !difere(u"82"_s, u"00:03"_s));
     }

@@ -115,12 +115,17 @@ bool Lista::algumaSeleccionada() const {
     return std::any_of(m_linhas.begin(), m_linhas.end(), [](const Linha &l) { return l.SELECT == u"SIM"; });
 }
 
-bool VerificarSeTemDeSeFazerAlteracoes(const QList<Dispositivo> &encontrados, const QString &ip, const QString &porta,
-                                       const QString &mac, const QString &nome) {
-    return std::any_of(encontrados.begin(), encontrados.end(), [&](const Dispositivo &d) {
-        return d.mac.trimmed().compare(mac.trimmed(), Qt::CaseInsensitive) == 0 &&
-               (d.endereco != ip || QString::number(d.porta) != porta || d.nome.left(maximoDoNome) != nome);
-    });
+Alteracoes VerificarSeTemDeSeFazerAlteracoes(const QList<Dispositivo> &encontrados, const QString &ip,
+                                             const QString &porta, const QString &mac, const QString &nome) {
+    Alteracoes a;
+    for (const Dispositivo &d : encontrados) {
+        if (d.mac.trimmed().compare(mac.trimmed(), Qt::CaseInsensitive) != 0)
+            continue;
+        a.endereco = a.endereco || d.endereco != ip;
+        a.porta = a.porta || QString::number(d.porta) != porta;
+        a.nome = a.nome || d.nome.left(maximoDoNome) != nome;
+    }
+    return a;
 }
 
 QString ConfigurarZerosPortaIOcontroller(const QString &porta) {

@@ -55,9 +55,14 @@ private:
     std::vector<Linha> m_linhas;
 };
 
-// True when a found unit differs from what its row says.
-bool VerificarSeTemDeSeFazerAlteracoes(const QList<Dispositivo> &encontrados, const QString &ip, const QString &porta,
-                                       const QString &mac, const QString &nome);
+// What a found unit says otherwise than its row.
+struct Alteracoes {
+    bool endereco = false;
+    bool porta = false;
+    bool nome = false;
+};
+Alteracoes VerificarSeTemDeSeFazerAlteracoes(const QList<Dispositivo> &encontrados, const QString &ip,
+                                             const QString &porta, const QString &mac, const QString &nome);
 
 // The port with zeros in front, five characters; empty for a text of any other length than 1 to 5.
 QString ConfigurarZerosPortaIOcontroller(const QString &porta);

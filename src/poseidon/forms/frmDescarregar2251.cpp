@@ -115,6 +115,7 @@ void frmDescarregar2251::PesquisarRede() {
 }
 
 void frmDescarregar2251::fimDaPesquisa(bool comResposta) {
+    m_modelo->esquecerEdicoes();
     if (comResposta) {
         QSet<QString> macs;
         const auto encontrados = m_pesquisa->encontrados();
@@ -257,6 +258,7 @@ void frmDescarregar2251::marcar(int linha) {
 bool frmDescarregar2251::guardarCelula(int linha, Coluna coluna, const QString &novo) {
     listaPoseidons::Linha &l = m_lista.linha(linha);
     const QString ip = l.IP;
+    mostrarResultado(linha); // what an edit before it was refused for
     const auto existe = [&] {
         return Rotina("frmDescarregar2251.VerificarSeIPJaExiste",
                       [&] { return m_lista.VerificarSeIPJaExiste(novo, linha) || listaPoseidons::existeNaBD(novo); });
@@ -277,8 +279,12 @@ bool frmDescarregar2251::guardarCelula(int linha, Coluna coluna, const QString &
                               : listaPoseidons::MudarIPPORTABDPoseidons(ip, l.IP, l.PORTA.toInt());
     if (!guardada)
         celula = antes; // the list never shows what is not stored
-    if (listaPoseidons::VerificarSeTemDeSeFazerAlteracoes(m_pesquisa->encontrados(), l.IP, l.PORTA, l.MAC, l.DESCRICAO))
-        m_modelo->setAlterada(linha);
+    const listaPoseidons::Alteracoes a =
+        listaPoseidons::VerificarSeTemDeSeFazerAlteracoes(m_pesquisa->encontrados(), l.IP, l.PORTA, l.MAC, l.DESCRICAO);
+    m_modelo->setEditada(linha, coluna, antes,
+                         coluna == Coluna::IP      ? a.endereco
+                         : coluna == Coluna::PORTA ? a.porta
+                                                   : a.nome);
     return guardada;
 }
 

@@ -113,7 +113,7 @@ QVariant ModeloDispositivos::data(const QModelIndex &i, int papel) const {
     case Qt::BackgroundRole:
         return riscas::cor(i.row() % 2 == 0 ? riscas::par : riscas::trocar(riscas::par), paleta);
     case Qt::ForegroundRole:
-        if (m_alteradas.contains(numero))
+        if (const Edicao e = m_editadas.value(celula(numero, coluna)); e.difere && e.antes != texto(l, coluna, numero))
             return QColor(paleta.color(QPalette::Base).lightness() < 128 ? corDeAlteradaNoEscuro : corDeAlterada);
         return {};
     default:
@@ -146,6 +146,14 @@ bool ModeloDispositivos::setData(const QModelIndex &i, const QVariant &valor, in
     const bool feito = guardar(i.row() + 1, Coluna(i.column() + 1), novo);
     renovar(i.row() + 1);
     return feito;
+}
+
+void ModeloDispositivos::setEditada(int linha, Coluna coluna, const QString &antes, bool difere) {
+    const auto edicao = m_editadas.find(celula(linha, coluna));
+    if (edicao == m_editadas.end())
+        m_editadas.insert(celula(linha, coluna), {antes, difere});
+    else
+        edicao->difere = difere;
 }
 
 void ModeloDispositivos::renovar() {

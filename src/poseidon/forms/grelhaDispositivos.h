@@ -3,6 +3,7 @@
 #include "poseidon/listaPoseidons.h"
 
 #include <QAbstractTableModel>
+#include <QHash>
 #include <QPalette>
 #include <QSet>
 #include <QStyledItemDelegate>
@@ -44,7 +45,9 @@ public:
     void renovar();          // rows were added, or many changed
     void renovar(int linha); // one row
     void setVistos(const QSet<QString> &macs) { m_vistos = macs; }
-    void setAlterada(int linha) { m_alteradas.insert(linha); } // its cells differ from the unit's own
+    // An edited cell; red while it holds neither the value before its edits nor the unit's own.
+    void setEditada(int linha, Coluna coluna, const QString &antes, bool difere);
+    void esquecerEdicoes() { m_editadas.clear(); } // a search has told what the units are
 
     // What a row says in its last column, and whether it is a failure.
     struct Dito {
@@ -65,7 +68,12 @@ private:
     listaPoseidons::Lista &m_lista;
     int m_mostradas = 0;
     QSet<QString> m_vistos;
-    QSet<int> m_alteradas;
+    struct Edicao {
+        QString antes; // of the first one
+        bool difere = false;
+    };
+    QHash<int, Edicao> m_editadas; // by celula()
+    static int celula(int linha, Coluna coluna) { return linha * (int(Coluna::Total) + 1) + int(coluna); }
 };
 
 // Edits a cell in txtEdit: digits only for a port, a name of the list's length.
