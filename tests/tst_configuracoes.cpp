@@ -171,6 +171,45 @@ private Q_SLOTS:
         QVERIFY(!programa.guardado(u"FORMS"_s, u"frmConfiguracoesTOP"_s).isEmpty());
     }
 
+    // Nothing is called a success that is not in its file afterwards; each path that is not is named with it.
+    void caminhosPorGuardar() {
+        Programa programa;
+        Instalacao &inst = programa.instalacao;
+        const QString definicoes = modINI::GetINIPATH() + u"Vistrel.ini";
+        const QString antes = programa.guardado(u"BD"_s, u"MAIN"_s);
+        QVERIFY(QFile::remove(definicoes) && QDir().mkpath(definicoes + u"/cheia")); // no file can take its place
+        QDir().mkpath(inst.pastaPrograma() + u"/Vistrel.ini/cheia");
+        inst.erros.tolerante = true; // nothing is left to read, either
+        inst.dialogos.tolerante = true;
+        comDialogo(u"frmConfiguracoes"_s, [&](QDialog *dialogo) {
+            escrever(dialogo, u"txtCaminhoBD"_s, antes);
+            escrever(dialogo, u"txtCaminhoImagens"_s, u"./Saída"_s);
+            escrever(dialogo, u"txtINI_Path"_s, u"/outra"_s);
+            clicar(dialogo, u"cmdConcluirDados"_s);
+        });
+        QCOMPARE(inst.dialogos.estilos.constLast(), Dialogos::Estilo::Critico);
+        QVERIFY2(inst.dialogos.textos.constLast().endsWith(
+                     u"\"%1\": ./Saída\nNão foi possível guardar em \"%2/Vistrel.ini\": /outra"_s.arg(
+                         definicoes, inst.pastaPrograma())),
+                 qPrintable(inst.dialogos.textos.constLast()));
+    }
+
+    // However long a message is, all of its lines are seen.
+    void mensagemInteira() {
+        Programa programa;
+        comDialogo(u"frmConfiguracoes"_s, [&](QDialog *dialogo) {
+            dialogo->resize(dialogo->minimumSizeHint());
+            auto *etiqueta = controlo<QLabel>(dialogo, u"lblEstadoCaminhoBD"_s);
+            escrever(dialogo, u"txtCaminhoBD"_s, u"/uma/pasta-que/"_s + QString(300, u'n') + u"/Não há.mdb"_s);
+            QTRY_VERIFY(etiqueta->text().startsWith(u"✗ "));
+            QTRY_VERIFY(etiqueta->height() >= etiqueta->heightForWidth(etiqueta->width()));
+            QVERIFY(etiqueta->heightForWidth(etiqueta->width()) > 3 * etiqueta->fontMetrics().height());
+            for (const QString &outra : {u"lblEstadoCaminhoImagens"_s, u"lblEstadoINI_Path"_s})
+                QVERIFY(!controlo<QLabel>(dialogo, outra)->geometry().intersects(etiqueta->geometry()));
+            QVERIFY(dialogo->height() >= dialogo->minimumSizeHint().height());
+        });
+    }
+
     void estadoDosCaminhos_data() {
         // caminho: below the temporary folder, unless it begins with a sign
         const Tabela<QString, QString, QString> caso("campo", "caminho", "estado");
@@ -314,7 +353,30 @@ private Q_SLOTS:
         });
         QCOMPARE(programa.guardado(u"Lingua"_s, u"ACT"_s), u"2"_s);
         QCOMPARE(estado().Lingua, u"EN"_s);
-        QCOMPARE(controlo<QAction>(programa.principal.get(), u"Geral"_s)->text(), u"General"_s);
+        QCOMPARE(controlo<QAction>(programa.principal.get(), u"Geral"_s)->text().remove(u'&'), u"General"_s);
+    }
+
+    // A number whose code was left empty takes no place of another's.
+    void idiomaPeloCodigo() {
+        Programa programa;
+        modINI::SaveSettings(u"Vistrel"_s, {{u"Lingua"_s, u"1"_s, u"Português"_s},
+                                            {u"Lingua"_s, u"L1"_s, u"PT"_s},
+                                            {u"Lingua"_s, u"2"_s, u"Sem código"_s},
+                                            {u"Lingua"_s, u"3"_s, u"English"_s},
+                                            {u"Lingua"_s, u"L3"_s, u"EN"_s},
+                                            {u"Lingua"_s, u"4"_s, u"English"_s},
+                                            {u"Lingua"_s, u"L4"_s, u"EN"_s},
+                                            {u"Lingua"_s, u"5"_s, u"Čeština"_s},
+                                            {u"Lingua"_s, u"L5"_s, u"CZ"_s},
+                                            {u"Lingua"_s, u"ACT"_s, u"3"_s}});
+        comDialogo(u"frmConfiguracoes"_s, [&](QDialog *dialogo) {
+            controlo<QTabWidget>(dialogo, u"Tiras"_s)->setCurrentIndex(2);
+            QCOMPARE(controlo<QComboBox>(dialogo, u"cboLingua"_s)->currentText(), u"English - EN"_s);
+            QCOMPARE(estado().Lingua, u"EN"_s);
+            clicar(dialogo, u"cmdConluirIdioma"_s);
+        });
+        QCOMPARE(programa.guardado(u"Lingua"_s, u"ACT"_s), u"3"_s);
+        QCOMPARE(estado().Lingua, u"EN"_s);
     }
 
     void idiomaForaDaLista() {

@@ -5,6 +5,7 @@
 #include "devicestate/entradas.h"
 #include "devicestate/familiaSensUI.h"
 #include "logger/views/familiaLoggers.h"
+#include "platform/forms/mnemonicas.h"
 #include "platform/forms/registoForms.h"
 #include "shell/apresentadorQt.h"
 #include "shell/arranque.h"
@@ -18,6 +19,8 @@
 #include <QApplication>
 #include <QDirIterator>
 #include <QFileInfo>
+#include <QMenu>
+#include <QMenuBar>
 #include <QPointer>
 #include <QRegularExpression>
 #include <QTest>
@@ -232,6 +235,46 @@ private Q_SLOTS:
             }
         }
         QVERIFY2(aMais.isEmpty(), qPrintable(aMais.join(u'\n')));
+    }
+
+    void menuPeloTeclado_data() { completa_data(); }
+    // Every entry has a letter of its own in its menu; Alt, F10 and Alt with a letter open the bar.
+    void menuPeloTeclado() {
+        QFETCH(const QString, codigo);
+        Instalacao inst;
+        QVERIFY(QFile::copy(caminhoDe(codigo), inst.pastaINI() + u"/Kelvark-%1.ini"_s.arg(codigo)));
+        estado().Lingua = codigo;
+        modMain::registarForms(registoForms());
+        frmMain shell;
+        QHash<QString, QStringList> letras; // by parent
+        for (const EntradaMenu &entrada : menuPrincipal()) {
+            const QString legenda = utilizador::controlo<QAction>(&shell, entrada.chave.toString())->text();
+            const QChar letra = mnemonicas::letraDe(legenda);
+            QVERIFY2(!letra.isNull() && letra.unicode() < 0x80, qPrintable(legenda));
+            letras[entrada.pai.toString()] += letra;
+        }
+        for (QStringList &lista : letras)
+            QCOMPARE(lista.removeDuplicates(), 0);
+
+        utilizador::mostrar(&shell);
+        QMenuBar *barra = shell.menuBar();
+        const auto aberto = [&] { return qobject_cast<QMenu *>(QApplication::activePopupWidget()); };
+        const auto fechar = [&] {
+            while (aberto())
+                aberto()->close();
+            barra->setActiveAction(nullptr);
+        };
+        QTest::keyPress(&shell, Qt::Key_Alt, Qt::AltModifier);
+        QTest::keyRelease(&shell, Qt::Key_Alt);
+        QCOMPARE(barra->activeAction(), barra->actions().constFirst());
+        fechar();
+        QTest::keyClick(&shell, Qt::Key_F10);
+        QCOMPARE(aberto(), barra->actions().constFirst()->menu());
+        fechar();
+        const QAction *geral = utilizador::controlo<QAction>(&shell, u"Geral"_s);
+        QTest::keyClick(&shell, mnemonicas::letraDe(geral->text()).toLatin1(), Qt::AltModifier);
+        QCOMPARE(aberto(), geral->menu());
+        fechar();
     }
 
     // The Portuguese file says what the program says without any file.

@@ -72,6 +72,28 @@ QString comSinal(const estadoCaminhos::EstadoCaminho &e) {
     return sinais[size_t(e.grau)] + e.texto;
 }
 
+// A path has no blanks to break a line at: it may go on after a sign, or in the middle of an endless name.
+QString comQuebras(const QString &texto) {
+    constexpr int maximoSeguido = 24;
+    QString quebrado;
+    int seguidos = 0;
+    for (qsizetype i = 0; i < texto.size(); ++i) {
+        const QChar c = texto[i];
+        quebrado += c;
+        seguidos = c.isSpace() ? 0 : seguidos + 1;
+        const bool sinal = c == u'/' || c == u'\\' || c == u'_' || c == u'-' || c == u'.';
+        if (!c.isHighSurrogate() && (sinal || seguidos >= maximoSeguido)) {
+            quebrado += QChar(0x200B);
+            seguidos = 0;
+        }
+    }
+    return quebrado;
+}
+
+QString naoGuardado(const QString &ficheiro, const QString &valor) {
+    return texto(u"NaoGuardado"_s, u"Não foi possível guardar em \"%1\": %2"_s).arg(ficheiro, valor);
+}
+
 QColor corDe(estadoCaminhos::Grau grau, const QPalette &paleta) {
     const bool escuro = paleta.color(QPalette::Base).lightness() < 128;
     constexpr std::array<QRgb, 3> claras = {qRgb(25, 110, 60), qRgb(140, 85, 0), qRgb(176, 32, 32)};
@@ -169,12 +191,52 @@ void frmConfiguracoes::mostrarEstados() {
     Rotina("frmConfiguracoes.MostrarEstados", [this] {
         for (const Caminho &c : std::as_const(m_caminhos)) {
             const estadoCaminhos::EstadoCaminho e = c.exame(c.campo->text());
-            c.estado->setText(comSinal(e));
+            c.estado->setText(comQuebras(comSinal(e)));
             QPalette paleta = palette();
             paleta.setColor(QPalette::WindowText, corDe(e.grau, paleta));
             c.estado->setPalette(paleta);
         }
+        caber();
     });
+}
+
+// What wraps asks for more height than a dialog gives by itself.
+void frmConfiguracoes::caber() {
+    for (const Caminho &c : std::as_const(m_caminhos)) {
+        const int largura = c.estado->isVisible() ? c.estado->width() : c.campo->minimumWidth();
+        c.estado->setMinimumHeight(c.estado->heightForWidth(largura));
+    }
+    for (QWidget *w = m_caminhos.first().estado->parentWidget(); w && w != this; w = w->parentWidget())
+        if (w->layout())
+            w->layout()->activate();
+    layout()->activate();
+    const int falta = minimumSizeHint().height() - height();
+    if (falta > 0)
+        resize(width(), height() + falta);
+}
+
+void frmConfiguracoes::resizeEvent(QResizeEvent *evento) {
+    QDialog::resizeEvent(evento);
+    m_exame->start(); // other lines, other heights
+}
+
+// What was not seen to be in its file afterwards.
+QStringList frmConfiguracoes::guardarCaminhos() {
+    const QString &ficheiro = estado().NomePrograma;
+    const QString doPrograma = estado().PastaPrograma + u"/Vistrel.ini";
+    const auto caminho = [this](int i) { return m_caminhos[i].campo->text(); };
+    modINI::SaveSetting(ficheiro, u"BD"_s, u"MAIN"_s, caminho(0));
+    modINI::SaveSetting(ficheiro, u"JPG"_s, u"MAIN"_s, caminho(1));
+    modINI::SaveSettingINIPATH(u"INI"_s, u"Path"_s, caminho(2));
+    QStringList faltas;
+    const QString dasDefinicoes = modINI::GetINIPATH() + ficheiro + u".ini";
+    if (modINI::GetSetting(ficheiro, u"BD"_s, u"MAIN"_s) != caminho(0))
+        faltas += naoGuardado(dasDefinicoes, caminho(0));
+    if (modINI::GetSetting(ficheiro, u"JPG"_s, u"MAIN"_s) != caminho(1))
+        faltas += naoGuardado(dasDefinicoes, caminho(1));
+    if (modINI::LerValorINI(u"INI"_s, u"Path"_s, {}, doPrograma) != caminho(2))
+        faltas += naoGuardado(doPrograma, caminho(2));
+    return faltas;
 }
 
 void frmConfiguracoes::cmdConcluirDados_Click() {
@@ -185,15 +247,14 @@ void frmConfiguracoes::cmdConcluirDados_Click() {
                    Dialogos::Estilo::Exclamacao);
             return;
         }
-        const QString &ficheiro = estado().NomePrograma;
-        modINI::SaveSetting(ficheiro, u"BD"_s, u"MAIN"_s, caminho(0));
-        modINI::SaveSetting(ficheiro, u"JPG"_s, u"MAIN"_s, caminho(1));
-        modINI::SaveSettingINIPATH(u"INI"_s, u"Path"_s, caminho(2));
-        estado().CaminhoBD = modINI::GetSetting(ficheiro, u"BD"_s, u"MAIN"_s);
+        const QStringList faltas = guardarCaminhos();
+        estado().CaminhoBD = modINI::GetSetting(estado().NomePrograma, u"BD"_s, u"MAIN"_s);
         modMain::carregaGlobaisBD();
         if (registoForms().alterarEstadosMenus)
             registoForms().alterarEstadosMenus();
         mostrarEstados();
+        if (!faltas.isEmpty())
+            return avisar(faltas.join(u'\n'), Dialogos::Estilo::Critico);
         avisar(modTraducoes::texto(u"frmConfiguracoes"_s, u"Sucesso"_s, u"Dados Alterados Com Sucesso"_s));
     });
 }
@@ -269,15 +330,15 @@ QWidget *frmConfiguracoes::criarIdioma() {
 void frmConfiguracoes::carregarLinguas() {
     const QList<linguas::Lingua> lista = linguas::listadas();
     for (const linguas::Lingua &l : lista)
-        m_cboLingua->addItem(l.entrada());
+        m_cboLingua->addItem(l.entrada(), l.numero);
     if (lista.isEmpty()) {
         m_cboLingua->addItem(u"Português - PT"_s);
         estado().Lingua.clear();
         return;
     }
     const QString activa = linguas::activa();
-    const int posicao = activa.toInt() - 1;
-    if (posicao < 0 || posicao >= m_cboLingua->count()) {
+    const int posicao = m_cboLingua->findData(activa.toInt()); // a number without a code has no place in the list
+    if (posicao < 0) {
         m_cboLingua->setCurrentIndex(-1);
         throw Falha(erros::chamadaInvalida,
                     texto(u"LinguaForaDaLista"_s, u"A língua activa (ACT = %1) não está na lista."_s).arg(activa));
@@ -293,11 +354,13 @@ void frmConfiguracoes::cboLingua_Click() {
 
 void frmConfiguracoes::cmdConluirIdioma_Click() {
     Rotina("frmConfiguracoes.cmdConluirIdioma_Click", [this] {
-        const QString escolhida = m_cboLingua->currentText();
-        for (const linguas::Lingua &l : linguas::listadas()) {
-            if (l.entrada() != escolhida)
-                continue;
-            modINI::SaveSetting(estado().NomePrograma, u"Lingua"_s, u"ACT"_s, QString::number(l.numero));
+        if (const QVariant escolhida = m_cboLingua->currentData(); escolhida.isValid()) {
+            const QString numero = escolhida.toString();
+            modINI::SaveSetting(estado().NomePrograma, u"Lingua"_s, u"ACT"_s, numero);
+            if (linguas::activa() != numero)
+                return avisar(
+                    naoGuardado(modINI::GetINIPATH() + estado().NomePrograma + u".ini", m_cboLingua->currentText()),
+                    Dialogos::Estilo::Critico);
             if (registoForms().alterarLingua)
                 registoForms().alterarLingua();
         }

@@ -21,6 +21,9 @@ public:
 
     void done(int resultado) override;
 
+protected:
+    void resizeEvent(QResizeEvent *evento) override;
+
 private:
     using Exame = estadoCaminhos::EstadoCaminho (*)(const QString &);
     struct Caminho {
@@ -38,6 +41,8 @@ private:
     void carregarLinguas();
     void cboLingua_Click();
     void mostrarEstados();
+    void caber();
+    QStringList guardarCaminhos();
     void cmdConcluirDados_Click();
     void cmdConfirmarPassword_Click();
     void cmdConluirIdioma_Click();

@@ -22,6 +22,7 @@
 #include <QPushButton>
 #include <QScreen>
 #include <QScrollBar>
+#include <QShortcut>
 #include <QStatusBar>
 #include <QStyle>
 
@@ -50,6 +51,7 @@ frmMain::frmMain() : m_area(new QMdiArea(this)) {
     connect(m_area, &QMdiArea::customContextMenuRequested, this, &frmMain::menuDaArea);
     setCentralWidget(m_area);
     criarBarra();
+    criarAtalhos();
     connect(m_area, &QMdiArea::subWindowActivated, this, &frmMain::mostrarJanelas);
     RegistoForms &forms = registoForms();
     forms.dono = this;
@@ -67,6 +69,21 @@ frmMain::~frmMain() {
     registoForms().alojar = nullptr;
     registoForms().alterarEstadosMenus = nullptr;
     registoForms().alterarLingua = nullptr;
+}
+
+void frmMain::criarAtalhos() {
+    auto *menu = new QShortcut(Qt::Key_F10, this);
+    connect(menu, &QShortcut::activated, this, &frmMain::abrirMenu);
+    // The same key twice would be taken for neither.
+    QList<QKeySequence> teclas = QKeySequence::keyBindings(QKeySequence::Close);
+    if (const QKeySequence habitual(Qt::CTRL | Qt::Key_F4); !teclas.contains(habitual))
+        teclas << habitual;
+    auto *fechar = new QShortcut(this);
+    fechar->setKeys(teclas);
+    connect(fechar, &QShortcut::activated, this, [this] {
+        if (QMdiSubWindow *janela = m_area->activeSubWindow())
+            janela->close();
+    });
 }
 
 void frmMain::MDIForm_Load() {
@@ -145,6 +162,8 @@ void frmMain::alojar(QWidget *form) {
     const QPointer<QMdiSubWindow> janela = new QMdiSubWindow;
     janela->setAttribute(Qt::WA_DeleteOnClose);
     janela->setWidget(form);
+    for (QAction *accao : janela->systemMenu()->actions())
+        accao->setShortcuts(QList<QKeySequence>()); // of several windows' same keys none would be taken
     janela->setWindowIcon(form->windowIcon().isNull() ? windowIcon() : form->windowIcon());
     // The title follows by itself; the icon does not, and a form that closes itself would leave an empty frame.
     connect(form, &QWidget::windowIconChanged, janela, [janela](const QIcon &icone) { janela->setWindowIcon(icone); });

@@ -23,7 +23,9 @@ public:
 
     static QSize tamanhoInicial(const QWidget &janela); // all of it on a small screen too
 
+    void criarAtalhos();
     void pBuildMenus();
+    void abrirMenu();
     void BuscarEstadoMenu();
     void AlterarEstadosMenus();
     void AlterarLingua();
@@ -48,6 +50,7 @@ private:
     void alojar(QWidget *form);
     void SmartMenuXP_Click(const EntradaMenu &entrada);
     void criarEntrada(const EntradaMenu &entrada);
+    void nomearEntradas();
     bool mostrada(const EntradaMenu &entrada) const;
     void aplicarEstados();
     void encherJanelas(QMenu *menu);

@@ -5,6 +5,7 @@
 #include "core/modTraducoes.h"
 #include "core/rotina.h"
 #include "platform/forms/icones.h"
+#include "platform/forms/mnemonicas.h"
 #include "platform/forms/registoForms.h"
 #include "shell/estadoMenu.h"
 
@@ -39,11 +40,33 @@ void frmMain::pBuildMenus() {
                 criarEntrada(entrada);
             menuBar()->addSeparator();
         }
-        for (const EntradaMenu &entrada : menuPrincipal())
-            m_accoes[entrada.chave.toString()]->setText(
-                modTraducoes::texto(u"VISTREL_frmMain"_s, entrada.chaveLingua.toString(), entrada.omissao.toString()));
+        nomearEntradas();
         aplicarEstados();
     });
+}
+
+// Entries that are hidden keep their letters, so that none changes when data comes.
+void frmMain::nomearEntradas() {
+    QHash<QString, QStringList> filhas, legendas; // by parent
+    for (const EntradaMenu &entrada : menuPrincipal()) {
+        filhas[entrada.pai.toString()] += entrada.chave.toString();
+        legendas[entrada.pai.toString()] +=
+            modTraducoes::texto(u"VISTREL_frmMain"_s, entrada.chaveLingua.toString(), entrada.omissao.toString());
+    }
+    for (auto menu = filhas.cbegin(); menu != filhas.cend(); ++menu) {
+        const QStringList marcadas = mnemonicas::distribuir(legendas[menu.key()]);
+        for (qsizetype i = 0; i < marcadas.size(); ++i)
+            m_accoes[menu.value()[i]]->setText(marcadas[i]);
+    }
+}
+
+// The key that opens the menu bar everywhere, beside Alt and the letters.
+void frmMain::abrirMenu() {
+    const QList<QAction *> accoes = menuBar()->actions();
+    const auto primeira = std::ranges::find_if(
+        accoes, [](const QAction *a) { return a->isVisible() && a->isEnabled() && !a->isSeparator(); });
+    if (primeira != accoes.end())
+        menuBar()->setActiveAction(*primeira);
 }
 
 void frmMain::criarEntrada(const EntradaMenu &entrada) {
