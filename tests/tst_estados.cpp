@@ -315,6 +315,20 @@ private Q_SLOTS:
         QVERIFY(!c.chart().Series(3).temMarca(1));
     }
 
+    // Keys that no text can carry: each is left behind once, and nobody waits for the end of the list for ever.
+    void chavesIlegiveis() {
+        Instalacao instalacao;
+        instalacao.executar(u"INSERT INTO REGISTO_Inputs (DispositivoIP, InputNum) VALUES ('b', 1), (x'6200ff', 2), "
+                            "(CAST(x'61ff' AS TEXT), 3), ('a', 4), ('', 5), (x'', 6), ('c', 'x'), ('c', 1.5)"_s);
+        QObject dono;
+        instalacao.erros.esperar(u"de fora: 3. O primeiro: tabela REGISTO_Inputs, sensor DispositivoIP"_s);
+        QStringList ips;
+        for (const entradas::Canal &d : entradas::dispositivos(entradas::especies()[0], Vigia(&dono)))
+            ips.append(d.ip);
+        QCOMPARE(ips, QStringList({u""_s, u"a"_s, u"b"_s, u"c"_s}));
+        QCOMPARE(entradas::canais(entradas::especies()[0], u"c"_s, Vigia(&dono)).size(), 2);
+    }
+
     void condicoesProduto() {
         const Instalacao instalacao;
         const condicoes::Especie &e = condicoes::especies()[0];

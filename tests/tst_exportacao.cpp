@@ -4,6 +4,7 @@
 #include "tests/apoio/instalacao.h"
 #include "tests/apoio/ouro.h"
 #include "views/exportacao.h"
+#include "views/ilegiveis.h"
 
 #include <QFile>
 #include <QTest>
@@ -44,6 +45,26 @@ private Q_SLOTS:
         exportacao::escreverCSV({caminho, {u"Medias", u"Temperatura"}, {{u"S2"_s}, {u"S1"_s}}, tudo}, [] {});
         const QByteArray diferenca = diferencaDoOuro(ouro, Instalacao::lerFicheiro(caminho));
         QVERIFY2(diferenca.isEmpty(), diferenca.constData());
+    }
+
+    // A value that cannot be read leaves no line; the readings of one second stand as they were written.
+    void ilegiveis() {
+        Instalacao instalacao;
+        instalacao.leituras(u"Medias"_s, u"S1"_s,
+                            {{u"2026-03-01 00:00:00"_s, 9, u"30XXXcinco"_s},
+                             {u"2026-03-01 00:00:00"_s, u"abc"_s},
+                             {u"2026-03-01 00:00:00"_s, 5, u"8XXX2"_s},
+                             {u"2026-03-01 00:00:00"_s, u"ND"_s}});
+        const QString caminho = instalacao.ficheiro(u"saida.csv"_s);
+        Ilegiveis ilegiveis;
+        exportacao::escreverCSV({caminho, {u"Medias", u"Temperatura"}, {{u"S1"_s}}, tudo, nullptr, &ilegiveis}, [] {});
+        QStringList linhas = QString::fromUtf8(Instalacao::lerFicheiro(caminho)).split(u"\r\n"_s);
+        for (QString &linha : linhas)
+            linha = linha.section(u';', 3);
+        QCOMPARE(linhas, QStringList({u"9;30;NA"_s, u"5;8;2"_s, u"ND;NA;NA"_s, QString()}));
+        instalacao.erros.esperar(u"de fora: 2. O primeiro: tabela Medias, sensor S1, data 2026-03-01 00:00:00, "
+                                 "\"30XXXcinco\""_s);
+        ilegiveis.relatar("ExportarCSV");
     }
 
     void semSensores() {

@@ -89,6 +89,9 @@ private Q_SLOTS:
         QCOMPARE(c.Series(4).Count(), 0);
         QCOMPARE(coresDe(c.Series(5)), QList<quint32>{65535}); // no alarm colours here
         QCOMPARE(g.media(), u"Média = 25 °C"_s);
+        inst.executar(u"UPDATE Temperaturas SET Temperatura = -10 WHERE Temperatura = 40"_s);
+        g.carregar({1, 2, 3}); // what they come to together is shown also when it is 0
+        QCOMPARE(g.media(), u"Média = 0 °C"_s);
     }
 
     void dezasseteSensores() {
@@ -238,12 +241,17 @@ private Q_SLOTS:
         QTest::addColumn<QString>("estrago");
         QTest::addColumn<QString>("relato");
         QTest::addColumn<int>("pontos");
+        QTest::addColumn<QString>("media");
+        const QString qual =
+            u"de fora: 1. O primeiro: tabela Temperaturas, sensor %1, data 2024-03-15 10:04:00, \"%2\""_s;
         QTest::newRow("a limit that is none") << u"UPDATE Temperaturas SET Observacoes = 'trintaXXX5' WHERE rowid = 5"_s
-                                              << graficoTemp + u".AdicionarValorAoGrafico" << 4;
-        QTest::newRow("no table") << u"DROP TABLE Temperaturas"_s << u"Temperaturas"_s << 0;
+                                              << qual.arg(id(1), u"trintaXXX5"_s) << 5 << u"Média = 30 °C"_s;
+        QTest::newRow("a value that is none") << u"UPDATE Temperaturas SET Temperatura = 'abc' WHERE rowid = 5"_s
+                                              << qual.arg(id(1), u"abc"_s) << 4 << u"Média = 25 °C"_s;
+        QTest::newRow("no table") << u"DROP TABLE Temperaturas"_s << u"Temperaturas"_s << 0 << QString();
     }
 
-    // What was read stays, the failure is told once, everything works again.
+    // What can be read stays, the failure is told once, everything works again.
     void falhas() {
         QFETCH(QString, estrago);
         QFETCH(QString, relato);
@@ -255,7 +263,7 @@ private Q_SLOTS:
         g.carregar({1});
         QCOMPARE(inst.erros.carregamentos, 1);
         QTEST(int(g.chart().Series(0).Count()), "pontos");
-        QCOMPARE(g.media(), QString());
+        QTEST(g.media(), "media");
         QVERIFY(g.chart().isVisible());
         QVERIFY(g.principal.isEnabled());
         QVERIFY(!registoForms().form(u"frmEsperaPraCriarGrafico"_s));

@@ -1,7 +1,8 @@
 #include "core/datas.h"
 #include "core/falha.h"
-#include "data/recordset.h"
+#include "data/ligacao.h"
 #include "tests/apoio/instalacao.h"
+#include "tests/apoio/tabela.h"
 #include "views/familiaListagens.h"
 
 #include <QTest>
@@ -90,6 +91,78 @@ private Q_SLOTS:
                  QVariantList({1, 2}));
         modelo.abrir(listagens::consulta(membro(u"frmListagemObservacoesPressao"), {{desde, ate}, {{u"O'Neil"_s}}}));
         QVERIFY(modelo.vazio());
+    }
+
+    void notaEntretanto_data() {
+        const Tabela<QString, QString, QString> caso("entretanto", "escrita", "aviso");
+        const QString outraSonda = u"DELETE FROM Medias WHERE rowid = 2; INSERT INTO Medias (rowid, Data, Sensor, "
+                                   "Temperatura, flag) VALUES (2, '2026-03-01 00:00:10', 'S9', 2, 'alheia')"_s;
+        caso("gone", u"DELETE FROM Medias WHERE rowid = 2"_s, u"nova"_s, u"já não está"_s);
+        caso("another sensor's row under its number", outraSonda, u"nova"_s, u"já não está"_s);
+        caso("changed by a colleague", u"UPDATE Medias SET flag = 'do colega' WHERE rowid = 2"_s, u"nova"_s,
+             u"\"do colega\""_s);
+        caso("opened, and left as it was", u"UPDATE Medias SET flag = 'do colega' WHERE rowid = 2"_s, u"velha"_s, {});
+    }
+    // Also when the grid has read its rows anew since the cell was opened.
+    void notaEntretanto() {
+        QFETCH(const QString, entretanto);
+        QFETCH(const QString, escrita);
+        QFETCH(const QString, aviso);
+        Instalacao instalacao;
+        instalacao.leituras(u"Medias"_s, u"S1"_s, u"2026-03-01 00:00:00"_s, 10, {1, 2, 3});
+        instalacao.executar(u"UPDATE Medias SET flag = 'velha'"_s);
+        ModeloListagem modelo;
+        modelo.abrir(listagens::consulta(membro(u"frmListagemObservacoesMedias"), {{desde, ate}, {{u"S1"_s}}}));
+        QTRY_VERIFY(modelo.contado());
+        QCOMPARE(modelo.data(modelo.index(1, 4), Qt::EditRole).toString(), u"velha"_s);
+        cnBD().executarGuiao(entretanto);
+        const auto guardado = [&] {
+            return instalacao.linha(u"SELECT group_concat(Sensor || Temperatura || flag) FROM Medias"_s);
+        };
+        const QVariantList antes = guardado();
+        for (int vez = 0; vez < 2; ++vez) {
+            if (!aviso.isEmpty())
+                instalacao.dialogos.esperarMensagem(aviso);
+            QCOMPARE(modelo.setData(modelo.index(1, 4), escrita, Qt::EditRole), aviso.isEmpty());
+            QCOMPARE(guardado(), antes);
+        }
+        // A row that stands elsewhere by now is found again by what it is.
+        instalacao.executar(u"UPDATE Medias SET rowid = 77 WHERE Temperatura = 3"_s);
+        QVERIFY(modelo.setData(modelo.index(0, 4), u"nova"_s, Qt::EditRole));
+        QCOMPARE(instalacao.linha(u"SELECT flag FROM Medias WHERE rowid = 77"_s), QVariantList({u"nova"_s}));
+    }
+
+    // More branches than the engine merges: their rows are merged all the same, and pages begin where they began.
+    void muitosSensores() {
+        Instalacao instalacao;
+        constexpr int sensores = 1100;
+        QList<QStringList> chaves;
+        {
+            Transaccao transaccao(cnBD());
+            for (int i = 0; i < sensores; ++i) {
+                chaves.append({u"S%1"_s.arg(i)});
+                for (int n = 0; n < 3; ++n)
+                    cnBD().executar(
+                        u"INSERT INTO Temperaturas VALUES (?, ?, 'n', ?, NULL, '')"_s,
+                        {datas::textoBD(datas::segundosDe(desde) + (i * 7 + n) % 500 * 60), chaves.last().first(), i});
+            }
+            transaccao.confirmar();
+        }
+        ModeloListagem modelo;
+        modelo.abrir(listagens::consulta(membro(u"frmListagemObservacoesTemp"), {{desde, ate}, chaves}));
+        QTRY_VERIFY(modelo.contado());
+        QCOMPARE(modelo.rowCount(), 3 * sensores);
+        QMap<QString, int> vistos;
+        double anterior = 0;
+        for (int i = 3 * sensores - 1; i >= 0; --i) { // from the end: each page is read by itself
+            const double data =
+                datas::segundosDe(datas::lerDataHora(modelo.data(modelo.index(i, 1), Qt::DisplayRole).toString()));
+            QVERIFY(data >= anterior);
+            anterior = data;
+            ++vistos[modelo.data(modelo.index(i, 2), Qt::DisplayRole).toString()];
+        }
+        QCOMPARE(vistos.size(), sensores);
+        QVERIFY(std::ranges::all_of(vistos, [](int vezes) { return vezes == 3; }));
     }
 
     // Every row once and in order, wherever the user scrolls to and whatever arrives meanwhile; equal dates cross

@@ -1,3 +1,5 @@
+#include "data/ligacao.h"
+#include "tests/apoio/tabela.h"
 #include "tests/cenaGrafico.h"
 
 #include <QDialog>
@@ -75,18 +77,69 @@ private Q_SLOTS:
             QCOMPARE(g.chart().Series(serie).PointLabel(0), marca);
     }
 
-    // Nothing is stored, nothing is said, and the chart does not claim a note.
-    void leituraQueJaNaoHa() {
-        const Instalada inst;
-        inst.leituras(u"Temperaturas"_s, id(1), {{dia + u"10:00:00"_s, 10.0}});
+    void notaRecusada_data() {
+        const Tabela<QString, QString, QString, QString> caso("antes", "entretanto", "aviso", "lida");
+        const QString nada;
+        const QString apagar = u"DELETE FROM Temperaturas"_s;
+        caso("gone before it was opened", apagar, nada, u"já não está"_s, nada);
+        caso("gone meanwhile", nada, apagar, u"já não está"_s, u"velha"_s);
+        caso("another value", u"UPDATE Temperaturas SET Temperatura = 11"_s, nada, u"já não está"_s, nada);
+        caso("changed meanwhile", nada, u"UPDATE Temperaturas SET flag = 'do colega'"_s, u"\"do colega\""_s,
+             u"velha"_s);
+    }
+    // The user is told, the text stays in the box, and the chart does not claim a note.
+    void notaRecusada() {
+        QFETCH(const QString, antes);
+        QFETCH(const QString, entretanto);
+        QFETCH(const QString, aviso);
+        QFETCH(const QString, lida);
+        Instalada inst;
+        inst.leituras(u"Temperaturas"_s, id(1), {{dia + u"10:00:00"_s, 10.0, {}, u"velha"_s}});
         const Grafico g;
         g.carregar({1});
-        inst.executar(u"DELETE FROM Temperaturas"_s);
+        cnBD().executarGuiao(antes);
         g.clicarPonto(0, 0);
-        QTest::keyClicks(controlo<QPlainTextEdit>(g.pontos(), u"txtObservacoes"_s), u"x"_s);
+        auto *nota = controlo<QPlainTextEdit>(g.pontos(), u"txtObservacoes"_s);
+        QCOMPARE(nota->toPlainText(), lida);
+        QTest::keyClicks(nota, u", nova"_s);
+        cnBD().executarGuiao(entretanto);
+        const QVariantList ficou = inst.linha(u"SELECT flag, Temperatura FROM Temperaturas"_s);
+        inst.dialogos.esperarMensagem(aviso);
+        clicar(g.pontos(), u"cmdConcluir"_s);
+        QVERIFY(g.pontos() && g.pontos()->isVisible());
+        QCOMPARE(nota->toPlainText(), lida + u", nova");
+        QCOMPARE(inst.linha(u"SELECT flag, Temperatura FROM Temperaturas"_s), ficou);
+        QTest::keyClick(nota, Qt::Key_Escape);
+        QVERIFY(utilizador::esperar([&] { return !g.pontos(); }));
+    }
+
+    // Opened and concluded: a colleague's note of meanwhile stays, and Null does not become a blank.
+    void notaPorAlterar() {
+        const Instalada inst;
+        inst.leituras(u"Temperaturas"_s, id(1), {{dia + u"10:00:00"_s, 10.0, {}, QVariant()}});
+        const Grafico g;
+        g.carregar({1});
+        g.clicarPonto(0, 0);
+        inst.executar(u"UPDATE Temperaturas SET flag = 'do colega'"_s);
+        auto *nota = controlo<QPlainTextEdit>(g.pontos(), u"txtObservacoes"_s);
+        QTest::keyClicks(nota, u"x"_s);
+        QTest::keyClick(nota, Qt::Key_Backspace);
         clicar(g.pontos(), u"cmdConcluir"_s);
         QVERIFY(utilizador::esperar([&] { return !g.pontos(); }));
-        QCOMPARE(rotulosDe(g.chart().Series(0)), QStringList{u" "_s});
+        QCOMPARE(inst.linha(u"SELECT flag FROM Temperaturas"_s), QVariantList({u"do colega"_s}));
+    }
+
+    // Of two readings of one second it is the one that was clicked.
+    void notaDaLeituraClicada() {
+        const Instalada inst;
+        inst.leituras(u"Temperaturas"_s, id(1), {{dia + u"10:00:00"_s, 9.0}, {dia + u"10:00:00"_s, u"1,5"_s}});
+        const Grafico g;
+        g.carregar({1});
+        QCOMPARE(g.chart().Series(0).y(), (std::vector<double>{9, 1.5})); // as they were written
+        g.clicarPonto(0, 1);
+        QTest::keyClicks(controlo<QPlainTextEdit>(g.pontos(), u"txtObservacoes"_s), u"porta"_s);
+        clicar(g.pontos(), u"cmdConcluir"_s);
+        QCOMPARE(inst.linha(u"SELECT Temperatura FROM Temperaturas WHERE flag = 'porta'"_s), QVariantList({u"1,5"_s}));
     }
 
     void notaQueFalha() {

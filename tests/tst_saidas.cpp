@@ -1,5 +1,6 @@
 // Histograms, listings, export and printing, worked as a user works them.
 #include "core/datas.h"
+#include "core/falha.h"
 #include "core/modINI.h"
 #include "data/ligacao.h"
 #include "platform/chart/TChart.h"
@@ -11,6 +12,7 @@
 #include "tests/apoio/widgets.h"
 #include "views/familiaHistogramas.h"
 #include "views/familiaListagens.h"
+#include "views/forms/desenhosDeRelatorios.h"
 #include "views/forms/formVista.h"
 #include "views/forms/registar.h"
 #include "views/impressao.h"
@@ -22,7 +24,10 @@
 #include <QComboBox>
 #include <QDateEdit>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPointer>
+#include <QPrintDialog>
+#include <QPrinter>
 #include <QProcess>
 #include <QPushButton>
 #include <QRegularExpression>
@@ -154,6 +159,24 @@ private Q_SLOTS:
         QVERIFY2(diferenca.isEmpty(), diferenca.constData());
     }
 
+    // They make no bar and move no bound.
+    void histogramaComIlegiveis() {
+        Cena c(u"frmGraficoPrincipalHistogramaTemp"_s);
+        c.leituras(temperaturas, id(1),
+                   {{u"2024-03-15 01:00:00"_s, 4, u"7XXXdois"_s},
+                    {u"2024-03-15 02:00:00"_s, u"abc"_s},
+                    {u"2024-03-15 03:00:00"_s, HUGE_VAL},
+                    {u"2024-03-15 04:00:00"_s, 5}});
+        c.abrir(1);
+        controlo<QComboBox>(c.form, u"cboIntervaloHistograma"_s)->setCurrentText(u"1,0"_s);
+        c.erros.esperar(
+            u"de fora: 3. O primeiro: tabela Temperaturas, sensor %1, data 2024-03-15 02:00:00, \"abc\""_s.arg(id(1)));
+        c.confirmar();
+        QCOMPARE(c.chart().Series(0).Count(), 1);
+        QCOMPARE(c.chart().Series(0).YValue(0), 2.0);
+        QCOMPARE(c.chart().Series(0).PointColor(0), verde);
+    }
+
     void histogramaSemLeiturasEIntervaloErrado() {
         Cena c(u"frmGraficoHumidadeHistograma"_s, u"P 1250%"_s);
         c.leituras(u"Humidade"_s, id(1), {{u"2024-03-15 01:00:00"_s, u"ND"_s}});
@@ -234,6 +257,33 @@ private Q_SLOTS:
         QVERIFY2(diferenca.isEmpty(), diferenca.constData());
     }
 
+    // The text that could not be stored stays in its box until the user gives it up; then the row is shown as it is.
+    void notaRecusadaNaGrelha() {
+        Cena c(u"frmListagemObservacoesMedias"_s);
+        c.leituras(u"Medias"_s, id(1), {{u"2024-03-15 01:00:00"_s, 4.25, {}, u"velha"_s}});
+        c.abrir(1);
+        c.confirmar();
+        const QModelIndex nota = c.grelha().model()->index(0, 4);
+        c.grelha().setCurrentIndex(nota);
+        c.grelha().edit(nota);
+        auto *caixa = c.grelha().findChild<QLineEdit *>();
+        QVERIFY(caixa);
+        QTest::keyClicks(caixa, u"nova"_s);
+        c.executar(u"UPDATE Medias SET flag = 'do colega'"_s);
+        for (const int tecla : {Qt::Key_Return, Qt::Key_Tab}) {
+            c.dialogos.esperarMensagem(u"\"do colega\""_s);
+            QTest::keyClick(caixa, Qt::Key(tecla));
+            QCoreApplication::processEvents();
+            c.verificar();
+            QVERIFY(c.grelha().findChild<QLineEdit *>() == caixa && caixa->isVisible());
+            QCOMPARE(caixa->text(), u"nova"_s);
+        }
+        QTest::keyClick(caixa, Qt::Key_Escape);
+        QVERIFY(utilizador::esperar([&c] { return !c.grelha().findChild<QLineEdit *>(); }));
+        QCOMPARE(c.celula(0, 4), u"do colega"_s);
+        QCOMPARE(c.linha(u"SELECT flag FROM Medias"_s), QVariantList({u"do colega"_s}));
+    }
+
     void listagemDaUnidade_data() {
         QTest::addColumn<QString>("relatorio");
         QTest::newRow("frmListagemObservacoesTemp") << u"DataReportListagemTemp"_s;
@@ -282,6 +332,109 @@ private Q_SLOTS:
             QCOMPARE(texto.count(QString::number(1000 + i)), 1);
         QCOMPARE(texto.count(u"palavra"_s), 60);
         QVERIFY(texto.contains(u"%1 / %1"_s.arg(folhas)));
+    }
+
+    // A record that is higher than a page goes on on the next one: every word once, the others whole. One of 100 KB
+    // without a blank comes to an end too.
+    void registoDeVariasPaginas() {
+        Cena c(u"frmListagemObservacoesTemp"_s);
+        QString longa;
+        for (int i = 0; i < 3000; ++i)
+            longa += u"w%1 "_s.arg(i, 4, 10, QChar(u'0'));
+        c.leituras(temperaturas, id(1),
+                   {{u"2024-03-15 01:00:00"_s, 7001, {}, u"a"_s},
+                    {u"2024-03-15 02:00:00"_s, 7002, {}, longa},
+                    {u"2024-03-15 03:00:00"_s, 7003, {}, u"b"_s}});
+        c.abrir(1);
+        c.confirmar();
+        clicar(c.form, u"cmdImprimir"_s);
+        const QString texto = c.textoImpresso(u"DataReportListagemTemp"_s);
+        const qsizetype folhas = texto.count(u'\f');
+        QVERIFY2(folhas >= 3 && folhas <= 9, qPrintable(QString::number(folhas)));
+        for (const QString &palavra :
+             longa.split(u' ', Qt::SkipEmptyParts) + QStringList{u"7001"_s, u"7002"_s, u"7003"_s})
+            QVERIFY2(texto.count(palavra) == 1, qPrintable(palavra));
+        QVERIFY(texto.indexOf(u"7003"_s) < texto.indexOf(u"w0000"_s));
+        QVERIFY(texto.indexOf(u"w2999"_s) < texto.indexOf(u"7001"_s));
+
+        c.executar(u"UPDATE Temperaturas SET flag = ?"_s, {QString(100'000, u'x')});
+        clicar(c.form, u"cmdOpccoes"_s);
+        c.confirmar();
+        clicar(c.form, u"cmdImprimir"_s);
+        QCOMPARE(c.textoImpresso(u"DataReportListagemTemp"_s).count(u'x'), 300'000);
+    }
+
+    // Its rows and its filter are those of the listing that was printed, whatever the user does meanwhile.
+    void previsaoComConsultaPropria() {
+        Cena c(u"frmListagemObservacoesTemp"_s);
+        constexpr int linhas = 6000;
+        c.leituras(temperaturas, id(1), u"2024-03-15 00:00:00"_s, 1, QList<double>(linhas, 4.5));
+        c.executar(u"UPDATE Temperaturas SET flag = CASE WHEN rowid % 100 THEN '' ELSE 'nota' END"_s);
+        c.abrir(1);
+        c.confirmar();
+        bool outra = false;
+        QTimer::singleShot(0, &c.principal, [&] {
+            clicar(c.form, u"cmdOpccoes"_s);
+            controlo<QCheckBox>(c.form, u"chkObservacoesPreenchidas"_s)->setChecked(true);
+            clicar(c.form, u"cmdConfirmar"_s);
+            outra = c.previsao(u"DataReportListagemTemp"_s) != nullptr;
+        });
+        clicar(c.form, u"cmdImprimir"_s);
+        QVERIFY(outra); // was still laid out
+        QVERIFY(utilizador::esperar([&c] { return c.grelha().model()->rowCount() == linhas / 100; }));
+        QCOMPARE(c.textoImpresso(u"DataReportListagemTemp"_s).count(u"4,5"_s), linhas);
+    }
+
+    void relatorioQueFalha() {
+        struct Fonte : FonteDeRelatorio {
+            QStringList campos() const override { return {u"Data"_s}; }
+            qint64 total() const override { return 9; }
+            bool seguinte() override { return ++linha < 3 ? true : throw Falha(5, u"no third line"_s); }
+            QString texto(int) const override { return u"x"_s; }
+            int linha = 0;
+        };
+        Instalacao i;
+        auto relatorio = criarRelatorio(u"DataReportListagemTemp"_s);
+        relatorio->setDataSource(std::make_unique<Fonte>());
+        QPointer<JanelaRelatorio> janela = new JanelaRelatorio(std::move(relatorio), u"t"_s);
+        i.erros.esperar(u"no third line"_s);
+        QVERIFY(!janela->mostrar());
+        QVERIFY(!janela || !janela->isVisible());
+        QVERIFY(utilizador::esperar([&] { return janela.isNull(); }));
+    }
+
+    // The page is made to fit, the paper is the one that was asked for in the dialog.
+    void papelDoDialogo() {
+        Cena c(u"frmListagemObservacoesTemp"_s);
+        c.leituras(temperaturas, id(1), {{u"2024-03-15 01:00:00"_s, 1001}});
+        c.abrir(1);
+        c.confirmar();
+        clicar(c.form, u"cmdImprimir"_s);
+        const QString pdf = c.ficheiro(u"a5.pdf"_s);
+        QString oferecido;
+        QTimer relogio;
+        connect(&relogio, &QTimer::timeout, &relogio, [&] {
+            auto *dialogo = qobject_cast<QPrintDialog *>(QApplication::activeModalWidget());
+            if (!dialogo)
+                return;
+            relogio.stop();
+            oferecido = dialogo->printer()->pageLayout().pageSize().key();
+            dialogo->done(QDialog::Accepted);
+            dialogo->printer()->setOutputFileName(pdf);
+            dialogo->printer()->setPageSize(QPageSize(QPageSize::A5));
+        });
+        relogio.start(10);
+        JanelaRelatorio *janela = c.previsao(u"DataReportListagemTemp"_s);
+        janela->findChild<QAction *>(u"cmdImprimir"_s)->trigger();
+        QCOMPARE(oferecido, u"A4"_s);
+        QProcess leitor;
+        leitor.start(u"pdftotext"_s, {u"-bbox"_s, pdf, u"-"_s});
+        leitor.waitForFinished();
+        const QString caixas = QString::fromUtf8(leitor.readAllStandardOutput());
+        QVERIFY2(caixas.contains(u"<page width=\"420"_s) || caixas.contains(u"<page width=\"419"_s),
+                 qPrintable(caixas));
+        QVERIFY(caixas.contains(u">1001<"_s));
+        janela->close();
     }
 
     // What a full disk takes of it does not replace the file that stood there.

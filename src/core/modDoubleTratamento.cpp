@@ -81,17 +81,21 @@ QString SeparadorDecimal() {
     return separador.size() == 1 && locale.zeroDigit().size() == 1 ? separador : u","_s;
 }
 
-double TextoParaDouble(const QString &texto) {
+std::optional<double> LerDouble(const QString &texto) {
     const QString local = comSeparador(texto, SeparadorDecimal()).trimmed();
     bool ok = false;
     double valor = estado().ambiente.locale.toDouble(local, &ok);
     if (!ok) // "-5" is a number in every locale, also where the locale's own minus sign is another character
         valor = QLocale::c().toDouble(QString(local).replace(SeparadorDecimal(), u"."_s), &ok);
-    if (!ok || !std::isfinite(valor))
-        throw Falha(erros::tipoIncompativel,
-                    modTraducoes::texto(u"KelvarkAUX"_s, u"ValorNaoNumerico"_s, u"Valor não numérico: \"%1\""_s)
-                        .arg(texto.left(60)));
-    return valor;
+    return ok && std::isfinite(valor) ? std::optional(valor) : std::nullopt;
+}
+
+double TextoParaDouble(const QString &texto) {
+    if (const std::optional<double> valor = LerDouble(texto))
+        return *valor;
+    throw Falha(erros::tipoIncompativel,
+                modTraducoes::texto(u"KelvarkAUX"_s, u"ValorNaoNumerico"_s, u"Valor não numérico: \"%1\""_s)
+                    .arg(texto.left(60)));
 }
 
 QString TextoComPonto(const QString &texto) {

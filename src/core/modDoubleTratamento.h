@@ -3,6 +3,8 @@
 #include <QByteArray>
 #include <QString>
 
+#include <optional>
+
 // Numbers kept as text, whatever locale wrote them.
 namespace modDoubleTratamento {
 
@@ -11,6 +13,7 @@ QString SeparadorDecimal();
 // The value of a text whose one separator is anything but a digit or "-". Throws Falha (type mismatch) when the
 // text is no number; a text with two different separators is not repaired.
 double TextoParaDouble(const QString &texto);
+std::optional<double> LerDouble(const QString &texto); // the same without the failure
 QString TextoComPonto(const QString &texto);
 
 // True for the sentinel of a reading that could not be taken.

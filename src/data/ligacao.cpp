@@ -55,6 +55,14 @@ int ligar(sqlite3_stmt *instrucao, int posicao, const QVariant &valor) {
                            : sqlite3_bind_null(instrucao, posicao);
     }
     default:
+        if (valor.typeId() == qMetaTypeId<Cru>()) {
+            const Cru cru = valor.value<Cru>();
+            if (!cru.blob)
+                return ligarTexto(instrucao, posicao, cru.bytes);
+            // No address would bind Null.
+            return sqlite3_bind_blob(instrucao, posicao, cru.bytes.isEmpty() ? "" : cru.bytes.constData(),
+                                     int(cru.bytes.size()), SQLITE_TRANSIENT);
+        }
         return ligarTexto(instrucao, posicao, valor.toString().toUtf8());
     }
 }

@@ -96,6 +96,28 @@ const char *Recordset::utf8(int coluna) const {
     return bytes ? bytes : "";
 }
 
+QVariant Recordset::guardado(int coluna) const {
+    switch (sqlite3_column_type(m_instrucao, coluna)) {
+    case SQLITE_INTEGER:
+        return inteiro(coluna);
+    case SQLITE_FLOAT:
+        return real(coluna);
+    case SQLITE_NULL:
+        return {};
+    case SQLITE_BLOB: {
+        const auto *bytes = static_cast<const char *>(sqlite3_column_blob(m_instrucao, coluna));
+        return QVariant::fromValue(Cru{QByteArray(bytes, sqlite3_column_bytes(m_instrucao, coluna)), true});
+    }
+    default:
+        int tamanho = 0;
+        const char *bytes = utf8(coluna, tamanho);
+        const QString lido = QString::fromUtf8(bytes, tamanho);
+        if (lido.toUtf8() == QByteArrayView(bytes, tamanho))
+            return lido;
+        return QVariant::fromValue(Cru{QByteArray(bytes, tamanho), false});
+    }
+}
+
 QString Recordset::texto(int coluna) const {
     if (sqlite3_column_type(m_instrucao, coluna) == SQLITE_FLOAT)
         return modDoubleTratamento::NumeroParaTexto(real(coluna));

@@ -1,14 +1,25 @@
 #pragma once
 
+#include <QByteArray>
 #include <QDateTime>
+#include <QMetaType>
 #include <QString>
 #include <QStringView>
+#include <QVariant>
 
 #include <memory>
 
 struct sqlite3_stmt;
 class Ligacao;
 struct Motor;
+
+// A stored value that no text can carry there and back: a blob, or a text whose bytes are no UTF-8.
+struct Cru {
+    QByteArray bytes;
+    bool blob = false;
+    bool operator==(const Cru &) const = default;
+};
+Q_DECLARE_METATYPE(Cru)
 
 // A forward-only cursor over one query; closes itself. Starts before the first row.
 class Recordset {
@@ -28,6 +39,7 @@ public:
     bool eNumero(int coluna) const; // stored as a number
     double real(int coluna) const;  // the stored number, no conversion of texts
     qint64 inteiro(int coluna) const;
+    QVariant guardado(int coluna) const;              // exactly what is stored; bound again, it finds its like
     QString texto(int coluna) const;                  // "" for Null
     double numero(int coluna) const;                  // through the number normaliser; NaN for "ND"
     double segundos(int coluna) const;                // a date as datas::segundosDe; NaN when it is none

@@ -40,6 +40,7 @@ constexpr MembroGrafico grafico(const MembroPontos &deQue, QStringView titulo, Q
             .pontos = &deQue,
             .eixo = EixoEsquerdo::Estados,
             .ler = estados::lerPeriodos,
+            .eDoPonto = nullptr,
             .linhaUnica = LinhaUnica::ComoVarias,
             .comCSV = false};
 }

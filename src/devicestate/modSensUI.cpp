@@ -11,7 +11,7 @@ DadosSensUI BuscarDadosSensUI(const QString &leitura, const QDateTime &data, con
                               const QString &observacoes, const QString &escala, const QString &sensor) {
     DadosSensUI dados{leitura, sensor, escala, {}, lerLimites(observacoes), data};
     for (const QString &parte : ident.split(u'X', Qt::SkipEmptyParts))
-        dados.ident.push_back(modDoubleTratamento::TextoParaDouble(parte));
+        dados.ident.push_back(modDoubleTratamento::LerDouble(parte).value_or(std::numeric_limits<double>::quiet_NaN()));
     return dados;
 }
 

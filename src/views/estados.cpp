@@ -4,8 +4,8 @@
 #include "data/ligacao.h"
 #include "data/recordset.h"
 
-#include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace {
 
@@ -18,28 +18,6 @@ Recordset consultar(const PedidoLeituras &pedido) {
     return cnBD().consultar(sql, QVariantList{pedido.intervalo.inicio, pedido.intervalo.fim} +
                                      escolhas::valores(pedido.chave));
 }
-
-// The rows of one second come out of the index by their values: their numbers put them back in order. To have the
-// engine do it takes half as long again.
-class OrdemDeEscrita {
-public:
-    explicit OrdemDeEscrita(const AoLer &aoLer) : m_aoLer(aoLer) {}
-    void juntar(qint64 numero, const Leitura &leitura) {
-        if (!m_doSegundo.empty() && m_doSegundo.back().second.data != leitura.data)
-            despejar();
-        m_doSegundo.emplace_back(numero, leitura);
-    }
-    void despejar() {
-        std::ranges::sort(m_doSegundo, {}, &std::pair<qint64, Leitura>::first);
-        for (const auto &[numero, leitura] : m_doSegundo)
-            m_aoLer(leitura);
-        m_doSegundo.clear();
-    }
-
-private:
-    const AoLer &m_aoLer;
-    std::vector<std::pair<qint64, Leitura>> m_doSegundo;
-};
 
 } // namespace
 
@@ -58,7 +36,9 @@ double lerMudancas(const PedidoLeituras &pedido, const AoLer &aoLer) {
     Recordset rs = consultar(pedido);
     while (rs.avancar()) {
         const double data = rs.segundos(colData);
-        if (!std::isnan(data))
+        if (std::isnan(data))
+            pedido.deFora(rs.texto(colData), rs.texto(colValor));
+        else
             ordem.juntar(rs.inteiro(colNumero),
                          {data, ligado(rs.utf8(colValor)) ? 1.0 : 0.0, {}, temNota(rs, colFlag)});
     }
@@ -66,14 +46,21 @@ double lerMudancas(const PedidoLeituras &pedido, const AoLer &aoLer) {
     return 0;
 }
 
+bool mudancaNaAltura(const Recordset &rs, int coluna, double y) {
+    return ligado(rs.utf8(coluna)) == (y != 0);
+}
+
 double lerPeriodos(const PedidoLeituras &pedido, const AoLer &aoLer) {
     Recordset rs = consultar(pedido);
     while (rs.avancar()) {
         const bool nota = temNota(rs, colFlag);
-        if (const double inicio = rs.segundos(colData); !std::isnan(inicio))
-            aoLer({inicio, 1, {}, nota});
-        if (const double fim = rs.segundos(colValor); !std::isnan(fim))
-            aoLer({fim, 0, {}, nota});
+        for (const auto &[coluna, altura] : {std::pair{colData, 1.0}, std::pair{colValor, 0.0}}) {
+            const double data = rs.segundos(coluna);
+            if (!std::isnan(data))
+                aoLer({data, altura, {}, nota});
+            else if (!rs.texto(coluna).trimmed().isEmpty()) // one still running has no end
+                pedido.deFora(rs.texto(colData), rs.texto(coluna));
+        }
     }
     return 0;
 }

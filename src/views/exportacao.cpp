@@ -10,6 +10,7 @@
 #include "data/ligacao.h"
 #include "data/recordset.h"
 #include "views/estados.h"
+#include "views/ilegiveis.h"
 
 #include <QFile>
 
@@ -125,13 +126,23 @@ public:
     Linhas(EscritorCSV &escritor, std::span<const exportacao::ColunaCSV> colunas)
         : m_escritor(escritor), m_colunas(colunas) {}
 
-    void escrever(const Recordset &rs) {
+    // The column whose value cannot be read: its row is none. -1: all can.
+    int ilegivel(const Recordset &rs) const {
+        for (int i = 0; i < int(m_colunas.size()); ++i)
+            if (m_colunas[size_t(i)].forma == exportacao::FormaCSV::Numero && !valorDe(rs, i))
+                return i;
+        return -1;
+    }
+    // False when a limit could not be read: it is written as none.
+    bool escrever(const Recordset &rs) {
+        m_limiteIlegivel = false;
         for (int i = 0; i < int(m_colunas.size()); ++i) {
             if (i > 0)
                 m_escritor.juntar(";");
             escreverCampo(rs, i);
         }
         m_escritor.fimDeLinha();
+        return !m_limiteIlegivel;
     }
 
 private:
@@ -148,6 +159,7 @@ private:
         case exportacao::FormaCSV::Limites: {
             const QByteArrayView guardados = bytesDe(rs, i);
             const Limites &limites = m_limites.de(guardados.data(), int(guardados.size()));
+            m_limiteIlegivel = limites.ilegivel;
             escreverLimite(limites.maximo);
             m_escritor.juntar(";");
             return escreverLimite(limites.minimo);
@@ -172,11 +184,33 @@ private:
     TextosDeDatas m_datas;
     TextosDeNumeros m_numeros;
     CacheLimites m_limites;
+    bool m_limiteIlegivel = false;
 };
 
 } // namespace
 
 namespace exportacao {
+
+namespace {
+
+int posicaoDe(const FormatoCSV &formato, FormaCSV forma) {
+    for (size_t i = 0; i < formato.colunas.size(); ++i)
+        if (formato.colunas[i].forma == forma)
+            return int(i);
+    return -1;
+}
+
+// Without a column of its own it is the limits.
+void dizerIlegivel(const PedidoCSV &pedido, const FormatoCSV &formato, const QStringList &chave, const Recordset &rs,
+                   int coluna) {
+    const int data = posicaoDe(formato, FormaCSV::Data);
+    if (pedido.ilegiveis)
+        pedido.ilegiveis->juntar(pedido.tabela.nome, Escolha{chave, {}}.textoDaChave(),
+                                 data < 0 ? QString() : rs.texto(data),
+                                 rs.texto(coluna < 0 ? posicaoDe(formato, FormaCSV::Limites) : coluna));
+}
+
+} // namespace
 
 void escreverCSV(const PedidoCSV &pedido, const std::function<void()> &passar) {
     EscritorCSV escritor(pedido.caminho);
@@ -186,7 +220,7 @@ void escreverCSV(const PedidoCSV &pedido, const std::function<void()> &passar) {
                                     {u"NomeSensor", FormaCSV::Texto},
                                     {t.valor, FormaCSV::Numero},
                                     {t.limites, FormaCSV::Limites}};
-    const FormatoCSV formato = pedido.formato ? *pedido.formato : FormatoCSV{deLeituras, t.data};
+    const FormatoCSV formato = pedido.formato ? *pedido.formato : FormatoCSV{deLeituras};
     const auto linhas = std::make_unique<Linhas>(escritor, formato.colunas);
     QStringList colunas;
     for (const ColunaCSV &coluna : formato.colunas)
@@ -197,7 +231,9 @@ void escreverCSV(const PedidoCSV &pedido, const std::function<void()> &passar) {
         Recordset rs = cnBD().consultar(sql, QVariantList{pedido.intervalo.inicio, pedido.intervalo.fim} +
                                                  escolhas::valores(chave));
         while (rs.avancar()) {
-            linhas->escrever(rs);
+            const int mau = linhas->ilegivel(rs);
+            if (mau >= 0 || !linhas->escrever(rs))
+                dizerIlegivel(pedido, formato, chave, rs, mau);
             passar();
         }
     }

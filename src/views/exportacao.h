@@ -24,7 +24,7 @@ struct ColunaCSV {
 };
 struct FormatoCSV {
     std::span<const ColunaCSV> colunas;
-    QStringView ordem = u"Data";
+    QStringView ordem = u"Data, rowid"; // those of one second as they were written
 };
 
 struct PedidoCSV {
@@ -33,10 +33,12 @@ struct PedidoCSV {
     QList<QStringList> chaves;
     Intervalo intervalo;
     const FormatoCSV *formato = nullptr; // null: that of readings (date, sensor, name, value, limits)
+    Ilegiveis *ilegiveis = nullptr;      // gets what is left out
 };
 
-// Falha when the file cannot be written or a reading cannot be understood; the lines so far stay in the file, and the
-// description says how many. passar is called for every row and may throw.
+// Falha when the file cannot be written; the lines so far stay in the file, and the description says how many. A
+// reading whose value cannot be read has no line, and a limit that cannot be read is written as none. passar is called
+// for every row and may throw.
 void escreverCSV(const PedidoCSV &pedido, const std::function<void()> &passar);
 
 } // namespace exportacao

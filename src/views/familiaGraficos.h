@@ -27,6 +27,8 @@ struct MembroGrafico {
     const MembroPontos *pontos;
     EixoEsquerdo eixo = EixoEsquerdo::Folga;
     double (*ler)(const PedidoLeituras &, const AoLer &) = lerLeituras;
+    // Whether a row's value is that of a point at this height; null: its second alone finds the row.
+    bool (*eDoPonto)(const Recordset &, int coluna, double y) = valorNaAltura;
     QStringView chaveTitulo{};                      // empty: the form's name and ".Caption"
     QStringView formMedia = u"frmGraficoPrincipal"; // whose section holds the text of the average
     LinhaUnica linhaUnica = LinhaUnica::ComLimites;

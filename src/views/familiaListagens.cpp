@@ -4,6 +4,7 @@
 #include "core/literais.h"
 #include "core/modDoubleTratamento.h"
 #include "data/recordset.h"
+#include "views/ilegiveis.h"
 
 #include <array>
 #include <cmath>
@@ -241,6 +242,11 @@ int posicaoDe(const MembroListagem &membro, QStringView campo) {
     return -1;
 }
 
+// It stands behind the date.
+int posicaoDoValor(const MembroListagem &membro) {
+    return posicaoDe(membro, u"Data") + 1;
+}
+
 QString textoDoLimite(const QString &observacoes, ColunaListagem::Forma forma) {
     const Limites limites = lerLimites(observacoes);
     const double limite = forma == ColunaListagem::Forma::LimiteMaximo ? limites.maximo : limites.minimo;
@@ -300,11 +306,23 @@ ConsultaListagem consulta(const MembroListagem &membro, const Pedido &pedido) {
         const double instante = coluna == data ? datas::segundosDe(guardado) : semData;
         return std::isnan(instante) ? guardado : datas::textoDataHora(datas::instanteDe(instante));
     };
+    for (size_t i = 0; i < membro.colunas.size() && !c.examinar; ++i)
+        if (membro.colunas[i].forma != ColunaListagem::Forma::ComoEsta)
+            c.examinar = [&membro, i = int(i), data = c.colunaData,
+                          cache = CacheLimites()](const Recordset &rs, Ilegiveis &ilegiveis) mutable {
+                int tamanho = 0;
+                const char *bytes = rs.utf8(i, tamanho);
+                if (cache.de(bytes, tamanho).ilegivel)
+                    ilegiveis.juntar(membro.tabela, rs.texto(0), rs.texto(data), rs.texto(i));
+            };
     if (membro.edita) {
         c.colunaEditavel = nota;
-        c.gravar = [nome](qint64 linha, const QString &texto) {
-            cnBD().executar(u"UPDATE "_s + nome + u" SET flag = ? WHERE rowid = ?", {texto, linha});
-        };
+        c.tabela = nome;
+        for (const QStringView campo : membro.chave)
+            if (const int posicao = posicaoDe(membro, campo); posicao >= 0 && !campo.isEmpty())
+                c.identidade.append({posicao, campo.toString()});
+        for (const int posicao : {c.colunaData, posicaoDoValor(membro)})
+            c.identidade.append({posicao, membro.colunas[size_t(posicao)].campo.toString()});
     }
     return c;
 }

@@ -7,6 +7,11 @@
 #include <QString>
 
 #include <functional>
+#include <optional>
+#include <utility>
+#include <vector>
+
+class Ilegiveis;
 
 // Bounds of a query in the database's form. A range is symmetric: the earlier bound comes first.
 struct Intervalo {
@@ -40,12 +45,33 @@ struct PedidoLeituras {
     QStringList chave;
     Intervalo intervalo;
     bool comLimites = true;
+    Ilegiveis *ilegiveis = nullptr; // gets what is left out
+
+    void deFora(const QString &data, const QString &texto) const;
 };
 
 class Recordset;
+// The value of a row: NaN for Null and "ND", nothing when it cannot be read.
+std::optional<double> valorDe(const Recordset &rs, int coluna);
 // Nothing and one blank are no note.
 bool temNota(const Recordset &rs, int coluna);
 
-// Walks the readings by date and gives back their average; readings without a value do not weigh, and no reading
-// at all gives 0. The callback may throw to stop.
+// Whether a chart draws this value at this height.
+bool valorNaAltura(const Recordset &rs, int coluna, double y);
+
+// The rows of one second come out of the index by their values: their numbers put them back in the order in which they
+// were written. To have the engine do it takes half as long again.
+class OrdemDeEscrita {
+public:
+    explicit OrdemDeEscrita(const AoLer &aoLer) : m_aoLer(aoLer) {}
+    void juntar(qint64 numero, const Leitura &leitura);
+    void despejar(); // after the last one
+
+private:
+    const AoLer &m_aoLer;
+    std::vector<std::pair<qint64, Leitura>> m_doSegundo;
+};
+
+// Walks the readings by date, those of one second as they were written, and gives back their average; readings without
+// a value do not weigh, and no reading at all gives 0. What cannot be read is left out. The callback may throw to stop.
 double lerLeituras(const PedidoLeituras &pedido, const AoLer &aoLer);

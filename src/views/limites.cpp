@@ -6,11 +6,13 @@
 
 namespace {
 
-double lerLimite(QStringView parte) {
+double lerLimite(QStringView parte, bool &ilegivel) {
     const QStringView texto = parte.trimmed();
     if (texto.isEmpty() || texto == u"NA")
         return std::numeric_limits<double>::quiet_NaN();
-    return modDoubleTratamento::TextoParaDouble(texto.toString());
+    const std::optional<double> limite = modDoubleTratamento::LerDouble(texto.toString());
+    ilegivel = ilegivel || !limite;
+    return limite.value_or(std::numeric_limits<double>::quiet_NaN());
 }
 
 } // namespace
@@ -23,7 +25,10 @@ Limites lerLimites(QStringView observacoes) {
     QStringView resto = observacoes.mid(primeiro + separador.size());
     if (const qsizetype segundo = resto.indexOf(separador); segundo >= 0)
         resto = resto.left(segundo);
-    return {lerLimite(observacoes.left(primeiro)), lerLimite(resto)};
+    Limites limites;
+    limites.maximo = lerLimite(observacoes.left(primeiro), limites.ilegivel);
+    limites.minimo = lerLimite(resto, limites.ilegivel);
+    return limites;
 }
 
 const Limites &CacheLimites::de(const char *bytes, int tamanho) {

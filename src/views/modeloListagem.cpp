@@ -1,10 +1,7 @@
 #include "views/modeloListagem.h"
 
-#include "core/falha.h"
-#include "core/literais.h"
-#include "core/modTraducoes.h"
 #include "core/rotina.h"
-#include "data/recordset.h"
+#include "views/ilegiveis.h"
 
 #include <QElapsedTimer>
 
@@ -18,19 +15,19 @@ constexpr size_t paginasGuardadas = 24;
 constexpr int fatiaMs = 12;
 // A filter may pass few rows: a page also ends after so many rows read, so that any page is read in a few milliseconds.
 constexpr int lidasPorPagina = 20000;
-constexpr int maximoDeRamos = 400; // the engine merges no more than 500 selections at once
 
 } // namespace
 
 // The count in the background: its cursor stands where the last slice ended.
 struct ModeloListagem::Contagem {
-    Recordset rs;
+    CursorListagem rs;
     bool ha; // stands on a row
     int linhas = 0;
     int lidasNaPagina = 0;
     QByteArray ultimaData;
     int iguais = 0;
     bool largada = false; // the cursor was closed and has to find its place again
+    Ilegiveis ilegiveis;
 };
 
 namespace {
@@ -64,41 +61,6 @@ ModeloListagem::ModeloListagem(QObject *pai) : QAbstractTableModel(pai) {
 
 ModeloListagem::~ModeloListagem() = default;
 
-Recordset ModeloListagem::cursor(const QByteArray &desdeBytes) const {
-    const QString desde = QString::fromUtf8(desdeBytes);
-    if (m_consulta.ramos.size() > maximoDeRamos)
-        throw Falha(erros::chamadaInvalida, modTraducoes::texto(u"KelvarkAUX"_s, u"ListagemSensoresAMais"_s,
-                                                                u"Demasiados sensores numa listagem (%1; máximo %2)."_s)
-                                                .arg(m_consulta.ramos.size())
-                                                .arg(maximoDeRamos));
-    QStringList selecoes;
-    QVariantList valores;
-    for (const ConsultaListagem::Ramo &ramo : m_consulta.ramos) {
-        QString sql = u"SELECT " + m_consulta.colunas + u" FROM " + ramo.tabelaOnde;
-        valores += ramo.valores;
-        if (!ramo.inicio.isEmpty()) {
-            sql += u" AND " + m_consulta.data + u" >= ?";
-            valores += ramo.inicio;
-        }
-        // One upper bound only: with two, the engine may start from the wrong one and skip a million rows.
-        const QString &fim = desde.isEmpty() || (!ramo.fim.isEmpty() && ramo.fim < desde) ? ramo.fim : desde;
-        if (!fim.isEmpty()) {
-            sql += u" AND " + m_consulta.data + u" <= ?";
-            valores += fim;
-        }
-        selecoes.append(sql);
-    }
-    const QString ordem = u" ORDER BY %1 DESC"_s.arg(m_consulta.colunaData + 1);
-    return cnBD().consultar(selecoes.join(u" UNION ALL "_s) + ordem, valores);
-}
-
-bool ModeloListagem::seguinte(Recordset &rs) const {
-    while (rs.avancar())
-        if (!m_consulta.aceita || m_consulta.aceita(rs))
-            return true;
-    return false;
-}
-
 void ModeloListagem::fechar() {
     m_relogio.stop();
     beginResetModel();
@@ -107,6 +69,7 @@ void ModeloListagem::fechar() {
     m_ancoras.clear();
     m_paginas.clear();
     m_recentes.clear();
+    m_aberta.reset();
     endResetModel();
 }
 
@@ -115,12 +78,12 @@ void ModeloListagem::abrir(const ConsultaListagem &consulta) {
     m_consulta = consulta;
     if (consulta.ramos.isEmpty())
         return;
-    Recordset rs = cursor({});
+    CursorListagem rs(m_consulta);
     const bool ha = rs.avancar(); // from here on the count sees the database as it is now
-    m_contagem.reset(new Contagem{std::move(rs), ha, 0, 0, {}, 0, false});
+    m_contagem.reset(new Contagem{std::move(rs), ha, 0, 0, {}, 0, false, {}});
     beginResetModel();
     m_colunas = consulta.visiveis;
-    m_colunaDoNumero = m_contagem->rs.colunas() - 1;
+    m_colunaDoNumero = m_contagem->rs.colunas() - 1; // a star may stand for any number of columns
     endResetModel();
     contarFatia(linhasPorPagina);
     if (m_contagem)
@@ -158,23 +121,30 @@ void ModeloListagem::contarFatia(int linhas) {
     }
     const int total = c.linhas;
     const bool terminada = !c.ha;
+    Ilegiveis ilegiveis;
     if (terminada) {
         m_relogio.stop();
+        ilegiveis = c.ilegiveis;
         m_contagem.reset(); // gives the read lock back
     }
     linhasConhecidas(total);
-    if (terminada)
-        Q_EMIT contagemTerminada(total);
+    if (!terminada)
+        return;
+    Q_EMIT contagemTerminada(total);
+    ilegiveis.relatar("ModeloListagem.contarFatia");
 }
 
 void ModeloListagem::contarLinha() {
     Contagem &c = *m_contagem;
+    const Recordset &rs = c.rs.linha();
     ++c.lidasNaPagina;
-    if (m_consulta.aceita && !m_consulta.aceita(c.rs))
+    if (m_consulta.aceita && !m_consulta.aceita(rs))
         return;
+    if (m_consulta.examinar)
+        m_consulta.examinar(rs, c.ilegiveis);
     // The first page is wanted at once, and its rows are at hand.
     const bool primeira = m_ancoras.size() <= 1 && c.linhas < linhasPorPagina;
-    const QByteArrayView data = bytesDe(c.rs, m_consulta.colunaData);
+    const QByteArrayView data = bytesDe(rs, m_consulta.colunaData);
     const bool igual = c.linhas > 0 && data == c.ultimaData;
     c.iguais = igual ? c.iguais + 1 : 0;
     if (!igual)
@@ -189,7 +159,7 @@ void ModeloListagem::contarLinha() {
             m_recentes.push_back(0);
             pagina.reserve(linhasPorPagina);
         }
-        pagina.push_back(lerLinha(c.rs));
+        pagina.push_back(lerLinha(rs));
     }
     ++c.linhas;
 }
@@ -197,13 +167,13 @@ void ModeloListagem::contarLinha() {
 // From the last row that was counted. Rows that have come since are newer and lie before it.
 void ModeloListagem::retomarContagem() {
     Contagem &c = *m_contagem;
-    c.rs = cursor(c.ultimaData);
+    c.rs = CursorListagem(m_consulta, QString::fromUtf8(c.ultimaData));
     c.largada = false;
     c.ha = c.rs.avancar();
     for (int iguais = c.linhas > 0 ? c.iguais + 1 : 0; c.ha && iguais > 0; c.ha = c.rs.avancar()) {
-        if (bytesDe(c.rs, m_consulta.colunaData) != c.ultimaData)
+        if (bytesDe(c.rs.linha(), m_consulta.colunaData) != c.ultimaData)
             break;
-        iguais -= !m_consulta.aceita || m_consulta.aceita(c.rs) ? 1 : 0;
+        iguais -= !m_consulta.aceita || m_consulta.aceita(c.rs.linha()) ? 1 : 0;
     }
 }
 
@@ -218,15 +188,17 @@ ModeloListagem::Linha ModeloListagem::lerLinha(const Recordset &rs) const {
         linha.fins.append(int(linha.bytes.size()));
     }
     linha.numero = rs.inteiro(m_colunaDoNumero);
+    if (m_consulta.colunaEditavel >= 0) {
+        const auto guardar = [&](int c) {
+            const bool numero = rs.eNumero(c);
+            const auto especie = numero ? Guardado::Numero : rs.nulo(c) ? Guardado::Nulo : Guardado::Texto;
+            linha.guardados.append({especie, numero ? rs.real(c) : 0});
+        };
+        for (const auto &[coluna, nome] : m_consulta.identidade)
+            guardar(coluna);
+        guardar(m_consulta.colunaEditavel);
+    }
     return linha;
-}
-
-QString ModeloListagem::mostrado(const QString &guardado, int coluna) const {
-    return m_consulta.celula ? m_consulta.celula(guardado, coluna) : guardado;
-}
-
-QString ModeloListagem::textoDaCelula(const Recordset &rs, int coluna) const {
-    return mostrado(rs.texto(coluna), coluna);
 }
 
 // Never beyond where the next page begins, also when rows have gone since they were counted.
@@ -238,8 +210,11 @@ ModeloListagem::Pagina ModeloListagem::lerPagina(size_t numero) const {
     lida.reserve(linhas);
     QByteArray data = ancora.data;
     int iguais = 0;
-    Recordset rs = cursor(ancora.data);
-    while (lida.size() < linhas && seguinte(rs)) {
+    CursorListagem cursor(m_consulta, QString::fromUtf8(ancora.data));
+    while (lida.size() < linhas && cursor.avancar()) {
+        const Recordset &rs = cursor.linha();
+        if (m_consulta.aceita && !m_consulta.aceita(rs))
+            continue;
         const QByteArray desta = bytesDe(rs, m_consulta.colunaData).toByteArray();
         iguais = desta == data ? iguais : 0;
         data = desta;
@@ -276,10 +251,6 @@ ModeloListagem::Linha *ModeloListagem::linha(int numero) const {
     return naPagina < p.size() ? &p[naPagina] : nullptr;
 }
 
-Recordset ModeloListagem::cursorProprio() const {
-    return cursor({});
-}
-
 int ModeloListagem::rowCount(const QModelIndex &pai) const {
     return pai.isValid() ? 0 : m_linhas;
 }
@@ -298,7 +269,11 @@ QVariant ModeloListagem::data(const QModelIndex &indice, int papel) const {
         if (!l)
             return {};
         const QString guardado = QString::fromUtf8(l->celula(indice.column()));
-        return papel == Qt::EditRole ? guardado : mostrado(guardado, indice.column());
+        if (papel != Qt::EditRole)
+            return m_consulta.mostrado(guardado, indice.column());
+        if (indice.column() == m_consulta.colunaEditavel)
+            m_aberta = {indice.row(), *l};
+        return guardado;
     });
 }
 
@@ -316,27 +291,67 @@ bool ModeloListagem::setHeaderData(int seccao, Qt::Orientation orientacao, const
     return true;
 }
 
+notas::Linha ModeloListagem::comoMostrada(const Linha &l) const {
+    const auto valor = [&l](const Guardado &g, int coluna) -> QVariant {
+        if (g.especie == Guardado::Nulo)
+            return {};
+        if (g.especie == Guardado::Numero)
+            return g.numero;
+        const QString texto = QString::fromUtf8(l.celula(coluna));
+        return texto.toUtf8() == l.celula(coluna) ? QVariant(texto)
+                                                  : QVariant::fromValue(Cru{l.celula(coluna).toByteArray(), false});
+    };
+    notas::Linha linha{m_consulta.tabela, {}, {}, {}, l.numero};
+    qsizetype i = 0;
+    for (const auto &[coluna, nome] : m_consulta.identidade) {
+        linha.colunas.append(nome);
+        linha.valores.append(valor(l.guardados[i++], coluna));
+    }
+    linha.nota = valor(l.guardados[i], m_consulta.colunaEditavel);
+    return linha;
+}
+
+// False when the note was not stored, and the user knows; nothing happens when it is the one that was shown.
 bool ModeloListagem::setData(const QModelIndex &indice, const QVariant &valor, int papel) {
-    if (papel != Qt::EditRole || indice.column() != m_consulta.colunaEditavel || !m_consulta.gravar)
+    if (papel != Qt::EditRole || indice.column() != m_consulta.colunaEditavel || m_consulta.colunaEditavel < 0)
         return false;
     return Rotina("ModeloListagem.setData", [&] {
-        Linha *l = linha(indice.row());
+        const Linha *l = m_aberta && m_aberta->first == indice.row() ? &m_aberta->second : linha(indice.row());
         if (!l)
             return false;
+        const Linha mostrada = *l;
+        const QString nota = valor.toString();
+        if (nota == QString::fromUtf8(mostrada.celula(indice.column())))
+            return true;
         // An open cursor sees the database as it was when it began, and the engine refuses to write from there once
         // another program has written since.
         if (m_contagem) {
             m_contagem->rs.fechar();
             m_contagem->largada = true;
         }
-        m_consulta.gravar(l->numero, valor.toString());
-        l->setCelula(indice.column(), valor.toString().toUtf8());
-        Q_EMIT dataChanged(indice, indice);
-        return true;
+        const notas::Linha aGravar = comoMostrada(mostrada);
+        const notas::Resultado resultado = notas::gravar(aGravar, nota);
+        const bool gravada = resultado == notas::Resultado::Gravada;
+        Linha *naGrelha = linha(indice.row());
+        if (gravada && naGrelha && comoMostrada(*naGrelha) == aGravar) {
+            naGrelha->setCelula(indice.column(), nota.toUtf8());
+            naGrelha->guardados.last() = {Guardado::Texto, 0};
+        } else { // what is held is behind the database: it is read again when it is looked at
+            m_paginas.clear();
+            m_recentes.clear();
+        }
+        if (gravada) {
+            m_aberta.reset();
+            Q_EMIT dataChanged(indice, indice);
+        } else {
+            notas::avisar(resultado, aGravar);
+        }
+        return gravada;
     });
 }
 
 Qt::ItemFlags ModeloListagem::flags(const QModelIndex &indice) const {
     const Qt::ItemFlags base = QAbstractTableModel::flags(indice);
-    return m_consulta.gravar && indice.column() == m_consulta.colunaEditavel ? base | Qt::ItemIsEditable : base;
+    const bool editavel = m_consulta.colunaEditavel >= 0 && indice.column() == m_consulta.colunaEditavel;
+    return editavel ? base | Qt::ItemIsEditable : base;
 }

@@ -1,36 +1,94 @@
 #include "views/notas.h"
 
 #include "core/datas.h"
+#include "core/estado.h"
 #include "core/literais.h"
-#include "data/dialecto.h"
+#include "core/modTraducoes.h"
 #include "data/ligacao.h"
 #include "data/recordset.h"
 
 namespace {
 
-QString onde(const notas::Lugar &lugar) {
-    const QString condicao = lugar.colunaData + u" = ? AND "_s + escolhas::condicao(lugar.colunas);
-    return u" WHERE "_s + dialecto::soUmaLinha(lugar.tabela, condicao);
+constexpr qsizetype maximoMostrado = 200;
+
+QString textoAUX(const QString &chave, const QString &omissao) {
+    return modTraducoes::texto(u"KelvarkAUX"_s, chave, omissao);
 }
 
-QVariantList valores(const notas::Lugar &lugar) {
-    return QVariantList{datas::textoBD(lugar.data)} + escolhas::valores(lugar.chave);
+QString condicao(const notas::Linha &linha) {
+    return linha.colunas.join(u" IS ? AND "_s) + u" IS ?";
+}
+
+// The row itself while it stands under its number, otherwise one that is the same in all else.
+QString escolher(const notas::Linha &linha, const QString &que) {
+    return u"SELECT %1 FROM %2 WHERE %3 ORDER BY rowid <> ?, flag COLLATE BINARY IS NOT ?, rowid LIMIT 1"_s.arg(
+        que, linha.tabela, condicao(linha));
+}
+
+QVariantList valoresParaEscolher(const notas::Linha &linha) {
+    return linha.valores + QVariantList{linha.numero, linha.nota};
 }
 
 } // namespace
 
 namespace notas {
 
-std::optional<QString> ler(const Lugar &lugar) {
-    Recordset rs = cnBD().consultar(u"SELECT flag FROM "_s + lugar.tabela + onde(lugar), valores(lugar));
-    if (!rs.avancar())
-        return std::nullopt;
-    return rs.texto(0);
+std::optional<Linha> procurar(const Lugar &lugar) {
+    Linha linha;
+    linha.tabela = lugar.tabela.toString();
+    linha.colunas = {lugar.colunaData.toString()};
+    for (const QStringView coluna : lugar.colunas)
+        if (!coluna.isEmpty())
+            linha.colunas.append(coluna.toString());
+    if (!lugar.colunaValor.isEmpty())
+        linha.colunas.append(lugar.colunaValor.toString());
+    Recordset rs = cnBD().consultar(u"SELECT "_s + linha.colunas.join(u", "_s) + u", flag, rowid FROM " + linha.tabela +
+                                        u" WHERE " + lugar.colunaData + u" = ? AND " +
+                                        escolhas::condicao(lugar.colunas) + u" ORDER BY rowid",
+                                    QVariantList{datas::textoBD(lugar.data)} + escolhas::valores(lugar.chave));
+    const int quantas = int(linha.colunas.size());
+    while (rs.avancar()) {
+        if (lugar.eDoPonto && !lugar.eDoPonto(rs, quantas - 1))
+            continue;
+        for (int i = 0; i < quantas; ++i)
+            linha.valores.append(rs.guardado(i));
+        linha.nota = rs.guardado(quantas);
+        linha.numero = rs.inteiro(quantas + 1);
+        return linha;
+    }
+    return std::nullopt;
 }
 
-bool gravar(const Lugar &lugar, const QString &nota) {
-    const QString sql = u"UPDATE "_s + lugar.tabela + u" SET flag = ?" + onde(lugar);
-    return cnBD().executar(sql, QVariantList{nota} + valores(lugar)) > 0;
+QString texto(const Linha &linha) {
+    return linha.nota.typeId() == qMetaTypeId<Cru>() ? QString::fromUtf8(linha.nota.value<Cru>().bytes)
+                                                     : linha.nota.toString();
+}
+
+Resultado gravar(const Linha &linha, const QString &nota) {
+    const qint64 alteradas =
+        cnBD().executar(u"UPDATE "_s + linha.tabela + u" SET flag = ? WHERE rowid = (" + escolher(linha, u"rowid"_s) +
+                            u") AND flag COLLATE BINARY IS ?",
+                        QVariantList{nota} + valoresParaEscolher(linha) + QVariantList{linha.nota});
+    if (alteradas == 1)
+        return Resultado::Gravada;
+    Recordset rs = cnBD().consultar(escolher(linha, u"rowid"_s), valoresParaEscolher(linha));
+    return rs.avancar() ? Resultado::Alterada : Resultado::SemLinha;
+}
+
+void avisar(Resultado resultado, const Linha &linha) {
+    QString aviso;
+    if (resultado == Resultado::SemLinha) {
+        aviso = textoAUX(u"NotaSemLinha"_s, u"A nota não foi gravada: a leitura a que pertence já não está na base de "
+                                            "dados, ou mudou de valor. O texto continua na caixa."_s);
+    } else {
+        Recordset rs = cnBD().consultar(escolher(linha, u"flag"_s), valoresParaEscolher(linha));
+        const QString actual = rs.avancar() ? paraMostrar(rs.texto(0)) : QString();
+        aviso = textoAUX(u"NotaAlterada"_s, u"A nota não foi gravada: a que está na base de dados foi entretanto "
+                                            "alterada para \"%1\". O texto continua na caixa."_s)
+                    .arg(actual.size() > maximoMostrado ? actual.left(maximoMostrado) + u"..." : actual);
+    }
+    if (Dialogos *dialogos = estado().ambiente.dialogos)
+        dialogos->mensagem(aviso, Dialogos::Estilo::Exclamacao);
 }
 
 QString paraGuardar(const QString &texto) {

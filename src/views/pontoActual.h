@@ -2,6 +2,10 @@
 
 #include <QStringList>
 
+#include <functional>
+
+class Recordset;
+
 // The point that was clicked, as a chart hands it to the form of its points. All text, as shown.
 struct PontoActual {
     QString indice;
@@ -12,4 +16,7 @@ struct PontoActual {
     QString serie;
     QStringList chave = {}; // values that find the row
     QStringView colunaData = u"Data";
+    // Which of the rows of that second is the point's; see notas::Lugar.
+    QStringView colunaValor = {};
+    std::function<bool(const Recordset &rs, int coluna)> eDoPonto = {};
 };

@@ -37,19 +37,21 @@ QList<Linha> listar(bool concluidas, Ordem ordem) {
 
 void VerificarMissoesConcluidas() {
     // Mostly there is nothing to write, and the list must not wait for whoever is writing.
-    QList<qint64> terminadas;
+    QList<std::pair<qint64, QVariant>> terminadas;
     {
         const QDateTime agora = estado().ambiente.agora();
         Recordset rs = cnBD().consultar(u"SELECT rowid, DataFimMissao FROM DS1921head WHERE Flag = 'NC'"_s);
         while (rs.avancar())
             if (const QDateTime fim = rs.dataHora(1); fim.isValid() && fim < agora)
-                terminadas.append(rs.inteiro(0));
+                terminadas.append({rs.inteiro(0), rs.guardado(1)});
     }
     if (terminadas.isEmpty())
         return;
     Transaccao transaccao(cnBD());
-    for (const qint64 linha : terminadas)
-        cnBD().executar(u"UPDATE DS1921head SET flag = 'C' WHERE rowid = ? AND Flag = 'NC'"_s, {linha});
+    // Its number alone may be another mission's by now.
+    for (const auto &[linha, fim] : terminadas)
+        cnBD().executar(u"UPDATE DS1921head SET flag = 'C' WHERE rowid = ? AND Flag = 'NC' AND DataFimMissao IS ?"_s,
+                        {linha, fim});
     transaccao.confirmar();
 }
 

@@ -2,11 +2,12 @@
 
 #include "core/falha.h"
 #include "core/literais.h"
+#include "platform/report/linhasDeTexto.h"
 
 #include <QFontMetricsF>
 #include <QPainter>
 #include <QRegularExpression>
-#include <QTextLayout>
+#include <QTextOption>
 
 #include <algorithm>
 
@@ -20,6 +21,10 @@ constexpr double folgaDeColuna = 4 * unidadesPorPonto;
 constexpr double folgaDeSeccao = 6 * unidadesPorPonto;
 const QString seccaoDasLinhas = u"Section1"_s;
 
+// A head that leaves no room for records would have no end of pages.
+constexpr qsizetype maximoDaLegenda = 725;
+constexpr double minimoParaRegistos = 0.25; // of the page
+
 // Words stay whole; only what is longer than a line breaks inside.
 QTextOption opcaoDeTexto(Qt::Alignment alinhamento) {
     QTextOption opcao(alinhamento | Qt::AlignTop);
@@ -28,15 +33,10 @@ QTextOption opcaoDeTexto(Qt::Alignment alinhamento) {
 }
 
 double alturaEmLinhas(const QString &texto, const QFont &fonte, double largura) {
-    QTextLayout disposicao(QString(texto).replace(u'\n', QChar::LineSeparator), fonte);
-    disposicao.setTextOption(opcaoDeTexto(Qt::AlignLeft));
-    disposicao.beginLayout();
+    LinhasDeTexto linhas(texto, fonte, largura);
     double altura = 0;
-    for (QTextLine linha = disposicao.createLine(); linha.isValid(); linha = disposicao.createLine()) {
-        linha.setLineWidth(largura);
-        altura += linha.height();
-    }
-    disposicao.endLayout();
+    for (LinhasDeTexto::Linha linha; linhas.seguinte(linha);)
+        altura += linha.altura;
     return altura;
 }
 
@@ -62,21 +62,27 @@ struct DataReport::Medidor {
     // What stands apart in one line stands below when there is no room, not torn in two.
     QString legenda(const ControloDeRelatorio &c) const {
         static const QRegularExpression intervalo(u" {8,}"_s);
-        return QFontMetricsF(fonte(c)).horizontalAdvance(c.Caption) < disponivelEm(c)
-                   ? c.Caption
-                   : QString(c.Caption).replace(intervalo, u"\n"_s);
+        const QString texto =
+            c.Caption.size() > maximoDaLegenda ? c.Caption.left(maximoDaLegenda) + u" ..." : c.Caption;
+        return QFontMetricsF(fonte(c)).horizontalAdvance(texto) < disponivelEm(c)
+                   ? texto
+                   : QString(texto).replace(intervalo, u"\n"_s);
     }
     double altura(const ControloDeRelatorio &c, const QString &texto) const {
         if (c.tipo == ControloDeRelatorio::Tipo::Imagem)
             return c.picture.isNull() ? 0 : c.largura * largura * c.picture.height() / c.picture.width();
         if (texto.isEmpty())
             return 0;
-        const QFontMetricsF metrica(fonte(c));
-        const double disponivel = disponivelEm(c);
-        // The usual cell is one short line: no need for a full layout.
-        if (!texto.contains(u'\n') && metrica.horizontalAdvance(texto) < disponivel)
-            return metrica.height();
-        return alturaEmLinhas(texto, fonte(c), disponivel);
+        return umaLinha(c, texto) ? QFontMetricsF(fonte(c)).height() : alturaEmLinhas(texto, fonte(c), disponivelEm(c));
+    }
+    // The usual cell is one short line: no need for a full layout.
+    bool umaLinha(const ControloDeRelatorio &c, const QString &texto) const {
+        constexpr qsizetype semMedir = 500;
+        return texto.size() < semMedir && !texto.contains(u'\n') &&
+               QFontMetricsF(fonte(c)).horizontalAdvance(texto) < disponivelEm(c);
+    }
+    LinhasDeTexto linhas(const ControloDeRelatorio &c, const QString &texto, qsizetype inicio) const {
+        return {texto, fonte(c), disponivelEm(c), inicio};
     }
 };
 
@@ -182,7 +188,7 @@ double DataReport::alturaDaLinha(const Medidor &medidor, const QStringList &text
 }
 
 bool DataReport::preparar(const std::function<bool(qint64, qint64)> &progresso) {
-    m_inicios.assign(1, 0);
+    m_inicios.assign(1, {});
     m_textos.clear();
     m_fins.clear();
     m_campoDaCaixa.clear();
@@ -197,29 +203,112 @@ bool DataReport::preparar(const std::function<bool(qint64, qint64)> &progresso) 
     const Medidor medidor(area.width());
     const double topo = alturaDaSeccao(medidor, seccao(u"Section4"_s)) + alturaDaSeccao(medidor, seccao(u"Section2"_s));
     const double pe = QFontMetricsF(medidor.fonte(ControloDeRelatorio())).height() + 2 * folgaDeSeccao;
-    const double disponivel = area.height() - topo - pe;
+    const double disponivel = std::max(area.height() - topo - pe, area.height() * minimoParaRegistos);
+    if (paginar(medidor, disponivel, progresso))
+        return true;
+    m_inicios.clear();
+    return false;
+}
+
+bool DataReport::paginar(const Medidor &medidor, double disponivel,
+                         const std::function<bool(qint64, qint64)> &progresso) {
     double usado = 0;
     size_t registo = 0;
-    while (m_fonte->seguinte()) {
+    const auto passar = [&] { return !progresso || progresso(qint64(registo), m_fonte->total()); };
+    for (; m_fonte->seguinte(); ++registo) {
         QStringList textos;
         for (const int campo : m_campoDaCaixa) {
             textos.append(campo < 0 ? QString() : m_fonte->texto(campo));
             m_textos += textos.last().toUtf8();
             m_fins.push_back(m_textos.size());
         }
-        const double altura = std::min(alturaDaLinha(medidor, textos), disponivel);
+        const double altura = alturaDaLinha(medidor, textos);
+        if (altura > disponivel) {
+            if (!cortar(medidor, registo, textos, disponivel, usado, passar))
+                return false;
+            continue;
+        }
         if (usado + altura > disponivel && usado > 0) {
-            m_inicios.push_back(registo);
+            m_inicios.push_back({registo, {}});
             usado = 0;
         }
         usado += altura;
-        ++registo;
-        if (progresso && !progresso(qint64(registo), m_fonte->total())) {
-            m_inicios.clear();
+        if (!passar())
             return false;
+    }
+    return passar();
+}
+
+// A record that is higher than a page: as many lines as there is room for on each, from where it stands.
+bool DataReport::cortar(const Medidor &medidor, size_t registo, const QStringList &textos, double disponivel,
+                        double &usado, const std::function<bool()> &passar) {
+    const QList<ControloDeRelatorio> &caixas = seccao(seccaoDasLinhas)->Controls;
+    std::vector<LinhasDeTexto> linhas;
+    std::vector<LinhasDeTexto::Linha> proximas(size_t(textos.size()));
+    std::vector<qsizetype> desde(size_t(textos.size()), 0);
+    const auto avancar = [&](size_t i) {
+        desde[i] = linhas[i].seguinte(proximas[i]) ? proximas[i].inicio : textos[qsizetype(i)].size();
+    };
+    for (size_t i = 0; i < desde.size(); ++i) {
+        linhas.push_back(medidor.linhas(caixas[qsizetype(i)], textos[qsizetype(i)], 0));
+        avancar(i);
+    }
+    for (bool ha = true; ha;) {
+        ha = false;
+        double maisAlta = 0;
+        for (size_t i = 0; i < desde.size(); ++i) {
+            double altura = 0;
+            while (desde[i] < textos[qsizetype(i)].size()) {
+                const bool cabe = usado + altura + proximas[i].altura + folgaDeLinha <= disponivel;
+                if (!cabe && usado + altura > 0) // on an empty page a line goes in whatever its height
+                    break;
+                altura += proximas[i].altura;
+                avancar(i);
+            }
+            maisAlta = std::max(maisAlta, altura);
+            ha = ha || desde[i] < textos[qsizetype(i)].size();
         }
+        usado += maisAlta + folgaDeLinha;
+        if (ha) {
+            m_inicios.push_back({registo, desde});
+            usado = 0;
+        }
+        if (!passar())
+            return false;
     }
     return true;
+}
+
+// The part of a record that lies between the beginnings of two pages; gives back where the next one goes.
+double DataReport::pintarRegisto(QPainter &pintor, const Medidor &medidor, size_t registo, const Inicio &inicio,
+                                 const Inicio &fim, double y) const {
+    const QList<ControloDeRelatorio> &caixas = seccao(seccaoDasLinhas)->Controls;
+    const QStringList textos = linha(registo);
+    const bool continua = registo == inicio.registo && !inicio.desde.empty();
+    const bool cortada = registo == fim.registo && !fim.desde.empty();
+    double maisAlta = 0;
+    for (qsizetype i = 0; i < textos.size(); ++i) {
+        const ControloDeRelatorio &c = caixas[i];
+        const qsizetype ate = cortada ? fim.desde[size_t(i)] : textos[i].size();
+        pintor.setFont(medidor.fonte(c));
+        QTextOption opcao = opcaoDeTexto(c.alinhamento);
+        opcao.setWrapMode(QTextOption::NoWrap);
+        if (!continua && !cortada && medidor.umaLinha(c, textos[i])) {
+            const double altura = textos[i].isEmpty() ? 0 : QFontMetricsF(medidor.fonte(c)).height();
+            pintor.drawText(medidor.caixa(c, y, altura + unidadesPorPonto), textos[i], opcao);
+            maisAlta = std::max(maisAlta, altura);
+            continue;
+        }
+        double altura = 0;
+        LinhasDeTexto linhas = medidor.linhas(c, textos[i], continua ? inicio.desde[size_t(i)] : 0);
+        for (LinhasDeTexto::Linha l; linhas.seguinte(l) && l.inicio < ate; altura += l.altura)
+            pintor.drawText(medidor.caixa(c, y + altura, l.altura + unidadesPorPonto),
+                            textos[i].mid(l.inicio, l.tamanho).trimmed(), opcao);
+        maisAlta = std::max(maisAlta, altura);
+    }
+    if (maisAlta == 0)
+        maisAlta = QFontMetricsF(medidor.fonte(caixas.first())).height();
+    return y + maisAlta + folgaDeLinha;
 }
 
 void DataReport::pintarPagina(QPainter &pintor, int pagina, const QRectF &destino) const {
@@ -241,17 +330,10 @@ void DataReport::pintarPagina(QPainter &pintor, int pagina, const QRectF &destin
     if (detalhe && !m_campoDaCaixa.empty()) {
         pintor.drawLine(QPointF(0, y - folgaDeSeccao / 2), QPointF(area.width(), y - folgaDeSeccao / 2));
         const auto p = static_cast<size_t>(pagina);
-        const size_t fim = p + 1 < m_inicios.size() ? m_inicios[p + 1] : m_fins.size() / m_campoDaCaixa.size();
-        for (size_t r = m_inicios[p]; r < fim; ++r) {
-            const QStringList textos = linha(r);
-            const double altura = alturaDaLinha(medidor, textos);
-            for (qsizetype i = 0; i < textos.size(); ++i) {
-                const ControloDeRelatorio &c = detalhe->Controls[i];
-                pintor.setFont(medidor.fonte(c));
-                pintor.drawText(medidor.caixa(c, y, altura), textos[i], opcaoDeTexto(c.alinhamento));
-            }
-            y += altura;
-        }
+        const Inicio fim =
+            p + 1 < m_inicios.size() ? m_inicios[p + 1] : Inicio{m_fins.size() / m_campoDaCaixa.size(), {}};
+        for (size_t r = m_inicios[p].registo; r < fim.registo + (fim.desde.empty() ? 0 : 1); ++r)
+            y = pintarRegisto(pintor, medidor, r, m_inicios[p], fim, y);
     }
 
     ControloDeRelatorio numero;

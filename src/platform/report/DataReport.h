@@ -46,7 +46,7 @@ struct SeccaoDeRelatorio {
 
 // A designed report: named sections with named controls, laid out on A4 pages. Section4 is the page head, Section2 the
 // picture or the column heads (both repeated on every page), Section1 one line per record, Section3 and Section5 the
-// page foot. Long texts wrap, and a line is never split between pages.
+// page foot. Long texts wrap; a record that is higher than a page goes on on the next one, any other stays whole.
 class DataReport {
 public:
     DataReport(QString nome, QPageLayout::Orientation orientacao, QList<SeccaoDeRelatorio> seccoes);
@@ -67,7 +67,17 @@ public:
 
 private:
     struct Medidor;
+    // Where a page begins: at a record, and in one that goes on at a place in the text of each box.
+    struct Inicio {
+        size_t registo = 0;
+        std::vector<qsizetype> desde;
+    };
     QStringList linha(size_t indice) const;
+    bool paginar(const Medidor &medidor, double disponivel, const std::function<bool(qint64, qint64)> &progresso);
+    bool cortar(const Medidor &medidor, size_t registo, const QStringList &textos, double disponivel, double &usado,
+                const std::function<bool()> &passar);
+    double pintarRegisto(QPainter &pintor, const Medidor &medidor, size_t registo, const Inicio &inicio,
+                         const Inicio &fim, double y) const;
     double alturaDaLinha(const Medidor &medidor, const QStringList &textos) const;
     double alturaDaSeccao(const Medidor &medidor, const SeccaoDeRelatorio *seccao) const;
     void pintarSeccao(QPainter &pintor, const Medidor &medidor, const SeccaoDeRelatorio *seccao, double topo) const;
@@ -81,5 +91,5 @@ private:
     std::vector<int> m_campoDaCaixa; // field of each text box of Section1, -1 for none
     QByteArray m_textos;             // the boxes' texts, UTF-8, one record after the other
     std::vector<qsizetype> m_fins;   // end of each box's text in m_textos
-    std::vector<size_t> m_inicios;   // first record of each page
+    std::vector<Inicio> m_inicios;   // of each page
 };

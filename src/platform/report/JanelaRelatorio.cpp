@@ -15,6 +15,7 @@
 #include <QLabel>
 #include <QPainter>
 #include <QPdfWriter>
+#include <QPointer>
 #include <QPrintDialog>
 #include <QPrinter>
 #include <QProgressBar>
@@ -156,13 +157,25 @@ bool JanelaRelatorio::progredir(qint64 feitas, qint64 total) {
     return !m_parado;
 }
 
+// A report that could not be made shows no window.
+bool JanelaRelatorio::preparar() {
+    const QPointer<JanelaRelatorio> viva(this);
+    try {
+        return m_relatorio->preparar([this](qint64 f, qint64 t) { return progredir(f, t); });
+    } catch (...) {
+        if (viva)
+            close();
+        throw;
+    }
+}
+
 bool JanelaRelatorio::mostrar() {
     return Rotina("DataReport.Show", [&] {
         show();
         raise();
         activateWindow();
         ocupado(true, texto(u"APreparar"_s, u"A preparar... %p %"_s));
-        const bool completo = m_relatorio->preparar([this](qint64 f, qint64 t) { return progredir(f, t); });
+        const bool completo = preparar();
         ocupado(false);
         if (!completo) {
             close();
@@ -202,10 +215,15 @@ void JanelaRelatorio::ajustarFolha() {
 bool JanelaRelatorio::pintarPaginas(QPagedPaintDevice &papel, QPainter &pintor, int primeira, int ultima) {
     ocupado(true, texto(u"AImprimir"_s, u"A imprimir... %p %"_s));
     bool completo = true;
+    // On other paper than its own a page is made larger or smaller, and stays whole.
+    const QSizeF area(papel.width(), papel.height());
+    const QSizeF propria = m_relatorio->disposicao().fullRectPoints().size();
+    QRectF folha(QPointF(), propria.scaled(area, Qt::KeepAspectRatio));
+    folha.moveCenter(QRectF(QPointF(), area).center());
     for (int p = primeira; p <= ultima && completo; ++p) {
         if (p > primeira)
             papel.newPage();
-        m_relatorio->pintarPagina(pintor, p, QRectF(0, 0, papel.width(), papel.height()));
+        m_relatorio->pintarPagina(pintor, p, folha);
         completo = progredir(qint64(p - primeira + 1) * 64, qint64(ultima - primeira + 1) * 64);
     }
     ocupado(false);
@@ -214,7 +232,7 @@ bool JanelaRelatorio::pintarPaginas(QPagedPaintDevice &papel, QPainter &pintor, 
 }
 
 // What stood there is replaced by a whole file only: not by a stopped one, nor by what a full disk took of it.
-bool JanelaRelatorio::gravarPDF(const QString &caminho, int primeira, int ultima) {
+bool JanelaRelatorio::gravarPDF(const QString &caminho, int primeira, int ultima, const QPageLayout &papel) {
     FicheiroDirecto<QSaveFile> ficheiro(caminho);
     const auto falhar = [&] {
         throw Falha(erros::falhaDoFicheiro,
@@ -224,7 +242,8 @@ bool JanelaRelatorio::gravarPDF(const QString &caminho, int primeira, int ultima
     if (!ficheiro.abrir())
         falhar();
     QPdfWriter escritor(&ficheiro);
-    escritor.setPageLayout(m_relatorio->disposicao());
+    escritor.setPageLayout(papel.isValid() ? QPageLayout(papel.pageSize(), papel.orientation(), QMarginsF())
+                                           : m_relatorio->disposicao());
     escritor.setResolution(resolucaoPDF);
     escritor.setTitle(windowTitle());
     QPainter pintor(&escritor);
@@ -239,6 +258,8 @@ void JanelaRelatorio::imprimir() {
     Rotina("DataReport.PrintReport", [&] {
         QPrinter impressora(QPrinter::HighResolution);
         impressora.setDocName(windowTitle());
+        impressora.setPageLayout(m_relatorio->disposicao()); // what the dialog begins with
+        impressora.setFullPage(true);
         QPrintDialog dialogo(&impressora, this);
         dialogo.setMinMax(1, m_relatorio->paginas());
         dialogo.setFromTo(1, m_relatorio->paginas());
@@ -248,10 +269,9 @@ void JanelaRelatorio::imprimir() {
         const int primeira = intervalo ? impressora.fromPage() - 1 : 0;
         const int ultima = intervalo ? impressora.toPage() - 1 : m_relatorio->paginas() - 1;
         if (!impressora.outputFileName().isEmpty()) { // the dialog offers a file as one of the printers
-            gravarPDF(impressora.outputFileName(), primeira, ultima);
+            gravarPDF(impressora.outputFileName(), primeira, ultima, impressora.pageLayout());
             return;
         }
-        impressora.setPageLayout(m_relatorio->disposicao());
         impressora.setFullPage(true);
         QPainter pintor;
         if (!pintor.begin(&impressora))

@@ -30,8 +30,9 @@ public:
     DataReport &relatorio() { return *m_relatorio; }
     // The folder that the dialog for PDF files begins in, asked for when it opens.
     void setPasta(std::function<QString()> pasta) { m_pasta = std::move(pasta); }
-    // Writes pages, all without a last one; Falha when the file cannot be written. False when stopped.
-    bool gravarPDF(const QString &caminho, int primeira = 0, int ultima = -1);
+    // Writes pages, all without a last one, on this paper or on their own; Falha when the file cannot be written. False
+    // when stopped.
+    bool gravarPDF(const QString &caminho, int primeira = 0, int ultima = -1, const QPageLayout &papel = {});
 
 protected:
     void keyPressEvent(QKeyEvent *evento) override;
@@ -40,6 +41,7 @@ protected:
 
 private:
     void construirBarra();
+    bool preparar();
     void irPara(int pagina);
     void ajustarFolha();
     void imprimir();

@@ -73,6 +73,7 @@ void FormGrafico::TChart_OnClickSeries(int serie, int indice, Qt::MouseButton bo
 
 void FormGrafico::abrirPontos(int serie, int indice) {
     const TSerie &clicada = chart().Series(serie);
+    const notas::Lugar lugar = lugarDe(serie, indice);
     const PontoActual ponto{QString::number(indice),
                             datas::textoDataHora(datas::instanteDe(clicada.XValue(indice))),
                             modDoubleTratamento::NumeroParaTexto(clicada.YValue(indice)),
@@ -80,7 +81,9 @@ void FormGrafico::abrirPontos(int serie, int indice) {
                             clicada.Title,
                             QString::number(serie),
                             chaveDaSerie(serie),
-                            colunaDaData(clicada.YValue(indice))};
+                            lugar.colunaData,
+                            lugar.colunaValor,
+                            lugar.eDoPonto};
     RegistoForms &forms = registoForms();
     auto *pontos = new FormOpccoesPontos(*m_membro.pontos, ponto, &chart(), forms.dono ? forms.dono.data() : window());
     pontos->setAttribute(Qt::WA_DeleteOnClose);
@@ -100,12 +103,27 @@ QStringView FormGrafico::colunaDaData(double y) const {
     return y == 0 && !doZero.isEmpty() ? doZero : m_membro.pontos->data;
 }
 
+// A point of a limit line has the height of the limit: its second alone finds the reading.
+notas::Lugar FormGrafico::lugarDe(int serie, int indice) const {
+    const TSerie &s = chart().Series(serie);
+    const double y = s.YValue(indice);
+    const TabelaLeituras &t = m_membro.tabela;
+    const QStringView data = colunaDaData(y);
+    notas::Lugar lugar{t.nome,
+                       data,
+                       t.chave,
+                       chaveDaSerie(serie),
+                       datas::instanteDe(s.XValue(indice)),
+                       data == t.data ? t.valor : t.data};
+    if (m_membro.eDoPonto && serie != serieMaximo && serie != serieMinimo)
+        lugar.eDoPonto = [eDoPonto = m_membro.eDoPonto, y](const Recordset &rs, int c) { return eDoPonto(rs, c, y); };
+    return lugar;
+}
+
 QString FormGrafico::notaDe(int serie, int indice) const {
     const QByteArray nome = fonte("notaDe");
     return Rotina(nome.constData(), [&] {
-        const TSerie &s = chart().Series(serie);
-        const auto flag = notas::ler({m_membro.tabela.nome, colunaDaData(s.YValue(indice)), m_membro.tabela.chave,
-                                      chaveDaSerie(serie), datas::instanteDe(s.XValue(indice))});
-        return notas::paraMostrar(flag.value_or(QString())).trimmed();
+        const auto linha = notas::procurar(lugarDe(serie, indice));
+        return linha ? notas::paraMostrar(notas::texto(*linha)).trimmed() : QString();
     });
 }

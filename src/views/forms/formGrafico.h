@@ -2,6 +2,7 @@
 
 #include "views/familiaGraficos.h"
 #include "views/forms/formVistaGrafica.h"
+#include "views/notas.h"
 
 #include <QTimer>
 
@@ -25,9 +26,10 @@ private:
     double ConfigurarGraficoComSeries(const Intervalo &intervalo, const Escolha &escolha);
     QStringList chaveDaSerie(int serie) const;
     QStringView colunaDaData(double y) const;
+    notas::Lugar lugarDe(int serie, int indice) const;
     void ConfigurarBottomAxis();
     void ajustarEixoEsquerdo();
-    void mostrarMedia(double media);
+    void mostrarMedia(std::optional<double> media);
     void retirar(const QStringList &chave);
     void TChart_OnClickSeries(int serie, int indice, Qt::MouseButton botao, const QPoint &posicao);
     void criarSaidas();

@@ -50,7 +50,7 @@ void FormGrafico::esvaziar() {
     }
     chart().Series(serieLeituras).ColorEachPoint = false;
     chart().Bottom().Visible = false;
-    mostrarMedia(0);
+    mostrarMedia(std::nullopt);
 }
 
 // Each sensor's routine reports its own failure and ends with 0; the others go on.
@@ -70,7 +70,8 @@ void FormGrafico::carregarSeleccao(const Vigia &vigia) {
             ++comMedia;
         }
     }
-    mostrarMedia(comMedia > 0 ? soma / comMedia : 0);
+    // That of one alone is not shown when it is 0.
+    mostrarMedia(comMedia > 0 ? std::optional(soma / comMedia) : std::nullopt);
 }
 
 double FormGrafico::AdicionarValorAoGrafico(const Intervalo &intervalo, const Escolha &escolha) {
@@ -96,7 +97,7 @@ double FormGrafico::AdicionarValorAoGrafico(const Intervalo &intervalo, const Es
             serie->Active = true;
         }
         const Vigia vigia(this);
-        return m_membro.ler({m_membro.tabela, escolha.chave, intervalo, true}, [&](const Leitura &l) {
+        return m_membro.ler({m_membro.tabela, escolha.chave, intervalo, true, &m_ilegiveis}, [&](const Leitura &l) {
             leituras.AddXY(l.data, l.valor, l.comNota ? marca : semMarca, cores::doPonto(l.limites, l.valor));
             if (!std::isnan(l.valor)) {
                 if (l.limites.temMaximo())
@@ -128,7 +129,7 @@ double FormGrafico::ConfigurarGraficoComSeries(const Intervalo &intervalo, const
         serie.Active = true;
         serie.Color = cor;
         const Vigia vigia(this);
-        return m_membro.ler({m_membro.tabela, escolha.chave, intervalo, false}, [&](const Leitura &l) {
+        return m_membro.ler({m_membro.tabela, escolha.chave, intervalo, false, &m_ilegiveis}, [&](const Leitura &l) {
             serie.AddXY(l.data, l.valor, l.comNota ? marca : semMarca, cor);
             vigia.passarLinha();
             pararSePedido();
@@ -165,12 +166,12 @@ void FormGrafico::ajustarEixoEsquerdo() {
     }
 }
 
-void FormGrafico::mostrarMedia(double media) {
+void FormGrafico::mostrarMedia(std::optional<double> media) {
     QString legenda;
-    if (media != 0)
+    if (media)
         legenda =
             modTraducoes::texto(modTraducoes::seccaoDe(m_membro.formMedia.toString()), u"Media"_s, u"Média = "_s) +
-            modDoubleTratamento::NumeroParaTexto(modDoubleTratamento::Arredondar(media, 2)) + m_membro.unidade;
+            modDoubleTratamento::NumeroParaTexto(modDoubleTratamento::Arredondar(*media, 2)) + m_membro.unidade;
     lblMedia()->setText(legenda);
 }
 

@@ -75,6 +75,8 @@ void FormGrafico::mnuExportCSV_Click() {
         const bool feito = ExportarCSV(caminho, painel()->inicioConfirmado(), painel()->fimConfirmado());
         if (vigia.vivo())
             m_emCarga = false;
+        if (feito && vigia.vivo())
+            m_ilegiveis.relatar(fonte("ExportarCSV").constData());
         dialogos->mensagem(feito
                                ? modTraducoes::texto(seccaoMain, u"ExportConc"_s, u"Exportação concluida com sucesso"_s)
                                : modTraducoes::texto(seccaoMain, u"ExportError"_s, u"Erro ao Exportar..."_s));
@@ -87,6 +89,7 @@ bool FormGrafico::ExportarCSV(const QString &caminho, const QString &inicio, con
     return Rotina(nome.constData(), [&] {
         m_emCarga = true;
         m_parar = false;
+        m_ilegiveis = {};
         const Vigia vigia(this);
         const CargaEmCurso carga(this, Trabalho::Exportacao);
         connect(carga.espera(), &frmEsperaPraCriarGrafico::cancelar, this, [this] { m_parar = true; });
@@ -94,7 +97,7 @@ bool FormGrafico::ExportarCSV(const QString &caminho, const QString &inicio, con
         for (const Escolha &escolha : painel()->escolhas())
             chaves.append(escolha.chave);
         const Intervalo intervalo(datas::lerDataHora(inicio), datas::lerDataHora(fim));
-        exportacao::escreverCSV({caminho, m_membro.tabela, chaves, intervalo, m_membro.csv}, [&] {
+        exportacao::escreverCSV({caminho, m_membro.tabela, chaves, intervalo, m_membro.csv, &m_ilegiveis}, [&] {
             vigia.passar();
             pararSePedido();
         });

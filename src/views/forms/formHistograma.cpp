@@ -89,19 +89,20 @@ void FormHistograma::carregar(const Vigia &vigia) {
                                      extremosDe(seleccao)));
 }
 
-std::vector<double> FormHistograma::lerValores(const QList<Escolha> &seleccao, const Vigia &vigia) const {
+std::vector<double> FormHistograma::lerValores(const QList<Escolha> &seleccao, const Vigia &vigia) {
     std::vector<double> valores;
     const TabelaLeituras &t = m_membro.tabela;
     const Intervalo intervalo(painel()->inicio(), painel()->fim());
-    const QString sql = u"SELECT "_s + t.valor + u" FROM " + t.nome + u" WHERE " + t.data + u" BETWEEN ? AND ? AND " +
-                        escolhas::condicao(t.chave);
+    const QString sql = u"SELECT "_s + t.valor + u", " + t.data + u" FROM " + t.nome + u" WHERE " + t.data +
+                        u" BETWEEN ? AND ? AND " + escolhas::condicao(t.chave);
     for (const Escolha &escolha : seleccao) {
         Recordset rs =
             cnBD().consultar(sql, QVariantList{intervalo.inicio, intervalo.fim} + escolhas::valores(escolha.chave));
         while (rs.avancar()) {
-            valores.push_back(rs.eNumero(0) ? rs.real(0)
-                              : rs.nulo(0)  ? std::numeric_limits<double>::quiet_NaN()
-                                            : rs.numero(0));
+            if (const std::optional<double> valor = valorDe(rs, 0))
+                valores.push_back(*valor);
+            else
+                m_ilegiveis.juntar(t.nome, escolha.textoDaChave(), rs.texto(1), rs.texto(0));
             vigia.passar();
             pararSePedido();
         }
@@ -110,12 +111,17 @@ std::vector<double> FormHistograma::lerValores(const QList<Escolha> &seleccao, c
 }
 
 // From the first record stored, whatever its date.
-Limites FormHistograma::limitesDe(const QStringList &chave) const {
+Limites FormHistograma::limitesDe(const QStringList &chave) {
     const TabelaLeituras &t = m_membro.tabela;
-    Recordset rs = cnBD().consultar(u"SELECT "_s + t.limites + u" FROM " + t.nome + u" WHERE " +
+    Recordset rs = cnBD().consultar(u"SELECT "_s + t.limites + u", " + t.data + u" FROM " + t.nome + u" WHERE " +
                                         escolhas::condicao(t.chave) + u" ORDER BY rowid LIMIT 1",
                                     escolhas::valores(chave));
-    return rs.avancar() ? lerLimites(rs.texto(0)) : Limites();
+    if (!rs.avancar())
+        return {};
+    const Limites limites = lerLimites(rs.texto(0));
+    if (limites.ilegivel)
+        m_ilegiveis.juntar(t.nome, Escolha{chave, {}}.textoDaChave(), rs.texto(1), rs.texto(0));
+    return limites;
 }
 
 std::optional<histograma::Extremos> FormHistograma::extremosDe(const QList<Escolha> &seleccao) const {
@@ -124,12 +130,15 @@ std::optional<histograma::Extremos> FormHistograma::extremosDe(const QList<Escol
     const TabelaLeituras &t = m_membro.tabela;
     histograma::Extremos extremos{INFINITY, -INFINITY};
     for (const Escolha &escolha : seleccao) {
-        Recordset rs = cnBD().consultar(u"SELECT MIN(%1), MAX(%1) FROM %2 WHERE "_s.arg(t.valor, t.nome) +
-                                            escolhas::condicao(t.chave),
-                                        escolhas::valores(escolha.chave));
-        if (!rs.avancar() || rs.nulo(0))
-            continue;
-        extremos = {std::min(extremos.menor, rs.numero(0)), std::max(extremos.maior, rs.numero(1))};
+        // Not by the engine, to which any text is greater than a number.
+        Recordset rs =
+            cnBD().consultar(u"SELECT "_s + t.valor + u" FROM " + t.nome + u" WHERE " + escolhas::condicao(t.chave),
+                             escolhas::valores(escolha.chave));
+        while (rs.avancar()) {
+            const double valor = valorDe(rs, 0).value_or(std::numeric_limits<double>::quiet_NaN());
+            extremos.menor = std::fmin(extremos.menor, valor);
+            extremos.maior = std::fmax(extremos.maior, valor);
+        }
     }
     return extremos.menor <= extremos.maior ? std::optional(extremos) : std::nullopt;
 }

@@ -19,8 +19,8 @@ private:
     void criarFaixaDoIntervalo();
     void carregar(const Vigia &vigia) override;
     void esvaziar() override;
-    std::vector<double> lerValores(const QList<Escolha> &seleccao, const Vigia &vigia) const;
-    Limites limitesDe(const QStringList &chave) const;
+    std::vector<double> lerValores(const QList<Escolha> &seleccao, const Vigia &vigia);
+    Limites limitesDe(const QStringList &chave);
     std::optional<histograma::Extremos> extremosDe(const QList<Escolha> &seleccao) const;
     QString listaDe(const QList<Escolha> &seleccao) const;
     void mostrarBaldes(const std::vector<histograma::Balde> &baldes);

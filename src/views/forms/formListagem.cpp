@@ -5,10 +5,10 @@
 #include "core/literais.h"
 #include "core/rotina.h"
 #include "data/modMain.h"
-#include "data/recordset.h"
 #include "platform/report/JanelaRelatorio.h"
 #include "views/forms/desenhosDeRelatorios.h"
 #include "views/forms/frmEsperaPraCriarGrafico.h"
+#include "views/forms/grelhaListagem.h"
 #include "views/forms/painelVista.h"
 #include "views/impressao.h"
 
@@ -48,32 +48,38 @@ QString celulaParaColar(QString texto) {
     return u'"' + texto.replace(u'"', u"\"\""_s) + u'"';
 }
 
-// Printed lines: the rows of the listing, read with a cursor of their own.
+// Printed lines: the rows of the query that is shown, which stays this report's own when the listing is loaded anew.
 class LinhasDaListagem : public FonteDeRelatorio {
 public:
     LinhasDaListagem(const ModeloListagem &modelo, const MembroListagem &membro)
-        : m_modelo(modelo), m_membro(membro), m_rs(modelo.cursorProprio()) {}
+        : m_consulta(modelo.consulta()), m_total(modelo.rowCount()), m_membro(membro), m_cursor(m_consulta) {}
     QStringList campos() const override {
         QStringList nomes;
         for (const ColunaListagem &coluna : m_membro.colunas)
             nomes.append(coluna.campo.toString());
         return nomes;
     }
-    qint64 total() const override { return m_modelo.rowCount(); }
-    bool seguinte() override { return m_modelo.seguinte(m_rs); }
-    QString texto(int campo) const override { return m_modelo.textoDaCelula(m_rs, campo); }
+    qint64 total() const override { return m_total; }
+    bool seguinte() override {
+        while (m_cursor.avancar())
+            if (!m_consulta.aceita || m_consulta.aceita(m_cursor.linha()))
+                return true;
+        return false;
+    }
+    QString texto(int campo) const override { return m_consulta.mostrado(m_cursor.linha().texto(campo), campo); }
 
 private:
-    const ModeloListagem &m_modelo;
+    const ConsultaListagem m_consulta;
+    const qint64 m_total;
     const MembroListagem &m_membro;
-    Recordset m_rs;
+    CursorListagem m_cursor;
 };
 
 } // namespace
 
 FormListagem::FormListagem(const MembroListagem &membro, std::unique_ptr<FonteListagem> fonte, QWidget *pai)
     : FormVista(configDe(membro), pai), m_membro(membro), m_fonte(std::move(fonte)),
-      m_painel(m_fonte->criarPainel(this)), m_grelha(new QTableView(this)) {
+      m_painel(m_fonte->criarPainel(this)), m_grelha(new GrelhaListagem(this)) {
     criarGrelha();
     montar(m_painel, m_grelha);
     connect(m_painel, &PainelVista::carregar, this, &FormListagem::CarregarDadosNaGrelha);
@@ -255,7 +261,6 @@ void FormListagem::cmdImprimir_Click() {
         }
         relatorio->setDataSource(std::make_unique<LinhasDaListagem>(m_modelo, m_membro));
         const QPointer<JanelaRelatorio> janela = new JanelaRelatorio(std::move(relatorio), titulo, window());
-        // While pages are made their lines come from this window's query.
         const auto ligada = connect(this, &QObject::destroyed, janela.data(), &QWidget::close);
         // A note is not written under their open cursor: it sees the database as it was when it began.
         const QPointer<QTableView> grelha = m_grelha;

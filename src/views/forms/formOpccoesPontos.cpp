@@ -102,31 +102,30 @@ void FormOpccoesPontos::montar() {
     m_observacoes->setFocus();
 }
 
-notas::Lugar FormOpccoesPontos::lugarDaNota() const {
-    return {m_membro.tabela, m_ponto.colunaData, m_membro.chave, m_ponto.chave, datas::lerDataHora(m_data->text())};
-}
-
-// A point without its reading leaves the box empty and says nothing.
+// A point without its reading leaves the box empty.
 void FormOpccoesPontos::CarregarDescricao() {
     const QByteArray nome = fonte("CarregarDescricao");
     Rotina(nome.constData(), [this] {
-        const auto flag = notas::ler(lugarDaNota());
-        m_notaLida = notas::paraMostrar(flag.value_or(QString()));
-        m_observacoes->setPlainText(m_notaLida);
+        m_linha = notas::procurar({m_membro.tabela, m_ponto.colunaData, m_membro.chave, m_ponto.chave,
+                                   datas::lerDataHora(m_data->text()), m_ponto.colunaValor, m_ponto.eDoPonto});
+        m_observacoes->setPlainText(m_linha ? notas::paraMostrar(notas::texto(*m_linha)) : QString());
         m_observacoes->moveCursor(QTextCursor::End);
-        m_observacoes->document()->setModified(false);
     });
+    m_mostrada = m_observacoes->toPlainText();
 }
 
 // Stays open when the note could not be stored, so that the text is not lost.
 void FormOpccoesPontos::cmdConcluir_Click() {
     const QByteArray nome = fonte("cmdConcluir_Click");
     Rotina(nome.constData(), [this] {
-        // What the user did not touch is stored as it was read, line ends included.
-        const bool alterada = m_observacoes->document()->isModified();
-        const QString nota = notas::paraGuardar(alterada ? m_observacoes->toPlainText() : m_notaLida);
-        if (notas::gravar(lugarDaNota(), nota))
-            marcarPonto(nota != u" ");
+        const QString escrita = m_observacoes->toPlainText();
+        if (escrita == m_mostrada)
+            return accept();
+        const QString nota = notas::paraGuardar(escrita);
+        const notas::Resultado resultado = m_linha ? notas::gravar(*m_linha, nota) : notas::Resultado::SemLinha;
+        if (resultado != notas::Resultado::Gravada)
+            return notas::avisar(resultado, m_linha.value_or(notas::Linha()));
+        marcarPonto(nota != u" ");
         accept();
     });
 }

@@ -25,7 +25,6 @@ private:
     QString texto(const QString &chave, const QString &omissao) const;
     QByteArray fonte(const char *rotina) const;
     void montar();
-    notas::Lugar lugarDaNota() const;
     void CarregarDescricao();
     void cmdConcluir_Click();
     void marcarPonto(bool comNota);
@@ -33,7 +32,8 @@ private:
     const MembroPontos &m_membro;
     const PontoActual m_ponto;
     QPointer<TChart> m_chart;
-    QString m_notaLida;
+    std::optional<notas::Linha> m_linha; // as it was when the note was shown
+    QString m_mostrada;                  // in the box, before the user wrote
     QLineEdit *m_data = nullptr;
     QLineEdit *m_sensor = nullptr;
     QPlainTextEdit *m_observacoes = nullptr;

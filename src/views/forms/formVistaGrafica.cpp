@@ -75,6 +75,7 @@ void FormVistaGrafica::CarregarDadosDeSeriesSelleccionadas() {
         return;
     m_emCarga = true;
     m_parar = false;
+    m_ilegiveis = {};
     const Vigia vigia(this);
     const QByteArray nome = fonte("CarregarDadosDeSeriesSelleccionadas");
     Rotina(nome.constData(), [&] {
@@ -90,8 +91,11 @@ void FormVistaGrafica::CarregarDadosDeSeriesSelleccionadas() {
         }
         carregar(vigia);
     });
-    if (vigia.vivo())
-        terminarCarga();
+    if (!vigia.vivo())
+        return;
+    terminarCarga();
+    if (!m_parar)
+        m_ilegiveis.relatar(nome.constData());
 }
 
 // What a stopped load has read is a part that nobody asked for: it goes, and the choice is offered again.

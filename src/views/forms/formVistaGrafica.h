@@ -2,6 +2,7 @@
 
 #include "views/forms/formVista.h"
 #include "views/forms/painelVista.h"
+#include "views/ilegiveis.h"
 
 class TChart;
 class Vigia;
@@ -35,6 +36,7 @@ protected:
     QString m_fim;
     bool m_emCarga = false;
     bool m_parar = false;
+    Ilegiveis m_ilegiveis; // of the load under way
 
 private:
     void terminarCarga();
