@@ -84,8 +84,7 @@ private Q_SLOTS:
 
     // The one box with a question is that one: no other could have another default.
     void umaSoPergunta() {
-        QDirIterator fontes(QStringLiteral(VISTREL_FONTES), {u"*.cpp"_s}, QDir::Files,
-                            QDirIterator::Subdirectories);
+        QDirIterator fontes(QStringLiteral(VISTREL_FONTES), {u"*.cpp"_s}, QDir::Files, QDirIterator::Subdirectories);
         static const QRegularExpression caixa(u"QMessageBox\\s+\\w+[({;]|QMessageBox::question|new QMessageBox|"
                                               "QDialogButtonBox|setStandardButtons"_s);
         QStringList outras;

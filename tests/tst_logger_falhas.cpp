@@ -181,6 +181,8 @@ private Q_SLOTS:
         else
             b.clicar("cmdConcluir");
         b.instalacao.verificar();
+        if (accao != u"iniciado")
+            QVERIFY(b.instalacao.dialogos.textos.filter(u"e o que foi lido é o EA00000012345621."_s).size() == 1);
         QVERIFY(b.leitor.chip().missao() && b.leitor.chip().contador() > 3);
         QCOMPARE(int(b.leitor.chip().ler(32)), 0); // nor its record
         QCOMPARE(b.instalacao.linha(u"SELECT DataFimMissao FROM DS1921head"_s), cabeca);
@@ -233,7 +235,8 @@ private Q_SLOTS:
         b.clicar("cmdLerDados");
         b.instalacao.verificar();
         QCOMPARE(b.linhas(), 0);
-        QVERIFY(!b.permitido("cmdPararMissao") && !b.permitido("lblResultados") && !b.permitido("lblGrafico") && b.permitido("cmdLerDados"));
+        QVERIFY(!b.permitido("cmdPararMissao") && !b.permitido("lblResultados") && !b.permitido("lblGrafico") &&
+                b.permitido("cmdLerDados"));
         b.leitor.por({u"A"_s});
         // The window goes on working while all of it is fetched and stored.
         QElapsedTimer desde;

@@ -176,7 +176,8 @@ QString ControloDS1921::causa() const {
     case Presenca::Mudou:
         break;
     }
-    return texto(u"RegistadorMudou"_s, u"O registador %1 mudou depois de ser lido. Nada foi alterado: leia-o de novo."_s)
+    return texto(u"RegistadorMudou"_s,
+                 u"O registador %1 mudou depois de ser lido. Nada foi alterado: leia-o de novo."_s)
         .arg(romidLido);
 }
 
@@ -290,9 +291,9 @@ void ControloDS1921::guardarAmostras(const std::vector<missoes::Amostra> &amostr
     const ChaveMissao destino = chave();
     // Without a header no view would find them. One that is there knows better when the mission ended.
     if (m_estado == EstadoMissao::SemMissao && !missoes::temCabeca(destino))
-        missoes::guardarCabeca({destino, controlo.InicioAmostragem, amostras.back().Data, LimiteMaxGlobal,
-                                LimiteMinGlobal, calibracoes},
-                               passarEventos);
+        missoes::guardarCabeca(
+            {destino, controlo.InicioAmostragem, amostras.back().Data, LimiteMaxGlobal, LimiteMinGlobal, calibracoes},
+            passarEventos);
     const QDateTime ultima = missoes::VerificaDataMaximaPraSensor(destino, controlo.InicioAmostragem);
     missoes::juntarAmostras(destino, amostras, LimiteMaxGlobal, LimiteMinGlobal, ultima, passarEventos);
 }

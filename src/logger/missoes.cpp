@@ -112,11 +112,11 @@ int contarAmostras(const ChaveMissao &chave) {
 
 int minutosGuardados(const ChaveMissao &chave, const QDateTime &de, const QDateTime &ate) {
     const bool completa = chave.completa();
-    Recordset rs = cnBD().consultar(u"SELECT COUNT(DISTINCT Data) FROM DS1921 WHERE "_s +
-                                        (completa ? ChaveMissao::onde() : u"LoggerID = ?"_s) +
-                                        u" AND Data BETWEEN ? AND ?",
-                                    juntar(completa ? chave.valores() : QVariantList{chave.LoggerID},
-                                           {datas::textoBD(aoMinuto(de)), datas::textoBD(aoMinuto(ate))}));
+    Recordset rs =
+        cnBD().consultar(u"SELECT COUNT(DISTINCT Data) FROM DS1921 WHERE "_s +
+                             (completa ? ChaveMissao::onde() : u"LoggerID = ?"_s) + u" AND Data BETWEEN ? AND ?",
+                         juntar(completa ? chave.valores() : QVariantList{chave.LoggerID},
+                                {datas::textoBD(aoMinuto(de)), datas::textoBD(aoMinuto(ate))}));
     return rs.avancar() ? int(rs.inteiro(0)) : 0;
 }
 

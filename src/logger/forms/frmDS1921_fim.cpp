@@ -28,8 +28,9 @@ QString frmDS1921::comCausa(const QString &mensagem) const {
 bool frmDS1921::conferirRegistador(const QString &senao) {
     if (passo("frmDS1921.VerificarROMID", [this] { return m_logica->VerificarROMID(); }))
         return true;
+    const QString mensagem = comCausa(senao);
     esquecerRegistador();
-    criticar(comCausa(senao));
+    criticar(mensagem);
     return false;
 }
 
@@ -115,8 +116,10 @@ void frmDS1921::acabarMissao(const std::function<void()> &aoTerminar) {
     cancelavel(false);
     const ControloDS1921::Fim fim = m_logica->terminarNoRegistador(m_aceites, aoTerminar);
     if (fim == ControloDS1921::Fim::Nenhum) {
+        const QString mensagem =
+            comCausa(texto(u"TerminarErr"_s, u"O registador não confirmou o fim da missão: leia-o de novo."_s));
         esquecerRegistador();
-        criticar(comCausa(texto(u"TerminarErr"_s, u"O registador não confirmou o fim da missão: leia-o de novo."_s)));
+        criticar(mensagem);
         return;
     }
     LimparTexts();

@@ -43,8 +43,9 @@ QString texto(const QString &chave, const QString &omissao) {
 }
 
 QString contactoPerdido() {
-    return texto(u"ContactoPerdido"_s, u"O contacto com o registador perdeu-se durante a leitura. Nada foi guardado nem "
-                                       "alterado: assente-o bem no leitor e leia-o de novo."_s);
+    return texto(u"ContactoPerdido"_s,
+                 u"O contacto com o registador perdeu-se durante a leitura. Nada foi guardado nem "
+                 "alterado: assente-o bem no leitor e leia-o de novo."_s);
 }
 
 } // namespace
@@ -76,8 +77,9 @@ void frmDS1921::lerAmostras() {
         if (const int falta = m_logica->porGuardar(); falta > 0)
             avisar(texto(u"PorGuardar"_s, u"Há %1 amostras no registador que não foram guardadas."_s).arg(falta));
     } else {
+        const QString mensagem = m_logica->causa();
         esquecerRegistador();
-        avisar(m_logica->causa());
+        avisar(mensagem);
         return;
     }
     m_cmdPararMissao->setEnabled(emMissao && m_logica->porGuardar() == 0);
@@ -190,8 +192,9 @@ bool frmDS1921::DownloadLog() {
     if (linhas.empty()) {
         Ocupado = false;
         avisar(m_logica->controlo.PrimeiraAmostra.isValid()
-                   ? texto(u"AmostrasPorLer"_s, u"O contacto com o registador perdeu-se, e nenhuma amostra foi guardada. "
-                                                "Assente-o bem no leitor e leia os dados de novo."_s)
+                   ? texto(u"AmostrasPorLer"_s,
+                           u"O contacto com o registador perdeu-se, e nenhuma amostra foi guardada. "
+                           "Assente-o bem no leitor e leia os dados de novo."_s)
                    : texto(u"SemInicio"_s, u"O registador não diz quando a missão começou: as suas amostras não têm "
                                            "data, e nenhuma foi guardada."_s));
         return false;
