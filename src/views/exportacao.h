@@ -36,7 +36,7 @@ struct PedidoCSV {
 };
 
 // Falha when the file cannot be written or a reading cannot be understood; the lines so far stay in the file, and the
-// description says how many. passar is called for every row and may throw.
-void escreverCSV(const PedidoCSV &pedido, const std::function<void()> &passar);
+// description says how many. passar is called for every row and may throw. Gives back how many lines there are.
+qint64 escreverCSV(const PedidoCSV &pedido, const std::function<void()> &passar);
 
 } // namespace exportacao

@@ -2,6 +2,7 @@
 
 #include "core/estado.h"
 #include "core/eventos.h"
+#include "core/exportado.h"
 #include "core/falha.h"
 #include "core/ficheiroDirecto.h"
 #include "core/literais.h"
@@ -248,7 +249,8 @@ void JanelaRelatorio::imprimir() {
         const int primeira = intervalo ? impressora.fromPage() - 1 : 0;
         const int ultima = intervalo ? impressora.toPage() - 1 : m_relatorio->paginas() - 1;
         if (!impressora.outputFileName().isEmpty()) { // the dialog offers a file as one of the printers
-            gravarPDF(impressora.outputFileName(), primeira, ultima);
+            if (gravarPDF(impressora.outputFileName(), primeira, ultima))
+                anunciarExportado(impressora.outputFileName());
             return;
         }
         impressora.setPageLayout(m_relatorio->disposicao());
@@ -271,8 +273,8 @@ void JanelaRelatorio::pedirPDF() {
         const QString proposto = pasta.isEmpty() ? nome : pasta + u'/' + nome;
         const QString caminho =
             dialogos ? dialogos->gravarFicheiro(proposto, pasta, u"pdf (*.pdf)|*.pdf"_s) : QString();
-        if (!caminho.isEmpty())
-            gravarPDF(caminho);
+        if (!caminho.isEmpty() && gravarPDF(caminho))
+            anunciarExportado(caminho);
     });
 }
 
