@@ -1,4 +1,5 @@
 #include "platform/chart/tracos.h"
+#include "tests/apoio/tabela.h"
 #include "tests/cenaChart.h"
 
 #include <random>
@@ -254,23 +255,72 @@ private Q_SLOTS:
         QCOMPARE(pixeis(normal, 'g', 0, 50) + pixeis(normal, 'g', 650), 0);
     }
 
-    void marcasNaoSeTocam() {
+    void marcas_data() {
+        const Tabela<int, int, bool> caso("pontos", "cada", "sozinhas"); // every so many points a mark
+        caso("alone", 20, 5, true);
+        caso("close", 400, 3, false);
+        caso("crowd", 5000, 1, false);
+        caso("blocks in one column", 900000, 1, false);
+        caso("some of a crowd", 900000, 700, false);
+    }
+    // Those that would overlap become one with their number: none is lost, none stands on another, each has the colour
+    // of its series, or none where there are several.
+    void marcas() {
+        QFETCH(const int, pontos);
+        QFETCH(const int, cada);
         Cena c;
-        c.serie(QList<double>(5000, 20.0), 60, verde);
-        for (int i = 0; i < 5000; ++i)
-            c.chart.Series(0).setPointLabel(i, u"!"_s);
-        c.chart.actualizar();
-        const QImage cheia = c.chart.grab().toImage();
-        const QRect a = c.area();
-        const int linha = c.onde(0, 2500).y() - 10;
-        int mudancas = 0; // from ink to none along the line of marks
-        bool tinta = false;
-        for (int x = a.left() + 3; x < a.right() - 3; ++x) {
-            const bool agora = qGray(cheia.pixel(x, linha)) < 110;
-            mudancas += tinta && !agora;
-            tinta = agora;
+        qint64 postas = 0;
+        for (int s = 0; s < 2; ++s) {
+            TSerie &serie = c.chart.AddSeries();
+            serie.Color = s == 0 ? azul : vermelho;
+            for (int i = 0; i < pontos; ++i) {
+                const bool marca = i % cada == 0;
+                const double y = i == cada ? semValor : 20 + s * 9 + std::sin(i * 0.37);
+                serie.AddXY(inicio + i * 60.0, y, marca ? u"!"_s : u" "_s, serie.Color);
+                postas += marca;
+            }
+            serie.setPointLabel(0, u" "_s);
+            serie.setPointLabel(cada == 1 ? 2 : 1, u"!"_s);
+            postas -= cada == 1 ? 1 : 0;
         }
-        QVERIFY2(mudancas > 30 && mudancas < a.width() / 5, qPrintable(QString::number(mudancas)));
+        c.chart.Left().Automatic = false;
+        c.chart.Left().Minimum = 15;
+        c.chart.Left().Maximum = 35;
+        c.chart.actualizar();
+        const QImage imagem = c.chart.grab().toImage();
+        const auto grupos = c.chart.findChild<Marcas *>()->grupos();
+        qint64 contadas = 0;
+        for (size_t i = 0; i < grupos.size(); ++i) {
+            contadas += grupos[i].quantas;
+            QVERIFY(QRectF(c.area()).adjusted(-1, -1, 1, 1).contains(grupos[i].lugar));
+            for (size_t k = 0; k < i; ++k)
+                QVERIFY(!grupos[i].lugar.intersects(grupos[k].lugar));
+            // The reading without a value stands at the foot, and both series meet there.
+            const bool noPe = grupos[i].lugar.bottom() > c.area().bottom() - 8;
+            QCOMPARE(grupos[i].serie == nullptr, noPe);
+            if (!noPe)
+                QCOMPARE(grupos[i].serie->serie().Color, grupos[i].ponto.y() > c.area().center().y() ? azul : vermelho);
+        }
+        QCOMPARE(contadas, postas);
+        QVERIFY(pixeis(imagem, 'b') > 20 && pixeis(imagem, 'r') > 20);
+        QTEST(grupos.size() == size_t(postas) - 1, "sozinhas"); // the two at the foot are one
+        QVERIFY(grupos.size() < 200);
+    }
+
+    void frases() {
+        Cena c;
+        c.serie({1, 2, 3});
+        c.chart.actualizar();
+        const int alto = c.area().height();
+        const QImage sem = c.chart.grab().toImage();
+        c.chart.setAviso(u"Não há leituras neste intervalo."_s);
+        c.chart.actualizar();
+        const QRect meio = QRect(QPoint(), QSize(200, 20)).translated(c.area().center() - QPoint(100, 10));
+        QVERIFY(c.chart.grab().toImage().copy(meio) != sem.copy(meio));
+        c.chart.setRodape(u"palavra "_s.repeated(40)); // wrapped: the picture gives way
+        c.chart.actualizar();
+        QVERIFY(c.area().height() < alto - 2 * c.chart.fontMetrics().height());
+        QVERIFY(c.chart.imagem(1050, 506) != Cena().chart.imagem(1050, 506));
     }
 };
 

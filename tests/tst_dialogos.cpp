@@ -1,9 +1,11 @@
 #include "data/ligacao.h"
 #include "platform/forms/dialogosQt.h"
+#include "platform/forms/registoForms.h"
 #include "tests/apoio/filho.h"
 #include "tests/apoio/instalacao.h"
 #include "tests/apoio/tabela.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QDir>
 #include <QDirIterator>
@@ -127,6 +129,38 @@ private Q_SLOTS:
                 pasta ? dialogos.escolherPasta(onde) : dialogos.abrirFicheiro(QString::fromUtf8(filtroBD), onde);
             });
         QCOMPARE(presos(), "held held");
+    }
+
+    void mensagemComBotao_data() {
+        const Tabela<bool> caso("premir");
+        caso("pressed", true);
+        caso("closed", false);
+    }
+    // The box belongs to the window that is worked with, not to the main one, which would come before it.
+    void mensagemComBotao() {
+        QFETCH(const bool, premir);
+        const Instalacao inst(Instalacao::Base::Nenhuma);
+        DialogosQt dialogos;
+        QWidget principal;
+        registoForms().dono = &principal;
+        principal.show();
+        QWidget previsao(&principal, Qt::Window);
+        auto *campo = new QLineEdit(&previsao);
+        previsao.show();
+        previsao.activateWindow();
+        campo->setFocus();
+        QTRY_VERIFY(campo->hasFocus());
+        QWidget *dono = nullptr;
+        QTimer::singleShot(0, qApp, [&] {
+            auto *caixa = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+            QVERIFY(caixa);
+            dono = caixa->parentWidget();
+            for (QAbstractButton *botao : caixa->buttons())
+                if (premir == (botao->text() == u"Abrir pasta"))
+                    return botao->click();
+        });
+        QCOMPARE(dialogos.mensagemComBotao(u"onde"_s, u"Abrir pasta"_s), premir);
+        QCOMPARE(dono, &previsao);
     }
 
     void nomeSemExtensao_data() {

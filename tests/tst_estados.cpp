@@ -160,20 +160,21 @@ private Q_SLOTS:
         Cena c;
         c.sensor({u"28A0000000000001"_s, u"Nível"_s, u"P 1250A"_s, u"SIM"_s, 1, u"POSEIDON"_s, u"2127.0.0.5"_s});
         c.executar(u"INSERT INTO Poseidons (PoseidonIP, Nome, Mac) VALUES ('127.0.0.5', 'Cave', '00:0A')"_s);
-        c.leituras(leiturasSensUI, u"28A0000000000001"_s,
-                   {{dia + u"01:00:00", u"7,5"_s, u"8,5XXX2"_s}, {dia + u"02:00:00", 9, u"8,5XXX2"_s, u"nota"_s}});
+        c.leituras(
+            leiturasSensUI, u"28A0000000000001"_s,
+            {{dia + u"01:00:00", u"7,5"_s, u"8,5XXX2"_s}, {dia + u"02:00:00", u"51.27"_s, u"8,5XXX2"_s, u"nota"_s}});
         c.leituras(leiturasSensUI, u"28A0000000000001"_s, {{u"2024-03-14 02:00:00"_s, 4, u" "_s, u" "_s}});
         c.executar(u"UPDATE SensUI_Leituras SET NomeSensor = 'Nível', Escala = '0-10 m', Ident = '20X4X10X0'"_s);
         c.abrir(u"frmGraficoSensUI"_s);
         clicar(c.form, u"cmdAdicionar"_s);
         c.confirmar();
-        QCOMPARE(alturas(c.chart().Series(0)), QList<double>({7.5, 9}));
+        QCOMPARE(alturas(c.chart().Series(0)), QList<double>({7.5, 51.27}));
         QCOMPARE(c.chart().Series(0).PointColor(1), 255U);
         QCOMPARE(c.chart().Series(1).YValue(0), 8.5);
         QVERIFY(!c.chart().Series(0).temMarca(0) && c.chart().Series(0).temMarca(1));
-        // Reading and Ident as they are stored, limits as numbers.
+        // Ident as it is stored, all else as numbers of the locale.
         QCOMPARE(c.exportarCSV(), QByteArray("15/03/2024 01:00:00;28A0000000000001;Nível;7,5;20X4X10X0;8,5;2\r\n"
-                                             "15/03/2024 02:00:00;28A0000000000001;Nível;9;20X4X10X0;8,5;2\r\n"));
+                                             "15/03/2024 02:00:00;28A0000000000001;Nível;51,27;20X4X10X0;8,5;2\r\n"));
         c.notar(u"frmOpccoesPontosSensUI"_s, 0, 0, u" verificada "_s);
         QCOMPARE(c.linha(u"SELECT flag FROM SensUI_Leituras WHERE Data > '2024-03-15' ORDER BY Data"_s),
                  QVariantList({u"verificada"_s}));
@@ -189,7 +190,8 @@ private Q_SLOTS:
         for (int i = 0; i < 8; ++i)
             primeira.append(grelha->model()->index(0, i).data().toString());
         QCOMPARE(primeira, QStringList({u"28A0000000000001"_s, u"Nível"_s, u"15/03/2024 02:00:00"_s, u"8,5"_s, u"2"_s,
-                                        u"9"_s, u"0-10 m"_s, u"8,5XXX2"_s}));
+                                        u"51,27"_s, u"0-10 m"_s, u"8,5XXX2"_s}));
+        QCOMPARE(grelha->model()->index(1, 5).data().toString(), u"7,50"_s);
         c.abrir(u"frmGraficoHistogramaSensUI"_s);
         clicar(c.form, u"cmdAdicionar"_s);
         c.confirmar();

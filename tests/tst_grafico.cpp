@@ -1,6 +1,8 @@
 #include "core/modINI.h"
+#include "tests/apoio/tabela.h"
 #include "tests/cenaGrafico.h"
 
+#include <QDateEdit>
 #include <QTimer>
 
 #include <cmath>
@@ -106,12 +108,13 @@ private Q_SLOTS:
     }
 
     void nadaADesenhar_data() {
-        QTest::addColumn<int>("pontos"); // all of them "ND"
-        QTest::newRow("no readings") << 0;
-        QTest::newRow("readings without a value") << 2;
+        const Tabela<int, QString> caso("pontos", "aviso"); // all of them "ND"
+        caso("no readings", 0, u"Não há leituras neste intervalo."_s);
+        caso("readings without a value", 2, u"As leituras deste intervalo não têm valor."_s);
     }
 
-    // The axes stay, and the one of time shows the day that was asked for.
+    // The axes stay, and the one of time shows the day that was asked for. What is in no file and on no paper cannot be
+    // handed on.
     void nadaADesenhar() {
         QFETCH(int, pontos);
         const Instalada inst;
@@ -127,6 +130,14 @@ private Q_SLOTS:
         QVERIFY(g.chart().Bottom().Minimum > 0);
         QCOMPARE(g.chart().Bottom().Maximum - g.chart().Bottom().Minimum, 86399.0);
         QVERIFY(g.principal.isEnabled());
+        QTEST(g.chart().aviso(), "aviso");
+        QTEST(g.chart().accessibleDescription(), "aviso");
+        for (const QString &botao : {u"cmdImprimir"_s, u"cmdExport"_s})
+            QCOMPARE(controlo<QWidget>(g.form, botao)->isEnabled(), pontos > 0);
+        inst.leituras(u"Temperaturas"_s, id(2), {{dia + u"10:00:00"_s, 4}});
+        g.carregar({2});
+        QCOMPARE(g.chart().aviso(), QString());
+        QVERIFY(controlo<QWidget>(g.form, u"cmdExport"_s)->isEnabled());
     }
 
     void media_data() {
@@ -173,6 +184,35 @@ private Q_SLOTS:
         QCOMPARE(g.chart().Bottom().Maximum - g.chart().Bottom().Minimum, 60.0);
         QCOMPARE(g.chart().Bottom().Increment, 60.0);
         QCOMPARE(g.media(), u"Média = 21"_s + membro.unidade);
+    }
+
+    // Times before the origin of the axis are like any other.
+    void antesDe1970() {
+        const Instalada inst;
+        inst.leituras(u"Temperaturas"_s, id(1),
+                      {{u"1969-12-31 23:00:00"_s, 20.0, u"30XXX5"_s}, {u"1970-01-01 00:00:00"_s, 22.0, u"30XXX5"_s}});
+        const Grafico g;
+        controlo<QDateEdit>(g.form, u"DTPdataInicio"_s)->setDate(QDate(1969, 12, 1));
+        g.carregar({1});
+        QCOMPARE(g.chart().Bottom().Minimum, -3600.0);
+        QCOMPARE(g.chart().Bottom().Maximum, 0.0);
+        QCOMPARE(g.chart().Left().Maximum, 34.0);
+        QCOMPARE(g.chart().aviso(), QString());
+    }
+
+    // Averages have two decimals wherever they are read.
+    void casasDasMedias() {
+        const Instalada inst;
+        inst.leituras(u"Medias"_s, id(1), {{dia + u"10:00:00"_s, 21.5}});
+        const Grafico g(u"frmGraficoPrincipal"_s);
+        g.carregar({1});
+        QTest::keyClick(&g.chart(), Qt::Key_Right);
+        QVERIFY2(g.chart().accessibleDescription().contains(u"21,50 °C"),
+                 qPrintable(g.chart().accessibleDescription()));
+        g.clicarPonto(0, 0);
+        QWidget *ponto = registoForms().form(u"frmOpccoesMediasPontos"_s);
+        QCOMPARE(controlo<QLineEdit>(ponto, u"txtTemperatura"_s)->text(), u"21,50"_s);
+        ponto->close();
     }
 
     void actualizarGrafico() {
@@ -263,6 +303,7 @@ private Q_SLOTS:
         g.carregar({1});
         QCOMPARE(inst.erros.carregamentos, 1);
         QTEST(int(g.chart().Series(0).Count()), "pontos");
+        QCOMPARE(g.chart().aviso(), g.chart().temDados() ? QString() : u"A carga falhou; nada foi desenhado."_s);
         QTEST(g.media(), "media");
         QVERIFY(g.chart().isVisible());
         QVERIFY(g.principal.isEnabled());

@@ -50,6 +50,8 @@ public:
     QString abrirFicheiro(const QString &, const QString &) override { return {}; }
     QString gravarFicheiro(const QString &, const QString &, const QString &) override { return {}; }
     QString escolherPasta(const QString &) override { return {}; }
+    bool mensagemComBotao(const QString &, const QString &) override { return false; }
+    bool abrirPasta(const QString &) override { return true; }
 };
 
 // What was seen while every form was opened: the texts asked for, and which classes each form is made of.

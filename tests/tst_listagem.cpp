@@ -83,7 +83,7 @@ private Q_SLOTS:
         instalacao.leituras(u"Medias"_s, u"O'Neil"_s, u"2026-03-01 00:00:00"_s, 0, {1, 2, 3});
         ModeloListagem modelo;
         modelo.abrir(listagens::consulta(membro(u"frmListagemObservacoesMedias"), {{desde, ate}, {{u"O'Neil"_s}}}));
-        const int linha = int(coluna(modelo, 3).indexOf(u"2"_s));
+        const int linha = int(coluna(modelo, 3).indexOf(u"2,00"_s));
         QVERIFY(!modelo.setData(modelo.index(linha, 3), u"9"_s, Qt::EditRole));
         QVERIFY(modelo.flags(modelo.index(linha, 4)) & Qt::ItemIsEditable);
         QVERIFY(modelo.setData(modelo.index(linha, 4), u"porta 'aberta'"_s, Qt::EditRole));

@@ -121,6 +121,22 @@ private Q_SLOTS:
                 QCOMPARE(NumeroComPonto(numero), QByteArray::number(numero, 'g', 15));
         }
     }
+
+    void casas_data() {
+        const Tabela<double, int, QString> caso("numero", "casas", "texto");
+        caso("filled", 21.5, 2, u"21,50"_s);
+        caso("whole", -18, 2, u"-18,00"_s);
+        caso("rounded, half to even", 0.125, 2, u"0,12"_s);
+        caso("none left", -0.004, 2, u"0,00"_s);
+        caso("as many as there are", 0.125, -1, u"0,125"_s);
+        caso("none", 21.5, 0, u"22"_s);
+    }
+    void casas() {
+        const Instalacao instalacao(Instalacao::Base::Nenhuma);
+        QFETCH(const double, numero);
+        QFETCH(const int, casas);
+        QTEST(NumeroParaTexto(numero, casas), "texto");
+    }
 };
 
 QTEST_GUILESS_MAIN(tst_numeros)

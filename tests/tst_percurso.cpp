@@ -92,6 +92,7 @@ struct Percurso {
         if (!jpg && !botao)
             return;
         instalacao.dialogos.responderGravar(base + u".jpg", u"jpg"_s);
+        instalacao.dialogos.esperarMensagem(base + u".jpg");
         jpg ? jpg->trigger() : botao->click();
         QCOMPARE(QImage(base + u".jpg").size(), QSize(1050, 506));
     }

@@ -9,6 +9,7 @@
 #include "platform/report/JanelaRelatorio.h"
 #include "tests/apoio/instalacao.h"
 #include "tests/apoio/ouro.h"
+#include "tests/apoio/tabela.h"
 #include "tests/apoio/widgets.h"
 #include "views/familiaHistogramas.h"
 #include "views/familiaListagens.h"
@@ -23,6 +24,7 @@
 #include <QClipboard>
 #include <QComboBox>
 #include <QDateEdit>
+#include <QFileInfo>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPointer>
@@ -177,18 +179,74 @@ private Q_SLOTS:
         QCOMPARE(c.chart().Series(0).PointColor(0), verde);
     }
 
-    void histogramaSemLeiturasEIntervaloErrado() {
+    void histogramaSemBarras_data() {
+        const Tabela<QList<Instalacao::Leitura>, QString> caso("leituras", "aviso");
+        caso("none", {}, u"Não há leituras neste intervalo."_s);
+        caso("above a lone minimum", {{u"2024-03-15 01:00:00"_s, 50, u"NAXXX5"_s}, {u"2024-03-15 02:00:00"_s, u"ND"_s}},
+             u"Nenhuma das leituras deste intervalo (2) cabe numa barra."_s);
+    }
+    // It says why it is empty, and hands nothing on.
+    void histogramaSemBarras() {
+        QFETCH(const QList<Instalacao::Leitura>, leituras);
         Cena c(u"frmGraficoHumidadeHistograma"_s, u"P 1250%"_s);
-        c.leituras(u"Humidade"_s, id(1), {{u"2024-03-15 01:00:00"_s, u"ND"_s}});
+        c.leituras(u"Humidade"_s, id(1), leituras);
         c.abrir(1);
         c.confirmar();
         QCOMPARE(c.chart().Series(0).Count(), 0);
         QCOMPARE(controlo<QLabel>(c.form, u"lblTotal"_s)->text(), QString());
+        QTEST(c.chart().aviso(), "aviso");
+        QCOMPARE(c.chart().rodape(), QString());
+        for (const QString &botao : {u"cmdImprimir"_s, u"cmdJPG"_s})
+            QVERIFY(!controlo<QWidget>(c.form, botao)->isEnabled());
+    }
+
+    void intervaloRecusado_data() {
+        const Tabela<QString, QString> caso("intervalo", "relato");
+        caso("none", u"0"_s, u"Intervalo do histograma inválido"_s);
+        caso("bounds would meet", u"0,1"_s, u"O intervalo 0,1 é demasiado pequeno; o menor que serve é 0,11."_s);
+        caso("bounds would pass", u"0.05"_s, u"o menor que serve é 0,11."_s);
+    }
+    // What is drawn stays, and so does the width of the settings.
+    void intervaloRecusado() {
+        QFETCH(const QString, intervalo);
+        QFETCH(const QString, relato);
+        Cena c(u"frmGraficoPrincipalHistogramaTemp"_s);
+        c.leituras(temperaturas, id(1), u"2024-03-15 00:00:00"_s, 60, {4, 4.1, 4.25, 5});
+        c.abrir(1);
+        auto *combo = controlo<QComboBox>(c.form, u"cboIntervaloHistograma"_s);
+        combo->setCurrentText(u"0,11"_s); // works
+        c.confirmar();
+        QCOMPARE(c.chart().Series(0).Count(), 3);
         clicar(c.form, u"cmdOpccoes"_s);
-        controlo<QComboBox>(c.form, u"cboIntervaloHistograma"_s)->setCurrentText(u"0"_s);
-        c.erros.esperar(u"Intervalo do histograma"_s);
+        combo->setCurrentText(intervalo);
+        c.erros.esperar(relato);
         c.confirmar();
         QVERIFY(c.principal.isEnabled());
+        QCOMPARE(c.chart().Series(0).Count(), 3);
+        QVERIFY(controlo<QWidget>(c.form, u"PictOpccoes"_s)->isVisible());
+        QCOMPARE(modINI::GetSetting(u"Vistrel"_s, u"frmGraficoPrincipalHistogramaTemp"_s, u"Hist"_s), u"0,11"_s);
+    }
+
+    void limitesDoHistograma_data() {
+        const Tabela<QVariant, QString, QString> caso("primeiros", "depois", "frase");
+        const QString de = u"Cores pelos limites de Câmara \"1\"; fria: "_s;
+        const QString desde = u", desde 01/02/2024 00:00:00."_s;
+        const QString mudaram = u" Os limites mudaram dentro do intervalo escolhido."_s;
+        caso("as they were", u"30XXX5"_s, u" 30,0 XXX5.0"_s, de + u"máximo 30, mínimo 5"_s + desde);
+        caso("others", u"30XXX5"_s, u"30XXX6"_s, de + u"máximo 30, mínimo 5"_s + desde + mudaram);
+        caso("none at first", QVariant(), u"30XXXNA"_s, de + u"máximo NA, mínimo NA"_s + desde + mudaram);
+        caso("what is none", u"30XXX5"_s, u"trintaXXX5"_s, de + u"máximo 30, mínimo 5"_s + desde);
+    }
+    // The limits that the colours follow, since when, and whether those of the range are others.
+    void limitesDoHistograma() {
+        QFETCH(const QVariant, primeiros);
+        QFETCH(const QString, depois);
+        Cena c(u"frmGraficoPrincipalHistogramaTemp"_s);
+        c.leituras(temperaturas, id(1),
+                   {{u"2024-02-01 00:00:00"_s, 4, primeiros}, {u"2024-03-15 02:00:00"_s, 7, depois}});
+        c.abrir(1);
+        c.confirmar();
+        QTEST(c.chart().rodape(), "frase");
     }
 
     void todosAbrem_data() {
@@ -238,7 +296,7 @@ private Q_SLOTS:
         QCOMPARE(c.grelha().model()->rowCount(), 3);
         QVERIFY(c.grelha().isColumnHidden(0));
         QCOMPARE(c.celula(0, 3), u"ND"_s);
-        QCOMPARE(c.celula(1, 3), u"-18,5"_s);
+        QCOMPARE(c.celula(1, 3), u"-18,50"_s); // averages have two decimals
         QCOMPARE(c.celula(2, 2), u"15/03/2024 01:00:00"_s);
         // A note written in the grid is stored as it is.
         const QModelIndex nota = c.grelha().model()->index(1, 4);
@@ -518,8 +576,10 @@ private Q_SLOTS:
         c.confirmar();
         const QString csv = c.ficheiro(u"p.csv"_s);
         c.dialogos.responderGravar(csv, u"2024/3/15/GraphTemp12-00-00.csv"_s);
-        c.dialogos.esperarMensagem(u"Exportação concluida com sucesso"_s);
+        // It says where the file is, and shows the folder.
+        c.dialogos.premirBotao(u"Exportação concluida com sucesso\n\n%1 [Abrir pasta]"_s.arg(csv));
         c.form->findChild<QAction *>(u"mnuExportCSV"_s)->trigger();
+        QCOMPARE(c.dialogos.pastas, QStringList{QFileInfo(csv).absolutePath()});
         QVERIFY(Instalacao::lerFicheiro(csv).startsWith(QByteArray("15/03/2024 01:00:00;" + id(1).toUtf8() + ';')));
         QVERIFY(Instalacao::lerFicheiro(csv).endsWith(";101,3;105;NA\r\n"));
         QCOMPARE(c.dialogos.ultimoFiltro, u"csv (*.csv)|*.csv"_s);
@@ -533,6 +593,9 @@ private Q_SLOTS:
 
         const QString jpg = c.ficheiro(u"p.jpg"_s);
         c.dialogos.responderGravar(jpg, u"GraphTemp12-00-00.jpg"_s);
+        c.dialogos.semProgramaDePastas = true;
+        c.dialogos.premirBotao(jpg);
+        c.dialogos.esperarMensagem(u"Não há programa que mostre a pasta"_s);
         c.form->findChild<QAction *>(u"mnuExportJPG"_s)->trigger();
         const QImage imagem(jpg);
         QCOMPARE(imagem.size(), QSize(1050, 506));
@@ -548,8 +611,62 @@ private Q_SLOTS:
                  c.chart().imagem(1050, 506).convertToFormat(QImage::Format_RGB32));
         QImage trabalho;
         QVERIFY(trabalho.load(estado().PastaPrograma + u"/Teste.cap", "PNG"));
+        const QString pdf = c.ficheiro(u"p.pdf"_s);
+        c.dialogos.responderGravar(pdf);
+        c.dialogos.esperarMensagem(pdf);
+        janela->findChild<QAction *>(u"cmdPDF"_s)->trigger();
+        QVERIFY(Instalacao::lerFicheiro(pdf).startsWith("%PDF"));
         const QByteArray diferenca = c.diferencaImpressa(u"DataReportGraficoPrincipal"_s);
         QVERIFY2(diferenca.isEmpty(), diferenca.constData());
+    }
+
+    void saidaDoQueSeVe_data() {
+        const Tabela<QString, QString> caso("tabela", "relatorio");
+        caso("frmGraficoPrincipalTemp", temperaturas, u"DataReportGraficoPrincipal"_s);
+        caso("frmGraficoPrincipalHistogramaTemp", temperaturas, u"DataReportHistogramaPrincipal"_s);
+        caso("frmListagemObservacoesTemp", temperaturas, u"DataReportListagemTemp"_s);
+    }
+    // Paper and files tell of what is drawn, whatever is chosen in the panel since.
+    void saidaDoQueSeVe() {
+        QFETCH(const QString, tabela);
+        QFETCH(const QString, relatorio);
+        const QString form = QString::fromLatin1(QTest::currentDataTag());
+        Cena c(form);
+        c.executar(u"INSERT INTO Poseidons (PoseidonIP, Nome, Mac) VALUES ('127.0.0.3', 'Outra', '00:0B')"_s);
+        c.executar(u"UPDATE Sensores SET PoseidonIP = '2127.0.0.3' WHERE SensorID = ?"_s, {id(2)});
+        c.leituras(tabela, id(1), {{u"2024-03-15 01:00:00"_s, 4}});
+        c.leituras(tabela, id(2), {{u"2024-03-15 01:00:00"_s, 99}, {u"2024-03-15 02:00:00"_s, 99}});
+        c.abrir(1);
+        c.confirmar();
+        clicar(c.form, u"cmdOpccoes"_s);
+        clicar(c.form, u"cmdRemoverAll"_s);
+        controlo<Grelha>(c.form, u"grdSensoresAll"_s)->setLinhaActual(0);
+        clicar(c.form, u"cmdAdicionar"_s);
+        QCOMPARE(controlo<Grelha>(c.form, u"grdSensoresSel"_s)->celula(0, 0), id(2));
+        controlo<QDateEdit>(c.form, u"DTPdataInicio"_s)->setDate(QDate(2023, 1, 1));
+        clicar(c.form, u"cmdImprimir"_s);
+        JanelaRelatorio *janela = c.previsao(relatorio);
+        QVERIFY(janela);
+        const QString cabeca = janela->relatorio().Sections(u"Section4"_s)->controlo(u"lblDescricao"_s)->Caption;
+        janela->close();
+        QVERIFY2(cabeca.startsWith(u"Poseidon: 127.0.0.2 - Unidade"), qPrintable(cabeca));
+        QVERIFY2(cabeca.endsWith(u" 15/03/2024 00:00:00 <> 15/03/2024 23:59:59"), qPrintable(cabeca));
+        auto *exportar = c.form->findChild<QAction *>(u"mnuExportCSV"_s);
+        if (!exportar)
+            return;
+        clicar(c.form, u"cmdRemoverAll"_s); // nothing chosen at all
+        const QString csv = c.ficheiro(u"p.csv"_s);
+        c.dialogos.responderGravar(csv);
+        c.dialogos.esperarMensagem(csv);
+        exportar->trigger();
+        const QByteArray linhas = Instalacao::lerFicheiro(csv);
+        QCOMPARE(linhas.count('\n'), 1);
+        QVERIFY(linhas.startsWith(QByteArray("15/03/2024 01:00:00;" + id(1).toUtf8())));
+        // Readings that have gone since make no file that is called a success.
+        c.executar(u"DELETE FROM Temperaturas"_s);
+        c.dialogos.responderGravar(csv);
+        c.dialogos.esperarMensagem(u"Não há leituras neste intervalo."_s);
+        exportar->trigger();
     }
 
     void lugarDaListagem_data() {

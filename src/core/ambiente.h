@@ -17,6 +17,10 @@ public:
     virtual QString abrirFicheiro(const QString &filtro, const QString &pasta) = 0;
     virtual QString gravarFicheiro(const QString &nomeProposto, const QString &pasta, const QString &filtro) = 0;
     virtual QString escolherPasta(const QString &inicio) = 0;
+    // A message with one more button; true: that was pressed.
+    virtual bool mensagemComBotao(const QString &texto, const QString &botao) = 0;
+    // Shows a folder in the desktop's own program; false when there is none.
+    virtual bool abrirPasta(const QString &pasta) = 0;
 };
 
 // What the error road and long routines need of the windows, which core does not know.

@@ -120,6 +120,17 @@ QString NumeroParaTexto(double numero) {
     return t;
 }
 
+QString NumeroParaTexto(double numero, int casas) {
+    if (casas < 0)
+        return NumeroParaTexto(numero);
+    QString t = NumeroParaTexto(Arredondar(numero, casas));
+    const qsizetype separador = t.indexOf(SeparadorDecimal());
+    const qsizetype ha = separador < 0 ? 0 : t.size() - separador - 1;
+    if (casas > 0 && separador < 0 && !t.isEmpty())
+        t += SeparadorDecimal();
+    return t.isEmpty() ? t : t + QString(casas - ha, u'0');
+}
+
 double Arredondar(double numero, int casas) {
     if (!std::isfinite(numero))
         return numero;

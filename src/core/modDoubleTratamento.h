@@ -21,6 +21,8 @@ bool eND(const QString &texto);
 
 // A number as text: 15 significant digits, no exponent, "0" for minus zero; the local separator, or a point.
 QString NumeroParaTexto(double numero);
+// With so many decimals, rounded or filled up with zeros; negative: as many as there are.
+QString NumeroParaTexto(double numero, int casas);
 QByteArray NumeroComPonto(double numero);
 
 // Round(x, places) on that decimal text: halves go to the even digit.

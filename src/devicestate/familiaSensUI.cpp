@@ -20,7 +20,7 @@ constexpr MembroPontos pontosPull{u"frmOpccoesPontosSensUIPull", u"frmGraficoSen
 
 using exportacao::FormaCSV;
 constexpr exportacao::ColunaCSV colunasCSV[] = {{u"Data", FormaCSV::Data},        {u"Sensor", FormaCSV::Texto},
-                                                {u"NomeSensor", FormaCSV::Texto}, {u"Leitura", FormaCSV::Texto},
+                                                {u"NomeSensor", FormaCSV::Texto}, {u"Leitura", FormaCSV::Numero},
                                                 {u"Ident", FormaCSV::Texto},      {u"Observacoes", FormaCSV::Limites}};
 constexpr exportacao::FormatoCSV csv{colunasCSV};
 
@@ -36,7 +36,8 @@ constexpr MembroGrafico tabelaGraficos[] = {
      .baseCSV = u"GraphSensUI",
      .baseJPG = u"GraphSensUI",
      .pontos = &pontos,
-     .csv = &csv},
+     .csv = &csv,
+     .casas = 2},
     {.form = u"frmGraficoSensUIPull",
      .tabela = leiturasPull,
      .regra = &tipos,
@@ -47,7 +48,8 @@ constexpr MembroGrafico tabelaGraficos[] = {
      .baseCSV = u"GraphSensUIPull",
      .baseJPG = u"GraphSensUIPull",
      .pontos = &pontosPull,
-     .csv = &csv},
+     .csv = &csv,
+     .casas = 2},
 };
 
 // Histograms -------------------------------------------------------------------------------------------------------
@@ -90,7 +92,8 @@ constexpr ColunaListagem colunasNotas[] = {
     {u"Sensor", 0, {}, {}, {}, {}, {}, {}},
     {u"NomeSensor", 2515, u"Nome.Caption", u"Nome", u"lblNome", u"L1", u"Sensor", u"txtNome"},
     {u"Data", 1740, u"Data.Caption", u"Data", u"lblData", u"L2", u"Data Hora", u"txtData"},
-    {u"Leitura", 1330, u"TempF.Caption", u"Leitura", u"lblTemperatura", u"L3", u"Leitura", u"txtTemperatura"},
+    {u"Leitura", 1330, u"TempF.Caption", u"Leitura", u"lblTemperatura", u"L3", u"Leitura", u"txtTemperatura",
+     Forma::DuasCasas},
     {u"Escala", 2200, u"Escala.Caption", u"Escala", u"lblEscala", u"L5", u"Escala", u"txtEscala"},
     {u"Flag", 3780, u"DescF.Caption", u"Descrição", u"lblDescricao250", u"L4", u"Descrição", u"txtDesc"}};
 
@@ -103,7 +106,8 @@ constexpr ColunaListagem colunasAlarmes[] = {
      Forma::LimiteMaximo},
     {u"Observacoes AS Minimo", 1000, u"MinF.Caption", u"Minimo", u"lblMin", u"L5", u"Min", u"txtMin",
      Forma::LimiteMinimo},
-    {u"Leitura", 1080, u"TempF.Caption", u"Leitura", u"lblTemperatura", u"L6", u"Leitura", u"txtTemperatura"},
+    {u"Leitura", 1080, u"TempF.Caption", u"Leitura", u"lblTemperatura", u"L6", u"Leitura", u"txtTemperatura",
+     Forma::DuasCasas},
     {u"Escala", 2200, u"Escala.Caption", u"Escala", u"lblEscala", u"L7", u"Escala", u"txtEscala"},
     {u"Observacoes", 1740, u"Obs.Caption", u"Observacoes", {}, {}, {}, {}},
     {u"Flag", 0, {}, {}, {}, {}, {}, {}}};

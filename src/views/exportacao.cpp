@@ -212,7 +212,7 @@ void dizerIlegivel(const PedidoCSV &pedido, const FormatoCSV &formato, const QSt
 
 } // namespace
 
-void escreverCSV(const PedidoCSV &pedido, const std::function<void()> &passar) {
+qint64 escreverCSV(const PedidoCSV &pedido, const std::function<void()> &passar) {
     EscritorCSV escritor(pedido.caminho);
     const TabelaLeituras &t = pedido.tabela;
     const ColunaCSV deLeituras[] = {{t.data, FormaCSV::Data},
@@ -227,17 +227,22 @@ void escreverCSV(const PedidoCSV &pedido, const std::function<void()> &passar) {
         colunas.append(coluna.coluna.toString());
     const QString sql = u"SELECT "_s + colunas.join(u", "_s) + u" FROM " + t.nome + u" WHERE " + t.data +
                         u" BETWEEN ? AND ? AND " + escolhas::condicao(t.chave) + u" ORDER BY " + formato.ordem;
+    qint64 escritas = 0;
     for (const QStringList &chave : pedido.chaves) {
         Recordset rs = cnBD().consultar(sql, QVariantList{pedido.intervalo.inicio, pedido.intervalo.fim} +
                                                  escolhas::valores(chave));
         while (rs.avancar()) {
             const int mau = linhas->ilegivel(rs);
-            if (mau >= 0 || !linhas->escrever(rs))
+            if (mau < 0 && linhas->escrever(rs))
+                ++escritas;
+            else
                 dizerIlegivel(pedido, formato, chave, rs, mau);
             passar();
         }
     }
-    escritor.terminar();
+    if (escritas > 0)
+        escritor.terminar();
+    return escritas;
 }
 
 } // namespace exportacao

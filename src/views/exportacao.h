@@ -38,7 +38,7 @@ struct PedidoCSV {
 
 // Falha when the file cannot be written; the lines so far stay in the file, and the description says how many. A
 // reading whose value cannot be read has no line, and a limit that cannot be read is written as none. passar is called
-// for every row and may throw.
-void escreverCSV(const PedidoCSV &pedido, const std::function<void()> &passar);
+// for every row and may throw. Gives back how many lines there are.
+qint64 escreverCSV(const PedidoCSV &pedido, const std::function<void()> &passar);
 
 } // namespace exportacao

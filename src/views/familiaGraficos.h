@@ -35,6 +35,7 @@ struct MembroGrafico {
     bool comCSV = true;
     const exportacao::FormatoCSV *csv = nullptr; // null: that of readings
     QStringView formLimites{};                   // whose section names the limit lines; empty: its own
+    int casas = -1;                              // decimals of values that are shown; negative: as many as stored
 };
 
 std::span<const MembroGrafico> familiaGraficos();

@@ -1,6 +1,7 @@
 #include "views/familiaListagens.h"
 
 #include "core/datas.h"
+#include "core/falha.h"
 #include "core/literais.h"
 #include "core/modDoubleTratamento.h"
 #include "data/recordset.h"
@@ -19,8 +20,11 @@ struct CabecalhoValor {
     QStringView chave;
     QStringView omissao;
     QStringView rotulo; // on paper
+    ColunaListagem::Forma forma = ColunaListagem::Forma::ComoEsta;
 };
 
+constexpr CabecalhoValor media{u"Temperatura", u"TempF.Caption", u"Temperatura (°C)", u"Temp °C",
+                               ColunaListagem::Forma::DuasCasas};
 constexpr CabecalhoValor temperatura{u"Temperatura", u"TempF.Caption", u"Temperatura (°C)", u"Temp °C"};
 constexpr CabecalhoValor percentagem{u"Percentagem", u"Rh.Caption", u"RH %", u"RH %"};
 constexpr CabecalhoValor kpa{u"Leitura", u"TempF.Caption", u"Pressão (kPa)", u"Pressão kPa"};
@@ -31,7 +35,8 @@ constexpr ColunaListagem sensorEscondido{u"Sensor", 0, {}, {}, {}, {}, {}, {}};
 constexpr std::array<ColunaListagem, 4> quatroColunas(const CabecalhoValor &valor) {
     return {{{u"NomeSensor", 2515, u"Nome.Caption", u"Nome", u"lblNome", u"L1", u"Sensor", u"txtNome"},
              {u"Data", 1740, u"Data.Caption", u"Data", u"lblData", u"L2", u"Data Hora", u"txtData"},
-             {valor.campo, 1330, valor.chave, valor.omissao, u"lblTemperatura", u"L3", valor.rotulo, u"txtTemperatura"},
+             {valor.campo, 1330, valor.chave, valor.omissao, u"lblTemperatura", u"L3", valor.rotulo, u"txtTemperatura",
+              valor.forma},
              {u"Flag", 3780, u"DescF.Caption", u"Descrição", u"lblDescricao250", u"L4", u"Descrição", u"txtDesc"}}};
 }
 
@@ -43,6 +48,7 @@ constexpr std::array<ColunaListagem, 5> cincoColunas(const CabecalhoValor &valor
 constexpr auto quatroTemperatura = quatroColunas(temperatura);
 constexpr auto quatroKpa = quatroColunas(kpa);
 constexpr auto quatroOrvalho = quatroColunas(orvalho);
+constexpr auto cincoMedia = cincoColunas(media);
 constexpr auto cincoTemperatura = cincoColunas(temperatura);
 constexpr auto cincoPercentagem = cincoColunas(percentagem);
 
@@ -117,7 +123,7 @@ constexpr MembroListagem tabela[] = {
     {.form = u"frmListagemObservacoesMedias",
      .tabela = u"Medias",
      .regra = &regras::temperatura,
-     .colunas = cincoTemperatura,
+     .colunas = cincoMedia,
      .titulo = u"Listagem de Observações de Médias de Temperatura",
      .tituloImpressao = u"Listagem de Descrições Médias de Temperatura",
      .relatorio = relatorioMedias,
@@ -253,6 +259,17 @@ QString textoDoLimite(const QString &observacoes, ColunaListagem::Forma forma) {
     return std::isnan(limite) ? u"NA"_s : modDoubleTratamento::NumeroParaTexto(limite);
 }
 
+// What is no number is shown as it is stored.
+QString textoDoValor(const QString &guardado) {
+    if (guardado.isEmpty() || modDoubleTratamento::eND(guardado))
+        return guardado;
+    try {
+        return modDoubleTratamento::NumeroParaTexto(modDoubleTratamento::TextoParaDouble(guardado), 2);
+    } catch (const Falha &) {
+        return guardado;
+    }
+}
+
 } // namespace
 
 std::span<const MembroListagem> familiaListagens() {
@@ -301,6 +318,8 @@ ConsultaListagem consulta(const MembroListagem &membro, const Pedido &pedido) {
     };
     c.celula = [&membro, data = c.colunaData](const QString &guardado, int coluna) {
         const ColunaListagem::Forma forma = membro.colunas[size_t(coluna)].forma;
+        if (forma == ColunaListagem::Forma::DuasCasas)
+            return textoDoValor(guardado);
         if (forma != ColunaListagem::Forma::ComoEsta)
             return textoDoLimite(guardado, forma);
         const double instante = coluna == data ? datas::segundosDe(guardado) : semData;

@@ -16,7 +16,7 @@ struct ColunaListagem {
     QStringView chaveRotulo;
     QStringView omissaoRotulo;
     QStringView caixa; // text box of the report
-    enum class Forma { ComoEsta, LimiteMaximo, LimiteMinimo } forma = Forma::ComoEsta;
+    enum class Forma { ComoEsta, LimiteMaximo, LimiteMinimo, DuasCasas } forma = Forma::ComoEsta;
 };
 
 // A line at the head of the page that names what the rows are of.

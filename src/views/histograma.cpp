@@ -19,6 +19,7 @@ constexpr quint32 vermelho = 255;
 constexpr quint32 verde = 65280;
 constexpr quint32 azul = 16711680;
 constexpr double desvio = 0.1;
+constexpr double menorIntervalo = desvio + 0.01;
 constexpr qint64 maximoDeBaldes = 2'000'000;
 constexpr size_t valoresPorPasse = 65536;
 
@@ -31,6 +32,13 @@ double comoTexto(double numero) {
     return lido;
 }
 
+[[noreturn]] void recusar(double intervalo, double menor) {
+    throw Falha(erros::chamadaInvalida,
+                modTraducoes::texto(u"KelvarkAUX"_s, u"HistIntervaloPequeno"_s,
+                                    u"O intervalo %1 é demasiado pequeno; o menor que serve é %2."_s)
+                    .arg(modDoubleTratamento::NumeroParaTexto(intervalo), modDoubleTratamento::NumeroParaTexto(menor)));
+}
+
 struct Limites {
     double baixo;
     double alto;
@@ -40,12 +48,7 @@ struct Limites {
 std::vector<Limites> limitesDosBaldes(double minimo, double maximo, double intervalo,
                                       const std::function<void()> &passar) {
     if ((maximo - minimo) / intervalo > double(maximoDeBaldes))
-        throw Falha(erros::chamadaInvalida,
-                    modTraducoes::texto(u"KelvarkAUX"_s, u"HistIntervaloPequeno"_s,
-                                        u"O intervalo %1 é demasiado pequeno para valores de %2 a %3."_s)
-                        .arg(modDoubleTratamento::NumeroParaTexto(intervalo),
-                             modDoubleTratamento::NumeroParaTexto(minimo),
-                             modDoubleTratamento::NumeroParaTexto(maximo)));
+        recusar(intervalo, std::ceil((maximo - minimo) / double(maximoDeBaldes) * 100) / 100);
     std::vector<Limites> limites;
     for (double x = minimo; x <= maximo; x += intervalo) {
         const double baixo = comoTexto(x);
@@ -71,6 +74,8 @@ double lerIntervalo(const QString &texto) {
         throw Falha(erros::tipoIncompativel, modTraducoes::texto(u"KelvarkAUX"_s, u"HistIntervaloInvalido"_s,
                                                                  u"Intervalo do histograma inválido: \"%1\""_s)
                                                  .arg(texto));
+    if (lido < menorIntervalo)
+        recusar(lido, menorIntervalo);
     return lido;
 }
 

@@ -19,7 +19,8 @@ struct Balde {
     QString rotulo() const;
 };
 
-// The width typed by the user: either separator, sign ignored. Falha when it is no number above zero.
+// The width typed by the user: either separator, sign ignored. Falha when it is no number above zero, or so small that
+// the lower bound of a bucket, which stands 0.1 above the shared edge, would pass the upper one.
 double lerIntervalo(const QString &texto);
 // The entries of the combo: "0.5", "1.0", ... "50.0".
 QStringList entradasDoCombo();

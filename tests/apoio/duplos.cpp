@@ -75,6 +75,10 @@ void DialogosDeTeste::responderPasta(const QString &caminho) {
     m_respostas.append({Tipo::Pasta, {}, caminho});
 }
 
+void DialogosDeTeste::premirBotao(const QString &trecho) {
+    m_respostas.append({Tipo::Mensagem, trecho, u"1"_s});
+}
+
 QString DialogosDeTeste::proxima(Tipo tipo, const QString &texto) {
     textos.append(texto);
     if (tolerante)
@@ -116,6 +120,16 @@ QString DialogosDeTeste::gravarFicheiro(const QString &nomeProposto, const QStri
 QString DialogosDeTeste::escolherPasta(const QString &inicio) {
     ultimaPasta = inicio;
     return proxima(Tipo::Pasta, inicio);
+}
+
+bool DialogosDeTeste::mensagemComBotao(const QString &texto, const QString &botao) {
+    estilos.append(Estilo::Informacao);
+    return !proxima(Tipo::Mensagem, texto + u" [" + botao + u']').isEmpty();
+}
+
+bool DialogosDeTeste::abrirPasta(const QString &pasta) {
+    pastas.append(pasta);
+    return !semProgramaDePastas;
 }
 
 void DialogosDeTeste::verificar() {

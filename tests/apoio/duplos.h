@@ -46,6 +46,7 @@ public:
     void responderAbrir(const QString &caminho, const QString &trecho = {}); // empty path: cancelled
     void responderGravar(const QString &caminho, const QString &trecho = {});
     void responderPasta(const QString &caminho);
+    void premirBotao(const QString &trecho); // of a message that has one more
     void verificar();
     void esquecer();
 
@@ -54,7 +55,11 @@ public:
     QString abrirFicheiro(const QString &filtro, const QString &pasta) override;
     QString gravarFicheiro(const QString &nomeProposto, const QString &pasta, const QString &filtro) override;
     QString escolherPasta(const QString &inicio) override;
+    bool mensagemComBotao(const QString &texto, const QString &botao) override;
+    bool abrirPasta(const QString &pasta) override;
 
+    bool semProgramaDePastas = false;
+    QStringList pastas; // opened
     bool tolerante = false;
     QStringList textos;    // everything shown or asked, in order
     QList<Estilo> estilos; // of the messages

@@ -8,7 +8,8 @@
 #include <cmath>
 
 TChart::Interno::Interno(TChart *chart) : q(chart), quadro(new Quadro(chart)), sobre(new Sobreposicao(chart)) {
-    new Marcas(quadro, plots, tema); // the plot owns it
+    new Marcas(quadro, plots, tema); // the plot owns them
+    new Aviso(quadro, aviso, tema);
     const auto marcador = [](QCPAxis *eixo, Marcador::Graduar graduar) {
         eixo->setTicker(QSharedPointer<Marcador>::create(eixo, std::move(graduar)));
     };
@@ -44,7 +45,7 @@ TSerie &TChart::AddSeries(TSerie::Estilo estilo) {
 }
 
 void TChart::RemoveSeries(int indice) {
-    m->quadro->legenda()->definir({});
+    m->quadro->legenda()->definir({}, m->rodape);
     m->quadro->removePlottable(m->plots[size_t(indice)]);
     m->plots.erase(m->plots.begin() + indice);
     m->series.erase(m->series.begin() + indice);
@@ -105,6 +106,10 @@ double TChart::MaxYValue() const {
     return extremo(m->series, &TSerie::maiorY, maior);
 }
 
+bool TChart::temDados() const {
+    return m->temDados();
+}
+
 bool TChart::ZoomEnable() const {
     return m->zoomPermitido;
 }
@@ -129,6 +134,28 @@ void TChart::setUnidade(const QString &unidade) {
     m->unidade = unidade;
 }
 
+void TChart::setCasas(int casas) {
+    m->casas = casas;
+}
+
+void TChart::setAviso(const QString &aviso) {
+    m->aviso = aviso;
+    m->contar();
+}
+
+QString TChart::aviso() const {
+    return m->aviso;
+}
+
+void TChart::setRodape(const QString &rodape) {
+    m->rodape = rodape;
+    m->contar();
+}
+
+QString TChart::rodape() const {
+    return m->rodape;
+}
+
 void TChart::setLegenda(bool visivel, int aPartirDe) {
     m->comLegenda = visivel;
     m->nomesAPartirDe = aPartirDe;
@@ -147,7 +174,7 @@ void TChart::actualizar() {
             nomeadas.push_back(p);
     if (!m->comLegenda || int(nomeadas.size()) < m->nomesAPartirDe)
         nomeadas.clear();
-    m->quadro->legenda()->definir(std::move(nomeadas));
+    m->quadro->legenda()->definir(std::move(nomeadas), m->rodape);
 
     Quadro *quadro = m->quadro;
     quadro->xAxis->setVisible(m->baixo.Visible);

@@ -46,6 +46,7 @@ public:
     double MaxXValue() const;
     double MinYValue() const;
     double MaxYValue() const;
+    bool temDados() const; // an active series has a point with a value
 
     // Zoom by the user; Zoom.Enable of the model. The axes' Minimum and Maximum stay those of the whole picture.
     bool ZoomEnable() const;
@@ -54,6 +55,13 @@ public:
     void anularZoom();
 
     void setUnidade(const QString &unidade); // behind values in the readout, such as " °C"
+    void setCasas(int casas);                // decimals of values in the readout; negative: as many as there are
+    // A sentence in the middle of the plot, such as why nothing is drawn, and one under the picture; both are part of
+    // the picture, on paper too. Empty: none.
+    void setAviso(const QString &aviso);
+    QString aviso() const;
+    void setRodape(const QString &rodape);
+    QString rodape() const;
     // Names under the picture when there are so many series or more; on from the beginning.
     void setLegenda(bool visivel, int aPartirDe = 2);
     // Text of a marked point for the readout, asked for only when the pointer rests on one.

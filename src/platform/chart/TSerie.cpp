@@ -129,9 +129,10 @@ QString TSerie::PointLabel(qsizetype i) const {
 }
 
 void TSerie::setPointLabel(qsizetype i, const QString &rotulo) {
+    const bool antes = temMarca(i);
     escreverRotulo(i, rotulo);
-    if (i / bloco < m_resumos.size() && mostraSe(rotulo))
-        m_resumos[i / bloco].comMarcas = true;
+    if (i / bloco < m_resumos.size())
+        m_resumos[i / bloco].marcas += int(mostraSe(rotulo)) - int(antes);
 }
 
 quint32 TSerie::PointColor(qsizetype i) const {
@@ -162,7 +163,8 @@ void TSerie::resumir() {
     else
         for (auto cor = m_cores.cbegin() + inicio; cor != m_cores.cend(); ++cor)
             r.cores |= 1U << std::min<quint8>(*cor, 31);
-    r.comMarcas = proximaMarca(inicio, Count()) < Count();
+    for (qsizetype k = proximaMarca(inicio, Count()); k < Count(); k = proximaMarca(k + 1, Count()))
+        ++r.marcas;
     m_resumos.append(r);
 }
 
@@ -180,7 +182,7 @@ qsizetype TSerie::proximaMarca(qsizetype i, qsizetype fim) const {
     const quint8 *rotulos = m_rotulos.constData();
     while (i < fim) {
         const qsizetype b = i / bloco;
-        if (b < m_resumos.size() && !m_resumos[b].comMarcas) {
+        if (b < m_resumos.size() && m_resumos[b].marcas == 0) {
             i = (b + 1) * bloco;
             continue;
         }

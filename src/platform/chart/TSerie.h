@@ -23,8 +23,8 @@ public:
         quint32 cores = 0; // a bit for each colour; the last bit stands for all further ones
         quint8 menor = 0;  // where the smallest and the largest value are, from the block's first point
         quint8 maior = 0;
-        bool comValores = false;
-        bool comMarcas = false;
+        quint16 comValores : 1 = 0;
+        quint16 marcas : 15 = 0; // labels that show
     };
     static constexpr qsizetype bloco = 256;
 

@@ -38,6 +38,7 @@ struct TChart::Interno {
     void apontar(const Alvo &a);
     void mostrarLeitura();
     void pedirNota();
+    void contar(); // to screen readers, what the picture says as long as no point is read
     QString instanteDe(const Alvo &a) const;
     void serieRetirada(int indice);
 
@@ -57,6 +58,9 @@ struct TChart::Interno {
     TEixo esquerdo;
     TEixo baixo;
     QString unidade;
+    int casas = -1;
+    QString aviso;
+    QString rodape;
     std::function<QString(int, int)> nota;
     bool comLegenda = true;
     int nomesAPartirDe = 2;

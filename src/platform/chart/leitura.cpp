@@ -41,6 +41,14 @@ void TChart::Interno::apontar(const Alvo &a) {
     alvo = {};
     repouso.stop();
     sobre->esconderLeitura();
+    contar();
+}
+
+void TChart::Interno::contar() {
+    QStringList partes{aviso, rodape};
+    partes.removeAll(QString());
+    if (!valido(alvo))
+        q->setAccessibleDescription(partes.join(u' '));
 }
 
 QString TChart::Interno::instanteDe(const Alvo &a) const {
@@ -60,7 +68,9 @@ void TChart::Interno::mostrarLeitura() {
     l.titulo = s.Title;
     l.instante = instanteDe(alvo);
     const bool barra = s.estilo == TSerie::Estilo::Barra; // counts, not values of a quantity
-    l.valor = modDoubleTratamento::NumeroParaTexto(s.YValue(alvo.indice)) + (barra ? QString() : unidade);
+    const double valor = s.YValue(alvo.indice);
+    l.valor = barra ? modDoubleTratamento::NumeroParaTexto(valor)
+                    : modDoubleTratamento::NumeroParaTexto(valor, casas) + unidade;
     l.nota = notaDoAlvo;
     sobre->definirArea(area());
     sobre->mostrarLeitura(l);

@@ -9,6 +9,8 @@ constexpr int entreColunas = 18;
 constexpr int larguraDoSimbolo = 22;
 constexpr int entreSimboloETexto = 6;
 constexpr double parteMaxima = 0.4; // of the height, for the legend
+constexpr int ladosDaFrase = 12;
+constexpr int quebra = Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap;
 
 } // namespace
 
@@ -26,11 +28,19 @@ void Marcador::generate(const QCPRange &limites, const QLocale &, QChar, int, QV
 }
 
 void Legenda::dispor(int largura, int altura) {
-    if (m_series.empty() || !m_tema) {
-        setMinimumSize(0, 0);
-        setMaximumSize(QWIDGETSIZE_MAX, 0);
-        return;
+    m_alturaFrase = 0;
+    if (m_tema && !m_frase.isEmpty()) {
+        const QFontMetricsF letra(m_tema->fonte);
+        const QRectF lugar(0, 0, largura - 2.0 * ladosDaFrase, altura * parteMaxima);
+        const double precisa = letra.boundingRect(lugar, quebra, m_frase).height();
+        m_alturaFrase = int(std::ceil(std::min(precisa, lugar.height()))) + 6;
     }
+    const int alto = m_alturaFrase + (m_series.empty() || !m_tema ? 0 : disporNomes(largura, altura));
+    setMinimumSize(0, alto);
+    setMaximumSize(QWIDGETSIZE_MAX, alto);
+}
+
+int Legenda::disporNomes(int largura, int altura) {
     const QFontMetricsF letra(m_tema->fonte);
     const int n = int(m_series.size());
     m_alturaLinha = std::ceil(letra.height()) + 3;
@@ -53,12 +63,17 @@ void Legenda::dispor(int largura, int altura) {
         const int usadas = (n + m_linhas - 1) / m_linhas;
         m_larguras.assign(size_t(usadas), std::min(completa, double(largura) / usadas));
     }
-    const int alto = int(m_linhas * m_alturaLinha) + 8;
-    setMinimumSize(0, alto);
-    setMaximumSize(QWIDGETSIZE_MAX, alto);
+    return int(m_linhas * m_alturaLinha) + 8;
 }
 
 void Legenda::draw(QCPPainter *pintor) {
+    if (m_tema && m_alturaFrase > 0) {
+        pintor->setFont(m_tema->fonte);
+        pintor->setPen(m_tema->secundario);
+        pintor->drawText(QRectF(rect().left() + ladosDaFrase, rect().top() + 1, rect().width() - 2.0 * ladosDaFrase,
+                                m_alturaFrase - 4),
+                         quebra, m_frase);
+    }
     if (m_series.empty() || !m_tema || m_larguras.empty())
         return;
     const QFontMetricsF letra(m_tema->fonte);
@@ -67,7 +82,7 @@ void Legenda::draw(QCPPainter *pintor) {
     pintor->setFont(m_tema->fonte);
     for (size_t i = 0; i < m_series.size(); ++i) {
         const size_t coluna = i / size_t(m_linhas);
-        const double y = rect().top() + 2 + double(i % size_t(m_linhas)) * m_alturaLinha;
+        const double y = rect().top() + m_alturaFrase + 2 + double(i % size_t(m_linhas)) * m_alturaLinha;
         const QRectF simbolo(x, y, larguraDoSimbolo, m_alturaLinha);
         m_series[i]->desenharSimbolo(pintor, simbolo);
         const QRectF lugar(simbolo.right() + entreSimboloETexto, y,
@@ -78,58 +93,6 @@ void Legenda::draw(QCPPainter *pintor) {
                          letra.elidedText(m_series[i]->serie().Title, Qt::ElideMiddle, lugar.width()));
         if ((i + 1) % size_t(m_linhas) == 0)
             x += m_larguras[coluna];
-    }
-}
-
-QRect Marcas::clipRect() const {
-    return parentPlot()->axisRect()->rect();
-}
-
-void Marcas::draw(QCPPainter *pintor) {
-    std::vector<QRectF> ocupados;
-    for (const PlotSerie *p : m_series)
-        if (p->serie().Active && p->serie().estilo != TSerie::Estilo::Barra)
-            desenhar(pintor, *p, ocupados);
-}
-
-void Marcas::desenhar(QCPPainter *pintor, const PlotSerie &plot, std::vector<QRectF> &ocupados) const {
-    QFont fonte = m_tema.fonte;
-    fonte.setBold(true);
-    fonte.setPixelSize(fonte.pixelSize() + 2);
-    const QFontMetricsF letra(fonte);
-    const TSerie &serie = plot.serie();
-    const QRectF area = clipRect();
-    const auto [inicio, fim] = plot.visiveis();
-    const bool porOrdem = !serie.ordem();
-    for (qsizetype k = inicio; k < fim; ++k) {
-        if (porOrdem)
-            k = serie.proximaMarca(k, fim);
-        if (k >= fim)
-            break;
-        const qsizetype i = plot.indiceDe(k);
-        if (!serie.temMarca(i) || std::isnan(serie.YValue(i)))
-            continue;
-        const QPointF p = plot.posicao(i);
-        if (!area.contains(p))
-            continue;
-        const QString texto = serie.PointLabel(i);
-        const QSizeF tamanho(letra.horizontalAdvance(texto), letra.ascent());
-        QRectF lugar(QPointF(p.x() - tamanho.width() / 2, p.y() - 5 - tamanho.height()), tamanho);
-        lugar.moveTop(std::max(lugar.top(), area.top() + 1));
-        const QRectF comFolga = lugar.adjusted(-2, -1, 2, 1);
-        if (std::any_of(ocupados.begin(), ocupados.end(), [&](const QRectF &o) { return o.intersects(comFolga); })) {
-            // Nothing before the end of this one has a place at this height either: crowds are skipped.
-            if (porOrdem)
-                k = std::max(k, plot.lugarDe(plot.keyAxis()->pixelToCoord(p.x() + 1)) - 1);
-            continue;
-        }
-        ocupados.push_back(comFolga);
-        QPainterPath contorno;
-        contorno.addText(lugar.bottomLeft(), fonte, texto);
-        pintor->setAntialiasing(true);
-        // A rim in the background's colour keeps it readable on top of the line.
-        pintor->strokePath(contorno, QPen(m_tema.fundo, 3, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-        pintor->fillPath(contorno, m_tema.texto);
     }
 }
 

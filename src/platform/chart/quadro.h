@@ -22,12 +22,15 @@ private:
     Graduar m_graduar;
 };
 
-// The names of the series under the picture, in as many columns as fit.
+// The names of the series under the picture, in as many columns as fit, and a sentence above them.
 class Legenda : public QCPLayoutElement {
     Q_OBJECT
 public:
     explicit Legenda(QCustomPlot *quadro) : QCPLayoutElement(quadro) { setMargins({}); }
-    void definir(std::vector<const PlotSerie *> series) { m_series = std::move(series); }
+    void definir(std::vector<const PlotSerie *> series, const QString &frase) {
+        m_series = std::move(series);
+        m_frase = frase;
+    }
     void vestir(const Tema &tema) { m_tema = &tema; }
     void dispor(int largura, int altura); // settles how high it is
 
@@ -35,19 +38,22 @@ protected:
     void draw(QCPPainter *pintor) override;
 
 private:
+    int disporNomes(int largura, int altura); // how high they are
     std::vector<const PlotSerie *> m_series;
+    QString m_frase;
+    int m_alturaFrase = 0;
     const Tema *m_tema = nullptr;
     int m_linhas = 1;
     std::vector<double> m_larguras; // of the columns
     double m_alturaLinha = 0;
 };
 
-// The labels of points, above them. One that would touch another is left out.
-class Marcas : public QCPLayerable {
+// A sentence in the middle of the plot.
+class Aviso : public QCPLayerable {
     Q_OBJECT
 public:
-    Marcas(QCustomPlot *quadro, const std::vector<PlotSerie *> &series, const Tema &tema)
-        : QCPLayerable(quadro, QStringLiteral("axes")), m_series(series), m_tema(tema) {}
+    Aviso(QCustomPlot *quadro, const QString &texto, const Tema &tema)
+        : QCPLayerable(quadro, QStringLiteral("axes")), m_texto(texto), m_tema(tema) {}
 
 protected:
     void applyDefaultAntialiasingHint(QCPPainter *) const override {}
@@ -55,7 +61,38 @@ protected:
     void draw(QCPPainter *pintor) override;
 
 private:
-    void desenhar(QCPPainter *pintor, const PlotSerie &serie, std::vector<QRectF> &ocupados) const;
+    const QString &m_texto;
+    const Tema &m_tema;
+};
+
+// The labels of points, above them, in the colour of their series. Those that would overlap become one, with their
+// number; labels of readings without a value stand at the foot of the plot.
+class Marcas : public QCPLayerable {
+    Q_OBJECT
+public:
+    struct Grupo {
+        QPointF ponto; // of the first
+        QString texto;
+        qint64 quantas = 1;
+        const PlotSerie *serie; // null: of several
+        QRectF lugar;           // of texto and the number
+    };
+    Marcas(QCustomPlot *quadro, const std::vector<PlotSerie *> &series, const Tema &tema)
+        : QCPLayerable(quadro, QStringLiteral("axes")), m_series(series), m_tema(tema) {}
+    std::vector<Grupo> grupos() const; // as they are drawn
+
+protected:
+    void applyDefaultAntialiasingHint(QCPPainter *) const override {}
+    QRect clipRect() const override;
+    void draw(QCPPainter *pintor) override;
+
+private:
+    class Agrupador;
+    void recolher(const PlotSerie &plot, Agrupador &agrupador) const;
+    void situar(Grupo &grupo) const;
+    void fundir(std::vector<Grupo> &grupos) const;
+    QFont letraDoTexto() const;
+    QFont letraDoNumero() const;
     const std::vector<PlotSerie *> &m_series;
     const Tema &m_tema;
 };

@@ -5,6 +5,7 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QDesktopServices>
 #include <QDir>
 #include <QFileDialog>
 #include <QFileIconProvider>
@@ -13,20 +14,17 @@
 #include <QMessageBox>
 #include <QStyle>
 #include <QTreeView>
+#include <QUrl>
 
 namespace {
 
 constexpr QSize tamanhoDoSelector(760, 480);
-
-QWidget *donoActual() {
-    QWidget *activa = QApplication::activeModalWidget();
-    return activa ? activa : registoForms().dono.data();
-}
+constexpr int maisUmBotao = -1;
 
 // Own drawings and plain buttons: where the desktop brings no icons, the library's fall-backs are coarse bitmaps.
-int mostrar(QMessageBox::Icon icone, const QString &texto, QMessageBox::StandardButtons botoes,
-            QMessageBox::StandardButton omissao) {
-    QMessageBox caixa(icone, estado().NomePrograma, texto, botoes, donoActual());
+int mostrar(QWidget *dono, QMessageBox::Icon icone, const QString &texto, QMessageBox::StandardButtons botoes,
+            QMessageBox::StandardButton omissao, const QString &outro = {}) {
+    QMessageBox caixa(icone, estado().NomePrograma, texto, botoes, dono);
     caixa.setDefaultButton(omissao);
     caixa.setEscapeButton(omissao);
     caixa.setTextFormat(Qt::PlainText);
@@ -35,9 +33,11 @@ int mostrar(QMessageBox::Icon icone, const QString &texto, QMessageBox::Standard
         const int lado = caixa.style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, &caixa);
         caixa.setIconPixmap(desenho.pixmap(QSize(lado, lado), caixa.devicePixelRatioF()));
     }
+    const QAbstractButton *doOutro = outro.isEmpty() ? nullptr : caixa.addButton(outro, QMessageBox::ActionRole);
     for (QAbstractButton *botao : caixa.buttons())
         botao->setIcon({});
-    return caixa.exec();
+    const int resposta = caixa.exec();
+    return doOutro && caixa.clickedButton() == doOutro ? maisUmBotao : resposta;
 }
 
 // "csv (*.csv)|*.csv|all|*.*" -> "csv (*.csv);;all (*.*)"
@@ -68,8 +68,8 @@ QString existente(QString pasta) {
 // Qt's own dialog on every desktop, since others look into files, too.
 class Selector {
 public:
-    Selector(QFileDialog::AcceptMode aceitar, QFileDialog::FileMode modo, const QString &inicio)
-        : m_dialogo(donoActual(), {}, QDir::rootPath()) { // somewhere without a database until it has its icons
+    Selector(QWidget *dono, QFileDialog::AcceptMode aceitar, QFileDialog::FileMode modo, const QString &inicio)
+        : m_dialogo(dono, {}, QDir::rootPath()) { // somewhere without a database until it has its icons
         m_dialogo.setOption(QFileDialog::DontUseNativeDialog);
         m_dialogo.resize(tamanhoDoSelector);
         if (const auto *lista = m_dialogo.findChild<QTreeView *>(u"treeView"_s)) {
@@ -102,18 +102,31 @@ private:
 
 } // namespace
 
+DialogosQt::DialogosQt() {
+    QObject::connect(qApp, &QApplication::focusChanged, &m_contexto, [this](QWidget *, QWidget *agora) {
+        if (agora && agora->window()->windowType() == Qt::Window)
+            m_ultima = agora->window();
+    });
+}
+
+QWidget *DialogosQt::dono() const {
+    if (QWidget *modal = QApplication::activeModalWidget())
+        return modal;
+    return m_ultima && m_ultima->isVisible() ? m_ultima.data() : registoForms().dono.data();
+}
+
 void DialogosQt::mensagem(const QString &texto, Estilo estilo) {
     constexpr QMessageBox::Icon porEstilo[] = {QMessageBox::Information, QMessageBox::Warning, QMessageBox::Critical};
-    mostrar(porEstilo[size_t(estilo)], texto, QMessageBox::Ok, QMessageBox::Ok);
+    mostrar(dono(), porEstilo[size_t(estilo)], texto, QMessageBox::Ok, QMessageBox::Ok);
 }
 
 bool DialogosQt::pergunta(const QString &texto) {
-    return mostrar(QMessageBox::Question, texto, QMessageBox::Yes | QMessageBox::No, QMessageBox::No) ==
+    return mostrar(dono(), QMessageBox::Question, texto, QMessageBox::Yes | QMessageBox::No, QMessageBox::No) ==
            QMessageBox::Yes;
 }
 
 QString DialogosQt::abrirFicheiro(const QString &filtro, const QString &pasta) {
-    Selector selector(QFileDialog::AcceptOpen, QFileDialog::ExistingFile, pasta);
+    Selector selector(dono(), QFileDialog::AcceptOpen, QFileDialog::ExistingFile, pasta);
     selector.filtrar(filtro);
     return selector.escolhido();
 }
@@ -122,11 +135,19 @@ QString DialogosQt::gravarFicheiro(const QString &nomeProposto, const QString &p
     const QString inicio = QFileInfo(nomeProposto).isAbsolute() || pasta.isEmpty()
                                ? nomeProposto
                                : QDir(pasta).filePath(QFileInfo(nomeProposto).fileName());
-    Selector selector(QFileDialog::AcceptSave, QFileDialog::AnyFile, inicio);
+    Selector selector(dono(), QFileDialog::AcceptSave, QFileDialog::AnyFile, inicio);
     selector.filtrar(filtro);
     return selector.escolhido();
 }
 
 QString DialogosQt::escolherPasta(const QString &inicio) {
-    return Selector(QFileDialog::AcceptOpen, QFileDialog::Directory, inicio).escolhido();
+    return Selector(dono(), QFileDialog::AcceptOpen, QFileDialog::Directory, inicio).escolhido();
+}
+
+bool DialogosQt::mensagemComBotao(const QString &texto, const QString &botao) {
+    return mostrar(dono(), QMessageBox::Information, texto, QMessageBox::Ok, botao) == maisUmBotao;
+}
+
+bool DialogosQt::abrirPasta(const QString &pasta) {
+    return QDesktopServices::openUrl(QUrl::fromLocalFile(pasta));
 }

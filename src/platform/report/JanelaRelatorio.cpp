@@ -2,6 +2,7 @@
 
 #include "core/estado.h"
 #include "core/eventos.h"
+#include "core/exportado.h"
 #include "core/falha.h"
 #include "core/ficheiroDirecto.h"
 #include "core/literais.h"
@@ -269,7 +270,8 @@ void JanelaRelatorio::imprimir() {
         const int primeira = intervalo ? impressora.fromPage() - 1 : 0;
         const int ultima = intervalo ? impressora.toPage() - 1 : m_relatorio->paginas() - 1;
         if (!impressora.outputFileName().isEmpty()) { // the dialog offers a file as one of the printers
-            gravarPDF(impressora.outputFileName(), primeira, ultima, impressora.pageLayout());
+            if (gravarPDF(impressora.outputFileName(), primeira, ultima, impressora.pageLayout()))
+                anunciarExportado(impressora.outputFileName());
             return;
         }
         impressora.setFullPage(true);
@@ -291,8 +293,8 @@ void JanelaRelatorio::pedirPDF() {
         const QString proposto = pasta.isEmpty() ? nome : pasta + u'/' + nome;
         const QString caminho =
             dialogos ? dialogos->gravarFicheiro(proposto, pasta, u"pdf (*.pdf)|*.pdf"_s) : QString();
-        if (!caminho.isEmpty())
-            gravarPDF(caminho);
+        if (!caminho.isEmpty() && gravarPDF(caminho))
+            anunciarExportado(caminho);
     });
 }
 

@@ -20,6 +20,7 @@ FormGrafico::FormGrafico(const MembroGrafico &membro, const FabricaPainel &fabri
     chart().Series(serieMinimo).traco = TSerie::Traco::Curto;
     chart().Left().Title = texto(u"TChart.Axis.Left.Title.Caption"_s, membro.tituloEixo.toString());
     chart().setUnidade(membro.unidade.toString());
+    chart().setCasas(membro.casas);
     chart().setNota([this](int serie, int indice) { return notaDe(serie, indice); });
 
     connect(painel(), &PainelVista::retirada, this, &FormGrafico::retirar);
@@ -76,7 +77,7 @@ void FormGrafico::abrirPontos(int serie, int indice) {
     const notas::Lugar lugar = lugarDe(serie, indice);
     const PontoActual ponto{QString::number(indice),
                             datas::textoDataHora(datas::instanteDe(clicada.XValue(indice))),
-                            modDoubleTratamento::NumeroParaTexto(clicada.YValue(indice)),
+                            modDoubleTratamento::NumeroParaTexto(clicada.YValue(indice), m_membro.casas),
                             Escolha{chaveDaSerie(serie), {}}.textoDaChave(),
                             clicada.Title,
                             QString::number(serie),
@@ -94,7 +95,7 @@ void FormGrafico::abrirPontos(int serie, int indice) {
 
 // The three that stand from the beginning belong to the only choice; a line of several has its own.
 QStringList FormGrafico::chaveDaSerie(int serie) const {
-    return m_carregadas.value(std::max(0, serie - seriesFixas)).chave;
+    return m_mostrado.escolhas.value(std::max(0, serie - seriesFixas)).chave;
 }
 
 // Where a row holds two dates, one is that of its point at height 0.

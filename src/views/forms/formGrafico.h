@@ -18,12 +18,12 @@ private:
     // The three that stand from the beginning.
     enum SerieFixa { serieLeituras, serieMaximo, serieMinimo, seriesFixas };
 
-    void carregar(const Vigia &vigia) override;
+    bool carregar(const Vigia &vigia) override;
     void esvaziar() override;
     void mostrarCarga() override;
-    void carregarSeleccao(const Vigia &vigia);
-    double AdicionarValorAoGrafico(const Intervalo &intervalo, const Escolha &escolha);
-    double ConfigurarGraficoComSeries(const Intervalo &intervalo, const Escolha &escolha);
+    bool carregarSeleccao(const Vigia &vigia);
+    double AdicionarValorAoGrafico(const Escolha &escolha);
+    double ConfigurarGraficoComSeries(const Escolha &escolha);
     QStringList chaveDaSerie(int serie) const;
     QStringView colunaDaData(double y) const;
     notas::Lugar lugarDe(int serie, int indice) const;
@@ -36,13 +36,13 @@ private:
     void cmdImprimir_Click();
     void mnuExportCSV_Click();
     void mnuExportJPG_Click();
-    bool ExportarCSV(const QString &caminho, const QString &inicio, const QString &fim);
+    std::optional<qint64> ExportarCSV(const QString &caminho);
     void abrirPontos(int serie, int indice);
     QString notaDe(int serie, int indice) const;
 
     const MembroGrafico &m_membro;
     QTimer m_timer1;
     QTimer m_timer2;
-    QList<Escolha> m_carregadas; // in the order of their series
+    int m_lidas = 0; // choices that were read to their end
     size_t m_indiceCor = 0;
 };

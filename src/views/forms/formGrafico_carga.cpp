@@ -24,24 +24,25 @@ constexpr double umMinuto = 60; // seconds
 
 } // namespace
 
-void FormGrafico::carregar(const Vigia &vigia) {
+bool FormGrafico::carregar(const Vigia &vigia) {
     if (m_timer1.isActive())
         ConfigurarGrafico();
-    carregarSeleccao(vigia);
-    if (chart().MaxXValue() > 0 && chart().MinXValue() > 0) {
+    const bool lida = carregarSeleccao(vigia);
+    if (chart().temDados()) {
         ConfigurarBottomAxis();
         ajustarEixoEsquerdo();
     } else { // nothing there: the axis shows where it was looked for
-        const Intervalo intervalo(painel()->inicio(), painel()->fim());
+        const Intervalo intervalo = m_mostrado.intervalo();
         chart().Bottom().Minimum = datas::segundosDe(intervalo.inicio);
         chart().Bottom().Maximum = datas::segundosDe(intervalo.fim);
     }
+    return lida;
 }
 
 void FormGrafico::esvaziar() {
     FormVistaGrafica::esvaziar();
     m_indiceCor = 0;
-    m_carregadas.clear();
+    m_lidas = 0;
     while (chart().SeriesCount() > seriesFixas)
         chart().RemoveSeries(chart().SeriesCount() - 1);
     for (int i = 0; i < seriesFixas; ++i) {
@@ -54,15 +55,13 @@ void FormGrafico::esvaziar() {
 }
 
 // Each sensor's routine reports its own failure and ends with 0; the others go on.
-void FormGrafico::carregarSeleccao(const Vigia &vigia) {
-    const QList<Escolha> seleccao = painel()->escolhas();
+bool FormGrafico::carregarSeleccao(const Vigia &vigia) {
+    const QList<Escolha> seleccao = m_mostrado.escolhas;
     const bool comLimites = seleccao.size() == 1 && m_membro.linhaUnica == LinhaUnica::ComLimites;
-    const Intervalo intervalo(painel()->inicio(), painel()->fim());
     double soma = 0;
     int comMedia = 0;
     for (const Escolha &escolha : seleccao) {
-        const double media =
-            comLimites ? AdicionarValorAoGrafico(intervalo, escolha) : ConfigurarGraficoComSeries(intervalo, escolha);
+        const double media = comLimites ? AdicionarValorAoGrafico(escolha) : ConfigurarGraficoComSeries(escolha);
         vigia.passar();
         pararSePedido();
         if (media != 0) {
@@ -72,9 +71,10 @@ void FormGrafico::carregarSeleccao(const Vigia &vigia) {
     }
     // That of one alone is not shown when it is 0.
     mostrarMedia(comMedia > 0 ? std::optional(soma / comMedia) : std::nullopt);
+    return m_lidas == seleccao.size();
 }
 
-double FormGrafico::AdicionarValorAoGrafico(const Intervalo &intervalo, const Escolha &escolha) {
+double FormGrafico::AdicionarValorAoGrafico(const Escolha &escolha) {
     const QByteArray nome = fonte("AdicionarValorAoGrafico");
     return Rotina(nome.constData(), [&] {
         chart().Bottom().Visible = true;
@@ -88,7 +88,6 @@ double FormGrafico::AdicionarValorAoGrafico(const Intervalo &intervalo, const Es
         minimo.Title = modTraducoes::texto(seccao, u"Min"_s, u"Min"_s);
         minimo.Color = cores::azul;
         leituras.Title = escolha.nome;
-        m_carregadas.append(escolha);
         leituras.Color = cores::verde;
         leituras.ColorEachPoint = true;
         // The limit lines bear the sensor too: a click on one leads to the sensor's reading.
@@ -97,7 +96,8 @@ double FormGrafico::AdicionarValorAoGrafico(const Intervalo &intervalo, const Es
             serie->Active = true;
         }
         const Vigia vigia(this);
-        return m_membro.ler({m_membro.tabela, escolha.chave, intervalo, true, &m_ilegiveis}, [&](const Leitura &l) {
+        const PedidoLeituras pedido{m_membro.tabela, escolha.chave, m_mostrado.intervalo(), true, &m_ilegiveis};
+        const double media = m_membro.ler(pedido, [&](const Leitura &l) {
             leituras.AddXY(l.data, l.valor, l.comNota ? marca : semMarca, cores::doPonto(l.limites, l.valor));
             if (!std::isnan(l.valor)) {
                 if (l.limites.temMaximo())
@@ -108,10 +108,12 @@ double FormGrafico::AdicionarValorAoGrafico(const Intervalo &intervalo, const Es
             vigia.passarLinha();
             pararSePedido();
         });
+        ++m_lidas;
+        return media;
     });
 }
 
-double FormGrafico::ConfigurarGraficoComSeries(const Intervalo &intervalo, const Escolha &escolha) {
+double FormGrafico::ConfigurarGraficoComSeries(const Escolha &escolha) {
     const QByteArray nome = fonte("ConfigurarGraficoComSeries");
     return Rotina(nome.constData(), [&] {
         chart().Bottom().Visible = true;
@@ -123,17 +125,19 @@ double FormGrafico::ConfigurarGraficoComSeries(const Intervalo &intervalo, const
         m_indiceCor = (m_indiceCor + 1) % cores::paleta.size();
         const bool estados = m_membro.eixo == EixoEsquerdo::Estados;
         TSerie &serie = chart().AddSeries(estados ? TSerie::Estilo::Degrau : TSerie::Estilo::Linha);
-        m_carregadas.append(escolha);
         serie.Title = escolha.nome;
         serie.Name = u'A' + escolha.textoDaChave();
         serie.Active = true;
         serie.Color = cor;
         const Vigia vigia(this);
-        return m_membro.ler({m_membro.tabela, escolha.chave, intervalo, false, &m_ilegiveis}, [&](const Leitura &l) {
+        const PedidoLeituras pedido{m_membro.tabela, escolha.chave, m_mostrado.intervalo(), false, &m_ilegiveis};
+        const double media = m_membro.ler(pedido, [&](const Leitura &l) {
             serie.AddXY(l.data, l.valor, l.comNota ? marca : semMarca, cor);
             vigia.passarLinha();
             pararSePedido();
         });
+        ++m_lidas;
+        return media;
     });
 }
 
@@ -177,13 +181,13 @@ void FormGrafico::mostrarMedia(std::optional<double> media) {
 
 void FormGrafico::mostrarCarga() {
     // Also says what a single line is.
-    chart().setLegenda(!m_inicio.isEmpty(), m_membro.linhaUnica == LinhaUnica::ComoVarias ? 1 : 2);
+    chart().setLegenda(!m_mostrado.vazio(), m_membro.linhaUnica == LinhaUnica::ComoVarias ? 1 : 2);
     FormVistaGrafica::mostrarCarga();
 }
 
 // Nothing is drawn, printed or noted of rows that are gone.
 void FormGrafico::retirar(const QStringList &chave) {
-    if (std::ranges::none_of(m_carregadas, [&](const Escolha &escolha) { return escolha.chave == chave; }))
+    if (std::ranges::none_of(m_mostrado.escolhas, [&](const Escolha &escolha) { return escolha.chave == chave; }))
         return;
     esvaziar();
     mostrarCarga();

@@ -1,9 +1,9 @@
 // What a line chart hands on: paper, picture, table.
 #include "views/forms/formGrafico.h"
 
-#include "core/datas.h"
 #include "core/estado.h"
 #include "core/eventos.h"
+#include "core/exportado.h"
 #include "core/falha.h"
 #include "core/literais.h"
 #include "core/modTraducoes.h"
@@ -48,7 +48,7 @@ void FormGrafico::cmdImprimir_Click() {
         saidaGrafico::Pagina pagina;
         pagina.relatorio = u"DataReportGraficoPrincipal"_s;
         pagina.titulo = texto(u"PrintTitle"_s, m_membro.tituloImpressao.toString()) + sufixoZoom();
-        pagina.descricao = painel()->descricao(m_inicio, m_fim);
+        pagina.descricao = m_mostrado.descricao;
         pagina.media = lblMedia()->text();
         pagina.alarmes = texto(u"Alarm"_s, u"! = Alarmes"_s);
         saidaGrafico::imprimir(chart(), pagina, window());
@@ -60,7 +60,7 @@ void FormGrafico::mnuExportJPG_Click() {
     Rotina(nome.constData(), [this] { saidaGrafico::exportarJPG(chart(), m_membro.baseJPG.toString()); });
 }
 
-// Always the whole confirmed range, whatever the zoom.
+// Always the whole range that is drawn, whatever the zoom.
 void FormGrafico::mnuExportCSV_Click() {
     const QByteArray nome = fonte("mnuExportCSV_Click");
     Rotina(nome.constData(), [this] {
@@ -72,21 +72,25 @@ void FormGrafico::mnuExportCSV_Click() {
         if (caminho.isEmpty() || m_emCarga)
             return;
         const Vigia vigia(this);
-        const bool feito = ExportarCSV(caminho, painel()->inicioConfirmado(), painel()->fimConfirmado());
+        const std::optional<qint64> linhas = ExportarCSV(caminho);
         if (vigia.vivo())
             m_emCarga = false;
-        if (feito && vigia.vivo())
+        if (linhas && vigia.vivo())
             m_ilegiveis.relatar(fonte("ExportarCSV").constData());
-        dialogos->mensagem(feito
-                               ? modTraducoes::texto(seccaoMain, u"ExportConc"_s, u"Exportação concluida com sucesso"_s)
-                               : modTraducoes::texto(seccaoMain, u"ExportError"_s, u"Erro ao Exportar..."_s));
+        if (!linhas)
+            dialogos->mensagem(modTraducoes::texto(seccaoMain, u"ExportError"_s, u"Erro ao Exportar..."_s));
+        else if (*linhas == 0)
+            dialogos->mensagem(
+                modTraducoes::texto(seccaoMain, u"SemLeituras"_s, u"Não há leituras neste intervalo."_s));
+        else
+            anunciarExportado(caminho);
     });
 }
 
-// A stopped or failed export ends with false; the lines written so far stay in the file.
-bool FormGrafico::ExportarCSV(const QString &caminho, const QString &inicio, const QString &fim) {
+// How many lines were written; nothing of a stopped or failed export.
+std::optional<qint64> FormGrafico::ExportarCSV(const QString &caminho) {
     const QByteArray nome = fonte("ExportarCSV");
-    return Rotina(nome.constData(), [&] {
+    return Rotina(nome.constData(), [&]() -> std::optional<qint64> {
         m_emCarga = true;
         m_parar = false;
         m_ilegiveis = {};
@@ -94,13 +98,13 @@ bool FormGrafico::ExportarCSV(const QString &caminho, const QString &inicio, con
         const CargaEmCurso carga(this, Trabalho::Exportacao);
         connect(carga.espera(), &frmEsperaPraCriarGrafico::cancelar, this, [this] { m_parar = true; });
         QList<QStringList> chaves;
-        for (const Escolha &escolha : painel()->escolhas())
+        for (const Escolha &escolha : m_mostrado.escolhas)
             chaves.append(escolha.chave);
-        const Intervalo intervalo(datas::lerDataHora(inicio), datas::lerDataHora(fim));
-        exportacao::escreverCSV({caminho, m_membro.tabela, chaves, intervalo, m_membro.csv, &m_ilegiveis}, [&] {
+        const exportacao::PedidoCSV pedido{caminho,      m_membro.tabela, chaves, m_mostrado.intervalo(),
+                                           m_membro.csv, &m_ilegiveis};
+        return exportacao::escreverCSV(pedido, [&] {
             vigia.passar();
             pararSePedido();
         });
-        return true;
     });
 }

@@ -1,8 +1,11 @@
 #include "views/forms/formHistograma.h"
 
+#include "core/datas.h"
 #include "core/estado.h"
 #include "core/eventos.h"
+#include "core/falha.h"
 #include "core/literais.h"
+#include "core/modDoubleTratamento.h"
 #include "core/modINI.h"
 #include "core/modTraducoes.h"
 #include "core/rotina.h"
@@ -23,6 +26,17 @@ namespace {
 constexpr double folgaNoTopo = 0.1;
 const QString chaveHist = u"Hist"_s;
 const QString intervaloPorOmissao = u"0.5"_s;
+
+// A text that cannot be understood says nothing.
+bool outros(CacheLimites &cache, const char *bytes, int tamanho, const Limites &usados) {
+    const auto igual = [](double a, double b) { return a == b || (std::isnan(a) && std::isnan(b)); };
+    try {
+        const Limites &l = cache.de(bytes, tamanho);
+        return !igual(l.maximo, usados.maximo) || !igual(l.minimo, usados.minimo);
+    } catch (const Falha &) {
+        return false;
+    }
+}
 
 } // namespace
 
@@ -68,60 +82,104 @@ void FormHistograma::esvaziar() {
     chart().Series(0).Clear();
     chart().Bottom().Visible = false;
     m_lblTotal->clear();
+    chart().setRodape({});
+    m_lidos = 0;
+    m_regra = {};
 }
 
-void FormHistograma::carregar(const Vigia &vigia) {
+// A width that does not work leaves the picture and the width of the settings as they are.
+void FormHistograma::preparar() {
+    m_intervalo = histograma::lerIntervalo(m_cboIntervalo->currentText());
     modINI::SaveSetting(estado().NomePrograma, m_membro.form.toString(), chaveHist, m_cboIntervalo->currentText());
-    const QList<Escolha> seleccao = painel()->escolhas();
+}
+
+bool FormHistograma::carregar(const Vigia &vigia) {
+    const QList<Escolha> &seleccao = m_mostrado.escolhas;
     m_textoSensores = listaDe(seleccao);
-    if (seleccao.isEmpty())
-        return;
-    const double intervalo = histograma::lerIntervalo(m_cboIntervalo->currentText());
-    const std::vector<double> valores = lerValores(seleccao, vigia);
-    // The limits come from one sensor only, the last one chosen.
-    const Limites limites = limitesDe(seleccao.last().chave);
+    m_regra = regraDe(seleccao.last().chave);
+    const std::vector<double> valores = lerValores(vigia);
+    m_lidos = valores.size();
     const auto opcional = [](double l) { return std::isnan(l) ? std::optional<double>() : std::optional(l); };
     const auto passar = [&] {
         vigia.passar();
         pararSePedido();
     };
-    mostrarBaldes(histograma::contar(valores, intervalo, opcional(limites.minimo), opcional(limites.maximo), passar,
-                                     extremosDe(seleccao)));
+    mostrarBaldes(histograma::contar(valores, m_intervalo, opcional(m_regra.limites.minimo),
+                                     opcional(m_regra.limites.maximo), passar, extremosDe(seleccao)));
+    return true;
 }
 
-std::vector<double> FormHistograma::lerValores(const QList<Escolha> &seleccao, const Vigia &vigia) {
+std::vector<double> FormHistograma::lerValores(const Vigia &vigia) {
     std::vector<double> valores;
-    const TabelaLeituras &t = m_membro.tabela;
-    const Intervalo intervalo(painel()->inicio(), painel()->fim());
-    const QString sql = u"SELECT "_s + t.valor + u", " + t.data + u" FROM " + t.nome + u" WHERE " + t.data +
-                        u" BETWEEN ? AND ? AND " + escolhas::condicao(t.chave);
-    for (const Escolha &escolha : seleccao) {
-        Recordset rs =
-            cnBD().consultar(sql, QVariantList{intervalo.inicio, intervalo.fim} + escolhas::valores(escolha.chave));
-        while (rs.avancar()) {
-            if (const std::optional<double> valor = valorDe(rs, 0))
-                valores.push_back(*valor);
-            else
-                m_ilegiveis.juntar(t.nome, escolha.textoDaChave(), rs.texto(1), rs.texto(0));
-            vigia.passar();
-            pararSePedido();
-        }
-    }
+    const QList<Escolha> escolhas = m_mostrado.escolhas;
+    for (qsizetype i = 0; i < escolhas.size(); ++i)
+        lerLinhas(escolhas[i], i + 1 == escolhas.size(), vigia, valores);
     return valores;
 }
 
+// With the limits of each where the colours follow them: they may have changed.
+void FormHistograma::lerLinhas(const Escolha &escolha, bool comLimites, const Vigia &vigia,
+                               std::vector<double> &valores) {
+    const TabelaLeituras &t = m_membro.tabela;
+    const Intervalo intervalo = m_mostrado.intervalo();
+    const QString limitesOuNada = comLimites ? u", " + t.limites.toString() : QString();
+    Recordset rs = cnBD().consultar(u"SELECT "_s + t.valor + u", " + t.data + limitesOuNada + u" FROM " + t.nome +
+                                        u" WHERE " + t.data + u" BETWEEN ? AND ? AND " + escolhas::condicao(t.chave),
+                                    QVariantList{intervalo.inicio, intervalo.fim} + escolhas::valores(escolha.chave));
+    CacheLimites cache;
+    while (rs.avancar()) {
+        if (const std::optional<double> valor = valorDe(rs, 0))
+            valores.push_back(*valor);
+        else
+            m_ilegiveis.juntar(t.nome, escolha.textoDaChave(), rs.texto(1), rs.texto(0));
+        if (comLimites && !m_regra.mudaram) {
+            int tamanho = 0;
+            const char *bytes = rs.utf8(2, tamanho);
+            m_regra.mudaram = outros(cache, bytes, tamanho, m_regra.limites);
+        }
+        vigia.passar();
+        pararSePedido();
+    }
+}
+
 // From the first record stored, whatever its date.
-Limites FormHistograma::limitesDe(const QStringList &chave) {
+FormHistograma::Regra FormHistograma::regraDe(const QStringList &chave) {
     const TabelaLeituras &t = m_membro.tabela;
     Recordset rs = cnBD().consultar(u"SELECT "_s + t.limites + u", " + t.data + u" FROM " + t.nome + u" WHERE " +
                                         escolhas::condicao(t.chave) + u" ORDER BY rowid LIMIT 1",
                                     escolhas::valores(chave));
     if (!rs.avancar())
         return {};
+    const double segundos = rs.segundos(1);
     const Limites limites = lerLimites(rs.texto(0));
     if (limites.ilegivel)
         m_ilegiveis.juntar(t.nome, Escolha{chave, {}}.textoDaChave(), rs.texto(1), rs.texto(0));
-    return limites;
+    return {limites, std::isnan(segundos) ? rs.texto(1) : datas::textoDataHora(datas::instanteDe(segundos))};
+}
+
+QString FormHistograma::fraseDosLimites() const {
+    constexpr qsizetype maximoDoNome = 60;
+    if (m_regra.desde.isEmpty())
+        return {};
+    const auto limite = [](double l) { return std::isnan(l) ? u"NA"_s : modDoubleTratamento::NumeroParaTexto(l); };
+    QString nome = m_mostrado.escolhas.last().nome;
+    if (nome.size() > maximoDoNome)
+        nome = nome.left(maximoDoNome) + u"...";
+    QString frase = modTraducoes::texto(u"KelvarkAUX"_s, u"HistLimites"_s,
+                                        u"Cores pelos limites de %1: máximo %2, mínimo %3, desde %4."_s)
+                        .arg(nome, limite(m_regra.limites.maximo), limite(m_regra.limites.minimo), m_regra.desde);
+    if (m_regra.mudaram)
+        frase += u' ' + modTraducoes::texto(u"KelvarkAUX"_s, u"HistLimitesMudaram"_s,
+                                            u"Os limites mudaram dentro do intervalo escolhido."_s);
+    return frase;
+}
+
+QString FormHistograma::semDesenho() const {
+    if (m_lidos == 0 || !m_lida)
+        return FormVistaGrafica::semDesenho();
+    return modTraducoes::texto(u"KelvarkAUX"_s, u"HistSemBarras"_s,
+                               u"Nenhuma das leituras deste intervalo (%1) cabe numa barra."_s)
+        .arg(m_lidos);
 }
 
 std::optional<histograma::Extremos> FormHistograma::extremosDe(const QList<Escolha> &seleccao) const {
@@ -144,7 +202,7 @@ std::optional<histograma::Extremos> FormHistograma::extremosDe(const QList<Escol
 }
 
 QString FormHistograma::listaDe(const QList<Escolha> &seleccao) const {
-    const Intervalo intervalo(painel()->inicio(), painel()->fim());
+    const Intervalo intervalo = m_mostrado.intervalo();
     QList<impressao::Nomeado> nomes;
     for (const Escolha &escolha : seleccao)
         nomes.append({escolha.nome, m_membro.parenteses ? m_membro.parenteses(m_membro.tabela, escolha, intervalo)
@@ -168,6 +226,7 @@ void FormHistograma::mostrarBaldes(const std::vector<histograma::Balde> &baldes)
     esquerdo.Minimum = 0;
     esquerdo.Maximum = maior > 0 ? maior * folgaNoTopo + maior : 1;
     chart().Bottom().Visible = !baldes.empty();
+    chart().setRodape(baldes.empty() ? QString() : fraseDosLimites());
     if (total > 0)
         m_lblTotal->setText(texto(u"NL"_s, u"N° de Leituras = "_s) + QString::number(qint64(total)));
 }
@@ -178,7 +237,7 @@ void FormHistograma::cmdImprimir_Click() {
         saidaGrafico::Pagina pagina;
         pagina.relatorio = u"DataReportHistogramaPrincipal"_s;
         pagina.titulo = texto(u"PrintTitle"_s, m_membro.tituloImpressao.toString()) + sufixoZoom();
-        pagina.descricao = painel()->descricao(m_inicio, m_fim);
+        pagina.descricao = m_mostrado.descricao;
         pagina.media = m_lblTotal->text();
         pagina.sensores = m_textoSensores;
         saidaGrafico::imprimir(chart(), pagina, window());

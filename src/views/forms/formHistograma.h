@@ -17,10 +17,20 @@ public:
 
 private:
     void criarFaixaDoIntervalo();
-    void carregar(const Vigia &vigia) override;
+    void preparar() override;
+    bool carregar(const Vigia &vigia) override;
     void esvaziar() override;
-    std::vector<double> lerValores(const QList<Escolha> &seleccao, const Vigia &vigia);
-    Limites limitesDe(const QStringList &chave);
+    // The limits that the colours follow: those of the first record stored of the last choice.
+    struct Regra {
+        Limites limites;
+        QString desde;        // when that record was stored; empty: there is none
+        bool mudaram = false; // a reading of the same in the range has others
+    };
+    std::vector<double> lerValores(const Vigia &vigia);
+    void lerLinhas(const Escolha &escolha, bool comLimites, const Vigia &vigia, std::vector<double> &valores);
+    Regra regraDe(const QStringList &chave);
+    QString fraseDosLimites() const;
+    QString semDesenho() const override;
     std::optional<histograma::Extremos> extremosDe(const QList<Escolha> &seleccao) const;
     QString listaDe(const QList<Escolha> &seleccao) const;
     void mostrarBaldes(const std::vector<histograma::Balde> &baldes);
@@ -31,4 +41,7 @@ private:
     QComboBox *m_cboIntervalo;
     QLabel *m_lblTotal;
     QString m_textoSensores;
+    double m_intervalo = 0;
+    size_t m_lidos = 0;
+    Regra m_regra;
 };

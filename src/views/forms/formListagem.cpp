@@ -158,8 +158,7 @@ void FormListagem::CarregarDadosNaGrelha() {
     const Vigia vigia(this);
     Rotina(nome.constData(), [this] {
         m_modelo.fechar();
-        m_inicio = m_painel->textoInicio();
-        m_fim = m_painel->textoFim();
+        m_mostrado = m_painel->confirmado();
         m_modelo.abrir(m_fonte->consulta());
         aplicarColunas();
         m_grelha->scrollToTop();
@@ -247,7 +246,7 @@ void FormListagem::cmdImprimir_Click() {
         std::unique_ptr<DataReport> relatorio = criarRelatorio(m_membro.relatorio.toString());
         const QString titulo = texto(m_membro.chaveImpressao.toString(), m_membro.tituloImpressao.toString());
         relatorio->rotulo(u"Section4"_s, u"lblTitulo"_s, titulo);
-        relatorio->rotulo(u"Section4"_s, u"lblDescricao"_s, m_painel->descricao(m_inicio, m_fim));
+        relatorio->rotulo(u"Section4"_s, u"lblDescricao"_s, m_mostrado.descricao);
         for (const auto &[rotulo, cabecalho] : m_fonte->cabecalhos())
             relatorio->rotulo(u"Section4"_s, rotulo, cabecalho);
         relatorio->rotulo(u"Section3"_s, u"lblDataHora"_s, impressao::dataHora());

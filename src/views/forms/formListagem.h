@@ -2,12 +2,12 @@
 
 #include "views/familiaListagens.h"
 #include "views/forms/formVista.h"
+#include "views/forms/painelVista.h"
 
 #include <QItemSelection>
 
 #include <memory>
 
-class PainelVista;
 class QTableView;
 class QLabel;
 
@@ -51,6 +51,5 @@ private:
     PainelVista *m_painel;
     QTableView *m_grelha;
     ModeloListagem m_modelo;
-    QString m_inicio;
-    QString m_fim;
+    Confirmado m_mostrado;
 };

@@ -6,6 +6,7 @@
 #include "core/literais.h"
 #include "core/modDoubleTratamento.h"
 #include "core/modINI.h"
+#include "core/modTraducoes.h"
 #include "core/rotina.h"
 #include "platform/chart/TChart.h"
 #include "views/forms/frmEsperaPraCriarGrafico.h"
@@ -78,29 +79,31 @@ void FormVistaGrafica::CarregarDadosDeSeriesSelleccionadas() {
     m_ilegiveis = {};
     const Vigia vigia(this);
     const QByteArray nome = fonte("CarregarDadosDeSeriesSelleccionadas");
+    bool comecada = false;
     Rotina(nome.constData(), [&] {
+        preparar();
+        Confirmado pedido = m_painel->confirmado();
+        comecada = true;
         const CargaEmCurso carga(this);
         connect(carga.espera(), &frmEsperaPraCriarGrafico::cancelar, this, [this] { m_parar = true; });
         vigia.forcar();
         m_painel->fechar(false);
         m_pilha->setCurrentWidget(m_fundo);
         esvaziar();
-        if (!m_painel->escolhas().isEmpty()) {
-            m_inicio = m_painel->textoInicio();
-            m_fim = m_painel->textoFim();
-        }
-        carregar(vigia);
+        m_mostrado = std::move(pedido);
+        m_lida = carregar(vigia);
     });
     if (!vigia.vivo())
         return;
-    terminarCarga();
+    m_emCarga = false;
+    if (comecada)
+        terminarCarga();
     if (!m_parar)
         m_ilegiveis.relatar(nome.constData());
 }
 
 // What a stopped load has read is a part that nobody asked for: it goes, and the choice is offered again.
 void FormVistaGrafica::terminarCarga() {
-    m_emCarga = false;
     if (m_parar)
         esvaziar();
     mostrarCarga();
@@ -113,15 +116,32 @@ void FormVistaGrafica::terminarCarga() {
 void FormVistaGrafica::esvaziar() {
     m_chart->anularZoom();
     m_sufixoZoom.clear();
-    m_inicio.clear();
-    m_fim.clear();
+    m_mostrado = {};
+    m_lida = false;
 }
 
 void FormVistaGrafica::mostrarCarga() {
+    m_chart->setAviso(m_mostrado.vazio() || m_chart->temDados() ? QString() : semDesenho());
     m_chart->actualizar();
     m_pilha->setCurrentWidget(m_chart);
-    cmdImprimir()->setEnabled(!m_inicio.isEmpty());
-    cmdExport()->setEnabled(!m_inicio.isEmpty());
+    cmdImprimir()->setEnabled(comConteudo());
+    cmdExport()->setEnabled(comConteudo());
+}
+
+bool FormVistaGrafica::comConteudo() const {
+    for (int i = 0; i < m_chart->SeriesCount(); ++i)
+        if (m_chart->Series(i).Active && m_chart->Series(i).Count() > 0)
+            return true;
+    return false;
+}
+
+QString FormVistaGrafica::semDesenho() const {
+    if (!m_lida)
+        return modTraducoes::texto(u"VISTREL_frmMain"_s, u"CargaFalhou"_s, u"A carga falhou; nada foi desenhado."_s);
+    if (comConteudo())
+        return modTraducoes::texto(u"VISTREL_frmMain"_s, u"LeiturasSemValor"_s,
+                                   u"As leituras deste intervalo não têm valor."_s);
+    return modTraducoes::texto(u"VISTREL_frmMain"_s, u"SemLeituras"_s, u"Não há leituras neste intervalo."_s);
 }
 
 void FormVistaGrafica::pararSePedido() const {

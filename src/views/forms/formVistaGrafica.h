@@ -21,10 +21,17 @@ protected:
 
     // For reports: the form's name, a dot, the routine.
     QByteArray fonte(const char *rotina) const;
-    // Reads what the panel says into the emptied chart; may throw. It stops by passar() once the user wants so.
-    virtual void carregar(const Vigia &vigia) = 0;
+    // What has to be right before anything of the present drawing goes; may throw.
+    virtual void preparar() {}
+    // Reads what was confirmed into the emptied chart; may throw. It stops by passar() once the user wants so. False:
+    // a part could not be read, which has been told.
+    virtual bool carregar(const Vigia &vigia) = 0;
     virtual void esvaziar();
     virtual void mostrarCarga();
+    // What can be handed on; readings without a value too, since they stand in a file.
+    bool comConteudo() const;
+    // Why nothing is drawn, where something was looked for.
+    virtual QString semDesenho() const;
     // Throws Interrompido when the user stopped the load or closed the form.
     void pararSePedido() const;
     QString sufixoZoom() const { return m_sufixoZoom; }
@@ -32,8 +39,8 @@ protected:
     TChart &chart() const { return *m_chart; }
     void closeEvent(QCloseEvent *evento) override;
 
-    QString m_inicio; // range of what is loaded; m_inicio is empty when nothing is
-    QString m_fim;
+    Confirmado m_mostrado; // what is drawn; empty when nothing is
+    bool m_lida = false;   // all of it
     bool m_emCarga = false;
     bool m_parar = false;
     Ilegiveis m_ilegiveis; // of the load under way

@@ -27,10 +27,10 @@ public:
     void EliminarSondaSelAll();
 
     QList<Escolha> escolhas() const override; // in the order of adding
-    QString descricao(const QString &inicio, const QString &fim) const override;
     QString tagDoFiltro() const;
 
 protected:
+    QString descricao(const QString &inicio, const QString &fim) const override;
     void fecharSubpaineis() override;
     int larguraPreferida() const override;
     QWidget *primeiroControlo() const override;

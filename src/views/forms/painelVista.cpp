@@ -174,6 +174,10 @@ QString PainelVista::descricao(const QString &inicio, const QString &fim) const 
     return inicio + u" <> " + fim;
 }
 
+Confirmado PainelVista::confirmado() const {
+    return {escolhas(), inicio(), fim(), descricao(textoInicio(), textoFim())};
+}
+
 QString PainelVista::textoInicio() const {
     return datas::textoDataHora(inicio());
 }
@@ -188,14 +192,6 @@ QDateTime PainelVista::inicio() const {
 
 QDateTime PainelVista::fim() const {
     return {m_dataFim->date(), m_horaFim->time(), Qt::UTC};
-}
-
-QString PainelVista::inicioConfirmado() const {
-    return m_dataInicio->property("Tag").toString();
-}
-
-QString PainelVista::fimConfirmado() const {
-    return m_dataFim->property("Tag").toString();
 }
 
 // The Tab key follows the eye: what is chosen from stands above the range, though it was made after it.

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/literais.h"
-#include "views/escolha.h"
+#include "views/leituras.h"
 
 #include <QDateTime>
 #include <QFrame>
@@ -17,6 +17,17 @@ class QToolButton;
 class QVBoxLayout;
 class QVariantAnimation;
 class PainelVista;
+
+// What was confirmed in a panel. A view keeps it beside what it draws: paper, pictures and files tell of that, whatever
+// is chosen in the panel by then.
+struct Confirmado {
+    QList<Escolha> escolhas;
+    QDateTime inicio, fim;
+    QString descricao; // what a printed page says of it
+
+    bool vazio() const { return escolhas.isEmpty(); }
+    Intervalo intervalo() const { return {inicio, fim}; }
+};
 
 // Makes the panel of a view; the view owns it.
 using FabricaPainel = std::function<PainelVista *(QWidget *vista)>;
@@ -45,9 +56,6 @@ public:
     QString textoFim() const;
     QDateTime inicio() const;
     QDateTime fim() const;
-    // The range as it was last confirmed.
-    QString inicioConfirmado() const;
-    QString fimConfirmado() const;
     // What a view asks beyond the range, beside it.
     void juntarOpcao(const QList<QWidget *> &controlos);
     void setPeriodo(const QDate &de, const QDate &ate);
@@ -55,8 +63,8 @@ public:
 
     // What is chosen, in order.
     virtual QList<Escolha> escolhas() const = 0;
-    // What a printed page says of it and of the range.
-    virtual QString descricao(const QString &inicio, const QString &fim) const;
+    // All that a view draws and hands on is told from; may ask the database. Throws Falha.
+    Confirmado confirmado() const;
 
 Q_SIGNALS:
     void retirada(const QStringList &chave); // what was chosen by it is no longer stored
@@ -65,6 +73,8 @@ Q_SIGNALS:
     void focoParaVista();
 
 protected:
+    // What a printed page says of the choice and of the range.
+    virtual QString descricao(const QString &inicio, const QString &fim) const;
     virtual bool comSeleccao() const { return !escolhas().isEmpty(); }
     virtual void fecharSubpaineis() {}
     virtual int larguraPreferida() const { return 0; }

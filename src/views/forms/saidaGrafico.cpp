@@ -1,6 +1,7 @@
 #include "views/forms/saidaGrafico.h"
 
 #include "core/estado.h"
+#include "core/exportado.h"
 #include "core/falha.h"
 #include "core/ficheiroDirecto.h"
 #include "core/literais.h"
@@ -71,6 +72,7 @@ void exportarJPG(const TChart &grafico, const QString &base) {
             erros::falhaDoFicheiro,
             modTraducoes::texto(u"KelvarkAUX"_s, u"FicheiroNaoEscrito"_s, u"Não é possível escrever \"%1\": %2."_s)
                 .arg(caminho, pronta ? ficheiro.errorString() : escritor.errorString()));
+    anunciarExportado(caminho);
 }
 
 } // namespace saidaGrafico
