@@ -4,6 +4,7 @@
 #include "core/literais.h"
 #include "core/modTraducoes.h"
 #include "core/rotina.h"
+#include "core/textoMostrado.h"
 #include "data/recordset.h"
 
 #include <QElapsedTimer>
@@ -298,7 +299,9 @@ QVariant ModeloListagem::data(const QModelIndex &indice, int papel) const {
         if (!l)
             return {};
         const QString guardado = QString::fromUtf8(l->celula(indice.column()));
-        return papel == Qt::EditRole ? guardado : mostrado(guardado, indice.column());
+        return papel == Qt::DisplayRole ? mostrado(textoMostrado::linha(guardado), indice.column())
+               : papel == Qt::EditRole  ? guardado
+                                        : mostrado(guardado, indice.column());
     });
 }
 

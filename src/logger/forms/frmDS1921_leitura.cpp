@@ -3,6 +3,7 @@
 #include "core/literais.h"
 #include "core/modDoubleTratamento.h"
 #include "core/modTraducoes.h"
+#include "core/textoMostrado.h"
 #include "logger/forms/esperaLogger.h"
 #include "logger/forms/frmDS1921.h"
 #include "logger/forms/pecas1921.h"
@@ -112,7 +113,7 @@ void frmDS1921::BuscarDadosPeloObjecto(bool comParagem, bool comResultados) {
     passo("frmDS1921.BuscarDadosPeloObjecto", [=, this] {
         const EstadoMissao estadoLido = m_logica->BuscarDadosPeloObjecto();
         mostrarCaixas();
-        setWindowTitle(m_logica->titulo());
+        setWindowTitle(textoMostrado::linha(m_logica->titulo()));
         if (estadoLido == EstadoMissao::SemRegistador) {
             for (const Aba aba : {Assistente, Resultados, Grafico})
                 permitirAba(aba, false);

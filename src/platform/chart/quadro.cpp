@@ -1,5 +1,7 @@
 #include "platform/chart/quadro.h"
 
+#include "core/textoMostrado.h"
+
 #include <algorithm>
 #include <numeric>
 
@@ -9,6 +11,11 @@ constexpr int entreColunas = 18;
 constexpr int larguraDoSimbolo = 22;
 constexpr int entreSimboloETexto = 6;
 constexpr double parteMaxima = 0.4; // of the height, for the legend
+constexpr qsizetype letrasDoNome = 200;
+
+QString nomeDe(const PlotSerie &plot) {
+    return textoMostrado::linha(plot.serie().Title, letrasDoNome);
+}
 
 } // namespace
 
@@ -37,7 +44,7 @@ void Legenda::dispor(int largura, int altura) {
     m_larguras.clear();
     double todas = 0;
     for (const PlotSerie *p : m_series) {
-        m_larguras.push_back(larguraDoSimbolo + entreSimboloETexto + letra.horizontalAdvance(p->serie().Title) +
+        m_larguras.push_back(larguraDoSimbolo + entreSimboloETexto + letra.horizontalAdvance(nomeDe(*p)) +
                              entreColunas);
         todas += m_larguras.back();
     }
@@ -75,7 +82,7 @@ void Legenda::draw(QCPPainter *pintor) {
                            m_alturaLinha);
         pintor->setPen(m_tema->texto);
         pintor->drawText(lugar, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
-                         letra.elidedText(m_series[i]->serie().Title, Qt::ElideMiddle, lugar.width()));
+                         letra.elidedText(nomeDe(*m_series[i]), Qt::ElideMiddle, lugar.width()));
         if ((i + 1) % size_t(m_linhas) == 0)
             x += m_larguras[coluna];
     }

@@ -1,5 +1,6 @@
 #include "platform/forms/dialogosQt.h"
 
+#include "core/textoMostrado.h"
 #include "platform/forms/icones.h"
 #include "platform/forms/registoForms.h"
 
@@ -25,8 +26,7 @@ QWidget *donoActual() {
 
 // Own drawings and plain buttons: where the desktop brings no icons, the library's fall-backs are coarse bitmaps.
 int mostrar(QMessageBox::Icon icone, const QString &texto, QMessageBox::StandardButtons botoes) {
-    QMessageBox caixa(icone, estado().NomePrograma, texto, botoes, donoActual());
-    caixa.setTextFormat(Qt::PlainText);
+    QMessageBox caixa(icone, estado().NomePrograma, textoMostrado::paragrafos(texto), botoes, donoActual());
     constexpr QStringView desenhos[] = {u"", u"informacao", u"aviso", u"erro", u"pergunta"};
     if (const QIcon desenho = icones::icone(desenhos[icone].toString()); !desenho.isNull()) {
         const int lado = caixa.style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, &caixa);

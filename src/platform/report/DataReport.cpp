@@ -2,6 +2,7 @@
 
 #include "core/falha.h"
 #include "core/literais.h"
+#include "core/textoMostrado.h"
 
 #include <QFontMetricsF>
 #include <QPainter>
@@ -19,6 +20,11 @@ constexpr double folgaDeLinha = 3 * unidadesPorPonto;
 constexpr double folgaDeColuna = 4 * unidadesPorPonto;
 constexpr double folgaDeSeccao = 6 * unidadesPorPonto;
 const QString seccaoDasLinhas = u"Section1"_s;
+
+// A note is printed as long as it is.
+QString imprimivel(const QString &texto) {
+    return textoMostrado::paragrafos(texto, textoMostrado::semLimite);
+}
 
 // Words stay whole; only what is longer than a line breaks inside.
 QTextOption opcaoDeTexto(Qt::Alignment alinhamento) {
@@ -104,7 +110,7 @@ const SeccaoDeRelatorio *DataReport::seccao(const QString &nome) const {
 void DataReport::rotulo(const QString &seccao, const QString &controlo, const QString &texto) {
     if (SeccaoDeRelatorio *s = Sections(seccao))
         if (ControloDeRelatorio *c = s->controlo(controlo))
-            c->Caption = texto;
+            c->Caption = imprimivel(texto);
 }
 
 void DataReport::setDataSource(std::unique_ptr<FonteDeRelatorio> fonte) {
@@ -203,7 +209,7 @@ bool DataReport::preparar(const std::function<bool(qint64, qint64)> &progresso) 
     while (m_fonte->seguinte()) {
         QStringList textos;
         for (const int campo : m_campoDaCaixa) {
-            textos.append(campo < 0 ? QString() : m_fonte->texto(campo));
+            textos.append(campo < 0 ? QString() : imprimivel(m_fonte->texto(campo)));
             m_textos += textos.last().toUtf8();
             m_fins.push_back(m_textos.size());
         }
