@@ -1,5 +1,6 @@
 #include "core/eventos.h"
 
+#include "core/estado.h"
 #include "core/falha.h"
 #include "core/literais.h"
 
@@ -31,8 +32,26 @@ void forcarEventos() {
 }
 
 void passarEventos() {
-    if (agoraNs() - ultimaVolta() >= fatiaNs)
+    if (const int linhas = estado().linhasPorFatia; linhas > 0) {
+        thread_local int passadas = 0;
+        if (++passadas % linhas == 0)
+            forcarEventos();
+    } else if (agoraNs() - ultimaVolta() >= fatiaNs)
         forcarEventos();
+}
+
+Fatia::Fatia(int ms) : m_fim(agoraNs() + ms * 1'000'000LL), m_restam(estado().linhasPorFatia) {}
+
+bool Fatia::gasta(int linhas) {
+    if (estado().linhasPorFatia <= 0)
+        return agoraNs() >= m_fim;
+    m_restam -= linhas;
+    return m_restam < 0;
+}
+
+void Vigia::passarLinha() const {
+    if (++m_linhas % linhasPorOlhar == 0 || estado().linhasPorFatia > 0)
+        passar();
 }
 
 void Vigia::passar() const {

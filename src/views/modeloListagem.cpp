@@ -1,13 +1,12 @@
 #include "views/modeloListagem.h"
 
+#include "core/eventos.h"
 #include "core/falha.h"
 #include "core/literais.h"
 #include "core/modTraducoes.h"
 #include "core/rotina.h"
 #include "core/textoMostrado.h"
 #include "data/recordset.h"
-
-#include <QElapsedTimer>
 
 #include <algorithm>
 #include <limits>
@@ -145,13 +144,12 @@ void ModeloListagem::linhasConhecidas(int linhas) {
 
 // So many rows at the most: the first ones must be there at once, the others may take turns with the events.
 void ModeloListagem::contarFatia(int linhas) {
-    QElapsedTimer tempo;
-    tempo.start();
+    Fatia fatia(fatiaMs);
     Contagem &c = *m_contagem;
     if (c.largada)
         retomarContagem();
     const int ate = linhas < std::numeric_limits<int>::max() - c.linhas ? c.linhas + linhas : linhas;
-    while (c.ha && c.linhas < ate && !tempo.hasExpired(fatiaMs)) {
+    while (c.ha && c.linhas < ate && !fatia.gasta(linhasPorPagina)) {
         for (int i = 0; c.ha && i < linhasPorPagina; ++i) {
             contarLinha();
             c.ha = c.rs.avancar();
