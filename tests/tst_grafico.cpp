@@ -1,3 +1,4 @@
+#include "core/estado.h"
 #include "core/modINI.h"
 #include "tests/cenaGrafico.h"
 

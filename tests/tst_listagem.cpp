@@ -1,4 +1,5 @@
 #include "core/datas.h"
+#include "core/estado.h"
 #include "core/falha.h"
 #include "data/recordset.h"
 #include "tests/apoio/instalacao.h"

@@ -3,17 +3,20 @@
 #include "platform/unit/Consola.h"
 #include "platform/unit/KVsocket.h"
 #include "platform/unit/UdpSetup.h"
+#include "platform/unit/protocolo.h"
 #include "platform/unit/rede.h"
 #include "platform/unit/telnet.h"
 #include "tests/apoio/instalacao.h"
 #include "tests/apoio/tabela.h"
 #include "tests/unidadesDeTeste.h"
 
+#include <QNetworkDatagram>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTcpServer>
 #include <QTcpSocket>
+#include <QUdpSocket>
 
 using simulador::Defeito;
 using simulador::Defeitos;

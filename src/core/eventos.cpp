@@ -49,10 +49,7 @@ bool Fatia::gasta(int linhas) {
     return m_restam < 0;
 }
 
-void Vigia::passarLinha() const {
-    if (++m_linhas % linhasPorOlhar == 0 || estado().linhasPorFatia > 0)
-        passar();
-}
+Vigia::Vigia(QObject *dono) : m_dono(dono), m_entreOlhares(estado().linhasPorFatia > 0 ? 0 : 31) {}
 
 void Vigia::passar() const {
     passarEventos();

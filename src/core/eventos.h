@@ -21,15 +21,18 @@ private:
 // The same for a routine of an object that may be destroyed meanwhile: throws Interrompido when it has gone.
 class Vigia {
 public:
-    explicit Vigia(QObject *dono) : m_dono(dono) {}
+    explicit Vigia(QObject *dono);
     void passar() const;
     void forcar() const;
     // The same for a loop whose turns take microseconds: looking at the clock would be a good part of each.
-    void passarLinha() const;
+    void passarLinha() const {
+        if ((++m_linhas & m_entreOlhares) == 0)
+            passar();
+    }
     bool vivo() const { return !m_dono.isNull(); }
 
 private:
-    static constexpr unsigned linhasPorOlhar = 32;
     QPointer<QObject> m_dono;
+    unsigned m_entreOlhares; // a mask: 31, or 0 where every row is counted
     mutable unsigned m_linhas = 0;
 };
