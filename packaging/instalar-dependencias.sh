@@ -3,7 +3,7 @@
 # and touches nothing. Arguments are further packages.
 set -eu
 
-packages="cmake ninja-build g++ ccache clang-format git qt6-base-dev qt6-svg-dev qt6-serialport-dev libgl-dev
+packages="cmake ninja-build g++ ccache clang-format git qt6-base-dev qt6-svg-dev qt6-serialport-dev qt6-translations-l10n libgl-dev
  libqcustomplot-dev libsqlitecpp-dev libsqlite3-dev libpugixml-dev poppler-utils xvfb xauth fonts-dejavu-core ca-certificates $*"
 
 command -v dpkg-query >/dev/null && command -v apt-get >/dev/null || {

@@ -1,3 +1,4 @@
+#include "core/estado.h"
 #include "core/modINI.h"
 #include "tests/apoio/tabela.h"
 #include "tests/cenaGrafico.h"
@@ -17,8 +18,25 @@ QList<quint32> coresDe(const TSerie &serie) {
 }
 
 // So many readings that events run in between.
+constexpr int quantasLeituras = 2000;
+
+// Once some of the readings have been read, and not all.
+void aMeio(const Grafico &g, const std::function<void()> &feito) {
+    auto *relogio = new QTimer(g.form);
+    QObject::connect(relogio, &QTimer::timeout, g.form, [&g, feito, relogio] {
+        const qsizetype lidas = g.chart().Series(0).Count();
+        if (lidas == 0)
+            return;
+        QVERIFY(lidas < quantasLeituras);
+        relogio->stop();
+        feito();
+    });
+    relogio->start(0);
+}
+
 void encher(const Instalacao &inst) {
-    QList<double> valores(200000, 20.0);
+    QList<double> valores(quantasLeituras, 20.0);
+    estado().linhasPorFatia = quantasLeituras / 10;
     inst.leituras(u"Temperaturas"_s, id(1), dia + u"00:00:00"_s, 0, valores, u"30XXX5"_s);
 }
 
@@ -248,7 +266,7 @@ private Q_SLOTS:
         const Grafico g;
         bool espera = false;
         bool desactivada = false;
-        QTimer::singleShot(0, g.form, [&] {
+        aMeio(g, [&] {
             espera = registoForms().form(u"frmEsperaPraCriarGrafico"_s) != nullptr;
             desactivada = !g.principal.isEnabled();
             delete g.form;
@@ -264,9 +282,13 @@ private Q_SLOTS:
         const Instalada inst;
         encher(inst);
         const Grafico g;
-        QTimer::singleShot(
-            0, g.form, [&] { QTest::keyClick(registoForms().form(u"frmEsperaPraCriarGrafico"_s), Qt::Key_Escape); });
+        bool chegou = false;
+        aMeio(g, [&] {
+            chegou = true;
+            QTest::keyClick(registoForms().form(u"frmEsperaPraCriarGrafico"_s), Qt::Key_Escape);
+        });
         g.carregar({1});
+        QVERIFY(chegou);
         QCOMPARE(g.chart().Series(0).Count(), 0); // no part of a range is shown as the whole
         QCOMPARE(g.media(), QString());
         QVERIFY(!controlo<QWidget>(g.form, u"cmdImprimir"_s)->isEnabled());

@@ -237,6 +237,9 @@ void tst_janelas::erroDetalhes() {
     const int fechada = erro->height();
     QVERIFY(fechada >= lugar::pixeis(2310));
     QVERIFY(!detalhe->isVisible());
+    const auto *frase = utilizador::controlo<QLabel>(erro, u"lblFrase"_s);
+    QVERIFY(frase->isVisible() && frase->visibleRegion().boundingRect() == frase->rect());
+    QCOMPARE(frase->text(), u"a descrição"_s);
     QCOMPARE(botao->text(), u"Detalhes >>>"_s);
     utilizador::clicar(erro, u"cmdDetalhe"_s);
     QVERIFY(detalhe->isVisible());

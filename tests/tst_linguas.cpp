@@ -189,6 +189,26 @@ private Q_SLOTS:
         }
     }
 
+    // What no form asks for while it opens has to be found where it stands.
+    void fontes_data() {
+        QTest::addColumn<QString>("codigo");
+        const auto caso = [](const char *nome, const QString &codigo) { QTest::newRow(nome) << codigo; };
+        caso("section named", u"f(modTraducoes::texto(u\"S\"_s, u\"K\"_s,\n u\"a \"_s\n \"b\"));"_s);
+        caso("section in a constant",
+             u"const QString seccaoMain = u\"S\"_s;\nmodTraducoes::texto(seccaoMain, u\"K\"_s, "
+             "u\"a b\"_s);"_s);
+        const QString funcao = u"(const QString &chave, const QString &omissao) {\n"
+                               "    return modTraducoes::texto(u\"S\"_s, chave, omissao);\n}\n"_s;
+        caso("function of the file", u"QString traducao"_s + funcao + u"x = traducao(u\"K\"_s, u\"a b\"_s) + y;");
+        caso("lambda", u"const auto linha = []"_s + funcao + u"x = linha(u\"K\"_s, u\"a b\"_s) + y;");
+    }
+    void fontes() {
+        QFETCH(const QString, codigo);
+        Textos achados;
+        juntarDirectos(codigo, achados);
+        QCOMPARE(achados.value({u"S"_s, u"K"_s}), u"a b"_s);
+    }
+
     void completa_data() {
         QTest::addColumn<QString>("codigo");
         for (const QString &codigo : codigos)

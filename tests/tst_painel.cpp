@@ -6,6 +6,7 @@
 #include "views/forms/registar.h"
 
 #include <QAbstractButton>
+#include <QCalendarWidget>
 #include <QDateEdit>
 #include <QLabel>
 #include <QPointer>
@@ -75,11 +76,14 @@ class tst_painel : public QObject {
 private Q_SLOTS:
     void abrePorSi() {
         const Instalada inst;
+        inst.usarLingua(u"CZ"_s);
         const Vista v;
         QVERIFY(v.visivel(u"PictOpccoes"_s));
         QVERIFY(!v.visivel(u"picGrupos"_s));
         QCOMPARE(controlo<QDateEdit>(v.form, u"DTPdataInicio"_s)->date(), QDate(2024, 3, 15));
         QCOMPARE(controlo<QDateEdit>(v.form, u"DTPdataFim"_s)->date(), QDate(2024, 3, 15));
+        QCOMPARE(controlo<QDateEdit>(v.form, u"DTPdataFim"_s)->calendarWidget()->locale().monthName(3), u"březen"_s);
+        QCOMPARE(controlo<QDateEdit>(v.form, u"DTPdataFim"_s)->text(), u"15/03/2024"_s);
         QCOMPARE(controlo<QTimeEdit>(v.form, u"DTPhoraInicio"_s)->time(), QTime(0, 0));
         QCOMPARE(controlo<QTimeEdit>(v.form, u"DTPHoraFim"_s)->time(), QTime(23, 59, 59));
         QCOMPARE(controlo<QWidget>(v.form, u"DTPHoraFim"_s)->property("text").toString(), u"23:59:59"_s);

@@ -11,6 +11,7 @@
 #include "shell/arranque.h"
 #include "shell/frmMain.h"
 #include "shell/menu.h"
+#include "tests/apoio/hostil.h"
 #include "tests/apoio/instalacao.h"
 #include "tests/apoio/widgets.h"
 
@@ -143,6 +144,22 @@ struct Percurso {
         return cheio;
     }
 
+    // All that a window shows, with the list of groups and the reading of a point.
+    void olhar(QWidget *form) const {
+        if (auto *grupos = filho<QAbstractButton>(form, u"cmdGrupos"_s)) {
+            filho<QAbstractButton>(form, u"cmdOpccoes"_s)->click();
+            grupos->click();
+            auto *lista = filho<Grelha>(form, u"grdGrupos"_s);
+            lista->setLinhaActual(1);
+            QCOMPARE(hostil::queixas(form), QStringList());
+            Q_EMIT lista->RequestEdit(1);
+        }
+        if (auto *chart = filho<TChart>(form, u"TChart"_s))
+            QTest::keyClick(chart, Qt::Key_Right);
+        for (QWidget *janela : {form, static_cast<QWidget *>(principal.get())})
+            QCOMPARE(hostil::queixas(janela), QStringList());
+    }
+
     void fechar(const QPointer<QWidget> &form) {
         form->close();
         QTRY_VERIFY(!form);
@@ -160,13 +177,16 @@ private Q_SLOTS:
     void menu_data() {
         QTest::addColumn<bool>("cheia");
         QTest::addColumn<QString>("antes");
-        QTest::newRow("full database") << true << QString();
-        QTest::newRow("without the optional table") << true << u"DROP TABLE MaskListaAlarmes"_s;
-        QTest::newRow("empty database") << false << QString();
+        QTest::addColumn<bool>("deFora");
+        QTest::newRow("full database") << true << QString() << false;
+        QTest::newRow("without the optional table") << true << u"DROP TABLE MaskListaAlarmes"_s << false;
+        QTest::newRow("empty database") << false << QString() << false;
+        QTest::newRow("names and notes that an attacker wrote") << true << QString() << true;
     }
     void menu() {
         QFETCH(const bool, cheia);
         QFETCH(const QString, antes);
+        QFETCH(const bool, deFora);
         Instalacao instalacao(cheia ? Instalacao::Base::Nenhuma : Instalacao::Base::Vazia);
         instalacao.relogio(agora);
         if (cheia) {
@@ -184,6 +204,8 @@ private Q_SLOTS:
                 instalacao.executar(u"INSERT INTO %1 SELECT SensorID, Descricao, '2026-06-01 10:00:00', 60, 20, 61.5 "
                                     "FROM Sensores WHERE Tipo LIKE ? ESCAPE '\\' LIMIT 1"_s.arg(tabela),
                                     {tipo});
+        if (deFora)
+            hostil::estragar(instalacao);
         // Where the table is missing, each building of the menu says so; nothing else does.
         if (!antes.isEmpty()) {
             instalacao.executar(antes);
@@ -222,6 +244,8 @@ private Q_SLOTS:
                 if (!p.percorrer(form))
                     semDados.append(nome);
             }
+            if (deFora)
+                p.olhar(form);
             if (QTest::currentTestFailed())
                 return;
             p.fechar(form);

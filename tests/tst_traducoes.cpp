@@ -38,6 +38,24 @@ private Q_SLOTS:
             QCOMPARE(modTraducoes::linguaDasDefinicoes(), esperada);
         }
     }
+
+    void nomesDosMeses_data() {
+        QTest::addColumn<QString>("lingua");
+        QTest::addColumn<QString>("sistema");
+        QTest::addColumn<QString>("locale");
+        QTest::newRow("a system without a language") << u"PT"_s << u"C"_s << u"pt_PT"_s;
+        QTest::newRow("by the country") << u"CZ"_s << u"C"_s << u"cs_CZ"_s;
+        QTest::newRow("the system speaks another") << u"EN"_s << u"pt_PT"_s << u"en_US"_s;
+        QTest::newRow("the system speaks it its own way") << u"EN"_s << u"en_GB"_s << u"en_GB"_s;
+        QTest::newRow("of no known language") << u"XX"_s << u"C"_s << u"pt_PT"_s;
+    }
+    void nomesDosMeses() {
+        QFETCH(const QString, lingua);
+        QFETCH(const QString, sistema);
+        const Instalacao inst(Instalacao::Base::Nenhuma, QLocale(sistema));
+        estado().Lingua = lingua;
+        QTEST(modTraducoes::localeDosNomes().name(), "locale");
+    }
 };
 
 QTEST_GUILESS_MAIN(tst_traducoes)

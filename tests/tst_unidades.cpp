@@ -3,17 +3,20 @@
 #include "platform/unit/Consola.h"
 #include "platform/unit/KVsocket.h"
 #include "platform/unit/UdpSetup.h"
+#include "platform/unit/protocolo.h"
 #include "platform/unit/rede.h"
 #include "platform/unit/telnet.h"
 #include "tests/apoio/instalacao.h"
 #include "tests/apoio/tabela.h"
 #include "tests/unidadesDeTeste.h"
 
+#include <QNetworkDatagram>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTcpServer>
 #include <QTcpSocket>
+#include <QUdpSocket>
 
 using simulador::Defeito;
 using simulador::Defeitos;
@@ -153,11 +156,40 @@ private Q_SLOTS:
         QVERIFY(!busca.fim.wait(300));
     }
 
+    void pesquisaTardia_data() {
+        QTest::addColumn<bool>("tardia");
+        QTest::addColumn<QStringList>("achadas");
+        QTest::newRow("in time") << false << QStringList{u"127.0.0.2"_s};
+        QTest::newRow("to the search before") << true << QStringList();
+    }
+    // A unit that answers the second search of the two: with the mark of that one, or still with that of the first.
     void pesquisaTardia() {
-        Busca busca({{Defeito::BuscaTardia}}, 100); // the unit needs 150
+        QFETCH(const bool, tardia);
+        QUdpSocket unidade;
+        QVERIFY(unidade.bind(QHostAddress(u"127.0.0.2"_s), 0));
+        QByteArray primeira;
+        int respondidas = 0;
+        connect(&unidade, &QUdpSocket::readyRead, this, [&] {
+            while (unidade.hasPendingDatagrams()) {
+                const QNetworkDatagram pergunta = unidade.receiveDatagram();
+                const auto pedido = protocolo::kfind::lerPedido(pergunta.data());
+                if (primeira.isEmpty())
+                    primeira = pedido->marca;
+                if (pedido->marca == primeira)
+                    continue;
+                UdpSetup::Dispositivo eu;
+                eu.mac = u"00:0A:59:00:00:01"_s;
+                eu.porta = 80;
+                unidade.writeDatagram(
+                    pergunta.makeReply(protocolo::kfind::resposta(eu, tardia ? primeira : pedido->marca)));
+                ++respondidas;
+            }
+        });
+        Busca busca({}, 300);
+        busca.objecto->definirDestinos({{unidade.localAddress(), unidade.localPort(), {}}});
         QCOMPARE(busca.procurar(), QStringList());
-        QTest::qWait(150);
-        QCOMPARE(busca.procurar(), QStringList()); // an answer to the former search is none to this one
+        QTEST(busca.procurar(), "achadas");
+        QVERIFY(respondidas > 0);
     }
 
     void pesquisaInundada() {

@@ -28,8 +28,9 @@ class Apresentador {
 public:
     virtual ~Apresentador() = default;
     virtual bool FormEstaActivo(const QString &nome) = 0;
-    // The error dialog: load it with a text, show it (false: could not be shown), bring it to the front.
-    virtual void carregarErro(const QString &mensagem) = 0;
+    // The error dialog: load it with the sentence it says and its details, show it (false: could not be shown), bring
+    // it to the front.
+    virtual void carregarErro(const QString &frase, const QString &mensagem) = 0;
     virtual bool mostrarErro() = 0;
     virtual void destacarErro(const QString &mensagem) = 0;
     virtual void ampulheta(bool ligada) = 0;

@@ -31,6 +31,9 @@ struct Estado {
     QString PastaPrograma; // no trailing separator
     QString NomePrograma = u"Vistrel"_s;
 
+    // How many rows a long loop works before events run: 0, by the clock; a test counts them.
+    int linhasPorFatia = 0;
+
     Ambiente ambiente;
     std::unique_ptr<Servico> cnBD;
     std::unique_ptr<Servico> forms;   // the registry of windows; made by platform/forms

@@ -1,5 +1,6 @@
 #include "core/eventos.h"
 
+#include "core/estado.h"
 #include "core/falha.h"
 #include "core/literais.h"
 
@@ -31,9 +32,24 @@ void forcarEventos() {
 }
 
 void passarEventos() {
-    if (agoraNs() - ultimaVolta() >= fatiaNs)
+    if (const int linhas = estado().linhasPorFatia; linhas > 0) {
+        thread_local int passadas = 0;
+        if (++passadas % linhas == 0)
+            forcarEventos();
+    } else if (agoraNs() - ultimaVolta() >= fatiaNs)
         forcarEventos();
 }
+
+Fatia::Fatia(int ms) : m_fim(agoraNs() + ms * 1'000'000LL), m_restam(estado().linhasPorFatia) {}
+
+bool Fatia::gasta(int linhas) {
+    if (estado().linhasPorFatia <= 0)
+        return agoraNs() >= m_fim;
+    m_restam -= linhas;
+    return m_restam < 0;
+}
+
+Vigia::Vigia(QObject *dono) : m_dono(dono), m_entreOlhares(estado().linhasPorFatia > 0 ? 0 : 31) {}
 
 void Vigia::passar() const {
     passarEventos();

@@ -7,21 +7,32 @@
 void passarEventos();
 void forcarEventos();
 
+// The slice of a loop that gives way to the events by itself: a time, or a number of rows where a test wants it so.
+class Fatia {
+public:
+    explicit Fatia(int ms);
+    bool gasta(int linhas = 1); // so many more rows are about to be read
+
+private:
+    qint64 m_fim;
+    int m_restam;
+};
+
 // The same for a routine of an object that may be destroyed meanwhile: throws Interrompido when it has gone.
 class Vigia {
 public:
-    explicit Vigia(QObject *dono) : m_dono(dono) {}
+    explicit Vigia(QObject *dono);
     void passar() const;
     void forcar() const;
     // The same for a loop whose turns take microseconds: looking at the clock would be a good part of each.
     void passarLinha() const {
-        if (++m_linhas % linhasPorOlhar == 0)
+        if ((++m_linhas & m_entreOlhares) == 0)
             passar();
     }
     bool vivo() const { return !m_dono.isNull(); }
 
 private:
-    static constexpr unsigned linhasPorOlhar = 32;
     QPointer<QObject> m_dono;
+    unsigned m_entreOlhares; // a mask: 31, or 0 where every row is counted
     mutable unsigned m_linhas = 0;
 };

@@ -60,7 +60,7 @@ void TratarErro(const QString &fonte, const QString &descricao, const QString &n
     Apresentador *apresentador = estado().ambiente.apresentador;
     if (!apresentador || apresentador->FormEstaActivo(u"frmErro"_s))
         return;
-    apresentador->carregarErro(mensagem);
+    apresentador->carregarErro(descricao, mensagem);
     if (!apresentador->mostrarErro())
         apresentador->mostrarErro();
     apresentador->destacarErro(mensagem);

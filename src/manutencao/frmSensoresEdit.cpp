@@ -4,6 +4,7 @@
 #include "core/eventos.h"
 #include "core/modTraducoes.h"
 #include "core/rotina.h"
+#include "core/textoMostrado.h"
 #include "data/copiaDatada.h"
 #include "data/ligacao.h"
 #include "data/recordset.h"
@@ -253,8 +254,8 @@ QString frmSensoresEdit::avisos(const std::vector<fusaoSensores::AlteracaoSensor
             continue;
         Recordset rs = cnBD().consultar(u"SELECT 1 FROM Sensores WHERE SensorID = ?"_s, {novo});
         if (!rs.avancar())
-            linhas.append(
-                texto(u"ResumoSemSensor"_s, u"Atenção: nenhum sensor tem o identificador \"%1\"."_s).arg(novo));
+            linhas.append(texto(u"ResumoSemSensor"_s, u"Atenção: nenhum sensor tem o identificador \"%1\"."_s)
+                              .arg(textoMostrado::linha(novo)));
     }
     return linhas.join(u'\n');
 }

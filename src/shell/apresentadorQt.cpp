@@ -10,9 +10,10 @@ bool ApresentadorQt::FormEstaActivo(const QString &nome) {
 }
 
 // Owned by a modal window while one is open: anything else could not be clicked.
-void ApresentadorQt::carregarErro(const QString &mensagem) {
+void ApresentadorQt::carregarErro(const QString &frase, const QString &mensagem) {
     QWidget *modal = QApplication::activeModalWidget();
     m_erro = new frmErro(modal ? modal : registoForms().dono.data());
+    m_erro->definirFrase(frase);
     m_erro->definirDetalhe(mensagem);
     registoForms().anunciar(m_erro);
 }

@@ -10,7 +10,7 @@ class frmErro;
 class ApresentadorQt : public Apresentador {
 public:
     bool FormEstaActivo(const QString &nome) override;
-    void carregarErro(const QString &mensagem) override;
+    void carregarErro(const QString &frase, const QString &mensagem) override;
     bool mostrarErro() override;
     void destacarErro(const QString &mensagem) override;
     void ampulheta(bool ligada) override;

@@ -2,6 +2,7 @@
 
 #include "core/literais.h"
 #include "core/modTraducoes.h"
+#include "core/textoMostrado.h"
 #include "platform/forms/icones.h"
 #include "platform/forms/lugar.h"
 #include "platform/forms/registoForms.h"
@@ -25,6 +26,9 @@ namespace {
 constexpr int alturaFechada = 2310; // twips
 constexpr int alturaAberta = 4305;
 constexpr int larguraMinima = 7200;
+constexpr qsizetype letrasDaFrase = 500;
+constexpr qsizetype linhasDaFrase = 8;
+constexpr qsizetype letrasDoDetalhe = 8000;
 
 QString texto(const QString &chave, const QString &omissao) {
     return modTraducoes::texto(u"frmErro"_s, chave, omissao);
@@ -51,6 +55,11 @@ frmErro::frmErro(QWidget *dono) : QDialog(dono) {
     QFont forte = titulo->font();
     forte.setBold(true);
     titulo->setFont(forte);
+
+    m_lblFrase = new QLabel; // what went wrong, also for who does not open the details
+    m_lblFrase->setObjectName(u"lblFrase"_s);
+    m_lblFrase->setWordWrap(true);
+    m_lblFrase->setTextInteractionFlags(Qt::TextSelectableByMouse);
 
     const auto botao = [this](const QString &nome, const QString &omissao) {
         auto *b = new QPushButton(texto(nome + u".Caption", omissao));
@@ -81,7 +90,10 @@ frmErro::frmErro(QWidget *dono) : QDialog(dono) {
 
     auto *cabeca = new QHBoxLayout;
     cabeca->addWidget(imagem, 0, Qt::AlignTop);
-    cabeca->addWidget(titulo, 1);
+    auto *dito = new QVBoxLayout;
+    dito->addWidget(titulo);
+    dito->addWidget(m_lblFrase);
+    cabeca->addLayout(dito, 1);
     auto *botoes = new QHBoxLayout;
     botoes->addWidget(m_cmdDetalhe);
     botoes->addStretch();
@@ -133,8 +145,15 @@ void frmErro::mudarDono(QWidget *dono) {
     setVisible(mostrado);
 }
 
+void frmErro::definirFrase(const QString &frase) {
+    m_lblFrase->setText(textoMostrado::paragrafos(frase, letrasDaFrase, linhasDaFrase));
+    m_lblFrase->setVisible(!frase.isEmpty());
+    setAccessibleDescription(m_lblFrase->text());
+    aplicarAltura();
+}
+
 void frmErro::definirDetalhe(const QString &mensagem) {
-    m_lblDetalhe->setText(mensagem);
+    m_lblDetalhe->setText(textoMostrado::paragrafos(mensagem, letrasDoDetalhe).replace(u"\n"_s, u"\r\n"_s));
 }
 
 void frmErro::cmdDetalhe_Click() {
@@ -150,7 +169,8 @@ void frmErro::aplicarAltura() {
     layout()->activate();
     const int altura = lugar::pixeis(m_aberto ? alturaAberta : alturaFechada);
     const int largura = std::max(lugar::pixeis(larguraMinima), minimumSizeHint().width());
-    setFixedSize(largura, std::max(altura, minimumSizeHint().height() + (m_aberto ? 6 * fontMetrics().height() : 0)));
+    const int necessaria = std::max(minimumSizeHint().height(), layout()->totalHeightForWidth(largura));
+    setFixedSize(largura, std::max(altura, necessaria + (m_aberto ? 6 * fontMetrics().height() : 0)));
 }
 
 void frmErro::keyPressEvent(QKeyEvent *evento) {

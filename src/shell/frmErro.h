@@ -12,6 +12,7 @@ class frmErro : public QDialog {
 public:
     explicit frmErro(QWidget *dono);
 
+    void definirFrase(const QString &frase);
     void definirDetalhe(const QString &mensagem);
 
 protected:
@@ -25,6 +26,7 @@ private:
     void cmdDetalhe_Click();
     void aplicarAltura();
 
+    QLabel *m_lblFrase;
     QLabel *m_lblDetalhe;
     QScrollArea *m_rolo;
     QPushButton *m_cmdDetalhe;

@@ -5,6 +5,7 @@
 #include "core/modINI.h"
 #include "core/modTraducoes.h"
 #include "core/rotina.h"
+#include "core/textoMostrado.h"
 #include "data/ligacao.h"
 #include "platform/forms/icones.h"
 #include "platform/forms/registoForms.h"
@@ -31,6 +32,7 @@
 namespace {
 
 constexpr QSize tamanhoDesejado(1180, 760);
+constexpr qsizetype letrasDaLegenda = 80;
 
 } // namespace
 
@@ -142,7 +144,7 @@ void frmMain::mostrarEstadoDaBase() {
     else if (ligacaoPartilhada().soLeitura())
         legenda += texto(u"BDSoLeitura"_s, u"só leitura"_s);
     legenda.removeAll(QString()); // settings that could not be kept name no file
-    m_estadoBD->setText(legenda.join(u" – "_s));
+    m_estadoBD->setText(textoMostrado::linha(legenda.join(u" – "_s), letrasDaLegenda));
     m_estadoBD->setToolTip(caminho);
     m_sair->setText(texto(u"Sair"_s, u"Sair"_s));
     m_sair->setAccessibleName(m_sair->text());
@@ -245,8 +247,9 @@ void frmMain::encherJanelas(QMenu *menu) {
     if (!janelas.isEmpty())
         menu->addSeparator();
     for (QMdiSubWindow *janela : janelas) {
-        QAction *accao = menu->addAction(QString(janela->windowTitle()).replace(u"&"_s, u"&&"_s), m_area,
-                                         [this, janela] { m_area->setActiveSubWindow(janela); });
+        QAction *accao =
+            menu->addAction(textoMostrado::linha(janela->windowTitle(), letrasDaLegenda).replace(u"&"_s, u"&&"_s),
+                            m_area, [this, janela] { m_area->setActiveSubWindow(janela); });
         accao->setCheckable(true);
         accao->setChecked(janela == m_area->currentSubWindow());
     }

@@ -1,38 +1,62 @@
 #include "shell/textosDoQt.h"
 
 #include "core/literais.h"
+#include "core/modTraducoes.h"
 
 #include <QCoreApplication>
 #include <QLibraryInfo>
 #include <QTranslator>
 
-#include <array>
-
 namespace {
 
-// Most codes are a language's own; these name a country, or have no texts under their plain name.
-struct Nomes {
-    QStringView codigo;
-    std::array<QStringView, 2> nomes;
+struct Par {
+    QStringView brasileiro, europeu;
 };
-constexpr Nomes excepcoes[] = {
-    {u"PT", {u"pt_PT", u"pt_BR"}},
-    {u"BR", {u"pt_BR"}},
-    {u"CZ", {u"cs"}},
-    {u"GB", {u"en"}},
-    {u"US", {u"en"}},
-    {u"DK", {u"da"}},
-    {u"GR", {u"el"}},
-    {u"SE", {u"sv"}},
-    {u"CN", {u"zh_CN"}},
+// Qt speaks Portuguese as in Brazil only. Words of the same gender stand for one another, so that sentences hold.
+constexpr Par palavras[] = {
+    {u"arquivo", u"ficheiro"},
+    {u"Arquivo", u"Ficheiro"},
+    {u"Salvar", u"Guardar"},
+    {u"salvar", u"guardar"},
+    {u"E&xcluir", u"&Eliminar"},
+    {u"Excluir", u"Eliminar"},
+    {u"excluir", u"eliminar"},
+    {u"Recor&tar", u"Cor&tar"},
+    {u"Desfazer", u"Anular"},
+    {u"Selecionar", u"Seleccionar"},
+    {u"Seleção", u"Selecção"},
+    {u"seleção", u"selecção"},
+    {u"atual", u"actual"},
+    {u"corret", u"correct"},
+    {u"diret", u"direct"},
+    {u"Exibição", u"Vista"},
+    {u"modo de exibição", u"modo de vista"},
+    {u"Nome de exibição", u"Nome visível"},
+    {u"Meu computador", u"O meu computador"},
+    {u"aplicativo", u"programa"},
+    {u"usuário", u"utilizador"},
+    {u"conexão", u"ligação"},
+    {u"Conexão", u"Ligação"},
+    {u"Próxima", u"Seguinte"},
+    {u"Colorido", u"A cores"},
+    {u"Descartar", u"Rejeitar"},
 };
 
-QStringList nomesDe(const QString &lingua) {
-    for (const Nomes &linha : excepcoes)
-        if (lingua.compare(linha.codigo, Qt::CaseInsensitive) == 0)
-            return {linha.nomes[0].toString(), linha.nomes[1].toString()};
-    return {lingua.toLower()};
-}
+class TextosDoQt : public QTranslator {
+public:
+    TextosDoQt(bool europeu, QObject *pai) : QTranslator(pai), m_europeu(europeu) {}
+
+    QString translate(const char *contexto, const char *original, const char *distincao, int n) const override {
+        QString texto = QTranslator::translate(contexto, original, distincao, n);
+        if (m_europeu && !texto.isEmpty())
+            for (const Par &p : palavras)
+                texto.replace(p.brasileiro, p.europeu);
+        return texto;
+    }
+
+private:
+    bool m_europeu;
+};
 
 } // namespace
 
@@ -41,10 +65,11 @@ namespace textosDoQt {
 void aplicar(const QString &lingua) {
     const QString nome = u"textosDoQt"_s;
     delete qApp->findChild<QTranslator *>(nome, Qt::FindDirectChildrenOnly);
-    auto *tradutor = new QTranslator(qApp);
+    const bool europeu = lingua.compare(u"PT"_s, Qt::CaseInsensitive) == 0;
+    auto *tradutor = new TextosDoQt(europeu, qApp);
     tradutor->setObjectName(nome);
     const QString pasta = QLibraryInfo::path(QLibraryInfo::TranslationsPath);
-    for (const QString &candidato : nomesDe(lingua))
+    for (const QString &candidato : modTraducoes::nomesDaLingua(lingua))
         if (!candidato.isEmpty() && tradutor->load(u"qtbase_"_s + candidato, pasta)) {
             QCoreApplication::installTranslator(tradutor);
             return;

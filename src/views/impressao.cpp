@@ -3,6 +3,7 @@
 #include "core/datas.h"
 #include "core/estado.h"
 #include "core/literais.h"
+#include "core/textoMostrado.h"
 #include "data/modMain.h"
 #include "views/sensores.h"
 
@@ -20,7 +21,7 @@ QString daUnidade(const QString &ip, bool semMac, const QString &inicio, const Q
     QString mac;
     modMain::BuscarNomePoseidonPorID(ip, nome, mac);
     const QString unidade = u"Poseidon: " + ip + u" - " + nome;
-    return (semMac ? unidade : unidade + u" - " + mac) + u"           " + intervalo(inicio, fim);
+    return textoMostrado::linha(semMac ? unidade : unidade + u" - " + mac) + u"           " + intervalo(inicio, fim);
 }
 
 } // namespace
@@ -43,7 +44,7 @@ QString descricao(const QString &tagDoFiltro, const QString &unicoSensor, const 
 QString listaDeSensores(const QString &prefixo, const QList<Nomeado> &seleccao) {
     QString lista = prefixo;
     for (const Nomeado &sensor : seleccao)
-        lista += sensor.nome + u" [" + sensor.parenteses + u']';
+        lista += textoMostrado::linha(sensor.nome) + u" [" + sensor.parenteses + u']';
     return lista.size() > maximoDaLista ? lista.left(corteDaLista) + u" ..." : lista;
 }
 

@@ -1,9 +1,8 @@
 #include "views/modeloListagem.h"
 
 #include "core/rotina.h"
+#include "core/textoMostrado.h"
 #include "views/ilegiveis.h"
-
-#include <QElapsedTimer>
 
 #include <algorithm>
 #include <limits>
@@ -107,13 +106,12 @@ void ModeloListagem::linhasConhecidas(int linhas) {
 
 // So many rows at the most: the first ones must be there at once, the others may take turns with the events.
 void ModeloListagem::contarFatia(int linhas) {
-    QElapsedTimer tempo;
-    tempo.start();
+    Fatia fatia(fatiaMs);
     Contagem &c = *m_contagem;
     if (c.largada)
         retomarContagem();
     const int ate = linhas < std::numeric_limits<int>::max() - c.linhas ? c.linhas + linhas : linhas;
-    while (c.ha && c.linhas < ate && !tempo.hasExpired(fatiaMs)) {
+    while (c.ha && c.linhas < ate && !fatia.gasta(linhasPorPagina)) {
         for (int i = 0; c.ha && i < linhasPorPagina; ++i) {
             contarLinha();
             c.ha = c.rs.avancar();
@@ -269,11 +267,13 @@ QVariant ModeloListagem::data(const QModelIndex &indice, int papel) const {
         if (!l)
             return {};
         const QString guardado = QString::fromUtf8(l->celula(indice.column()));
-        if (papel != Qt::EditRole)
-            return m_consulta.mostrado(guardado, indice.column());
-        if (indice.column() == m_consulta.colunaEditavel)
-            m_aberta = {indice.row(), *l};
-        return guardado;
+        if (papel == Qt::EditRole) {
+            if (indice.column() == m_consulta.colunaEditavel)
+                m_aberta = {indice.row(), *l};
+            return guardado;
+        }
+        return m_consulta.mostrado(papel == Qt::DisplayRole ? textoMostrado::linha(guardado) : guardado,
+                                   indice.column());
     });
 }
 

@@ -12,7 +12,7 @@ bool ApresentadorDeTeste::FormEstaActivo(const QString &nome) {
     return activos.contains(nome);
 }
 
-void ApresentadorDeTeste::carregarErro(const QString &mensagem) {
+void ApresentadorDeTeste::carregarErro(const QString &, const QString &mensagem) {
     ++carregamentos;
     mensagens.append(mensagem);
     if (tolerante)

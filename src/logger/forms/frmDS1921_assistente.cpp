@@ -293,7 +293,7 @@ void frmDS1921::InicioMissao() {
         const QDateTime inicio = aoMinuto.addSecs(60LL * prazos1921::minutosAte(agora, inicioEscolhido()));
         const QDateTime fim = datas::lerDataHora(
             prazos1921::DataFimPrevista(datas::textoDataHora(inicio), m_cboIntervalo->currentText()));
-        m_lblDataAproximada->setText(estado().ambiente.locale.toString(fim.date(), QLocale::LongFormat) + u' ' +
+        m_lblDataAproximada->setText(modTraducoes::localeDosNomes().toString(fim.date(), QLocale::LongFormat) + u' ' +
                                      datas::textoHora(fim.time()));
     });
 }

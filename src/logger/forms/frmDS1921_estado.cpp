@@ -1,5 +1,6 @@
 #include "core/literais.h"
 #include "core/modTraducoes.h"
+#include "core/textoMostrado.h"
 #include "logger/forms/frmDS1921.h"
 #include "logger/forms/pecas1921.h"
 
@@ -162,12 +163,12 @@ QWidget *frmDS1921::criarBotoesDoEstado() {
 void frmDS1921::mostrarCaixas() {
     const CaixasDS1921 &c = m_logica->caixas;
     for (const auto &[caixa, campo] : m_caixas) {
-        caixa->setText(c.*campo);
+        caixa->setText(textoMostrado::linha(c.*campo));
         caixa->setCursorPosition(0);
     }
-    m_lblDescricaoRegistador->setText(c.lblDescricaoRegistador);
+    m_lblDescricaoRegistador->setText(textoMostrado::linha(c.lblDescricaoRegistador));
     m_lblDescricaoRegistador->setToolTip(c.lblDescricaoRegistador);
-    m_lblMissao->setText(c.lblMissao);
+    m_lblMissao->setText(textoMostrado::linha(c.lblMissao));
     m_lblMissao->setToolTip(c.lblMissao);
     m_lblNumeroMissoes->setText(c.lblNumeroMissoes);
     m_lblNumeroMissoes->setVisible(c.numeroVisivel);

@@ -3,6 +3,7 @@
 #include "core/literais.h"
 #include "core/modDoubleTratamento.h"
 #include "core/modTraducoes.h"
+#include "core/textoMostrado.h"
 #include "logger/forms/esperaLogger.h"
 #include "logger/forms/frmDS1921.h"
 #include "logger/forms/pecas1921.h"
@@ -141,7 +142,7 @@ void frmDS1921::BuscarDadosPeloObjecto() {
         if (estadoLido == EstadoMissao::SemRegistador)
             return esquecerRegistador();
         mostrarCaixas();
-        setWindowTitle(m_logica->titulo());
+        setWindowTitle(textoMostrado::linha(m_logica->titulo()));
         const bool semMissao = estadoLido == EstadoMissao::SemMissao;
         permitirAba(Assistente, semMissao);
         permitirAba(Resultados, false);

@@ -86,7 +86,7 @@ QDateEdit *data(const QString &nome, const QString &acessivel) {
     d->setAccessibleName(acessivel);
     d->setLocale(estado().ambiente.locale);
     d->setDisplayFormat(datas::formatoData());
-    d->setCalendarPopup(true);
+    momento::comCalendario(d);
     momento::escolherParteAoClicar(d);
     return d;
 }

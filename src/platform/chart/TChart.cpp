@@ -1,6 +1,7 @@
 #include "platform/chart/TChart.h"
 
 #include "core/literais.h"
+#include "core/textoMostrado.h"
 #include "platform/chart/interno.h"
 
 #include <QPicture>
@@ -179,8 +180,8 @@ void TChart::actualizar() {
     Quadro *quadro = m->quadro;
     quadro->xAxis->setVisible(m->baixo.Visible);
     quadro->yAxis->setVisible(m->esquerdo.Visible);
-    quadro->xAxis->setLabel(m->baixo.Title);
-    quadro->yAxis->setLabel(m->esquerdo.Title);
+    quadro->xAxis->setLabel(textoMostrado::linha(m->baixo.Title));
+    quadro->yAxis->setLabel(textoMostrado::linha(m->esquerdo.Title));
     const auto graduado = [&](QCPAxis *eixo, const TEixo &modelo) {
         const bool sim = m->temDados() || !modelo.Automatic; // else there is nothing to measure
         eixo->setTicks(sim);

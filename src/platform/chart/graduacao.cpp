@@ -2,6 +2,7 @@
 
 #include "core/datas.h"
 #include "core/estado.h"
+#include "core/modTraducoes.h"
 
 #include <QRegularExpression>
 
@@ -113,7 +114,7 @@ QVector<QString> rotulosDeTempo(const Passo &passo, const QVector<double> &marca
         } else if (passo.unidade == Unidade::Mes && passo.quantos >= 12) {
             rotulo = QString::number(dia.year());
         } else {
-            rotulo = locale.toString(dia, passo.unidade == Unidade::Mes ? u"MMM"_s : diaMes);
+            rotulo = modTraducoes::localeDosNomes().toString(dia, passo.unidade == Unidade::Mes ? u"MMM"_s : diaMes);
             if (dia.year() != anterior.year() || !anterior.isValid())
                 rotulo += u'\n' + QString::number(dia.year());
         }

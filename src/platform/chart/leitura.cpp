@@ -2,6 +2,7 @@
 #include "core/datas.h"
 #include "core/literais.h"
 #include "core/modDoubleTratamento.h"
+#include "core/textoMostrado.h"
 #include "platform/chart/interno.h"
 
 bool TChart::Interno::valido(const Alvo &a) const {
@@ -74,7 +75,7 @@ void TChart::Interno::mostrarLeitura() {
     l.nota = notaDoAlvo;
     sobre->definirArea(area());
     sobre->mostrarLeitura(l);
-    QStringList partes{l.titulo, l.instante, l.valor, l.nota};
+    QStringList partes{textoMostrado::linha(l.titulo), l.instante, l.valor, textoMostrado::paragrafos(l.nota)};
     partes.removeAll(QString());
     q->setAccessibleDescription(partes.join(u", "_s));
     if (nota && !notaPedida && !barra && s.temMarca(alvo.indice))

@@ -1,5 +1,7 @@
 #include "platform/chart/quadro.h"
 
+#include "core/textoMostrado.h"
+
 #include <algorithm>
 #include <numeric>
 
@@ -11,6 +13,11 @@ constexpr int entreSimboloETexto = 6;
 constexpr double parteMaxima = 0.4; // of the height, for the legend
 constexpr int ladosDaFrase = 12;
 constexpr int quebra = Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap;
+constexpr qsizetype letrasDoNome = 200;
+
+QString nomeDe(const PlotSerie &plot) {
+    return textoMostrado::linha(plot.serie().Title, letrasDoNome);
+}
 
 } // namespace
 
@@ -47,7 +54,7 @@ int Legenda::disporNomes(int largura, int altura) {
     m_larguras.clear();
     double todas = 0;
     for (const PlotSerie *p : m_series) {
-        m_larguras.push_back(larguraDoSimbolo + entreSimboloETexto + letra.horizontalAdvance(p->serie().Title) +
+        m_larguras.push_back(larguraDoSimbolo + entreSimboloETexto + letra.horizontalAdvance(nomeDe(*p)) +
                              entreColunas);
         todas += m_larguras.back();
     }
@@ -90,7 +97,7 @@ void Legenda::draw(QCPPainter *pintor) {
                            m_alturaLinha);
         pintor->setPen(m_tema->texto);
         pintor->drawText(lugar, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
-                         letra.elidedText(m_series[i]->serie().Title, Qt::ElideMiddle, lugar.width()));
+                         letra.elidedText(nomeDe(*m_series[i]), Qt::ElideMiddle, lugar.width()));
         if ((i + 1) % size_t(m_linhas) == 0)
             x += m_larguras[coluna];
     }

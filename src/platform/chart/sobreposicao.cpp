@@ -1,5 +1,7 @@
 #include "platform/chart/sobreposicao.h"
 
+#include "core/textoMostrado.h"
+
 #include <QPainter>
 
 namespace {
@@ -7,6 +9,9 @@ namespace {
 constexpr int margem = 8;
 constexpr int distancia = 14;    // from the point
 constexpr int larguraNota = 260; // then it is wrapped
+constexpr qsizetype letrasDoTitulo = 200;
+constexpr qsizetype letrasDaNota = 600;
+constexpr qsizetype linhasDaNota = 12;
 
 struct Linha {
     QString texto;
@@ -58,6 +63,8 @@ Sobreposicao::Sobreposicao(QWidget *pai) : QWidget(pai) {
 
 void Sobreposicao::mostrarLeitura(const Leitura &leitura) {
     m_leitura = leitura;
+    m_leitura.titulo = textoMostrado::linha(leitura.titulo, letrasDoTitulo);
+    m_leitura.nota = textoMostrado::paragrafos(leitura.nota, letrasDaNota, linhasDaNota);
     m_comLeitura = true;
     update();
 }

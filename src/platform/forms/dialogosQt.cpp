@@ -1,5 +1,6 @@
 #include "platform/forms/dialogosQt.h"
 
+#include "core/textoMostrado.h"
 #include "platform/forms/icones.h"
 #include "platform/forms/registoForms.h"
 
@@ -24,10 +25,9 @@ constexpr int maisUmBotao = -1;
 // Own drawings and plain buttons: where the desktop brings no icons, the library's fall-backs are coarse bitmaps.
 int mostrar(QWidget *dono, QMessageBox::Icon icone, const QString &texto, QMessageBox::StandardButtons botoes,
             QMessageBox::StandardButton omissao, const QString &outro = {}) {
-    QMessageBox caixa(icone, estado().NomePrograma, texto, botoes, dono);
+    QMessageBox caixa(icone, estado().NomePrograma, textoMostrado::paragrafos(texto), botoes, dono);
     caixa.setDefaultButton(omissao);
     caixa.setEscapeButton(omissao);
-    caixa.setTextFormat(Qt::PlainText);
     constexpr QStringView desenhos[] = {u"", u"informacao", u"aviso", u"erro", u"pergunta"};
     if (const QIcon desenho = icones::icone(desenhos[icone].toString()); !desenho.isNull()) {
         const int lado = caixa.style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, &caixa);

@@ -1,6 +1,7 @@
 #include "platform/forms/grelha.h"
 
 #include "core/literais.h"
+#include "core/textoMostrado.h"
 
 #include <QAbstractTableModel>
 #include <QApplication>
@@ -92,6 +93,7 @@ public:
         const Linha &linha = linhas[i.row()];
         switch (papel) {
         case Qt::DisplayRole:
+            return textoMostrado::linha(linha.celulas.value(i.column()));
         case Qt::ToolTipRole:
             return linha.celulas.value(i.column());
         case Qt::BackgroundRole:

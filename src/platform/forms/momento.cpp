@@ -1,5 +1,8 @@
 #include "platform/forms/momento.h"
 
+#include "core/modTraducoes.h"
+
+#include <QCalendarWidget>
 #include <QDateTimeEdit>
 #include <QEvent>
 #include <QLineEdit>
@@ -29,4 +32,11 @@ private:
 void momento::escolherParteAoClicar(QDateTimeEdit *edicao) {
     if (auto *linha = edicao->findChild<QLineEdit *>())
         new EscolhaDaParte(edicao, linha);
+}
+
+void momento::comCalendario(QDateEdit *edicao) {
+    edicao->setCalendarPopup(true);
+    const QLocale nomes = modTraducoes::localeDosNomes();
+    edicao->calendarWidget()->setLocale(nomes);
+    edicao->calendarWidget()->setFirstDayOfWeek(nomes.firstDayOfWeek());
 }

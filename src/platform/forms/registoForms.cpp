@@ -1,5 +1,7 @@
 #include "platform/forms/registoForms.h"
 
+#include "platform/forms/textosSimples.h"
+
 #include <QApplication>
 #include <QDialog>
 #include <QEventLoop>
@@ -39,8 +41,10 @@ void destacar(QWidget *form) {
 } // namespace
 
 RegistoForms &registoForms() {
-    if (!estado().forms)
+    if (!estado().forms) {
         estado().forms = std::make_unique<RegistoForms>();
+        textosSimples::instalar(); // before the first window
+    }
     return static_cast<RegistoForms &>(*estado().forms);
 }
 

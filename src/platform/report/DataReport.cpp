@@ -2,6 +2,7 @@
 
 #include "core/falha.h"
 #include "core/literais.h"
+#include "core/textoMostrado.h"
 #include "platform/report/linhasDeTexto.h"
 
 #include <QFontMetricsF>
@@ -24,6 +25,10 @@ const QString seccaoDasLinhas = u"Section1"_s;
 // A head that leaves no room for records would have no end of pages.
 constexpr qsizetype maximoDaLegenda = 725;
 constexpr double minimoParaRegistos = 0.25; // of the page
+// A note is printed as long as it is.
+QString imprimivel(const QString &texto) {
+    return textoMostrado::paragrafos(texto, textoMostrado::semLimite);
+}
 
 // Words stay whole; only what is longer than a line breaks inside.
 QTextOption opcaoDeTexto(Qt::Alignment alinhamento) {
@@ -110,7 +115,7 @@ const SeccaoDeRelatorio *DataReport::seccao(const QString &nome) const {
 void DataReport::rotulo(const QString &seccao, const QString &controlo, const QString &texto) {
     if (SeccaoDeRelatorio *s = Sections(seccao))
         if (ControloDeRelatorio *c = s->controlo(controlo))
-            c->Caption = texto;
+            c->Caption = imprimivel(texto);
 }
 
 void DataReport::setDataSource(std::unique_ptr<FonteDeRelatorio> fonte) {
@@ -218,7 +223,7 @@ bool DataReport::paginar(const Medidor &medidor, double disponivel,
     for (; m_fonte->seguinte(); ++registo) {
         QStringList textos;
         for (const int campo : m_campoDaCaixa) {
-            textos.append(campo < 0 ? QString() : m_fonte->texto(campo));
+            textos.append(campo < 0 ? QString() : imprimivel(m_fonte->texto(campo)));
             m_textos += textos.last().toUtf8();
             m_fins.push_back(m_textos.size());
         }

@@ -6,6 +6,7 @@
 #include "core/modINI.h"
 #include "core/modTraducoes.h"
 #include "core/rotina.h"
+#include "core/textoMostrado.h"
 #include "platform/forms/icones.h"
 #include "platform/forms/lugar.h"
 #include "platform/forms/registoForms.h"
@@ -323,9 +324,9 @@ void frmDescarregar2251::mostrarInfo(const QString &oque, const QString &pormeno
     if (falha)
         cores.setColor(QPalette::WindowText, escuro ? QColor(255, 128, 118) : QColor(190, 30, 20));
     m_lblInfoDesc->setPalette(cores);
-    m_lblInfoDesc->setText(oque);
+    m_lblInfoDesc->setText(textoMostrado::linha(oque));
     m_lblInfoDesc->setToolTip(oque);
-    m_lblPormenor->setText(pormenor);
+    m_lblPormenor->setText(textoMostrado::paragrafos(pormenor));
     m_lblPormenor->setToolTip(pormenor);
     for (QLabel *l : {m_lblInfo, m_lblInfoDesc, m_lblPormenor})
         l->show();

@@ -2,6 +2,7 @@
 
 #include "core/literais.h"
 #include "core/modTraducoes.h"
+#include "core/textoMostrado.h"
 #include "platform/forms/grelha.h"
 #include "platform/forms/icones.h"
 
@@ -98,6 +99,7 @@ QVariant ModeloDispositivos::data(const QModelIndex &i, int papel) const {
     const auto coluna = Coluna(i.column() + 1);
     switch (papel) {
     case Qt::DisplayRole:
+        return textoMostrado::linha(texto(l, coluna, numero));
     case Qt::EditRole:
         return texto(l, coluna, numero);
     case Qt::AccessibleTextRole:

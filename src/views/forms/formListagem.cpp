@@ -196,7 +196,8 @@ QItemSelectionRange FormListagem::areaEscolhida() const {
     return escolha.isEmpty() ? QItemSelectionRange() : escolha.first();
 }
 
-// The selection as tabbed text, as tables are pasted everywhere: all of it, or nothing when the user stops.
+// The selection as tabbed text, as tables are pasted everywhere, its notes at full length: all of it, or nothing when
+// the user stops.
 void FormListagem::copiar() {
     const QByteArray nome = fonteDeErros("copiar");
     Rotina(nome.constData(), [this] {
@@ -219,7 +220,7 @@ void FormListagem::copiar() {
             QStringList linha;
             for (int c = area.left(); c <= area.right(); ++c)
                 if (!m_grelha->isColumnHidden(c))
-                    linha.append(celulaParaColar(m_modelo.index(l, c).data().toString()));
+                    linha.append(celulaParaColar(m_modelo.index(l, c).data(Qt::ToolTipRole).toString()));
             tabela += linha.join(u'\t') + u'\n';
             if (carga)
                 vigia.passarLinha();

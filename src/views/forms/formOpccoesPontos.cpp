@@ -4,6 +4,7 @@
 #include "core/literais.h"
 #include "core/modTraducoes.h"
 #include "core/rotina.h"
+#include "core/textoMostrado.h"
 #include "platform/chart/TChart.h"
 #include "views/notas.h"
 
@@ -31,7 +32,7 @@ QLabel *criarEtiqueta(const QString &nome, const QString &texto, QWidget *parcei
 FormOpccoesPontos::FormOpccoesPontos(const MembroPontos &membro, const PontoActual &ponto, TChart *chart, QWidget *dono)
     : QDialog(dono), m_membro(membro), m_ponto(ponto), m_chart(chart) {
     setObjectName(membro.form.toString());
-    setWindowTitle(ponto.descricao);
+    setWindowTitle(textoMostrado::linha(ponto.descricao));
     montar();
     CarregarDescricao();
 }
@@ -66,7 +67,7 @@ QLineEdit *FormOpccoesPontos::criarCampo(const QString &nome, const QString &con
 
 void FormOpccoesPontos::montar() {
     m_sensor = criarCampo(u"txtSensor"_s, m_ponto.sensor);
-    QLineEdit *nome = criarCampo(u"txtNomeSensor"_s, m_ponto.descricao);
+    QLineEdit *nome = criarCampo(u"txtNomeSensor"_s, textoMostrado::linha(m_ponto.descricao));
     m_data = criarCampo(u"txtData"_s, m_ponto.x);
     QLineEdit *valor = criarCampo(u"txtTemperatura"_s, m_ponto.y);
     m_observacoes = new QPlainTextEdit;

@@ -3,6 +3,7 @@
 #include "core/literais.h"
 #include "core/modTraducoes.h"
 #include "core/rotina.h"
+#include "core/textoMostrado.h"
 #include "platform/forms/grelha.h"
 #include "platform/forms/lugar.h"
 #include "views/impressao.h"
@@ -17,6 +18,7 @@ namespace {
 
 constexpr int larguraGrupos = 3885; // twips
 constexpr int alturaGrupos = 3165;
+constexpr int letrasDoGrupo = 60;
 constexpr int larguraColunaId = 110; // pixels
 const QString estadoVermelho = u"red"_s;
 
@@ -212,8 +214,9 @@ void PainelSensores::grdGrupos_RequestEdit(int linha) {
     const QString tag = m_grdGrupos->celula(linha, 0);
     m_grdSensoresAll->limpar();
     m_grdSensoresSel->limpar();
-    m_cmdGrupos->setText(m_grdGrupos->celula(linha, 1));
-    m_cmdGrupos->setAccessibleName(m_cmdGrupos->text());
+    const QString grupo = textoMostrado::linha(m_grdGrupos->celula(linha, 1), letrasDoGrupo);
+    m_cmdGrupos->setText(QString(grupo).replace(u"&"_s, u"&&"_s));
+    m_cmdGrupos->setAccessibleName(grupo);
     m_cmdGrupos->setProperty("Tag", tag);
     const Vigia vigia(this);
     CarregarListaGeral(tag);

@@ -34,7 +34,7 @@ QDateEdit *criarData(const QString &nome, const QString &acessivel) {
     data->setAccessibleName(acessivel);
     data->setLocale(estado().ambiente.locale);
     data->setDisplayFormat(datas::formatoData());
-    data->setCalendarPopup(true);
+    momento::comCalendario(data);
     data->setDate(estado().ambiente.agora().date());
     momento::escolherParteAoClicar(data);
     return data;

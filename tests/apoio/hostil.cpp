@@ -1,0 +1,196 @@
+#include "tests/apoio/hostil.h"
+
+#include <QAbstractButton>
+#include <QAbstractItemView>
+#include <QAction>
+#include <QApplication>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QHelpEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QRegularExpression>
+#include <QTest>
+#include <QToolTip>
+
+namespace {
+
+constexpr int muito = 64 * 1024;
+constexpr int linhasVistas = 16;         // twice as many as there are kinds of texts
+constexpr qsizetype maximoEmLinha = 600; // more is no text to read in one line
+constexpr int larguraMaxima = 2000;
+
+struct Coluna {
+    QString tabela, nome;
+};
+
+QList<Coluna> nomes() {
+    QList<Coluna> lista;
+    const auto juntar = [&](const QString &tabela, const QStringList &colunas) {
+        for (const QString &c : colunas)
+            lista.append({tabela, c});
+    };
+    for (const QString &tabela :
+         {u"Sensores"_s, u"Grupos"_s, u"CMDGrupos"_s, u"PoseidonInputs"_s, u"PoseidonInputsSpider"_s,
+          u"PoseidonOutputs"_s, u"DamoclesInputs"_s, u"DamoclesOutputs"_s, u"IOcontrollers"_s, u"IOcontrollersInputs"_s,
+          u"IOcontrollersOutputs"_s, u"PortBox"_s, u"MaskListaAlarmes"_s})
+        juntar(tabela, {u"Descricao"_s});
+    juntar(u"Poseidons"_s, {u"Nome"_s, u"Mac"_s});
+    juntar(u"Damocles"_s, {u"Nome"_s});
+    juntar(u"MaskListaAlarmes"_s, {u"IP_Nome"_s});
+    juntar(u"MaskUtilizadores"_s, {u"Nome"_s});
+    juntar(u"SensUI_Escalas"_s, {u"NomeEscala"_s, u"Ident"_s});
+    juntar(u"REGRAS_CondicoesGruposHead"_s, {u"Nome"_s, u"Descricao"_s});
+    juntar(u"REGRAS_CondicoesInputs"_s, {u"NomeCondicao"_s});
+    juntar(u"REGRAS_CondicoesSensores"_s, {u"NomeCondicao"_s});
+    for (const QString &tabela : {u"Alarmes"_s, u"AlarmesHum"_s, u"AlarmesPressao"_s, u"AlarmesPOrv"_s})
+        juntar(tabela, {u"Nome"_s});
+    for (const QString &tabela : {u"DS1921head"_s, u"DS1921"_s})
+        juntar(tabela, {u"Nomelogger"_s, u"DescricaoMissao"_s});
+    return lista;
+}
+
+// Halves of pairs as three bytes each, which no encoder writes.
+QString bytesDe(const QString &texto) {
+    QByteArray bytes;
+    for (qsizetype i = 0; i < texto.size(); ++i)
+        if (const ushort u = texto[i].unicode(); QChar::isSurrogate(u))
+            bytes += QByteArray{}
+                         .append(char(0xe0 | u >> 12))
+                         .append(char(0x80 | (u >> 6 & 0x3f)))
+                         .append(char(0x80 | (u & 0x3f)));
+        else
+            bytes += QString(texto[i]).toUtf8();
+    return QString::fromLatin1(bytes.toHex());
+}
+
+// Characters that order, and halves of pairs; a note may hold line ends.
+bool limpo(const QString &texto, bool comLinhas) {
+    static const QRegularExpression ordens(
+        u"[\\x{00}-\\x{09}\\x{0b}-\\x{1f}\\x{7f}-\\x{9f}\\x{61c}\\x{200e}\\x{200f}\\x{202a}-\\x{202e}\\x{2066}-\\x{2069}]"_s);
+    return texto.isValidUtf16() && !ordens.match(texto).hasMatch() && (comLinhas || !texto.contains(u'\n'));
+}
+
+struct Exame {
+    QStringList queixas;
+
+    void texto(const QObject *onde, const char *oque, const QString &t, bool comLinhas = false) {
+        if (!limpo(t, comLinhas) || t.size() > (comLinhas ? 10 * maximoEmLinha : maximoEmLinha))
+            queixas.append(u"%1 %2 %3: %4 letters: %5"_s
+                               .arg(QString::fromUtf8(onde->metaObject()->className()), onde->objectName(),
+                                    QString::fromUtf8(oque))
+                               .arg(t.size())
+                               .arg(t.left(60)));
+    }
+
+    void vista(QAbstractItemView *v) {
+        const QAbstractItemModel *m = v->model();
+        for (int l = 0; m && l < std::min(m->rowCount(), linhasVistas); ++l)
+            for (int c = 0; c < m->columnCount(); ++c) {
+                const QModelIndex i = m->index(l, c);
+                texto(v, "cell", i.data().toString());
+                if (const QRect r = v->visualRect(i); v->viewport()->rect().contains(r.center()))
+                    dica(v->viewport(), r.center());
+            }
+    }
+
+    // As the pointer would rest there.
+    void dica(QWidget *w, const QPoint &ponto) {
+        QHelpEvent evento(QEvent::ToolTip, ponto, w->mapToGlobal(ponto));
+        QApplication::sendEvent(w, &evento);
+        for (QWidget *topo : QApplication::topLevelWidgets())
+            if (auto *etiqueta = qobject_cast<QLabel *>(topo); etiqueta && topo->inherits("QTipLabel"))
+                rotulo(etiqueta, etiqueta->text().size() < 1100 ? "tip" : "long tip");
+        QToolTip::hideText();
+    }
+
+    void rotulo(QLabel *l, const char *oque = "label") {
+        texto(l, oque, l->text(), true);
+        if (l->isVisible() && l->textFormat() != Qt::PlainText)
+            queixas.append(u"may be markup: %1 %2"_s.arg(l->objectName(), l->text().left(60)));
+        if (l->isVisible() && l->minimumSizeHint().width() > larguraMaxima)
+            queixas.append(u"too wide: %1"_s.arg(l->objectName()));
+    }
+
+    void controlo(QWidget *w) {
+        texto(w, "accessible name", w->accessibleName());
+        texto(w, "accessible description", w->accessibleDescription(), true);
+        for (const QAction *a : w->actions())
+            texto(w, "action", a->text());
+        if (auto *l = qobject_cast<QLabel *>(w))
+            rotulo(l);
+        else if (const auto *b = qobject_cast<QAbstractButton *>(w))
+            texto(w, "button", b->text());
+        else if (const auto *g = qobject_cast<QGroupBox *>(w))
+            texto(w, "title", g->title());
+        else if (const auto *e = qobject_cast<QLineEdit *>(w); e && e->isReadOnly())
+            texto(w, "field", e->text());
+        else if (auto *v = qobject_cast<QAbstractItemView *>(w); v && v->isVisible())
+            vista(v);
+        if (const auto *c = qobject_cast<QComboBox *>(w))
+            for (int i = 0; i < c->count(); ++i)
+                texto(w, "entry", c->itemText(i));
+        if (w->isVisible() && !w->toolTip().isEmpty())
+            dica(w, w->rect().center());
+    }
+};
+
+} // namespace
+
+namespace hostil {
+
+QStringList textos() {
+    return {u"<img src=/nonexistent><b>forte</b><table>"_s,
+            u"\"'; -- \"\"[*]&ficheiro %1 %2"_s,
+            u"a\nb\r\nc\u2028d\u0085e\x0b\x0c"_s,
+            u"\u202egnp.exe\u202c\u200f\u2067x\u2069"_s,
+            QString(u"\x01\x02\x1b[31m\x7f\x08"_s) + QChar(0x9b),
+            QString(u"meio "_s) + QChar(0xd800) + u" par "_s + QChar(0xdc00),
+            QString(muito, u'W'),
+            u"<a href='x'>"_s + QString(muito, u'\n')};
+}
+
+void estragar(const Instalacao &instalacao) {
+    const QStringList maus = textos();
+    const auto escolha = [&](const QString &qual, const QString &fim) -> QString { // one of them by a number
+        QString sql = u"CASE (%1) % %2"_s.arg(qual).arg(maus.size());
+        for (qsizetype i = 0; i < maus.size(); ++i)
+            sql += u" WHEN %1 THEN CAST(x'%2' AS TEXT)%3"_s.arg(i).arg(bytesDe(maus[i]), fim);
+        return sql + u" END";
+    };
+    // Alike wherever it stands, and with its old name at the end.
+    for (const Coluna &c : nomes())
+        instalacao.executar(u"UPDATE %1 SET %2 = "_s.arg(c.tabela, c.nome) +
+                            escolha(u"length(%1) + unicode(substr(%1, -1))"_s.arg(c.nome), u" || "_s + c.nome) +
+                            u" WHERE %1 <> ''"_s.arg(c.nome));
+    for (const auto &[tabela, coluna] :
+         {std::pair(u"Poseidons"_s, u"PoseidonIP"_s), std::pair(u"Sensores"_s, u"PoseidonIP"_s),
+          std::pair(u"PoseidonInputs"_s, u"PoseidonIP"_s), std::pair(u"PoseidonInputsSpider"_s, u"PoseidonIP"_s),
+          std::pair(u"PoseidonOutputs"_s, u"PoseidonIP"_s), std::pair(u"MaskListaAlarmes"_s, u"IP"_s),
+          std::pair(u"REGISTO_Inputs"_s, u"DispositivoIP"_s), std::pair(u"REGISTO_Outputs"_s, u"DispositivoIP"_s)})
+        instalacao.executar(u"UPDATE %1 SET %2 = %2 || ? WHERE length(%2) > 6"_s.arg(tabela, coluna),
+                            QVariantList{QString(maus[0] + maus[3])});
+    // A long one is many pages: one or two in a listing are enough.
+    for (const QString &tabela :
+         {u"Temperaturas"_s, u"TemperaturasPull"_s, u"Medias"_s, u"Humidade"_s, u"HumidadePull"_s, u"Pressao"_s,
+          u"PressaoPull"_s, u"Pontoorvalho"_s, u"PontoorvalhoPull"_s, u"SensUI_Leituras"_s, u"SensUI_LeiturasPull"_s,
+          u"DS1921"_s, u"REGISTO_Inputs"_s, u"REGISTO_Outputs"_s})
+        instalacao.executar(u"UPDATE %1 SET flag = "_s.arg(tabela) +
+                            escolha(u"CASE WHEN rowid % 4850 THEN rowid / 97 % 6 ELSE 6 + rowid / 4850 % 2 END"_s, {}) +
+                            u" WHERE rowid % 97 = 0");
+}
+
+QStringList queixas(QWidget *janela) {
+    Exame e;
+    e.texto(janela, "window title", janela->windowTitle());
+    e.controlo(janela);
+    const auto todos = janela->findChildren<QWidget *>();
+    for (QWidget *w : todos)
+        e.controlo(w);
+    if (janela->minimumSizeHint().width() > larguraMaxima)
+        e.queixas.append(u"the window is %1 wide"_s.arg(janela->minimumSizeHint().width()));
+    e.queixas.removeDuplicates();
+    return e.queixas.mid(0, 12);
+}
+
+} // namespace hostil
