@@ -96,6 +96,34 @@ const char *Recordset::utf8(int coluna) const {
     return bytes ? bytes : "";
 }
 
+Celula Recordset::celula(int coluna) const {
+    Celula c;
+    const auto bytes = [&](const void *inicio) {
+        return QByteArray(static_cast<const char *>(inicio), sqlite3_column_bytes(m_instrucao, coluna));
+    };
+    switch (sqlite3_column_type(m_instrucao, coluna)) {
+    case SQLITE_INTEGER:
+        c.tipo = Celula::Tipo::Inteiro;
+        c.inteiro = inteiro(coluna);
+        break;
+    case SQLITE_FLOAT:
+        c.tipo = Celula::Tipo::Real;
+        c.real = real(coluna);
+        break;
+    case SQLITE_TEXT:
+        c.tipo = Celula::Tipo::Texto;
+        c.bytes = bytes(sqlite3_column_text(m_instrucao, coluna));
+        break;
+    case SQLITE_BLOB:
+        c.tipo = Celula::Tipo::Bloco;
+        c.bytes = bytes(sqlite3_column_blob(m_instrucao, coluna));
+        break;
+    default:
+        break;
+    }
+    return c;
+}
+
 QString Recordset::texto(int coluna) const {
     if (sqlite3_column_type(m_instrucao, coluna) == SQLITE_FLOAT)
         return modDoubleTratamento::NumeroParaTexto(real(coluna));
