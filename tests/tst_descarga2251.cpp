@@ -3,6 +3,7 @@
 #include "poseidon/descarga/descarga2251.h"
 #include "poseidon/descarga/logBruto.h"
 #include "poseidon/listaPoseidons.h"
+#include "poseidon/reposicao2251.h"
 #include "tests/apoio/tabela.h"
 #include "tests/log2251.h"
 #include "tests/unidadesDeTeste.h"
@@ -195,6 +196,53 @@ private Q_SLOTS:
         QCOMPARE(c.resultado().Estado, 1);
         QVERIFY(c.resultado().Pormenor.contains(u"não foi apagada"));
         QCOMPARE(c.registo().quantos(), 3);
+    }
+
+    void linhasPorLerNaoApagam() {
+        // Every fifth record is noise: what is stored for the other seconds stays, and so does the memory.
+        Cena c({unidade()});
+        QVERIFY(c.correr());
+        const int antes = quantas(u"Temperaturas"_s, mau);
+        c.unidades[0]->definirDefeitos({Defeito::LogLixo});
+        c.registo().apagar(-300);
+        QVERIFY(c.correr());
+        QCOMPARE(quantas(u"Temperaturas"_s, mau), antes);
+        QCOMPARE(c.resultado().Estado, -1);
+        QCOMPARE(c.lista.linha(1).DSTAT, 9);
+        QCOMPARE(c.resultado().Mensagem, u"Dados guardados, mas não todos"_s);
+        QCOMPARE(c.resultado().Resumo.first(), u"240 linhas lidas, 60 não lidas"_s);
+        QCOMPARE(c.resultado().Resumo.last(), u"memória não apagada: restam 300 registos"_s);
+        QVERIFY2(c.resultado().info().contains(u"\nLinha 3: Linha incompleta: \""), qPrintable(c.resultado().info()));
+        QVERIFY(c.resultado().info().endsWith(u"\ne mais 55 linhas"));
+        QCOMPARE(c.registo().quantos(), 300);
+    }
+
+    void sobraNaMemoria() {
+        Cena c({unidade({Defeito::ApagarSobra})});
+        QVERIFY(c.correr());
+        QCOMPARE(c.registo().quantos(), 150);
+        QCOMPARE(c.resultado().Resumo.last(), u"memória apagada: 300 registos, restam 150"_s);
+    }
+
+    void oQueSaiFicaAoLadoDoLog() {
+        Cena c({unidade()});
+        c.lista.linha(1).BLNERASELOG = u"0"_s;
+        QVERIFY(c.correr());
+        QCOMPARE(c.resultado().Resumo.last(), u"memória não apagada: restam 300 registos"_s);
+        const QString bruto = ficheirosBrutos().value(0);
+        cnBD().executar(u"UPDATE Temperaturas SET Temperatura = 99, flag = 'porta aberta'"_s);
+        const auto meu = log2251::tudo();
+        QSignalSpy fim(c.descarga.get(), &Descarga2251::terminou);
+        c.descarga->importarFicheiro(1, bruto); // a kept log is not kept once more
+        QVERIFY(fim.wait(20000));
+        const int n = quantas(u"Temperaturas"_s, mau);
+        QCOMPARE(c.resultado().Resumo.last(),
+                 u"%1 leituras substituídas, %1 notas mantidas"_s.arg(QLocale(u"pt_PT"_s).toString(n)));
+        QCOMPARE(ficheirosBrutos(), QStringList({bruto, bruto + u".substituidas"_s}));
+        QCOMPARE(logBruto::ultimasSubstituidas(mau, c.unidades[0]->portaWeb()), bruto + u".substituidas"_s);
+        QVERIFY(log2251::tudo() != meu);
+        QCOMPARE(reposicao2251::repor(bruto + u".substituidas"_s, [] {}).repostas, n);
+        QVERIFY(log2251::tudo() == meu);
     }
 
     void ficheiroQueNaoSeLe() {

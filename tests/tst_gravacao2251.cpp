@@ -1,12 +1,6 @@
-#include "tests/apoio/filho.h"
 #include "tests/log2251.h"
 
-#include <QElapsedTimer>
-#include <QFile>
-#include <QRandomGenerator>
 #include <QTest>
-
-#include <unistd.h>
 
 using namespace log2251;
 
@@ -69,7 +63,7 @@ private Q_SLOTS:
         unidadeCompleta();
         QVERIFY(descarregar(logCompleto(50, 0)));
         const auto antes = tudo();
-        cnBD().executar(u"CREATE TRIGGER cheio BEFORE INSERT ON Medias WHEN NEW.Data > '2011-03-01 00:30' "
+        cnBD().executar(u"CREATE TRIGGER cheio BEFORE UPDATE ON Medias WHEN NEW.Data > '2011-03-01 00:30' "
                         "BEGIN SELECT RAISE(ABORT, 'cheio'); END"_s);
         TratamentoDados2251 t;
         receber(t, logCompleto(50, 1));
@@ -90,55 +84,6 @@ private Q_SLOTS:
         unidadeCompleta();
         cnBD().executar(u"ALTER TABLE Calibracoes RENAME TO fora"_s);
         QVERIFY(!descarregar(logCompleto(3, 0)));
-    }
-
-    void mortoAMeio() {
-        BaseRapida inst;
-        unidadeCompleta();
-        const QStringList velho = logCompleto(1400, 0);
-        const QStringList novo = logCompleto(1400, 1);
-        // The two steps of one table are told apart by the Spider input's number.
-        const auto passos = [] {
-            auto t = tudo();
-            t[u"spider"_s] = t[u"REGISTO_Inputs"_s].filter(u"|201|"_s);
-            t[u"REGISTO_Inputs"_s].removeIf([](const QString &l) { return l.contains(u"|201|"); });
-            return t.values();
-        };
-        QVERIFY(descarregar(novo));
-        const auto semPerturbacao = passos();
-        QElapsedTimer relogio;
-        relogio.start();
-        QVERIFY(descarregar(velho));
-        const qint64 duracao = relogio.nsecsElapsed() / 1000; // of a whole run, in microseconds
-        const auto antes = passos();
-        QRandomGenerator acaso(4711);
-        int aMeio = 0;
-        // On a busy machine a kill may come too late: a few more, until two came in the middle.
-        for (int vez = 0; vez < 9 || (aMeio < 2 && vez < 60); ++vez) {
-            QVERIFY(descarregar(velho));
-            ligacaoPartilhada().fechar(); // a connection does not cross a fork
-            const QString sinal = inst.ficheiro(u"sinal%1"_s.arg(vez));
-            Filho filho([&] {
-                ligacaoPartilhada().abrir(inst.caminhoBD());
-                TratamentoDados2251 t;
-                receber(t, novo);
-                Instalacao::escreverFicheiro(sinal, "x");
-                return QByteArray(t.GuardarDados(unidade) ? "1" : "0");
-            });
-            while (!QFile::exists(sinal))
-                usleep(200);
-            usleep(unsigned(acaso.bounded(duracao)));
-            filho.matar();
-            ligacaoPartilhada().abrir(inst.caminhoBD());
-            const auto agora = passos();
-            for (qsizetype i = 0; i < agora.size(); ++i)
-                QVERIFY2(agora[i] == antes[i] || agora[i] == semPerturbacao[i],
-                         qPrintable(u"kill %1, part %2"_s.arg(vez).arg(i)));
-            aMeio += agora != antes && agora != semPerturbacao ? 1 : 0;
-            QVERIFY(descarregar(novo));
-            QVERIFY(passos() == semPerturbacao);
-        }
-        QVERIFY2(aMeio > 1, "the kills came too early or too late to mean anything");
     }
 };
 

@@ -100,7 +100,7 @@ private Q_SLOTS:
         // codigo: -1: the log comes
         const Tabela<Defeitos, int, int> caso("defeitos", "codigo", "linhas");
         caso("empty", {Defeito::LogVazio}, -1, 0);
-        caso("garbage between the lines, blank ones left out", {Defeito::LogLixo}, -1, 180);
+        caso("garbage between the lines, blank ones too", {Defeito::LogLixo}, -1, 200);
         caso("reset", {Defeito::LogCorta}, int(PosLog::ligacao), 0);
         caso("never answers", {Defeito::Silencioso}, int(PosLog::ligacao), 0);
         caso("fewer than announced", {Defeito::LogContaMenos}, int(PosLog::transferencia), 0);
@@ -244,10 +244,10 @@ private Q_SLOTS:
     void logDeFicheiro_data() {
         // bytes: null: no such file
         const Tabela<QByteArray, int, QStringList> caso("bytes", "codigo", "linhas");
-        caso("line ends, mark, blank lines",
+        caso("line ends, mark, empty lines",
              QByteArray("\xEF\xBB\xBF"
                         "a;1\r\n\r\n  \nb;2\nc;ç"),
-             -1, {u"a;1"_s, u"b;2"_s, u"c;ç"_s});
+             -1, {u"a;1"_s, u"  "_s, u"b;2"_s, u"c;ç"_s});
         caso("no lines", "", -1, {});
         caso("no such file", {}, int(PosLog::transferencia), {});
         caso("no text", QByteArray("a;1\nb\0c\n", 8), int(PosLog::conversao), {});

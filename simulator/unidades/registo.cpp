@@ -71,10 +71,10 @@ void Registo::recordar(qint64 primeiro, qint64 quantos, const QByteArray &soma) 
     m_transferido = {primeiro, quantos, soma};
 }
 
-bool Registo::apagarTransferidos(qint64 quantos, const QByteArray &soma) {
+bool Registo::apagarTransferidos(qint64 quantos, const QByteArray &soma, qint64 sobram) {
     if (quantos != m_transferido.quantos || soma != m_transferido.soma)
         return false;
-    apagar(std::max<qint64>(0, m_transferido.primeiro + quantos - primeiro()));
+    apagar(std::max<qint64>(0, m_transferido.primeiro + quantos - sobram - primeiro()));
     return true;
 }
 

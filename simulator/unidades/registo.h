@@ -20,9 +20,10 @@ public:
     QByteArray linha(qint64 numero) const;
     void apagar(qint64 quantosMaisAntigos);
 
-    // The last transfer, and the erasure of what is still there of it; false when it was another one.
+    // The last transfer, and the erasure of what is still there of it but the newest <sobram>; false when it was
+    // another one.
     void recordar(qint64 primeiro, qint64 quantos, const QByteArray &soma);
-    bool apagarTransferidos(qint64 quantos, const QByteArray &soma);
+    bool apagarTransferidos(qint64 quantos, const QByteArray &soma, qint64 sobram = 0);
 
     // A channel's present reading as setup.xml writes it.
     QString valorActual(const Canal &canal) const;

@@ -153,7 +153,8 @@ void SessaoKlog::apagar(const QList<QByteArray> &argumentos) {
         if (!tem(Defeito::ApagarSobra))
             m_registo.apagar(m_registo.quantos());
     } else if (argumentos.size() == 2) {
-        if (!m_registo.apagarTransferidos(argumentos.at(0).toLongLong(), argumentos.at(1)))
+        const qint64 quantos = argumentos.at(0).toLongLong();
+        if (!m_registo.apagarTransferidos(quantos, argumentos.at(1), tem(Defeito::ApagarSobra) ? quantos / 2 : 0))
             return responder("ERR 6 not the last transfer");
     } else {
         return responder("ERR 2 argument not understood");

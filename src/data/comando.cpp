@@ -46,6 +46,23 @@ void Comando::nulo(int posicao) {
     verificar(sqlite3_bind_null(m_instrucao, posicao));
 }
 
+void Comando::celula(int posicao, const Celula &valor) {
+    const char *bytes = valor.bytes.constData();
+    const int tamanho = int(valor.bytes.size());
+    switch (valor.tipo) {
+    case Celula::Tipo::Nulo:
+        return nulo(posicao);
+    case Celula::Tipo::Inteiro:
+        return inteiro(posicao, valor.inteiro);
+    case Celula::Tipo::Real:
+        return numero(posicao, valor.real);
+    case Celula::Tipo::Texto:
+        return verificar(sqlite3_bind_text(m_instrucao, posicao, bytes, tamanho, SQLITE_TRANSIENT));
+    case Celula::Tipo::Bloco:
+        return verificar(sqlite3_bind_blob(m_instrucao, posicao, bytes, tamanho, SQLITE_TRANSIENT));
+    }
+}
+
 qint64 Comando::executar() {
     m_motor->esperar();
     sqlite3 *bd = m_motor->bd.getHandle();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "data/celula.h"
+
 #include <QByteArrayView>
 #include <QString>
 
@@ -24,7 +26,8 @@ public:
     void numero(int posicao, double valor);         // NaN binds Null
     void inteiro(int posicao, qint64 valor);
     void nulo(int posicao);
-    qint64 executar(); // rows changed
+    void celula(int posicao, const Celula &valor); // copied
+    qint64 executar();                             // rows changed
 
 private:
     void verificar(int codigo);

@@ -96,25 +96,49 @@ const char *Recordset::utf8(int coluna) const {
     return bytes ? bytes : "";
 }
 
-QVariant Recordset::guardado(int coluna) const {
+Celula Recordset::celula(int coluna) const {
+    Celula c;
+    const auto bytes = [&](const void *inicio) {
+        return QByteArray(static_cast<const char *>(inicio), sqlite3_column_bytes(m_instrucao, coluna));
+    };
     switch (sqlite3_column_type(m_instrucao, coluna)) {
     case SQLITE_INTEGER:
-        return inteiro(coluna);
+        c.tipo = Celula::Tipo::Inteiro;
+        c.inteiro = inteiro(coluna);
+        break;
     case SQLITE_FLOAT:
-        return real(coluna);
-    case SQLITE_NULL:
-        return {};
-    case SQLITE_BLOB: {
-        const auto *bytes = static_cast<const char *>(sqlite3_column_blob(m_instrucao, coluna));
-        return QVariant::fromValue(Cru{QByteArray(bytes, sqlite3_column_bytes(m_instrucao, coluna)), true});
+        c.tipo = Celula::Tipo::Real;
+        c.real = real(coluna);
+        break;
+    case SQLITE_TEXT:
+        c.tipo = Celula::Tipo::Texto;
+        c.bytes = bytes(sqlite3_column_text(m_instrucao, coluna));
+        break;
+    case SQLITE_BLOB:
+        c.tipo = Celula::Tipo::Bloco;
+        c.bytes = bytes(sqlite3_column_blob(m_instrucao, coluna));
+        break;
+    default:
+        break;
+    }
+    return c;
+}
+
+QVariant Recordset::guardado(int coluna) const {
+    const Celula c = celula(coluna);
+    switch (c.tipo) {
+    case Celula::Tipo::Inteiro:
+        return c.inteiro;
+    case Celula::Tipo::Real:
+        return c.real;
+    case Celula::Tipo::Bloco:
+        return QVariant::fromValue(Cru{c.bytes, true});
+    case Celula::Tipo::Texto: {
+        const QString lido = QString::fromUtf8(c.bytes);
+        return lido.toUtf8() == c.bytes ? QVariant(lido) : QVariant::fromValue(Cru{c.bytes, false});
     }
     default:
-        int tamanho = 0;
-        const char *bytes = utf8(coluna, tamanho);
-        const QString lido = QString::fromUtf8(bytes, tamanho);
-        if (lido.toUtf8() == QByteArrayView(bytes, tamanho))
-            return lido;
-        return QVariant::fromValue(Cru{QByteArray(bytes, tamanho), false});
+        return {};
     }
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "data/celula.h"
+
 #include <QByteArray>
 #include <QDateTime>
 #include <QMetaType>
@@ -46,6 +48,7 @@ public:
     QDateTime dataHora(int coluna) const;             // invalid when it is none
     const char *utf8(int coluna, int &tamanho) const; // the raw bytes; valid until the next step
     const char *utf8(int coluna) const;               // the same up to their first zero; "" for Null
+    Celula celula(int coluna) const;                  // no conversion of any kind
 
     bool nulo(const QString &c) const { return nulo(coluna(c)); }
     QString texto(const QString &c) const { return texto(coluna(c)); }

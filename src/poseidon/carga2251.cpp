@@ -40,6 +40,7 @@ void TratamentoDados2251::CarregarVariaveis(const QString &ip) {
     *this = [this] {
         TratamentoDados2251 novo(m_passar);
         novo.NLeiturasMedia = NLeiturasMedia;
+        novo.m_nomeDaGuarda = m_nomeDaGuarda;
         return novo;
     }();
     try {
@@ -107,11 +108,16 @@ void TratamentoDados2251::CarregarInputsSpider(const QString &ip) {
 // The sensors find each other and their scales once, instead of for every value.
 void TratamentoDados2251::ligarSensores() {
     QHash<QString, int> primeiro;
+    QHash<QByteArray, int> canais;
     for (size_t i = 0; i < vSensores.size(); ++i) {
         Sensor &s = vSensores[i];
         if (!primeiro.contains(s.SensorID))
             primeiro.insert(s.SensorID, int(i));
         s.acumulador = primeiro.value(s.SensorID);
+        const QByteArray comoNaTabela = s.SensorID.toUtf8().toLower(); // only the letters of ASCII have one case there
+        if (!canais.contains(comoNaTabela))
+            canais.insert(comoNaTabela, int(i));
+        s.canal = canais.value(comoNaTabela);
         const auto escala = std::find_if(vEscalas.begin(), vEscalas.end(), [&](const Escala &e) {
             return e.SensorID.compare(s.SensorID, Qt::CaseInsensitive) == 0;
         });

@@ -1,24 +1,24 @@
 #include "poseidon/modTratamentoDados2251.h"
 
-// The second half of the treatment of a log: clearing the period and writing what was gathered.
+// The second half of the treatment of a log: what was gathered takes its place in the tables.
 
 #include "core/datas.h"
 #include "core/falha.h"
 #include "core/literais.h"
 #include "data/comando.h"
-#include "data/dialecto.h"
 #include "data/ligacao.h"
-#include "data/recordset.h"
-
-#include <QSet>
+#include "poseidon/ficheiroSeguro.h"
+#include "poseidon/substituicao2251.h"
+#include "poseidon/substituidas2251.h"
 
 #include <cmath>
 
 using namespace modTratamentoDados2251;
+using substituicao2251::Antiga;
+using substituicao2251::Colunas;
 
 namespace {
 
-constexpr int apagarDeCadaVez = 500; // rows between two passes of events
 constexpr qint64 segundosDoDia = 86400;
 constexpr int primeiraSaida = 150;
 
@@ -51,13 +51,6 @@ private:
     qint64 m_dia = 0;
 };
 
-void textoOuNulo(Comando &comando, int posicao, QByteArrayView texto) {
-    if (texto.isEmpty())
-        comando.nulo(posicao);
-    else
-        comando.texto(posicao, texto);
-}
-
 // The wording of an alarm asks for the language, which costs more than the row itself; units measure in tenths, so the
 // same few texts come again and again.
 class TextosDeAlarme {
@@ -78,201 +71,246 @@ private:
     QHash<std::pair<quint32, double>, QByteArray> m_textos;
 };
 
+// "30XXX10,5" and "30XXX10.5" are the same limits, and nothing is as good as a blank.
+bool mesmosLimites(const QByteArray &a, const QByteArray &b) {
+    const auto normal = [](const QByteArray &t) { return QByteArray(t).replace(',', '.').trimmed(); };
+    return a == b || normal(a) == normal(b);
+}
+
+bool mesmoTexto(const Celula &celula, QByteArrayView texto) {
+    return celula.emBranco() ? texto.trimmed().isEmpty() : celula.bytes == texto;
+}
+
 } // namespace
 
+// Readings of one table, as they are stored.
+class TratamentoDados2251::NovasLeituras final : public substituicao2251::Novas {
+public:
+    NovasLeituras(const std::deque<Leitura> &linhas, const std::vector<Sensor> &sensores, bool sensUI)
+        : m_linhas(linhas), m_sensores(sensores), m_sensUI(sensUI) {}
+    size_t total() const override { return m_linhas.size(); }
+    size_t canais() const override { return m_sensores.size(); }
+    size_t canal(size_t i) const override { return size_t(sensor(i).canal); }
+    qint64 data(size_t i) const override { return m_linhas[i].data; }
+    QVariantList chave(size_t canal) const override { return {m_sensores[canal].SensorID}; }
+    bool igual(size_t i, const Antiga &a, const Colunas &c) const override {
+        const Celula &valor = a.celulas[size_t(c.valor)];
+        const bool mesmo = lido(i) ? numeroGuardado(valor) == m_linhas[i].valor
+                                   : valor.bytes.trimmed().compare("ND", Qt::CaseInsensitive) == 0;
+        return mesmo && mesmosLimites(a.celulas[size_t(c.limites)].bytes, observacoes(i)) &&
+               (c.escala < 0 || mesmoTexto(a.celulas[size_t(c.escala)], sensor(i).utf8Escala));
+    }
+    bool identica(size_t i, const Antiga &a, const Colunas &c) const override {
+        return mesmoTexto(a.celulas[size_t(c.nome)], sensor(i).utf8Descricao) &&
+               (!lido(i) || a.celulas[size_t(c.valor)].numero());
+    }
+    Celula flag(size_t i) override {
+        if (const QByteArray &t = alarme(i); !t.isEmpty())
+            return Celula::deTexto(t);
+        return m_sensUI ? Celula::deTexto(" ") : Celula();
+    }
+    void ligar(Comando &comando, size_t i, const Celula *flagDada) override {
+        const Sensor &s = sensor(i);
+        comando.texto(1, m_data(m_linhas[i].data));
+        comando.texto(2, s.utf8ID);
+        comando.texto(3, s.utf8Descricao);
+        if (lido(i))
+            comando.numero(4, m_linhas[i].valor);
+        else
+            comando.texto(4, "ND");
+        textoOuNulo(comando, 5, observacoes(i));
+        if (flagDada)
+            comando.celula(6, *flagDada);
+        else if (const QByteArray &t = alarme(i); t.isEmpty() && m_sensUI)
+            comando.texto(6, " ");
+        else
+            textoOuNulo(comando, 6, t);
+        if (m_sensUI)
+            comando.texto(7, s.utf8Escala);
+    }
+
+private:
+    const Sensor &sensor(size_t i) const { return m_sensores[m_linhas[i].sensor]; }
+    bool lido(size_t i) const { return !std::isnan(m_linhas[i].valor); }
+    const QByteArray &observacoes(size_t i) const { return lido(i) ? sensor(i).utf8Observacoes : m_nada; }
+    const QByteArray &alarme(size_t i) {
+        const Sensor &s = sensor(i);
+        const double valor = m_linhas[i].valor;
+        if (!lido(i) || s.limites.dentro(valor))
+            return lido(i) && !s.limites.existem() ? m_branco : m_nada;
+        return m_alarmes.de(m_linhas[i].sensor, valor, [&] { return s.limites.texto(valor).toUtf8(); });
+    }
+    void textoOuNulo(Comando &comando, int posicao, const QByteArray &texto) const {
+        if (texto.isEmpty() && !m_sensUI)
+            comando.nulo(posicao);
+        else
+            comando.texto(posicao, texto);
+    }
+
+    const std::deque<Leitura> &m_linhas;
+    const std::vector<Sensor> &m_sensores;
+    const bool m_sensUI; // its texts are never Null
+    TextoDaData m_data;
+    TextosDeAlarme m_alarmes;
+    const QByteArray m_nada, m_branco = " ";
+};
+
+// States of inputs or outputs.
+class TratamentoDados2251::NovosRegistos final : public substituicao2251::Novas {
+public:
+    NovosRegistos(const QString &ip, const std::deque<Registo> &linhas, int desconto)
+        : m_ip(ip), m_utf8IP(ip.toUtf8()), m_linhas(linhas), m_desconto(desconto) {
+        for (const Registo &r : linhas)
+            if (const int n = int(r.numero); !m_canais.contains(n)) {
+                m_canais.insert(n, size_t(m_numeros.size()));
+                m_numeros.push_back(n);
+            }
+    }
+    size_t total() const override { return m_linhas.size(); }
+    size_t canais() const override { return m_numeros.size(); }
+    size_t canal(size_t i) const override { return m_canais.value(int(m_linhas[i].numero)); }
+    qint64 data(size_t i) const override { return m_linhas[i].data; }
+    QVariantList chave(size_t canal) const override { return {m_ip, m_numeros[canal] - m_desconto}; }
+    bool igual(size_t i, const Antiga &a, const Colunas &c) const override {
+        return a.celulas[size_t(c.valor)].bytes.compare(estado(i), Qt::CaseInsensitive) == 0;
+    }
+    bool identica(size_t, const Antiga &, const Colunas &) const override { return true; }
+    Celula flag(size_t) override { return Celula::deTexto(" "); }
+    void ligar(Comando &comando, size_t i, const Celula *flagDada) override {
+        comando.texto(1, m_data(m_linhas[i].data));
+        comando.texto(2, m_utf8IP);
+        comando.inteiro(3, m_linhas[i].numero - m_desconto);
+        comando.texto(4, estado(i));
+        if (flagDada)
+            comando.celula(5, *flagDada);
+        else
+            comando.texto(5, " ");
+    }
+
+private:
+    QByteArrayView estado(size_t i) const { return m_linhas[i].ligado ? "True" : "False"; }
+
+    const QString m_ip;
+    const QByteArray m_utf8IP;
+    const std::deque<Registo> &m_linhas;
+    const int m_desconto;
+    TextoDaData m_data;
+    QHash<int, size_t> m_canais;
+    std::vector<int> m_numeros;
+};
+
 bool TratamentoDados2251::GuardarDados(const QString &ip) {
-    using T = TratamentoDados2251;
-    // ?1 date, ?2 identifier, ?3 name, ?4 value, ?5 limits, ?6 alarm, ?7 scale.
-    static constexpr PassoLeituras temperaturas{
-        u"Temperaturas",
-        &T::vTemperaturas,
-        &T::LimparDadosTemperaturas,
-        &T::m_periodoTemperaturas,
-        false,
-        u"(Data, Sensor, Temperatura, NomeSensor, Observacoes, flag) VALUES (?1,?2,?4,?3,?5,?6)",
-        false};
-    static constexpr PassoLeituras humidades{
-        u"Humidade",
-        &T::vHumidades,
-        &T::LimparDadosHumidade,
-        &T::m_periodoHumidade,
-        false,
-        u"(Data, Sensor, Percentagem, NomeSensor, Observacoes, flag, MediaSync) VALUES (?1,?2,?4,?3,?5,?6,' ')",
-        false};
-    static constexpr PassoLeituras medias{
-        u"Medias",
-        &T::vMedias,
-        &T::LimparDadosMedias,
-        &T::m_periodoTemperaturas,
-        false,
-        u"(Data, Sensor, Temperatura, NomeSensor, Observacoes, flag) VALUES (?1,?2,?4,?3,?5,?6)",
-        false};
-    static constexpr PassoLeituras sensUI{
-        u"SensUI_Leituras",
-        &T::vSensUI,
-        &T::LimparDadosSensUI,
-        &T::m_periodoSensUI,
-        true,
-        u"(Data, Sensor, NomeSensor, Leitura, Observacoes, Escala, flag) VALUES (?1,?2,?3,?4,?5,?7,?6)",
-        true};
-    static constexpr QStringView entradas =
-        u"INSERT INTO REGISTO_Inputs (DispositivoIP, InputNum, Data, Estado, flag) VALUES (?1,?2,?3,?4,' ')";
-    static constexpr QStringView saidas =
-        u"INSERT INTO REGISTO_Outputs (DispositivoIP, OutputNum, Data, Estado, flag) VALUES (?1,?2,?3,?4,' ')";
     if (m_semSensores)
         return false;
     m_motivo.clear();
+    m_falhouFicheiro = false;
+    m_balanco.guardadas = {};
+    m_balanco.substituidas = m_balanco.notas = m_balanco.ficaram = 0;
+    m_guarda = m_nomeDaGuarda.isEmpty()
+                   ? nullptr
+                   : std::make_unique<substituidas2251::Escritor>(
+                         FicheiroSeguro::nomeLivre(m_nomeDaGuarda, substituidas2251::fimDoNome), ip, m_passar);
+    bool feito = false;
     try {
-        for (const PassoLeituras *passo : {&temperaturas, &humidades, &medias})
-            guardarLeituras(ip, *passo);
-        guardarRegistos(ip, vRegInputs, entradas, 0, [&] {
-            // Also the numbers that the unit's own count leaves out: their rows stand too.
-            QSet<int> numeros;
-            for (size_t n = 1; n <= vInputs.size(); ++n)
-                numeros.insert(int(n));
-            for (const Registo &r : vRegInputs)
-                numeros.insert(int(r.numero));
-            for (const int n : std::as_const(numeros))
-                LimparDadosInputs(ip, n, m_periodoInputs.primeira, m_periodoInputs.ultima);
-        });
-        guardarRegistos(ip, vRegSpider, entradas, 0, [&] {
-            for (const InputSpider &e : vInputsSpider)
-                LimparDadosInputs(ip, e.InputID, m_periodoSpider.primeira, m_periodoSpider.ultima);
-        });
-        guardarRegistos(ip, vRegOutputs, saidas, primeiraSaida,
-                        [&] { LimparDadosOutputs(ip, m_periodoOutputs.primeira, m_periodoOutputs.ultima); });
-        guardarLeituras(ip, sensUI);
-        return true;
+        LimparDadosTemperaturas();
+        LimparDadosHumidade();
+        LimparDadosMedias();
+        LimparDadosInputs(ip);
+        LimparDadosSpider(ip);
+        LimparDadosOutputs(ip);
+        LimparDadosSensUI();
+        feito = true;
+    } catch (const Falha &f) {
+        m_motivo = f.descricao();
+        m_falhouFicheiro = m_guarda && f.numero() == erros::falhaDoFicheiro && m_guarda->falhou();
     } catch (const std::exception &e) {
         m_motivo = QString::fromUtf8(e.what());
-        return false;
     }
+    m_balanco.ficheiro = m_guarda ? m_guarda->nome() : QString();
+    m_guarda.reset();
+    return feito;
 }
 
-void TratamentoDados2251::guardarLeituras(const QString &ip, const PassoLeituras &passo) {
-    const std::deque<Leitura> &linhas = this->*passo.linhas;
-    if (linhas.empty())
-        return;
-    const auto passar = m_passar;
-    const Periodo &p = this->*passo.periodo;
-    Transaccao transaccao(cnBD());
-    (this->*passo.limpar)(ip, passo.ultimaPrimeiro ? p.ultima : p.primeira,
-                          passo.ultimaPrimeiro ? p.primeira : p.ultima);
-    Comando inserir(cnBD(), u"INSERT INTO "_s + passo.tabela + u' ' + passo.insercao);
-    TextoDaData texto;
-    QByteArray alarme;
-    TextosDeAlarme alarmes;
-    for (const Leitura &linha : linhas) {
-        const Sensor &sensor = vSensores[linha.sensor];
-        const bool lido = !std::isnan(linha.valor);
-        inserir.texto(1, texto(linha.data));
-        inserir.texto(2, sensor.utf8ID);
-        inserir.texto(3, sensor.utf8Descricao);
-        if (lido)
-            inserir.numero(4, linha.valor);
-        else
-            inserir.texto(4, "ND");
-        alarme.clear();
-        if (lido && !sensor.limites.existem())
-            alarme = " ";
-        else if (lido && !sensor.limites.dentro(linha.valor))
-            alarme = alarmes.de(linha.sensor, linha.valor, [&] { return sensor.limites.texto(linha.valor).toUtf8(); });
-        const QByteArrayView observacoes = lido ? QByteArrayView(sensor.utf8Observacoes) : QByteArrayView("");
-        if (passo.textosSempre) {
-            inserir.texto(5, observacoes);
-            inserir.texto(6, alarme.isEmpty() ? QByteArrayView(" ") : QByteArrayView(alarme));
-            inserir.texto(7, sensor.utf8Escala);
-        } else {
-            textoOuNulo(inserir, 5, observacoes);
-            textoOuNulo(inserir, 6, alarme);
-        }
-        inserir.executar();
-        passar();
-    }
-    transaccao.confirmar(passar);
-}
-
-void TratamentoDados2251::guardarRegistos(const QString &ip, const std::deque<Registo> &linhas, QStringView insercao,
-                                          int desconto, const std::function<void()> &limpar) {
-    if (linhas.empty())
+// Of the passage of events only a copy is used: it may take this object away.
+void TratamentoDados2251::darLugar(Especies especie, const substituicao2251::Passo &passo,
+                                   substituicao2251::Novas &novas) {
+    if (novas.total() == 0)
         return;
     const auto passar = m_passar;
     Transaccao transaccao(cnBD());
-    limpar();
-    Comando inserir(cnBD(), insercao.toString());
-    const QByteArray utf8IP = ip.toUtf8();
-    TextoDaData texto;
-    for (const Registo &linha : linhas) {
-        inserir.texto(1, utf8IP);
-        inserir.inteiro(2, linha.numero - desconto);
-        inserir.texto(3, texto(linha.data));
-        inserir.texto(4, linha.ligado ? "True" : "False");
-        inserir.executar();
-        passar();
+    substituicao2251::Balanco b;
+    {
+        substituicao2251::Substituicao substituicao(passo, novas, m_balanco.naoLidas == 0, m_guarda.get(), passar);
+        b = substituicao.correr();
     }
+    // What goes is on the disk before it goes.
+    if (m_guarda)
+        m_guarda->terminarSeccao();
     transaccao.confirmar(passar);
+    m_balanco.guardadas[especie] += qint64(novas.total());
+    m_balanco.substituidas += b.substituidas;
+    m_balanco.notas += b.notas;
+    m_balanco.ficaram += b.ficaram;
 }
 
-void TratamentoDados2251::apagarAosPoucos(QStringView tabela, const QString &onde, const QList<QByteArray> &textos,
-                                          qint64 numero, double primeira, double segunda) {
-    if (std::isnan(primeira) || std::isnan(segunda))
-        return;
-    const auto passar = m_passar;
-    // A range holds the same days whichever of its bounds is told first.
-    const QByteArray inicio = datas::textoBD(std::min(primeira, segunda)).toLatin1();
-    const QByteArray fim = datas::textoBD(std::max(primeira, segunda)).toLatin1();
-    Comando apagar(cnBD(), dialecto::apagarAlgumas(tabela, u"Data BETWEEN ?1 AND ?2 AND "_s + onde, apagarDeCadaVez));
-    apagar.texto(1, inicio);
-    apagar.texto(2, fim);
-    if (onde.contains(u"?4"))
-        apagar.inteiro(4, numero);
-    for (const QByteArray &t : textos) {
-        apagar.texto(3, t);
-        while (apagar.executar() == apagarDeCadaVez)
-            passar();
-        passar();
-    }
+namespace {
+
+using substituicao2251::Coluna;
+using substituicao2251::Passo;
+
+// ?1 date, ?2 identifier, ?3 name, ?4 value, ?5 limits, ?6 alarm, ?7 scale.
+Passo passoDasLeituras(QStringView tabela, QStringView valor, std::vector<Coluna> fixas) {
+    return {tabela,
+            valor,
+            {{u"Data", u"?1"}, {u"Sensor", u"?2"}},
+            {{valor, u"?4"}, {u"NomeSensor", u"?3"}, {u"Observacoes", u"?5"}, {u"flag", u"?6"}},
+            std::move(fixas)};
 }
 
-void TratamentoDados2251::limparLeituras(QStringView tabela, const QString &ip, double primeira, double segunda,
-                                         const std::deque<Leitura> &linhas) {
-    QList<QByteArray> sensores;
-    Recordset rs = cnBD().consultar(u"SELECT SensorID FROM Sensores WHERE PoseidonIP = ? OR PoseidonIP = ?"_s,
-                                    {QString(u'1' + ip), QString(u'2' + ip)});
-    while (rs.avancar())
-        sensores.append(rs.texto(0).toUtf8());
-    rs.fechar();
-    // A sensor with any other mode digit would gather one copy of its rows a download.
-    std::vector<bool> reunidos(vSensores.size());
-    for (const Leitura &l : linhas)
-        reunidos[l.sensor] = true;
-    for (size_t i = 0; i < vSensores.size(); ++i)
-        if (reunidos[i] && !sensores.contains(vSensores[i].utf8ID))
-            sensores.append(vSensores[i].utf8ID);
-    apagarAosPoucos(tabela, u"Sensor = ?3"_s, sensores, 0, primeira, segunda);
+// ?1 date, ?2 address, ?3 number, ?4 state, ?5 flag.
+Passo passoDosRegistos(QStringView tabela, QStringView numero) {
+    return {tabela,
+            u"Estado",
+            {{u"Data", u"?1"}, {u"DispositivoIP", u"?2"}, {numero, u"?3"}},
+            {{u"Estado", u"?4"}, {u"flag", u"?5"}},
+            {}};
 }
 
-void TratamentoDados2251::LimparDadosTemperaturas(const QString &ip, double primeira, double segunda) {
-    limparLeituras(u"Temperaturas", ip, primeira, segunda, vTemperaturas);
+} // namespace
+
+void TratamentoDados2251::LimparDadosTemperaturas() {
+    NovasLeituras novas(vTemperaturas, vSensores, false);
+    darLugar(Temperaturas, passoDasLeituras(u"Temperaturas", u"Temperatura", {}), novas);
 }
 
-void TratamentoDados2251::LimparDadosHumidade(const QString &ip, double primeira, double segunda) {
-    limparLeituras(u"Humidade", ip, primeira, segunda, vHumidades);
+void TratamentoDados2251::LimparDadosHumidade() {
+    NovasLeituras novas(vHumidades, vSensores, false);
+    darLugar(Humidades, passoDasLeituras(u"Humidade", u"Percentagem", {{u"MediaSync", u"' '"}}), novas);
 }
 
-void TratamentoDados2251::LimparDadosMedias(const QString &ip, double primeira, double segunda) {
-    limparLeituras(u"Medias", ip, primeira, segunda, vMedias);
+void TratamentoDados2251::LimparDadosMedias() {
+    NovasLeituras novas(vMedias, vSensores, false);
+    darLugar(Medias, passoDasLeituras(u"Medias", u"Temperatura", {}), novas);
 }
 
-void TratamentoDados2251::LimparDadosSensUI(const QString &ip, double primeira, double segunda) {
-    limparLeituras(u"SensUI_Leituras", ip, primeira, segunda, vSensUI);
+void TratamentoDados2251::LimparDadosSensUI() {
+    NovasLeituras novas(vSensUI, vSensores, true);
+    Passo passo = passoDasLeituras(u"SensUI_Leituras", u"Leitura", {{u"Ident", u"NULL"}});
+    passo.valores.push_back({u"Escala", u"?7"});
+    darLugar(SensUI, passo, novas);
 }
 
-void TratamentoDados2251::LimparDadosInputs(const QString &ip, int numero, double primeira, double segunda) {
-    apagarAosPoucos(u"REGISTO_Inputs", u"DispositivoIP = ?3 AND InputNum = ?4"_s, {ip.toUtf8()}, numero, primeira,
-                    segunda);
+void TratamentoDados2251::LimparDadosInputs(const QString &ip) {
+    NovosRegistos novos(ip, vRegInputs, 0);
+    darLugar(Entradas, passoDosRegistos(u"REGISTO_Inputs", u"InputNum"), novos);
 }
 
-void TratamentoDados2251::LimparDadosOutputs(const QString &ip, double primeira, double segunda) {
-    apagarAosPoucos(u"REGISTO_Outputs", u"DispositivoIP = ?3"_s, {ip.toUtf8()}, 0, primeira, segunda);
+void TratamentoDados2251::LimparDadosSpider(const QString &ip) {
+    NovosRegistos novos(ip, vRegSpider, 0);
+    darLugar(Entradas, passoDosRegistos(u"REGISTO_Inputs", u"InputNum"), novos);
+}
+
+void TratamentoDados2251::LimparDadosOutputs(const QString &ip) {
+    NovosRegistos novos(ip, vRegOutputs, primeiraSaida);
+    darLugar(Saidas, passoDosRegistos(u"REGISTO_Outputs", u"OutputNum"), novos);
 }

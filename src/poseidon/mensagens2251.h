@@ -32,6 +32,18 @@ constexpr Mensagem calibracaoIlegivel{u"CalibracaoIlegivel", u"Calibração ileg
 constexpr Mensagem foraDosLimites{u"ForaDosLimites", u"Valor fora dos limites dos números"};
 constexpr Mensagem demasiadosSensores{u"DemasiadosSensores", u"Demasiados sensores no dispositivo"};
 
+constexpr Mensagem linhaCurta{u"LinhaCurta", u"Linha incompleta"};
+constexpr Mensagem dataIlegivel{u"DataIlegivel", u"Data ilegível"};
+constexpr Mensagem valorIlegivel{u"ValorIlegivel", u"Valor ilegível"};
+constexpr Mensagem semValor{u"SemValor", u"Canal sem valor"};
+constexpr Mensagem alemDaContagem{u"AlemDaContagem", u"Número além da contagem da linha"};
+
+// A file of replaced readings.
+constexpr Mensagem substituidasNaoAbre{u"SubstNaoAbre", u"Não é possível abrir o ficheiro"};
+constexpr Mensagem substituidasOutra{u"SubstOutra", u"O ficheiro não é de leituras substituídas"};
+constexpr Mensagem substituidasEstragado{u"SubstEstragado",
+                                         u"O ficheiro está danificado ou é de outra base; nada foi reposto"};
+
 // Icons of a row of the list, by the state of its download.
 constexpr int iconeDoEstado(int estado) {
     constexpr int icones[] = {7, 11, 10, 9, 8, 12};
@@ -43,6 +55,7 @@ enum EstadoDaLinha { parada = 0, aEspera = 1, emCurso = 2, comFalha = 3, comSuce
 constexpr Mensagem inicio{u"Desc1", u"Erro ao iniciar a transferência"};
 constexpr Mensagem recepcao{u"Desc2", u"Erro na recepção de dados"};
 constexpr Mensagem sucesso{u"Desc3", u"Dados tranferidos com sucesso"};
+constexpr Mensagem comReservas{u"DescReservas", u"Dados guardados, mas não todos"};
 constexpr Mensagem baseDeDados{u"Desc4", u"Erro de Base de Dados"};
 constexpr Mensagem conversao{u"Desc5", u"Dados convertidos incorrectamente"};
 constexpr Mensagem principal{u"Desc10", u"Erro na função principal de transferência"};

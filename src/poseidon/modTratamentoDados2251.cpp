@@ -5,6 +5,7 @@
 #include "core/modDoubleTratamento.h"
 #include "poseidon/dataLog.h"
 #include "poseidon/mensagens2251.h"
+#include "poseidon/substituidas2251.h"
 
 #include <cmath>
 
@@ -19,14 +20,24 @@ constexpr int primeiraSaida = 150; // outputs are numbered from behind this one
 constexpr int maximoDeNumeros = std::numeric_limits<qint16>::max();
 constexpr int algarismosExactos = 15;
 
+// The beginning of a text of the log, for a message.
+QString amostra(QStringView texto) {
+    QString t = texto.left(40).toString();
+    std::replace_if(
+        t.begin(), t.end(), [](QChar c) { return !c.isPrint(); }, u'?');
+    return u'"' + t + u'"';
+}
+
 [[noreturn]] void falharTipo(QStringView texto) {
-    throw Falha(erros::tipoIncompativel, u"Valor ilegível: \"%1\""_s.arg(texto.left(60)));
+    throw Falha(erros::tipoIncompativel, mensagens2251::valorIlegivel.texto(amostra(texto)));
 }
 
 // 0 for what is no number.
-int numeroDe(QStringView identificador) {
+int numeroDe(QStringView identificador, QString &ilegivel) {
     bool ok = false;
     const int n = identificador.trimmed().toInt(&ok);
+    if (!ok)
+        ilegivel = identificador.toString();
     return ok ? n : 0;
 }
 
@@ -73,6 +84,13 @@ void dimensionar(std::vector<qint16> &estados, QStringView contagem, qint16 inic
     estados.assign(size_t(std::min(n, maximoDeNumeros)), inicial);
 }
 
+// Beyond the count that the log tells the row stands, and the rest of the line is lost.
+qint16 &estadoDe(std::vector<qint16> &estados, int numero, QStringView identificador) {
+    if (size_t(numero) > estados.size())
+        throw Falha(erros::tipoIncompativel, mensagens2251::alemDaContagem.texto(amostra(identificador)));
+    return estados[size_t(numero) - 1];
+}
+
 // Calls <fazer>(identifier, value) for every whole pair of a line.
 template <typename Accao>
 void cadaPar(qsizetype campos, const QStringView *campo, Accao &&fazer) {
@@ -82,12 +100,10 @@ void cadaPar(qsizetype campos, const QStringView *campo, Accao &&fazer) {
 
 } // namespace
 
-void TratamentoDados2251::Periodo::juntar(double data) {
-    if (!(primeira <= data))
-        primeira = data;
-    if (!(ultima >= data))
-        ultima = data;
-}
+TratamentoDados2251::TratamentoDados2251(std::function<void()> passar) : m_passar(std::move(passar)) {}
+TratamentoDados2251::~TratamentoDados2251() = default;
+TratamentoDados2251::TratamentoDados2251(TratamentoDados2251 &&) = default;
+TratamentoDados2251 &TratamentoDados2251::operator=(TratamentoDados2251 &&) = default;
 
 qint64 TratamentoDados2251::linhasReunidas() const {
     return qint64(vTemperaturas.size() + vHumidades.size() + vMedias.size() + vSensUI.size() + vRegInputs.size() +
@@ -106,23 +122,40 @@ void TratamentoDados2251::TratarDadosRecebidos(const QString &ip, const QString 
         Campos campos;
         for (const QStringView campo : qTokenize(linha, u';'))
             campos.append(campo);
-        if (campos.size() > primeiroCampo)
-            tratarLinha(campos);
-    } catch (const std::exception &) { // the rest of this line only
+        if (campos.size() <= primeiroCampo)
+            throw Falha(erros::tipoIncompativel, mensagens2251::linhaCurta.texto(amostra(linha)));
+        m_parIlegivel.clear();
+        tratarLinha(campos);
+        if (!m_parIlegivel.isEmpty())
+            falharTipo(m_parIlegivel);
+        if (campos.size() % 2 == 0 && !campos.last().trimmed().isEmpty())
+            throw Falha(erros::tipoIncompativel, mensagens2251::semValor.texto(amostra(campos.last())));
+        ++m_balanco.lidas;
+    } catch (const Falha &f) { // the rest of this line only
+        naoLida(f.descricao());
+    } catch (const std::exception &e) {
+        naoLida(QString::fromUtf8(e.what()));
     }
     passar();
+}
+
+void TratamentoDados2251::naoLida(const QString &causa) {
+    ++m_balanco.naoLidas;
+    if (m_balanco.ilegiveis.size() < maximoDeIlegiveis)
+        m_balanco.ilegiveis.push_back({m_balanco.lidas + m_balanco.naoLidas, causa});
 }
 
 void TratamentoDados2251::tratarLinha(const Campos &campos) {
     const bool entradas = campos[campoTipo] == u"3";
     const bool saidas = campos[campoTipo] == u"4";
+    const double data = dataLog::segundosDe(campos[0], campos[1]);
     if (entradas)
         dimensionar(vInputs, campos[campoContagem], estadoDesconhecido);
     if (saidas)
         dimensionar(vOutputs, campos[campoContagem], estadoDesconhecido);
-    const double data = dataLog::segundosDe(campos[0], campos[1]);
     if (std::isnan(data))
-        return;
+        throw Falha(erros::tipoIncompativel,
+                    mensagens2251::dataIlegivel.texto(amostra(QString(campos[0] + u' ' + campos[1]))));
     if (entradas)
         TratarLinhaInputs(campos, data);
     else if (saidas)
@@ -133,29 +166,27 @@ void TratamentoDados2251::tratarLinha(const Campos &campos) {
 
 void TratamentoDados2251::TratarLinhaInputs(const Campos &campos, double data) {
     cadaPar(campos.size(), campos.data(), [&](QStringView identificador, QStringView valor) {
-        const int numero = numeroDe(identificador);
+        const int numero = numeroDe(identificador, m_parIlegivel);
         if (numero <= 0)
             return;
         const bool ligado = booleanoDe(valor);
         if (numero > maximoDeNumeros)
             falharTipo(identificador);
-        m_periodoInputs.juntar(data);
         vRegInputs.push_back({qint64(data), numero, ligado});
-        vInputs.at(size_t(numero) - 1) = numeroCurto(valor); // beyond the count: the row stands, the rest is lost
+        estadoDe(vInputs, numero, identificador) = numeroCurto(valor);
     });
 }
 
 void TratamentoDados2251::TratarLinhaOutputs(const Campos &campos, double data) {
     cadaPar(campos.size(), campos.data(), [&](QStringView identificador, QStringView valor) {
-        const int numero = numeroDe(identificador);
+        const int numero = numeroDe(identificador, m_parIlegivel);
         if (numero <= primeiraSaida)
             return;
         const bool ligado = booleanoDe(valor);
         if (numero > maximoDeNumeros)
             falharTipo(identificador);
-        m_periodoOutputs.juntar(data);
         vRegOutputs.push_back({qint64(data), numero, ligado});
-        vOutputs.at(size_t(numero - primeiraSaida) - 1) = numeroCurto(valor);
+        estadoDe(vOutputs, numero - primeiraSaida, identificador) = numeroCurto(valor);
     });
 }
 
@@ -172,12 +203,15 @@ void TratamentoDados2251::TratarLinha_SensoresESpider(const Campos &campos, doub
 
 void TratamentoDados2251::tratarSpider(QStringView identificador, QStringView bruto, double data) {
     for (InputSpider &entrada : vInputsSpider) {
-        if (entrada.texto != identificador || (bruto != u"10" && bruto != u"0"))
+        if (entrada.texto != identificador || bruto == semLeitura)
             continue;
+        if (bruto != u"10" && bruto != u"0") {
+            m_parIlegivel = bruto.toString();
+            continue;
+        }
         if (entrada.InputID < std::numeric_limits<qint16>::min() || entrada.InputID > maximoDeNumeros)
             falharTipo(identificador);
         const int estado = TratarValorRecebidoSpider(bruto);
-        m_periodoSpider.juntar(data);
         vRegSpider.push_back({qint64(data), entrada.InputID, estado});
         entrada.estado = qint16(estado);
     }
@@ -186,8 +220,17 @@ void TratamentoDados2251::tratarSpider(QStringView identificador, QStringView br
 double TratamentoDados2251::valorCalibrado(const Sensor &sensor, QStringView bruto) {
     double valor = 0;
     const bool simples = decimosDe(bruto, valor);
-    if (!simples)
-        valor = modDoubleTratamento::TextoParaDouble(TratarValor(bruto));
+    if (!simples) {
+        // The normaliser takes whatever stands between digits for their separator; damage is none.
+        if (!std::all_of(bruto.cbegin(), bruto.cend(),
+                         [](QChar c) { return c.isDigit() || QStringView(u"-+., ").contains(c); }))
+            falharTipo(bruto);
+        try {
+            valor = modDoubleTratamento::TextoParaDouble(TratarValor(bruto));
+        } catch (const Falha &) {
+            falharTipo(bruto);
+        }
+    }
     if (std::isnan(sensor.Calibracao))
         throw Falha(erros::tipoIncompativel, mensagens2251::calibracaoIlegivel.texto(sensor.SensorID));
     return simples && sensor.Calibracao == 0 ? valor : comoTexto(valor + sensor.Calibracao);
@@ -203,19 +246,16 @@ void TratamentoDados2251::tratarLeitura(const Sensor &sensor, quint32 indice, QS
     const bool lido = !bruto.isEmpty();
     switch (sensor.especie) {
     case Especie::Temperatura:
-        m_periodoTemperaturas.juntar(data);
         vTemperaturas.push_back({valor, qint64(data), indice});
         if (lido)
             AdicionarValorParaMediaTemperatura(sensor, indice, valor, data);
         break;
     case Especie::Humidade:
-        m_periodoHumidade.juntar(data);
         vHumidades.push_back({valor, qint64(data), indice});
         break;
     case Especie::SensUI:
         if (lido)
             valor = CalibrarSensUI(sensor, valor);
-        m_periodoSensUI.juntar(data);
         vSensUI.push_back({valor, qint64(data), indice});
         break;
     case Especie::Nenhuma:

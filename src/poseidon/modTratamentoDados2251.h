@@ -9,23 +9,64 @@
 #include <QStringList>
 #include <QVarLengthArray>
 
+#include <array>
 #include <deque>
 #include <functional>
 #include <limits>
+#include <memory>
 #include <vector>
 
+namespace substituicao2251 {
+struct Passo;
+class Novas;
+} // namespace substituicao2251
+namespace substituidas2251 {
+class Escritor;
+}
+
+namespace modTratamentoDados2251 {
+
+// A line of a log of which something could not be read.
+struct Ilegivel {
+    qint64 linha = 0; // from 1
+    QString causa;
+};
+constexpr size_t maximoDeIlegiveis = 5; // how many are told one by one
+
+enum Especies { Temperaturas, Humidades, Medias, Entradas, Saidas, SensUI, TotalDeEspecies };
+
+// What became of a log.
+struct Balanco {
+    qint64 lidas = 0, naoLidas = 0; // lines
+    std::vector<Ilegivel> ilegiveis;
+    std::array<qint64, TotalDeEspecies> guardadas{}; // rows, once their step is confirmed
+    qint64 substituidas = 0;                         // stored readings that went without an equal one coming
+    qint64 notas = 0;                                // that are on readings of the log
+    qint64 ficaram = 0;                              // noted readings of a second that the log lacks
+    QString ficheiro;                                // where the replaced readings are; empty: there are none
+};
+
+} // namespace modTratamentoDados2251
+
 // Turns the lines of one downloaded log into rows. Everything is gathered in memory, 16 bytes a reading, until
-// GuardarDados clears what the same period already holds and writes the rows, each kind in one transaction.
+// GuardarDados gives the rows their place in the tables, each kind in one transaction.
 // Whoever passes events may find the owner gone and throw Interrompido: nothing here is touched on its way out.
 class TratamentoDados2251 {
 public:
-    explicit TratamentoDados2251(std::function<void()> passar = passarEventos) : m_passar(std::move(passar)) {}
+    explicit TratamentoDados2251(std::function<void()> passar = passarEventos);
+    ~TratamentoDados2251();
+    TratamentoDados2251(TratamentoDados2251 &&);
+    TratamentoDados2251 &operator=(TratamentoDados2251 &&);
 
     // <primeira> opens a log: what the former one left is dropped, and the unit's sensors are read.
     void TratarDadosRecebidos(const QString &ip, const QString &linha, int nLeiturasMedia, bool primeira);
     bool GuardarDados(const QString &ip);
     // Why GuardarDados gave false, for who wants to know more than that.
     QString motivo() const { return m_motivo; }
+    bool falhouFicheiro() const { return m_falhouFicheiro; } // that of the replaced readings
+    // Where they are kept: beside the file of this name. Empty: nowhere.
+    void definirGuarda(const QString &log) { m_nomeDaGuarda = log; }
+    const modTratamentoDados2251::Balanco &balanco() const { return m_balanco; }
     qint64 linhasReunidas() const;
 
 private:
@@ -41,6 +82,7 @@ private:
         modTratamentoDados2251::Gama entrada; // SensUIMax, SensUIMin
         int escala = -1;                      // of vEscalas
         int acumulador = 0;                   // shared by rows of the same SensorID
+        int canal = 0;                        // the same, as the tables compare it
         // As they are stored, in UTF-8.
         QByteArray utf8ID, utf8Descricao, utf8Observacoes, utf8Escala;
     };
@@ -69,22 +111,10 @@ private:
         qint64 numero : 16;
         qint64 ligado : 2;
     };
-    struct Periodo {
-        double primeira = semData;
-        double ultima = semData;
-        void juntar(double data);
-    };
     using Campos = QVarLengthArray<QStringView, 64>;
-    // A table of readings: which rows it takes and how they are written.
-    struct PassoLeituras {
-        QStringView tabela;
-        std::deque<Leitura> TratamentoDados2251::*linhas;
-        void (TratamentoDados2251::*limpar)(const QString &ip, double primeira, double segunda);
-        Periodo TratamentoDados2251::*periodo;
-        bool ultimaPrimeiro; // the order in which the bounds are given to limpar
-        QStringView insercao;
-        bool textosSempre; // Observacoes and flag are never Null
-    };
+    using Especies = modTratamentoDados2251::Especies;
+    class NovasLeituras;
+    class NovosRegistos;
     static constexpr qint16 estadoDesconhecido = 3;
 
     void CarregarVariaveis(const QString &ip);
@@ -94,6 +124,7 @@ private:
     void ligarSensores();
 
     void tratarLinha(const Campos &campos);
+    void naoLida(const QString &causa);
     void TratarLinhaInputs(const Campos &campos, double data);
     void TratarLinhaOutputs(const Campos &campos, double data);
     void TratarLinha_SensoresESpider(const Campos &campos, double data);
@@ -103,22 +134,22 @@ private:
     double CalibrarSensUI(const Sensor &sensor, double valor) const;
     void AdicionarValorParaMediaTemperatura(const Sensor &sensor, quint32 indice, double valor, double data);
 
-    void guardarLeituras(const QString &ip, const PassoLeituras &passo);
-    void guardarRegistos(const QString &ip, const std::deque<Registo> &linhas, QStringView insercao, int desconto,
-                         const std::function<void()> &limpar);
-    void limparLeituras(QStringView tabela, const QString &ip, double primeira, double segunda,
-                        const std::deque<Leitura> &linhas);
-    void apagarAosPoucos(QStringView tabela, const QString &onde, const QList<QByteArray> &textos, qint64 numero,
-                         double primeira, double segunda);
-    void LimparDadosTemperaturas(const QString &ip, double primeira, double segunda);
-    void LimparDadosHumidade(const QString &ip, double primeira, double segunda);
-    void LimparDadosMedias(const QString &ip, double primeira, double segunda);
-    void LimparDadosSensUI(const QString &ip, double primeira, double segunda);
-    void LimparDadosInputs(const QString &ip, int numero, double primeira, double segunda);
-    void LimparDadosOutputs(const QString &ip, double primeira, double segunda);
+    void darLugar(Especies especie, const substituicao2251::Passo &passo, substituicao2251::Novas &novas);
+    void LimparDadosTemperaturas();
+    void LimparDadosHumidade();
+    void LimparDadosMedias();
+    void LimparDadosSensUI();
+    void LimparDadosInputs(const QString &ip);
+    void LimparDadosSpider(const QString &ip);
+    void LimparDadosOutputs(const QString &ip);
 
     std::function<void()> m_passar;
     QString m_motivo;
+    bool m_falhouFicheiro = false;
+    QString m_nomeDaGuarda;
+    std::unique_ptr<substituidas2251::Escritor> m_guarda; // while rows are stored
+    modTratamentoDados2251::Balanco m_balanco;
+    QString m_parIlegivel;      // of the line: passed over, the pairs behind it count
     bool m_semSensores = false; // they could not be read: nothing was gathered, and nothing counts as written
     int NLeiturasMedia = 1;
     std::vector<Sensor> vSensores;
@@ -130,6 +161,4 @@ private:
     std::vector<Acumulador> vAcumuladores;
     std::deque<Leitura> vTemperaturas, vHumidades, vMedias, vSensUI;
     std::deque<Registo> vRegInputs, vRegSpider, vRegOutputs;
-    Periodo m_periodoTemperaturas, m_periodoHumidade, m_periodoSensUI;
-    Periodo m_periodoInputs, m_periodoSpider, m_periodoOutputs;
 };

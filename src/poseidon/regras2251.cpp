@@ -1,5 +1,6 @@
 #include "poseidon/regras2251.h"
 
+#include "core/estado.h"
 #include "core/falha.h"
 #include "core/modDoubleTratamento.h"
 #include "core/modTraducoes.h"
@@ -42,10 +43,6 @@ QByteArray duasCasasComPonto(double numero) {
     return negativo && !zero ? "-" + digitos : digitos;
 }
 
-QString traducao(const QString &chave, const QString &omissao) {
-    return modTraducoes::texto(u"KelvarkAUX"_s, chave, omissao);
-}
-
 } // namespace
 
 namespace modTratamentoDados2251 {
@@ -76,6 +73,13 @@ double comoTexto(double numero) {
     return lido;
 }
 
+Redaccao redaccaoEm(const QString &lingua) {
+    const auto traducao = [&](const QString &chave, const QString &omissao) {
+        return modTraducoes::CarregarLingua(chave, u"KelvarkAUX"_s, omissao, lingua);
+    };
+    return {traducao(u"Max"_s, u"Máximo de "_s), traducao(u"Min"_s, u"Mínimo de "_s)};
+}
+
 Limites::Limites(const QString &maximo, const QString &minimo)
     : m_temMaximo(maximo != semLimite), m_temMinimo(minimo != semLimite) {
     try {
@@ -95,6 +99,10 @@ bool Limites::dentro(double valor) const {
 }
 
 QString Limites::texto(double valor) const {
+    return m_existem && dentro(valor) ? QString() : texto(valor, redaccaoEm(estado().Lingua));
+}
+
+QString Limites::texto(double valor, const Redaccao &redaccao) const {
     if (!m_existem)
         return semLimite.toString();
     const auto diferenca = [&](double limite) -> QString {
@@ -102,9 +110,9 @@ QString Limites::texto(double valor) const {
     };
     QString texto;
     if (m_temMaximo && valor > m_maximo)
-        texto = traducao(u"Max"_s, u"Máximo de "_s) + diferenca(m_maximo);
+        texto = redaccao.maximo + diferenca(m_maximo);
     if (m_temMinimo && valor < m_minimo)
-        texto += traducao(u"Min"_s, u"Mínimo de "_s) + diferenca(m_minimo);
+        texto += redaccao.minimo + diferenca(m_minimo);
     return texto;
 }
 

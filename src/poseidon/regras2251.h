@@ -28,6 +28,13 @@ struct MaxMin {
 // Both "NA" when the sensor has no limits (both absent or zero), and when anything cannot be read.
 MaxMin VerificarMaxMinParaBD(const QString &maximo, const QString &minimo, const QString &valor);
 
+// What stands before the number in an alarm's wording.
+struct Redaccao {
+    QString maximo, minimo;
+    bool operator==(const Redaccao &) const = default;
+};
+Redaccao redaccaoEm(const QString &lingua);
+
 // The limits of one sensor, read once.
 class Limites {
 public:
@@ -37,6 +44,7 @@ public:
     QString observacoes() const { return m_observacoes; } // "NA" without limits
     bool dentro(double valor) const;
     QString texto(double valor) const; // the alarm wording, empty when within; "NA" without limits
+    QString texto(double valor, const Redaccao &redaccao) const;
 
 private:
     bool m_existem = false;

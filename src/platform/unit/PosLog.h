@@ -47,6 +47,7 @@ public:
     // object was destroyed meanwhile.
     virtual bool apagar() = 0;
 
+    virtual qint64 registosRestantes() const = 0;            // in the unit, as it says after an erasure; -1 before
     virtual qint32 numeroDeRegistos() const = 0;             // -1 before a download has succeeded
     virtual QString proximaLinha() = 0;                      // empty: there is no further line
     virtual bool gravarLinhas(QIODevice &destino) const = 0; // all lines as received, each with its end

@@ -23,6 +23,7 @@ public:
     int estado() const override { return m_ficheiro.isOpen() ? ligado : fechado; }
     void descarregar() override;
     bool apagar() override;
+    qint64 registosRestantes() const override { return -1; }
     qint32 numeroDeRegistos() const override { return m_numero; }
     QString proximaLinha() override;
     bool gravarLinhas(QIODevice &destino) const override { return m_numero >= 0 && m_linhas.gravar(destino); }

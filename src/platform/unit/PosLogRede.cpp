@@ -37,6 +37,7 @@ public:
     int estado() const override;
     void descarregar() override;
     bool apagar() override;
+    qint64 registosRestantes() const override { return m_restam; }
     qint32 numeroDeRegistos() const override { return m_numero; }
     QString proximaLinha() override;
     bool gravarLinhas(QIODevice &destino) const override { return m_numero >= 0 && m_linhas.gravar(destino); }
@@ -66,6 +67,7 @@ private:
     qint32 m_numero = -1;
     QByteArray m_somaRecebida;
     bool m_apagado = false;
+    qint64 m_restam = -1;
     int m_vez = 0; // events of an earlier use of the object are dropped
 };
 
@@ -137,6 +139,7 @@ bool PosLogRede::apagar() {
         return false;
     }
     m_apagado = false;
+    m_restam = -1;
     m_operacao = Operacao::Apagamento;
     if (!abrir()) {
         falhar(motivos::endereco);
@@ -219,6 +222,7 @@ void PosLogRede::terminarApagamento(const klog::Resposta &resposta) {
     m_sessao->descansar();
     m_operacao = Operacao::Nenhuma;
     m_apagado = true;
+    m_restam = *restam;
 }
 
 void PosLogRede::falhar(const Motivo &motivo, const QString &pormenor) {

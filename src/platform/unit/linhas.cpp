@@ -29,7 +29,7 @@ bool Linhas::proxima(QByteArrayView &linha) {
             const qsizetype fim = bloco.indexOf('\n', m_posicao);
             linha = QByteArrayView(bloco).sliced(m_posicao, fim - m_posicao);
             m_posicao = fim + 1;
-            if (!linha.trimmed().isEmpty())
+            if (!linha.isEmpty())
                 return true;
         }
         ++m_bloco;

@@ -16,7 +16,7 @@ public:
     qint32 quantas() const { return m_quantas; }
     qint64 bytes() const { return m_bytes; } // with the ends
 
-    // The next line that is not blank; false when there is none.
+    // The next line that is not empty; false when there is none.
     bool proxima(QByteArrayView &linha);
     bool gravar(QIODevice &destino) const;
 

@@ -7,6 +7,7 @@
 #include "platform/unit/PosLog.h"
 #include "platform/unit/rede.h"
 #include "poseidon/descarga/logBruto.h"
+#include "poseidon/descarga/resumo2251.h"
 #include "poseidon/importacao.h"
 #include "poseidon/modPoseidons.h"
 #include "poseidon/modTratamentoDados2251.h"
@@ -21,7 +22,6 @@ constexpr int opcoesDoLog[] = {3, 4, 2, 6, 5};
 
 using mensagens2251::Mensagem;
 constexpr Mensagem semLinhas{u"SemLinhas", u"O log não tem linhas"};
-constexpr Mensagem contagem{u"LinhasLidas", u"%1 linhas, %2 leituras"};
 constexpr Mensagem naoApagado{u"NaoApagado", u"Nenhuma linha deu leituras: a memória do dispositivo não foi apagada"};
 constexpr Mensagem configuracaoPorImportar{
     u"ConfiguracaoPorImportar",
@@ -50,6 +50,13 @@ QString descricaoDe(const std::exception_ptr &excepcao) {
 }
 
 } // namespace
+
+QString DescargaLog::info() const {
+    QStringList linhas = Resumo;
+    if (!Pormenor.isEmpty())
+        linhas += Pormenor;
+    return (linhas + Reservas).join(u'\n');
+}
 
 void prepararPosLog(PosLog &log, const QString &endereco, qint32 porta) {
     log.definirEndereco(endereco);
@@ -163,8 +170,9 @@ void Descarga2251::servir(const Vigia &vigia) {
         actual().PortaTelnet = *importado.portaTelnet;
     const QString motivo = xml.isEmpty() ? erroDoXml : importado.motivo;
     actual().Pormenor = motivo;
-    if (m_ficheiro.isEmpty() || !xml.isEmpty()) // a file needs no unit
-        actual().PorImportar = importado.motivo;
+    // What the configuration could not follow would be lost with the unit's memory. A file needs no unit.
+    if (!importado.motivo.isEmpty() && (m_ficheiro.isEmpty() || !xml.isEmpty()))
+        actual().Reservas += importado.motivo;
     if (relogio.resultado != relogio2251::emTempo && m_ficheiro.isEmpty()) {
         const mensagens2251::Relogio r = mensagens2251::relogio(relogio.resultado);
         const bool difere = relogio.resultado == relogio2251::difere;
@@ -230,14 +238,14 @@ void Descarga2251::guardarLinhas(int nLeituras, const Vigia &vigia) {
     const std::shared_ptr<PosLog> log = m_PosLog; // outlives this object, should it go meanwhile
     const std::function<void()> passar = [&vigia] { vigia.passar(); };
     const QString ip = actual().IP;
+    TratamentoDados2251 tratamento(passar);
     if (log->numeroDeRegistos() > 0) {
         try {
-            logBruto::gravar(*log, ip, actual().Porta, passar);
+            tratamento.definirGuarda(guardarBruto(*log, passar));
         } catch (const Falha &f) {
             return falhar(mensagens2251::erroDoLog(PosLog::escrita, f.descricao()), actual().Pormenor);
         }
     }
-    TratamentoDados2251 tratamento(passar);
     qint64 linhas = 0;
     for (QString linha = log->proximaLinha(); !linha.isEmpty(); linha = log->proximaLinha()) {
         tratamento.TratarDadosRecebidos(ip, linha, nLeituras, linhas == 0);
@@ -250,27 +258,46 @@ void Descarga2251::guardarLinhas(int nLeituras, const Vigia &vigia) {
         Q_EMIT linhaMudou(LinhaActual);
         return;
     }
-    const qint64 reunidas = tratamento.linhasReunidas();
-    if (!tratamento.GuardarDados(ip))
-        return falhar(mensagens2251::baseDeDados.texto(), tratamento.motivo());
+    const bool guardado = tratamento.GuardarDados(ip);
     vigia.forcar();
-    const QLocale &locale = estado().ambiente.locale;
+    const modTratamentoDados2251::Balanco &balanco = tratamento.balanco();
     DescargaLog &d = actual();
+    d.Resumo = resumo2251::dizer(balanco);
+    if (balanco.naoLidas > 0)
+        d.Reservas += resumo2251::ilegiveis(balanco);
+    if (!guardado) {
+        if (m_ficheiro.isEmpty())
+            d.Resumo += resumo2251::memoriaIntacta(log->numeroDeRegistos());
+        return falhar(tratamento.falhouFicheiro() ? mensagens2251::erroDoLog(PosLog::escrita, tratamento.motivo())
+                                                  : mensagens2251::baseDeDados.texto(),
+                      tratamento.falhouFicheiro() ? QString() : tratamento.motivo());
+    }
+    concluir(tratamento.linhasReunidas() > 0, balanco.naoLidas == 0, vigia);
+}
+
+// The lines as they came; a log that lies among the kept ones is not kept once more.
+QString Descarga2251::guardarBruto(const PosLog &log, const std::function<void()> &passar) const {
+    if (!m_ficheiro.isEmpty() && logBruto::guardado(m_ficheiro))
+        return m_ficheiro;
+    const DescargaLog &d = DescargasLog[size_t(LinhaActual) - 1];
+    return logBruto::gravar(log, d.IP, d.Porta, passar);
+}
+
+// Everything that was read is stored. Only a log without reservations is a success and lets the memory go.
+void Descarga2251::concluir(bool deuLeituras, bool tudoLido, const Vigia &vigia) {
+    DescargaLog &d = actual();
+    const bool apagar = d.ApagarLog && m_ficheiro.isEmpty() && d.Reservas.isEmpty() && deuLeituras;
+    if (!apagar && m_ficheiro.isEmpty())
+        d.Resumo += resumo2251::memoriaIntacta(m_PosLog->numeroDeRegistos());
+    if (!d.Reservas.isEmpty())
+        return falhar((tudoLido ? configuracaoPorImportar : mensagens2251::comReservas).texto(), d.Pormenor);
     d.Estado = 1;
     d.Mensagem = mensagens2251::sucesso.texto();
-    d.Pormenor = emFrases({contagem.texto().arg(locale.toString(linhas), locale.toString(reunidas)), d.Pormenor});
-    // Channels that are not known yet may find their readings in the memory another day.
-    if (!d.PorImportar.isEmpty()) {
-        d.Estado = -1;
-        d.Mensagem = configuracaoPorImportar.texto();
-        return AlterarEstadoDescargaLOG(LinhaActual, mensagens2251::comFalha);
-    }
     // What gave nothing may be worth reading another day.
-    const bool apagar = d.ApagarLog && m_ficheiro.isEmpty();
-    if (apagar && reunidas == 0)
+    if (d.ApagarLog && m_ficheiro.isEmpty() && !deuLeituras)
         d.Pormenor = emFrases({d.Pormenor, naoApagado.texto()});
     AlterarEstadoDescargaLOG(LinhaActual, mensagens2251::comSucesso);
-    if (apagar && reunidas > 0)
+    if (apagar)
         ApagarLog(vigia);
 }
 
@@ -280,8 +307,12 @@ void Descarga2251::ApagarLog(const Vigia &vigia) {
     const bool apagado = log->apagar();
     if (!vigia.vivo())
         throw Interrompido();
-    if (!apagado)
+    if (!apagado) {
         actual().Pormenor = emFrases({mensagens2251::sucesso.texto(), actual().Pormenor});
+        return;
+    }
+    actual().Resumo += resumo2251::memoriaApagada(log->numeroDeRegistos(), log->registosRestantes());
+    Q_EMIT linhaMudou(LinhaActual);
 }
 
 void Descarga2251::AlterarEstadoDescargaLOG(int linha, int estado) {

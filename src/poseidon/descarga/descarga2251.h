@@ -5,8 +5,10 @@
 #include "poseidon/mensagens2251.h"
 
 #include <QObject>
+#include <QStringList>
 #include <QTimer>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -23,8 +25,10 @@ struct DescargaLog {
     bool ApagarLog = false;
     int Estado = 0; // 0 not finished, 1 success, -1 failure
     QString Mensagem;
-    QString PorImportar; // of the configuration: why not all of it was followed
-    QString Pormenor;    // what else is worth knowing of it
+    QStringList Resumo;   // what became of the log, for the row
+    QString Pormenor;     // what else is worth knowing of it
+    QStringList Reservas; // why a log that was stored is no success, and the unit's memory is not erased
+    QString info() const; // all of it, in lines
 };
 
 // Where a log object is told of its unit; its options stay as they are.
@@ -58,6 +62,8 @@ private:
     void receber(bool ok, int nLeituras, const QString &erro, const mensagens2251::Mensagem &seFalhar);
     void SaveDataToDatabase(bool ok, int nLeituras, const QString &erro, const Vigia &vigia);
     void guardarLinhas(int nLeituras, const Vigia &vigia);
+    QString guardarBruto(const PosLog &log, const std::function<void()> &passar) const;
+    void concluir(bool deuLeituras, bool tudoLido, const Vigia &vigia);
     void ApagarLog(const Vigia &vigia);
     void AlterarEstadoDescargaLOG(int linha, int estado);
     void falhar(const QString &mensagem, const QString &pormenor = {}, int estado = mensagens2251::comFalha);

@@ -2,6 +2,7 @@
 
 #include "core/estado.h"
 #include "core/eventos.h"
+#include "core/falha.h"
 #include "core/literais.h"
 #include "core/modINI.h"
 #include "core/modTraducoes.h"
@@ -10,8 +11,11 @@
 #include "platform/forms/icones.h"
 #include "platform/forms/lugar.h"
 #include "platform/forms/registoForms.h"
+#include "poseidon/descarga/logBruto.h"
 #include "poseidon/forms/frmTelnet.h"
 #include "poseidon/modPoseidons.h"
+#include "poseidon/reposicao2251.h"
+#include "poseidon/substituidas2251.h"
 
 #include <QCheckBox>
 #include <QDesktopServices>
@@ -21,6 +25,7 @@
 #include <QMenu>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QUrl>
 
 namespace {
@@ -211,6 +216,60 @@ void frmDescarregar2251::importarLog(int linha) {
     });
 }
 
+void frmDescarregar2251::mnuReporLeituras_Click(int linha) {
+    Rotina("frmDescarregar2251.mnuReporLeituras_Click", [&] {
+        Dialogos *dialogos = estado().ambiente.dialogos;
+        if (!dialogos)
+            return;
+        const listaPoseidons::Linha l = m_lista.linha(linha);
+        const QString ultimo = logBruto::ultimasSubstituidas(l.IP, l.PORTA.toInt());
+        if (ultimo.isEmpty())
+            return mensagem(texto(u"SubstNenhuma"_s, u"Nenhum log deste dispositivo substituiu leituras"_s),
+                            Dialogos::Estilo::Informacao);
+        const Vigia vigia(this);
+        const QString caminho = dialogos->abrirFicheiro(texto(u"FiltroSubst"_s, u"Leituras substituídas"_s) +
+                                                            u" (*%1)|*%1"_s.arg(substituidas2251::fimDoNome),
+                                                        QFileInfo(ultimo).path());
+        if (vigia.vivo() && !caminho.isEmpty())
+            reporLeituras(caminho, vigia);
+    });
+}
+
+void frmDescarregar2251::reporLeituras(const QString &caminho, const Vigia &vigia) {
+    esconderInfo();
+    bloquear(true);
+    LigarDesligarBarraDeslizante(true);
+    const auto acabar = qScopeGuard([&] {
+        if (!vigia.vivo())
+            return;
+        LigarDesligarBarraDeslizante(false);
+        bloquear(false);
+    });
+    const QLocale &locale = estado().ambiente.locale;
+    const auto passar = [&vigia] { vigia.passarLinha(); };
+    try {
+        const reposicao2251::Conteudo c = reposicao2251::examinar(caminho, passar);
+        const bool sim = estado().ambiente.dialogos->pergunta(
+            texto(u"ReporPergunta"_s,
+                  u"Repor as %1 leituras de %2 que um log substituiu em %3? As que vieram com o log "
+                  "no seu lugar saem; continuam no log guardado."_s)
+                .arg(locale.toString(c.leituras), c.unidade, c.momento));
+        vigia.forcar();
+        if (!sim)
+            return;
+        const reposicao2251::Resultado r = reposicao2251::repor(caminho, passar);
+        vigia.forcar();
+        mensagem(texto(u"Reposto"_s,
+                       u"%1 leituras repostas; %2 já lá estavam; %3 do log saíram; %4 notas mais recentes "
+                       "ficaram."_s)
+                     .arg(locale.toString(r.repostas), locale.toString(r.jaEstavam), locale.toString(r.retiradas),
+                          locale.toString(r.notas)),
+                 Dialogos::Estilo::Informacao);
+    } catch (const Falha &f) {
+        mensagem(f.descricao(), Dialogos::Estilo::Critico);
+    }
+}
+
 void frmDescarregar2251::cmdActualizar_Click() {
     Rotina("frmDescarregar2251.cmdActualizar_Click", [this] {
         const int linha = m_grelha->linhaActual();
@@ -293,7 +352,8 @@ bool frmDescarregar2251::guardarCelula(int linha, Coluna coluna, const QString &
 ModeloDispositivos::Dito frmDescarregar2251::dizer(int linha) const {
     const DescargaLog *d = m_descarga->resultado(linha);
     if (d && d->Estado != 0)
-        return {d->Mensagem, d->Pormenor};
+        return {d->Resumo.isEmpty() ? d->Mensagem : QString(d->Mensagem + u": "_s + d->Resumo.join(u"; "_s)),
+                d->Pormenor};
     if (d && !m_descarga->activa())
         return {d->Pormenor, {}};
     for (const EstadoDito &e : estadosDitos)
@@ -313,7 +373,7 @@ void frmDescarregar2251::mostrarLinha(int linha) {
 void frmDescarregar2251::mostrarResultado(int linha) {
     const DescargaLog *d = m_descarga->resultado(linha);
     if (d && d->Estado != 0)
-        mostrarInfo(d->Mensagem, d->Pormenor, d->Estado < 0);
+        mostrarInfo(d->Mensagem, d->info(), d->Estado < 0);
     else
         esconderInfo();
 }
@@ -393,6 +453,8 @@ void frmDescarregar2251::abrirMenu(int linha, const QPoint &onde) {
     menu->addSeparator();
     entrada(u"mnuImportarLog"_s, texto(u"mnuImportarLog.Caption"_s, u"Importar log de ficheiro..."_s),
             &frmDescarregar2251::importarLog);
+    entrada(u"mnuReporLeituras"_s, texto(u"mnuReporLeituras.Caption"_s, u"Repor leituras substituídas..."_s),
+            &frmDescarregar2251::mnuReporLeituras_Click);
     menu->popup(onde);
 }
 

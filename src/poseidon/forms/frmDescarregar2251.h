@@ -15,6 +15,7 @@ class QLabel;
 class QLineEdit;
 class QProgressBar;
 class QPushButton;
+class Vigia;
 
 // The one screen of all work with network units: it shows the list, and what is under way. The work itself lies in
 // Pesquisa2251, Descarga2251 and Acerto2251.
@@ -54,6 +55,8 @@ private:
     void cmdDescarregar_Click();
     void cmdActualizar_Click();
     void importarLog(int linha);
+    void mnuReporLeituras_Click(int linha);
+    void reporLeituras(const QString &caminho, const Vigia &vigia);
     void terminarDescarga();
     void LigarDesligarBarraDeslizante(bool ligar);
 

@@ -12,6 +12,7 @@
 #include <QPainter>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QVBoxLayout>
 
 namespace {
@@ -20,6 +21,7 @@ constexpr int intervaloDaBarra = 50; // ms
 constexpr int maximoDaBarra = 100;
 constexpr int esperaDoFim = 500;
 constexpr int maximoDeLeituras = 32767;
+constexpr int linhasDaInfo = 5;
 
 QString texto(const QString &chave, const QString &omissao) {
     return modTraducoes::texto(u"frmDescarregar2251"_s, chave, omissao);
@@ -154,18 +156,26 @@ QLayout *frmDescarregar2251::montarInfo() {
     m_lblPormenor = criarEtiqueta(u"lblPormenor"_s, {});
     m_lblPormenor->setTextInteractionFlags(Qt::TextSelectableByMouse);
     m_lblPormenor->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    m_lblPormenor->setWordWrap(true);
+    m_lblPormenor->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    auto *rolo = new QScrollArea(this);
+    rolo->setFrameShape(QFrame::NoFrame);
+    rolo->setWidgetResizable(true);
+    rolo->setWidget(m_lblPormenor);
+    rolo->setFixedHeight(fontMetrics().lineSpacing() * linhasDaInfo);
+    rolo->viewport()->setAutoFillBackground(false);
+    m_lblPormenor->setAutoFillBackground(false);
     m_lblInfoDesc->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
 
     auto *info = new QGridLayout;
     info->setVerticalSpacing(1);
     info->addWidget(m_lblInfo, 0, 0);
     info->addWidget(m_lblInfoDesc, 0, 1);
-    info->addWidget(m_lblPormenor, 1, 1);
+    info->addWidget(rolo, 1, 1, 1, 2);
     info->addWidget(m_ProgressBar, 0, 2, Qt::AlignVCenter);
     info->setColumnStretch(1, 1);
     // Both lines keep their room, so that the list does not jump when a row has something to say.
     manterLugar(m_lblInfo);
-    manterLugar(m_lblPormenor);
     return info;
 }
 
