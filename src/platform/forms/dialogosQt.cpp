@@ -145,7 +145,7 @@ QString DialogosQt::escolherPasta(const QString &inicio) {
 }
 
 bool DialogosQt::mensagemComBotao(const QString &texto, const QString &botao) {
-    return mostrar(dono(), QMessageBox::Information, texto, QMessageBox::Ok, botao) == maisUmBotao;
+    return mostrar(dono(), QMessageBox::Information, texto, QMessageBox::Ok, QMessageBox::Ok, botao) == maisUmBotao;
 }
 
 bool DialogosQt::abrirPasta(const QString &pasta) {
