@@ -132,14 +132,15 @@ private Q_SLOTS:
         principal->AlterarEstadosMenus();
         auto *geral = utilizador::controlo<QAction>(principal.get(), u"Geral"_s);
         auto *configuracoes = utilizador::controlo<QAction>(principal.get(), u"Configuracoes"_s);
-        QCOMPARE(configuracoes->text(), u"Configurações"_s);
+        QCOMPARE(configuracoes->text().remove(u'&'), u"Configurações"_s);
         const QPointer<QMenu> menu = geral->menu();
         menu->popup(principal->mapToGlobal(QPoint(20, 40)));
         QVERIFY(QTest::qWaitForWindowExposed(menu));
         QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(configuracoes).center());
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        QCOMPARE(utilizador::controlo<QAction>(principal.get(), u"Geral"_s)->text(), u"General"_s);
-        QCOMPARE(utilizador::controlo<QAction>(principal.get(), u"Configuracoes"_s)->text(), u"Settings"_s);
+        QCOMPARE(utilizador::controlo<QAction>(principal.get(), u"Geral"_s)->text().remove(u'&'), u"General"_s);
+        QCOMPARE(utilizador::controlo<QAction>(principal.get(), u"Configuracoes"_s)->text().remove(u'&'),
+                 u"Settings"_s);
         QVERIFY(!registoForms().activo(u"frmConfiguracoes"_s));
     }
 
