@@ -190,8 +190,10 @@ void Marcas::draw(QCPPainter *pintor) {
             contorno.addText(g.lugar.bottomLeft() + QPointF(adiante, 0), letraDoNumero(), QString::number(g.quantas));
         }
         pintor->setAntialiasing(true);
-        // A rim in the background's colour keeps it readable on top of the line.
-        pintor->strokePath(contorno, QPen(m_tema.fundo, 3, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+        // On top of lines of its own colour it can only be read on a ground.
+        pintor->setPen(Qt::NoPen);
+        pintor->setBrush(m_tema.fundo);
+        pintor->drawRoundedRect(g.lugar.adjusted(-1, 0, 1, 2), 3, 3);
         pintor->fillPath(contorno, g.serie ? g.serie->corDaSerie() : m_tema.texto);
     }
 }
