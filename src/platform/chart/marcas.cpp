@@ -183,15 +183,20 @@ std::vector<Marcas::Grupo> Marcas::grupos() const {
 
 void Marcas::draw(QCPPainter *pintor) {
     for (const Grupo &g : grupos()) {
-        QPainterPath contorno;
-        contorno.addText(g.lugar.bottomLeft(), letraDoTexto(), g.texto);
-        if (g.quantas > 1) {
-            const double adiante = QFontMetricsF(letraDoTexto()).horizontalAdvance(g.texto) + 1;
-            contorno.addText(g.lugar.bottomLeft() + QPointF(adiante, 0), letraDoNumero(), QString::number(g.quantas));
-        }
+        QPainterPath texto;
+        texto.addText(g.lugar.bottomLeft(), letraDoTexto(), g.texto);
         pintor->setAntialiasing(true);
-        // A rim in the background's colour keeps it readable on top of the line.
-        pintor->strokePath(contorno, QPen(m_tema.fundo, 3, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-        pintor->fillPath(contorno, g.serie ? g.serie->corDaSerie() : m_tema.texto);
+        // On top of lines of its own colour it can only be read on a ground.
+        pintor->setPen(Qt::NoPen);
+        pintor->setBrush(m_tema.fundo);
+        pintor->drawRoundedRect(g.lugar.adjusted(-1, 0, 1, 2), 3, 3);
+        pintor->fillPath(texto, g.serie ? g.serie->corDaSerie() : m_tema.texto);
+        if (g.quantas == 1)
+            continue;
+        // Small figures need more contrast than a colour may have.
+        const double adiante = QFontMetricsF(letraDoTexto()).horizontalAdvance(g.texto) + 1;
+        QPainterPath numero;
+        numero.addText(g.lugar.bottomLeft() + QPointF(adiante, 0), letraDoNumero(), QString::number(g.quantas));
+        pintor->fillPath(numero, m_tema.texto);
     }
 }

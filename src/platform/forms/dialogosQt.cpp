@@ -36,6 +36,10 @@ int mostrar(QWidget *dono, QMessageBox::Icon icone, const QString &texto, QMessa
     const QAbstractButton *doOutro = outro.isEmpty() ? nullptr : caixa.addButton(outro, QMessageBox::ActionRole);
     for (QAbstractButton *botao : caixa.buttons())
         botao->setIcon({});
+    if (doOutro) { // else no key would close it
+        caixa.setDefaultButton(QMessageBox::Ok);
+        caixa.setEscapeButton(QMessageBox::Ok);
+    }
     const int resposta = caixa.exec();
     return doOutro && caixa.clickedButton() == doOutro ? maisUmBotao : resposta;
 }

@@ -224,6 +224,7 @@ void FormHistograma::mostrarBaldes(const std::vector<histograma::Balde> &baldes)
     TEixo &esquerdo = chart().Left();
     esquerdo.Automatic = false;
     esquerdo.Minimum = 0;
+    esquerdo.SoInteiros = true; // counts
     esquerdo.Maximum = maior > 0 ? maior * folgaNoTopo + maior : 1;
     chart().Bottom().Visible = !baldes.empty();
     chart().setRodape(baldes.empty() ? QString() : fraseDosLimites());
