@@ -1,13 +1,16 @@
 // Every entry of the menu as a user goes through it: open, choose, confirm, export, print, close.
+#include "core/modErros.h"
 #include "core/modINI.h"
 #include "core/perfil.h"
 #include "data/ligacao.h"
 #include "demo/gerador.h"
 #include "devicestate/forms/listaMarcada.h"
 #include "platform/chart/TChart.h"
+#include "platform/forms/dialogosQt.h"
 #include "platform/forms/grelha.h"
 #include "platform/forms/registoForms.h"
 #include "platform/report/JanelaRelatorio.h"
+#include "shell/apresentadorQt.h"
 #include "shell/arranque.h"
 #include "shell/frmMain.h"
 #include "shell/menu.h"
@@ -144,7 +147,21 @@ struct Percurso {
         return cheio;
     }
 
-    // All that a window shows, with the list of groups and the reading of a point.
+    // The form of the first point of every series.
+    static void olharPontos(TChart *chart) {
+        for (int i = 0; i < std::min(chart->SeriesCount(), 6); ++i) {
+            if (chart->Series(i).Count() == 0)
+                continue;
+            Q_EMIT chart->OnClickSeries(i, 0, Qt::LeftButton, Qt::NoModifier, QPoint(-1000, -1000));
+            for (QWidget *topo : QApplication::topLevelWidgets())
+                if (topo->isVisible() && topo->objectName().startsWith(u"frmOpccoes")) {
+                    QCOMPARE(hostil::queixas(topo), QStringList());
+                    topo->close();
+                }
+        }
+    }
+
+    // All that a window shows, with the list of groups, the reading of a point and its form.
     void olhar(QWidget *form) const {
         if (auto *grupos = filho<QAbstractButton>(form, u"cmdGrupos"_s)) {
             filho<QAbstractButton>(form, u"cmdOpccoes"_s)->click();
@@ -156,13 +173,10 @@ struct Percurso {
         }
         if (auto *chart = filho<TChart>(form, u"TChart"_s))
             QTest::keyClick(chart, Qt::Key_Right);
+        if (auto *chart = filho<TChart>(form, u"TChart"_s))
+            olharPontos(chart);
         for (QWidget *janela : {form, static_cast<QWidget *>(principal.get())})
             QCOMPARE(hostil::queixas(janela), QStringList());
-    }
-
-    void fechar(const QPointer<QWidget> &form) {
-        form->close();
-        QTRY_VERIFY(!form);
     }
 
     Instalacao &instalacao;
@@ -248,7 +262,7 @@ private Q_SLOTS:
                 p.olhar(form);
             if (QTest::currentTestFailed())
                 return;
-            p.fechar(form);
+            fechado(form);
         }
         QCOMPARE(vistas, antes.isEmpty() ? quantasVistas : quantasVistas - 1);
         if (cheia)
@@ -262,7 +276,36 @@ private Q_SLOTS:
         instalacao.verificar();
     }
 
+    // The boxes that tell of such names, and the dialog of errors.
+    void mensagens() {
+        const Instalacao instalacao(Instalacao::Base::Nenhuma);
+        ApresentadorQt apresentador;
+        DialogosQt dialogos;
+        estado().ambiente.apresentador = &apresentador;
+        for (const QString &texto : hostil::textos()) {
+            QStringList queixas{u"no box"_s};
+            QTimer::singleShot(0, qApp, [&queixas] {
+                QWidget *caixa = QApplication::activeModalWidget();
+                queixas = hostil::queixas(caixa);
+                caixa->close();
+            });
+            dialogos.mensagem(texto);
+            QCOMPARE(queixas, QStringList());
+            modErros::TratarErro(u"frmX.Y"_s, texto, u"13"_s);
+            const QPointer<QWidget> erro = registoForms().form(u"frmErro"_s);
+            QVERIFY(erro);
+            QCOMPARE(hostil::queixas(erro), QStringList());
+            filho<QAbstractButton>(erro, u"cmdDetalhe"_s)->click();
+            QCOMPARE(hostil::queixas(erro), QStringList());
+            fechado(erro);
+        }
+    }
+
 private:
+    static void fechado(const QPointer<QWidget> &form) {
+        form->close();
+        QTRY_VERIFY(!form);
+    }
     const Perfil m_textos{Instalacao::lerFicheiro(QStringLiteral(VISTREL_FONTES) + u"/../languages/Kelvark-PT.ini"_s)};
 };
 

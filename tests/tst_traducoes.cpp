@@ -1,6 +1,7 @@
 #include "core/estado.h"
 #include "core/modINI.h"
 #include "core/modTraducoes.h"
+#include "core/textoMostrado.h"
 #include "tests/apoio/instalacao.h"
 
 #include <QTest>
@@ -37,6 +38,24 @@ private Q_SLOTS:
             Instalacao::escreverFicheiro(inst.pastaINI() + u"/Vistrel.ini"_s, ficheiro);
             QCOMPARE(modTraducoes::linguaDasDefinicoes(), esperada);
         }
+    }
+
+    void mostrado_data() {
+        QTest::addColumn<QString>("texto");
+        QTest::addColumn<QString>("linha");
+        QTest::newRow("as it is") << u"<b>Sala & 1</b> 😀"_s << u"<b>Sala & 1</b> 😀"_s;
+        QTest::newRow("line ends") << u"a\r\nb\nc\rd"_s << u"a↵b↵c↵d"_s;
+        QTest::newRow("controls") << u"a\tb\x1b[m\u0085"_s << u"a b�[m↵"_s;
+        QTest::newRow("directions") << u"\u202egnp\u200f"_s << u"�gnp�"_s;
+        QTest::newRow("halves") << QString(QChar(0xdc00) + u"x"_s + QChar(0xd800)) << u"�x�"_s;
+        QTest::newRow("long") << QString(30, u'W') << QString(QString(19, u'W') + u'…');
+        QTest::newRow("no half is left") << QString(QString(18, u'W') + u"😀😀"_s) << QString(QString(18, u'W') + u'…');
+    }
+    void mostrado() {
+        QFETCH(const QString, texto);
+        QTEST(textoMostrado::linha(texto, 20), "linha");
+        for (const QString &l : textoMostrado::paragrafos(texto.repeated(1000)).split(u'\n'))
+            QVERIFY(l.size() <= 121);
     }
 
     void nomesDosMeses_data() {

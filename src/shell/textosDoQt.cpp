@@ -50,7 +50,7 @@ public:
         QString texto = QTranslator::translate(contexto, original, distincao, n);
         if (m_europeu && !texto.isEmpty())
             for (const Par &p : palavras)
-                texto.replace(p.brasileiro, p.europeu);
+                texto.replace(p.brasileiro.data(), p.brasileiro.size(), p.europeu.data(), p.europeu.size());
         return texto;
     }
 

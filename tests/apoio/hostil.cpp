@@ -105,7 +105,7 @@ struct Exame {
     }
 
     void rotulo(QLabel *l, const char *oque = "label") {
-        texto(l, oque, l->text(), true);
+        texto(l, oque, QString(l->text()).replace(u"\r\n"_s, u"\n"_s), true);
         if (l->isVisible() && l->textFormat() != Qt::PlainText)
             queixas.append(u"may be markup: %1 %2"_s.arg(l->objectName(), l->text().left(60)));
         if (l->isVisible() && l->minimumSizeHint().width() > larguraMaxima)
