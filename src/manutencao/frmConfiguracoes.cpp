@@ -186,9 +186,8 @@ void frmConfiguracoes::cmdConcluirDados_Click() {
             return;
         }
         const QString &ficheiro = estado().NomePrograma;
-        modINI::SaveSetting(ficheiro, u"BD"_s, u"MAIN"_s, caminho(0));
-        modINI::SaveSetting(ficheiro, u"JPG"_s, u"MAIN"_s, caminho(1));
-        modINI::SaveSettingINIPATH(u"INI"_s, u"Path"_s, caminho(2));
+        modINI::Guardar(ficheiro, {{u"BD"_s, u"MAIN"_s, caminho(0)}, {u"JPG"_s, u"MAIN"_s, caminho(1)}});
+        modINI::GuardarINIPATH(u"INI"_s, u"Path"_s, caminho(2));
         estado().CaminhoBD = modINI::GetSetting(ficheiro, u"BD"_s, u"MAIN"_s);
         modMain::carregaGlobaisBD();
         if (registoForms().alterarEstadosMenus)
@@ -297,7 +296,7 @@ void frmConfiguracoes::cmdConluirIdioma_Click() {
         for (const linguas::Lingua &l : linguas::listadas()) {
             if (l.entrada() != escolhida)
                 continue;
-            modINI::SaveSetting(estado().NomePrograma, u"Lingua"_s, u"ACT"_s, QString::number(l.numero));
+            modINI::Guardar(estado().NomePrograma, {{u"Lingua"_s, u"ACT"_s, QString::number(l.numero)}});
             if (registoForms().alterarLingua)
                 registoForms().alterarLingua();
         }

@@ -6,6 +6,7 @@
 #include "core/modTraducoes.h"
 #include "core/rotina.h"
 #include "data/ligacao.h"
+#include "data/modMain.h"
 #include "platform/forms/icones.h"
 #include "platform/forms/registoForms.h"
 #include "shell/desenhos.h"
@@ -30,6 +31,7 @@
 namespace {
 
 constexpr QSize tamanhoDesejado(1180, 760);
+constexpr int entreOlharesMs = 1000; // at the file of the database
 
 } // namespace
 
@@ -38,7 +40,7 @@ QSize frmMain::tamanhoInicial(const QWidget &janela) {
     return tamanhoDesejado.boundedTo(janela.screen()->availableSize() - moldura);
 }
 
-frmMain::frmMain() : m_area(new QMdiArea(this)) {
+frmMain::frmMain() : m_area(new QMdiArea(this)), m_vigiaBD(this) {
     juntarDesenhos();
     setObjectName(u"frmMain"_s);
     setWindowIcon(icones::icone(u"vistrel"_s));
@@ -57,6 +59,10 @@ frmMain::frmMain() : m_area(new QMdiArea(this)) {
     forms.alterarEstadosMenus = [this] { AlterarEstadosMenus(); };
     forms.alterarLingua = [this] { AlterarLingua(); };
     forms.anunciar(this);
+    m_vigiaBD.setObjectName(u"TimerBD"_s);
+    m_vigiaBD.setInterval(entreOlharesMs);
+    connect(&m_vigiaBD, &QTimer::timeout, this, &modMain::vigiarBD);
+    m_vigiaBD.start();
     MDIForm_Load();
 }
 

@@ -35,8 +35,8 @@ struct PedidoCSV {
     const FormatoCSV *formato = nullptr; // null: that of readings (date, sensor, name, value, limits)
 };
 
-// Falha when the file cannot be written or a reading cannot be understood; the lines so far stay in the file, and the
-// description says how many. passar is called for every row and may throw.
+// Falha when the file cannot be written or a reading cannot be understood; what stood under its name then stays, as it
+// does when passar throws. passar is called for every row and may throw.
 void escreverCSV(const PedidoCSV &pedido, const std::function<void()> &passar);
 
 } // namespace exportacao
