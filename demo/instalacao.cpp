@@ -3,22 +3,22 @@
 #include "demo/missoes.h"
 
 #include "core/falha.h"
+#include "core/ficheiroInteiro.h"
 #include "core/literais.h"
 #include "demo/unidadesVirtuais.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
-#include <QSaveFile>
 
 namespace demonstracao {
 
 namespace {
 
 void escrever(const QString &caminho, const QString &texto) {
-    QSaveFile f(caminho);
+    FicheiroInteiro f(caminho);
     const QByteArray bytes = QString(texto).replace(u"\n"_s, u"\r\n"_s).toUtf8();
-    if (!f.open(QIODevice::WriteOnly) || f.write(bytes) != bytes.size() || !f.commit())
+    if (!f.abrir() || f.write(bytes) != bytes.size() || !f.concluir())
         throw Falha(erros::falhaDoFicheiro, u"Não é possível escrever \"%1\": %2."_s.arg(caminho, f.errorString()));
 }
 

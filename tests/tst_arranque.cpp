@@ -51,7 +51,7 @@ private Q_SLOTS:
         Instalacao inst;
         const QString nova = inst.ficheiro(u"nova"_s);
         const auto estaAberta = [] { return ligacaoPartilhada().aberta(); }; // never the old file under the new path
-        inst.dialogos.esperarMensagem(aviso);
+        inst.dialogos.esperarMensagem(aviso + u"\n\"" + nova + u'"');
         QVERIFY(!carregar(nova));
         QVERIFY(!estado().BDLigada && !estaAberta());
 
@@ -68,6 +68,16 @@ private Q_SLOTS:
         QVERIFY(!modMain::carregaGlobaisBD());
         QVERIFY(!estado().BDLigada && !estaAberta());
         QVERIFY(modMain::carregaGlobaisBD() && estado().BDLigada);
+    }
+
+    // The path that cannot be stored is used all the same.
+    void caminhoPorGuardar() {
+        Instalacao inst(Base::Nenhuma);
+        QDir(inst.pastaPrograma()).mkdir(u"BD"_s);
+        inst.criarBase(modMain::caminhoBDPorOmissao());
+        QVERIFY(QDir(inst.pastaINI()).removeRecursively());
+        QVERIFY(modMain::carregaGlobaisBD());
+        QCOMPARE(estado().CaminhoBD, modMain::caminhoBDPorOmissao());
     }
 
     void reabreNoCaminhoNovo() {

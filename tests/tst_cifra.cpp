@@ -7,6 +7,7 @@
 #include "tests/apoio/instalacao.h"
 #include "tests/apoio/tabela.h"
 
+#include <QDir>
 #include <QFile>
 #include <QRandomGenerator>
 #include <QTest>
@@ -279,6 +280,41 @@ private Q_SLOTS:
         const bool mudou = esperado == Alteracao::Alterada;
         QCOMPARE(modPassWord::PassWordCorrecta(u"Vistrel"_s), !mudou);
         QCOMPARE(lerPWD(), mudou ? modEncriptPrincipal::EncriptarString(nova) : u"(none)"_s);
+    }
+
+    // A settings file that is there and says nothing has lost the password: the factory's must not open in its stead.
+    void definicoesDanificadas_data() {
+        const Tabela<std::optional<QByteArray>, bool> caso("ficheiro", "valeADeFabrica"); // none: a folder in its place
+        caso("of a new installation", "[BD]\r\nMAIN=/x\r\n", true);
+        caso("empty", "", false);
+        caso("zeros", QByteArray(300, '\0'), false);
+        caso("blank", "\r\n \r\n", false);
+        caso("unreadable", {}, false);
+    }
+    void definicoesDanificadas() {
+        QFETCH(std::optional<QByteArray>, ficheiro);
+        QFETCH(bool, valeADeFabrica);
+        const Instalacao inst(Instalacao::Base::Nenhuma);
+        const QString caminho = inst.pastaINI() + u"/Vistrel.ini"_s;
+        if (ficheiro)
+            Instalacao::escreverFicheiro(caminho, *ficheiro);
+        else
+            QVERIFY(QDir().mkdir(caminho));
+        const auto abre = [] {
+            try {
+                return modPassWord::PassWordCorrecta(u"Vistrel"_s) ? u"opens"_s : u"does not"_s;
+            } catch (const Falha &f) {
+                return f.descricao();
+            }
+        };
+        for (const QString &vez : {u"as found"_s, u"after another key was stored"_s}) {
+            const QString resultado = abre();
+            QVERIFY2(valeADeFabrica ? resultado == u"opens" : resultado.contains(caminho),
+                     qPrintable(vez + u": " + resultado));
+            modINI::SaveSetting(u"Vistrel"_s, u"BD"_s, u"MAIN"_s, u"/y"_s);
+        }
+        QVERIFY(ficheiro ? QFile::remove(caminho) : QDir().rmdir(caminho));
+        QCOMPARE(abre(), u"opens"_s);
     }
 
     void alteracaoQueNaoSeGuarda() {

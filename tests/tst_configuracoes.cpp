@@ -266,8 +266,6 @@ private Q_SLOTS:
             inst.dialogos.esperarMensagem(aviso);
         if (!relatorio.isEmpty())
             inst.erros.esperar(relatorio);
-        if (!aviso.isEmpty() || !relatorio.isEmpty())
-            inst.erros.esperar(u"frmMain.BuscarEstadoMenu"_s); // there is nothing to build the menu from
         inst.dialogos.esperarMensagem(u"Dados Alterados Com Sucesso"_s);
         inst.dialogos.esperarMensagem(u"Dados Alterados Com Sucesso"_s);
         comDialogo(u"frmConfiguracoes"_s, [&](QDialog *dialogo) {

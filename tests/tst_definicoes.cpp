@@ -1,5 +1,8 @@
+#include "core/falha.h"
+#include "core/ficheiroInteiro.h"
 #include "core/modINI.h"
 #include "core/perfil.h"
+#include "tests/apoio/discoCheio.h"
 #include "tests/apoio/filho.h"
 #include "tests/apoio/instalacao.h"
 #include "tests/apoio/tabela.h"
@@ -80,8 +83,14 @@ private Q_SLOTS:
 
     void pastaInexistente() {
         QVERIFY(QDir(m_inst->pastaINI()).removeRecursively());
-        QVERIFY(gravar(u"k"_s, u"v"_s));
+        QVERIFY(!gravar(u"k"_s, u"v"_s));
         QVERIFY(!QFile::exists(m_inst->pastaINI()));
+        try {
+            modINI::Guardar(u"Kelvark"_s, {{u"S"_s, u"k"_s, u"v"_s}});
+            QFAIL("told that it was stored");
+        } catch (const Falha &f) {
+            QVERIFY2(f.descricao().contains(m_ficheiro), qPrintable(f.descricao()));
+        }
         QCOMPARE(ler(u"k"_s), u"(none)"_s);
     }
 
@@ -113,11 +122,67 @@ private Q_SLOTS:
         permitir(m_ficheiro, modoFicheiro);
         permitir(m_inst->pastaINI(), modoPasta);
         Filho outro([] { return gravar(u"k"_s, u"2"_s) ? "true" : "false"; }, Filho::Quem::Ninguem);
-        QCOMPARE(outro.esperar(), "true"); // silently, and nothing is lost
+        QCOMPARE(outro.esperar(), "false"); // and nothing is lost
         permitir(m_inst->pastaINI(), 0755);
         permitir(m_ficheiro, 0644);
         QCOMPARE(Instalacao::lerFicheiro(m_ficheiro), antes);
         QCOMPARE(QDir(m_inst->pastaINI()).entryList(QDir::Files), QStringList{u"Kelvark.ini"_s});
+    }
+
+    void discoCheio_data() {
+        const Tabela<int> caso("bytes");
+        caso("nothing fits", 0);
+        caso("a part fits", 20);
+    }
+    void discoCheio() {
+        QFETCH(int, bytes);
+        const QByteArray antes = "[CONFIGURACOES]\r\nPWD=A2E6\r\n[S]\r\nk=1\r\n";
+        escrever(m_ficheiro, antes);
+        {
+            const DiscoCheio cheio{rlim_t(bytes)};
+            QVERIFY(!gravar(u"k"_s, u"2"_s));
+            QVERIFY(!gravar(u"nova"_s, u"2"_s));
+        }
+        QCOMPARE(Instalacao::lerFicheiro(m_ficheiro), antes);
+        QCOMPARE(QDir(m_inst->pastaINI()).entryList(QDir::Files | QDir::Hidden), QStringList{u"Kelvark.ini"_s});
+        QVERIFY(gravar(u"k"_s, u"2"_s));
+    }
+
+    // What a killed program has left goes with the next file that is written there; what others hold or own stays.
+    void restosDosMortos() {
+        const QString pasta = m_inst->ficheiro(u"saidas"_s), destino = pasta + u"/saida"_s;
+        QVERIFY(QDir().mkpath(pasta));
+        escrever(destino, "velho");
+        escrever(pasta + u"/.vistrel-meu.parcial"_s, "a user's");
+        const auto escreverAMeio = [&destino] {
+            auto *ficheiro = new FicheiroInteiro(destino);
+            const bool aberto = ficheiro->abrir(true) && ficheiro->write("novo") == 4;
+            while (aberto)
+                ::pause();
+            return QByteArray("not opened");
+        };
+        const auto parciaisDaPasta = [&pasta] {
+            QStringList nomes = QDir(pasta).entryList({u".vistrel-*.parcial*"_s}, QDir::Files | QDir::Hidden);
+            nomes.removeAll(u".vistrel-meu.parcial"_s);
+            return nomes;
+        };
+        Filho vivo(escreverAMeio);
+        QTRY_COMPARE(parciaisDaPasta().size(), 1);
+        const QString doVivo = parciaisDaPasta().first();
+        Filho morto(escreverAMeio);
+        QTRY_COMPARE(parciaisDaPasta().size(), 2);
+        QTRY_COMPARE(QFileInfo(pasta + u'/' + parciaisDaPasta().first()).size(), 4);
+        morto.matar();
+        QCOMPARE(parciaisDaPasta().size(), 2);
+        for (const bool comNome : {true, false}) {
+            FicheiroInteiro outro(destino);
+            QVERIFY(outro.abrir(comNome) && outro.write("inteiro") == 7);
+            QCOMPARE(Instalacao::lerFicheiro(destino), comNome ? "velho" : "inteiro");
+            QVERIFY(outro.concluir());
+            QCOMPARE(parciaisDaPasta(), QStringList{doVivo});
+        }
+        QCOMPARE(Instalacao::lerFicheiro(destino), "inteiro");
+        QVERIFY(QFile::exists(pasta + u"/.vistrel-meu.parcial"_s));
     }
 
     void ligacaoEPermissoesFicam() {

@@ -1,6 +1,7 @@
 #include "core/datas.h"
 #include "core/falha.h"
 #include "data/ligacao.h"
+#include "tests/apoio/discoCheio.h"
 #include "tests/apoio/instalacao.h"
 #include "tests/apoio/ouro.h"
 #include "views/exportacao.h"
@@ -9,9 +10,7 @@
 #include <QFile>
 #include <QTest>
 
-#include <sys/resource.h>
-
-#include <csignal>
+#include <cerrno>
 #include <cstring>
 
 namespace {
@@ -75,42 +74,38 @@ private Q_SLOTS:
         QCOMPARE(Instalacao::lerFicheiro(caminho), QByteArray());
     }
 
-    // What could be written stays, and the failure says why and how much.
+    // What stood there stays, whole, and the failure says why.
     void discoCheio() {
         Instalacao instalacao;
         QList<double> muitas(40000, 21.5);
         instalacao.leituras(u"Medias"_s, u"S1"_s, u"2026-01-02 00:00:00"_s, 1, muitas);
         const QString caminho = instalacao.ficheiro(u"cheio.csv"_s);
-        std::signal(SIGXFSZ, SIG_IGN);
-        rlimit antes{};
-        getrlimit(RLIMIT_FSIZE, &antes);
-        const rlimit pouco{600'000, antes.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &pouco);
+        Instalacao::escreverFicheiro(caminho, "velho");
         QString descricao;
         try {
+            const DiscoCheio cheio(600'000);
             exportacao::escreverCSV({caminho, {u"Medias", u"Temperatura"}, {{u"S1"_s}}, tudo}, [] {});
         } catch (const Falha &f) {
             descricao = f.descricao();
         }
-        setrlimit(RLIMIT_FSIZE, &antes);
-        const qsizetype linhas = Instalacao::lerFicheiro(caminho).count('\n');
-        QVERIFY(linhas > 5000);
-        QCOMPARE(descricao, u"Não é possível escrever \"%1\": %2 (linhas escritas: %3)."_s
-                                .arg(caminho, QString::fromLocal8Bit(std::strerror(EFBIG)))
-                                .arg(linhas));
+        QCOMPARE(Instalacao::lerFicheiro(caminho), "velho");
+        QCOMPARE(descricao, u"Não é possível escrever \"%1\": %2. O ficheiro que lá estivesse ficou como estava."_s.arg(
+                                caminho, QString::fromLocal8Bit(std::strerror(EFBIG))));
     }
 
     void interrompida() {
         Instalacao instalacao;
         preencher(instalacao);
         const QString caminho = instalacao.ficheiro(u"meia.csv"_s);
+        Instalacao::escreverFicheiro(caminho, "velho");
         int linhas = 0;
         QVERIFY_THROWS_EXCEPTION(
             Interrompido, exportacao::escreverCSV({caminho, {u"Medias", u"Temperatura"}, {{u"S2"_s}}, tudo}, [&] {
                 if (++linhas == 2)
                     throw Interrompido();
             }));
-        QCOMPARE(Instalacao::lerFicheiro(caminho).count('\n'), 2);
+        QCOMPARE(linhas, 2);
+        QCOMPARE(Instalacao::lerFicheiro(caminho), "velho");
     }
 };
 

@@ -51,8 +51,8 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("bytes"); // Null: no file
         QTest::addColumn<QString>("mensagem");
         QTest::addColumn<QString>("relato"); // what the error dialog says, and goes on saying
-        QTest::newRow("missing") << QByteArray() << u"AVISO: Base de Dados Inexistente."_s
-                                 << u"frmMain.BuscarEstadoMenu"_s;
+        QTest::newRow("missing") << QByteArray() << u"AVISO: Base de Dados Inexistente.\n\"%1\"\nDeseja escolher"_s
+                                 << QString();
         QTest::newRow("no database") << QByteArray("plain text") << QString() << u"modMain.carregaGlobaisBD"_s;
     }
     // The shell comes up all the same; the first cause stays in sight, also after the splash, its first owner, is gone.
@@ -67,7 +67,7 @@ private Q_SLOTS:
             Instalacao::escreverFicheiro(caminho, bytes);
         QVERIFY(modINI::SaveSetting(u"Vistrel"_s, u"BD"_s, u"MAIN"_s, caminho));
         if (!mensagem.isEmpty())
-            instalacao.dialogos.esperarMensagem(mensagem);
+            instalacao.dialogos.responderPergunta(false, mensagem.arg(caminho));
 
         const std::unique_ptr<frmMain> principal = modMain::Main();
         QVERIFY(principal && principal->isVisible());
@@ -77,15 +77,52 @@ private Q_SLOTS:
         for (const QAction *ramo : principal->menuBar()->actions()) // what needs no data
             QCOMPARE(ramo->isVisible(),
                      ramo->isSeparator() || ramo->objectName() == u"P2251" || ramo->objectName() == u"Geral");
+        QCOMPARE(QFile::exists(caminho), !bytes.isNull());
+        if (relato.isEmpty()) { // all was said
+            QVERIFY(!erroVisivel());
+            return;
+        }
         QTRY_VERIFY(erroVisivel());
         QVERIFY2(detalhe().contains(relato), qPrintable(detalhe()));
         QCOMPARE(erroVisivel()->parentWidget(), principal.get());
-        QCOMPARE(QFile::exists(caminho), !bytes.isNull());
-        if (!bytes.isNull())
-            QCOMPARE(Instalacao::lerFicheiro(caminho), bytes);
+        QCOMPARE(Instalacao::lerFicheiro(caminho), bytes);
         utilizador::clicar(erroVisivel(), u"cmdContinuar"_s);
         QVERIFY(!erroVisivel());
         QVERIFY(principal->isVisible());
+    }
+
+    // Chosen at the start, the other file is the one that is opened, then and later.
+    void outraEscolhida() {
+        Instalacao instalacao;
+        estado().ambiente.apresentador = &m_apresentador;
+        instalacao.reiniciar();
+        estado().ambiente.apresentador = &m_apresentador;
+        const QString nenhuma = instalacao.ficheiro(u"nenhuma.mdb"_s), outra = instalacao.ficheiro(u"outra.mdb"_s);
+        QVERIFY(modINI::SaveSetting(u"Vistrel"_s, u"BD"_s, u"MAIN"_s, nenhuma));
+        for (const QString &escolhida : {outra, instalacao.caminhoBD()}) { // the first is not there either
+            instalacao.dialogos.responderPergunta(true, u"Inexistente"_s);
+            instalacao.dialogos.responderAbrir(escolhida, u"*.mdb"_s);
+        }
+        const std::unique_ptr<frmMain> principal = modMain::Main();
+        QVERIFY(estado().BDLigada && !erroVisivel());
+        QCOMPARE(modINI::GetSetting(u"Vistrel"_s, u"BD"_s, u"MAIN"_s), instalacao.caminhoBD());
+    }
+
+    // One message tells of a file that was replaced under the open program.
+    void baseSubstituida() {
+        Instalacao instalacao;
+        estado().ambiente.apresentador = &m_apresentador;
+        const std::unique_ptr<frmMain> principal = modMain::Main();
+        auto *relogio = principal->findChild<QTimer *>(u"TimerBD"_s);
+        QVERIFY(relogio && relogio->isActive());
+        relogio->setInterval(1);
+        instalacao.dialogos.esperarMensagem(u"foi apagado ou substituído"_s);
+        QVERIFY(QFile::rename(instalacao.caminhoBD(), instalacao.ficheiro(u"antiga.mdb"_s)));
+        QTRY_COMPARE(instalacao.dialogos.textos.size(), 1);
+        int vezes = 0;
+        connect(relogio, &QTimer::timeout, this, [&vezes] { ++vezes; });
+        QTRY_VERIFY(vezes > 5);
+        QCOMPARE(instalacao.dialogos.textos.size(), 1);
     }
 
     // A dialog over everything must not take the error dialog along when it closes.

@@ -107,6 +107,21 @@ private Q_SLOTS:
         QCOMPARE(*Perfil(p.bytes()).valor(u"T"_s, u"k"_s), u"2"_s);
     }
 
+    // Half a character at the end must not shift what is added behind it.
+    void meioCaracterNoFim() {
+        for (const bool le : {true, false}) {
+            for (const QString &chave : {u"a"_s, u"nova"_s}) {
+                Perfil p(utf16(u"[T]\nb=ç\n[S]\na=1"_s, le) + 'x');
+                p.definir(u"S"_s, chave, u"2"_s);
+                p.definir(u"U"_s, u"k"_s, u"3"_s);
+                const Perfil lido(p.bytes());
+                QCOMPARE(*lido.valor(u"T"_s, u"b"_s) + *lido.valor(u"S"_s, u"a"_s), chave == u"a" ? u"ç2"_s : u"ç1"_s);
+                QCOMPARE(lido.valor(u"S"_s, chave).value_or(QString()), u"2"_s);
+                QCOMPARE(lido.valor(u"U"_s, u"k"_s).value_or(QString()), u"3"_s);
+            }
+        }
+    }
+
     void devolveOQueRecebeu() {
         for (const QByteArray &bytes :
              QByteArrayList{utf16(u"[S]\nk=1"_s, true) + "x", utf16(u"[S]\r\n"_s, false) + "x",

@@ -1,5 +1,6 @@
 #include "simulator/botao/gaveta.h"
 
+#include "core/ficheiroInteiro.h"
 #include "core/literais.h"
 #include "platform/onewire/crc.h"
 #include "platform/onewire/pesquisaRom.h"
@@ -8,7 +9,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
-#include <QSaveFile>
 
 #include <cmath>
 #include <numbers>
@@ -21,8 +21,8 @@ constexpr QStringView extensao = u".botao";
 constexpr QStringView ficheiroLeitor = u"leitor";
 
 bool gravar(const QString &caminho, const QByteArray &bytes) {
-    QSaveFile ficheiro(caminho);
-    return ficheiro.open(QIODevice::WriteOnly) && ficheiro.write(bytes) == bytes.size() && ficheiro.commit();
+    FicheiroInteiro ficheiro(caminho);
+    return ficheiro.abrir() && ficheiro.write(bytes) == bytes.size() && ficheiro.concluir();
 }
 
 } // namespace
@@ -93,8 +93,9 @@ bool Botao::guardar() {
     o.insert(u"temperatura"_s, t);
     if (temChip())
         o.insert(u"chip"_s, chip.guardar());
-    chip.sujo = false;
-    return gravar(m_caminho, QJsonDocument(o).toJson());
+    const bool guardado = gravar(m_caminho, QJsonDocument(o).toJson());
+    chip.sujo = !guardado;
+    return guardado;
 }
 
 void Botao::actualizar(qint64 agora, const ChipDS1921::Temperatura &temperatura) {

@@ -1,5 +1,6 @@
 #include "simulator/unidades/registo.h"
 
+#include "core/ficheiroInteiro.h"
 #include "core/literais.h"
 
 #include <QDir>
@@ -7,7 +8,6 @@
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QSaveFile>
 
 #include <algorithm>
 #include <cmath>
@@ -172,12 +172,11 @@ void Registo::gravarEstado() const {
     if (m_definicao.ficheiroEstado.isEmpty())
         return;
     QDir().mkpath(QFileInfo(m_definicao.ficheiroEstado).absolutePath());
-    QSaveFile ficheiro(m_definicao.ficheiroEstado);
-    if (!ficheiro.open(QIODevice::WriteOnly))
-        return;
-    ficheiro.write(
-        QJsonDocument(QJsonObject{{u"apagadoAte"_s, double(m_apagadoAte)}, {u"acerto"_s, double(m_acerto)}}).toJson());
-    ficheiro.commit();
+    FicheiroInteiro ficheiro(m_definicao.ficheiroEstado);
+    const QJsonObject estado{{u"apagadoAte"_s, double(m_apagadoAte)}, {u"acerto"_s, double(m_acerto)}};
+    const QByteArray bytes = QJsonDocument(estado).toJson();
+    if (!ficheiro.abrir() || ficheiro.write(bytes) != bytes.size() || !ficheiro.concluir())
+        qWarning("%s: %s", qUtf8Printable(m_definicao.ficheiroEstado), qUtf8Printable(ficheiro.errorString()));
 }
 
 } // namespace simulador

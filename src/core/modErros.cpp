@@ -8,7 +8,19 @@
 #include "core/modINI.h"
 #include "core/modTraducoes.h"
 
+#include <QRegularExpression>
+
 #include <new>
+
+namespace {
+
+// One text is one line: what follows a line feed would be read as a section or a key of its own.
+QString numaLinha(QString texto) {
+    static const QRegularExpression quebras(u"[\\r\\n]+"_s);
+    return texto.replace(quebras, u" "_s);
+}
+
+} // namespace
 
 namespace modErros {
 
@@ -24,15 +36,14 @@ bool GravarRegistoErro(qint16 tipo, const QString &data, const QString &l1, cons
     QList<modINI::Definicao> valores = {{indice, id, QString::number(n)},
                                         {seccao, u"Soft"_s, u"Vistrel"_s},
                                         {seccao, u"Type"_s, tipo == aviso ? u"WARNING"_s : u"ERROR"_s},
-                                        {seccao, u"Date"_s, data}};
+                                        {seccao, u"Date"_s, numaLinha(data)}};
     int linha = 0;
     for (const QString &texto : {l1, l2, l3, l4}) {
         ++linha;
         if (!texto.isEmpty())
-            valores.append({seccao, u'L' + QString::number(linha), texto});
+            valores.append({seccao, u'L' + QString::number(linha), numaLinha(texto)});
     }
-    modINI::SaveSettings(anel, valores);
-    return true;
+    return modINI::SaveSettings(anel, valores);
 }
 
 void GuardarErro(qint16 tipo, const QString &data, const QString &l1, const QString &l2, const QString &l3,

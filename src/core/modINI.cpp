@@ -1,13 +1,15 @@
 #include "core/modINI.h"
 
 #include "core/estado.h"
+#include "core/falha.h"
+#include "core/ficheiroInteiro.h"
 #include "core/literais.h"
+#include "core/modTraducoes.h"
 #include "core/perfil.h"
 #include "core/rotina.h"
 
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <QThread>
 
 #include <cerrno>
@@ -79,30 +81,43 @@ bool mesmoFicheiro(const struct stat &a, const struct stat &b) {
            a.st_ctim.tv_nsec == b.st_ctim.tv_nsec;
 }
 
-enum class Resultado { Feito, Impossivel, MudouEntretanto };
+QString caminhoDoFicheiro(const QString &ficheiro) {
+    return modINI::GetINIPATH() + ficheiro + u".ini";
+}
 
-Resultado tentarGravar(const Valores &valores, const QString &caminho) {
+[[noreturn]] void falhar(const QString &caminho, const QString &motivo) {
+    throw Falha(
+        erros::falhaDoFicheiro,
+        modTraducoes::texto(u"KelvarkAUX"_s, u"DefinicoesNaoGuardadas"_s,
+                            u"Não foi possível guardar as definições em \"%1\": %2. O ficheiro ficou como estava."_s)
+            .arg(caminho, motivo));
+}
+
+// False when another program has written meanwhile.
+bool tentarGravar(const Valores &valores, const QString &caminho) {
     const QByteArray nome = QFile::encodeName(caminho);
     struct stat lido {};
     const bool existia = ::stat(nome.constData(), &lido) == 0;
     QByteArray antes;
     if (existia) {
-        QFile actual(caminho);
+        QFile actual(caminho); // never replace a file whose other lines could not be read
         if (!actual.open(QIODevice::ReadOnly))
-            return Resultado::Impossivel; // never replace a file whose other lines could not be read
+            falhar(caminho, actual.errorString());
         antes = actual.readAll();
         if (actual.error() != QFileDevice::NoError)
-            return Resultado::Impossivel;
+            falhar(caminho, actual.errorString());
     }
     Perfil perfil(antes);
+    if (existia && perfil.seccoes().isEmpty() && caminho == caminhoDoFicheiro(estado().NomePrograma))
+        perfil.definir(u"CONFIGURACOES"_s, u"PWD"_s, modINI::valorPerdido.toString());
     for (const modINI::Definicao &v : valores)
         perfil.definir(v.seccao, v.chave, v.valor);
     const QByteArray depois = perfil.bytes();
     if (depois == antes)
-        return Resultado::Feito;
-    QSaveFile ficheiro(caminho);
-    if (!ficheiro.open(QIODevice::WriteOnly) || ficheiro.write(depois) != depois.size())
-        return Resultado::Impossivel;
+        return true;
+    FicheiroInteiro ficheiro(caminho);
+    if (!ficheiro.abrir() || ficheiro.write(depois) != depois.size())
+        falhar(caminho, ficheiro.errorString());
     // Where the system allows it, the group that shares the file keeps it.
     if (existia && ::fchown(ficheiro.handle(), lido.st_uid, lido.st_gid) != 0 &&
         ::fchown(ficheiro.handle(), static_cast<uid_t>(-1), lido.st_gid) != 0)
@@ -111,22 +126,35 @@ Resultado tentarGravar(const Valores &valores, const QString &caminho) {
     struct stat agora {};
     const bool existe = ::stat(nome.constData(), &agora) == 0;
     if (existe != existia || (existe && !mesmoFicheiro(agora, lido)))
-        return Resultado::MudouEntretanto;
-    return ficheiro.commit() ? Resultado::Feito : Resultado::Impossivel;
+        return false;
+    if (!ficheiro.concluir())
+        falhar(caminho, ficheiro.errorString());
+    return true;
 }
 
-// A missing folder makes the write fail silently: the profile calls' result was never looked at.
 void gravarValores(const Valores &valores, const QString &caminho) {
     const Vez vez(caminho);
+    bool feito = false;
     constexpr int tentativas = 20;
-    for (int i = 0; i < tentativas; ++i)
-        if (tentarGravar(valores, caminho) != Resultado::MudouEntretanto)
-            break;
+    for (int i = 0; i < tentativas && !feito; ++i)
+        feito = tentarGravar(valores, caminho);
     estado().perfis.remove(caminho);
+    if (!feito)
+        falhar(caminho, modTraducoes::texto(u"KelvarkAUX"_s, u"DefinicoesMudam"_s,
+                                            u"outro programa altera o ficheiro sem parar"_s));
 }
 
-QString caminhoDoFicheiro(const QString &ficheiro) {
-    return modINI::GetINIPATH() + ficheiro + u".ini";
+// For the many writes that nobody is told of (places of windows, the ring of errors itself): not reported.
+template <typename Gravacao>
+bool conseguiu(const char *fonte, Gravacao &&gravar) {
+    return Rotina(fonte, [&] {
+        try {
+            gravar();
+            return true;
+        } catch (const Falha &) {
+            return false;
+        }
+    });
 }
 
 } // namespace
@@ -144,17 +172,15 @@ QString GetSetting(const QString &ficheiro, const QString &seccao, const QString
 }
 
 bool SaveSetting(const QString &ficheiro, const QString &seccao, const QString &chave, const QString &valor) {
-    return Rotina("modINI.SaveSetting", [&] {
-        gravarValores({{seccao, chave, valor}}, caminhoDoFicheiro(ficheiro));
-        return true;
-    });
+    return SaveSettings(ficheiro, {{seccao, chave, valor}});
 }
 
 bool SaveSettings(const QString &ficheiro, const QList<Definicao> &valores) {
-    return Rotina("modINI.SaveSetting", [&] {
-        gravarValores(valores, caminhoDoFicheiro(ficheiro));
-        return true;
-    });
+    return conseguiu("modINI.SaveSetting", [&] { Guardar(ficheiro, valores); });
+}
+
+void Guardar(const QString &ficheiro, const QList<Definicao> &valores) {
+    gravarValores(valores, caminhoDoFicheiro(ficheiro));
 }
 
 QString GetSettingINIPATH(const QString &seccao, const QString &chave, const QString &omissao) {
@@ -163,10 +189,21 @@ QString GetSettingINIPATH(const QString &seccao, const QString &chave, const QSt
 }
 
 bool SaveSettingINIPATH(const QString &seccao, const QString &chave, const QString &valor) {
-    return Rotina("modINI.SaveSettingINIPATH", [&] {
-        gravarValores({{seccao, chave, valor}}, estado().PastaPrograma + u"/Vistrel.ini");
+    return conseguiu("modINI.SaveSettingINIPATH", [&] { GuardarINIPATH(seccao, chave, valor); });
+}
+
+void GuardarINIPATH(const QString &seccao, const QString &chave, const QString &valor) {
+    gravarValores({{seccao, chave, valor}}, estado().PastaPrograma + u"/Vistrel.ini");
+}
+
+bool danificado(const QString &caminho) {
+    QFile ficheiro(caminho);
+    if (!ficheiro.exists())
+        return false;
+    if (!ficheiro.open(QIODevice::ReadOnly))
         return true;
-    });
+    const QByteArray bytes = ficheiro.readAll();
+    return ficheiro.error() != QFileDevice::NoError || Perfil(bytes).seccoes().isEmpty();
 }
 
 QString GetINIPATH() {

@@ -12,16 +12,30 @@ namespace {
 const QString seccao = u"CONFIGURACOES"_s;
 const QString chave = u"PWD"_s;
 
+QString texto(const QString &chaveDoTexto, const QString &omissao) {
+    return modTraducoes::texto(u"VISTREL_frmConfiguracoes"_s, chaveDoTexto, omissao);
+}
+
 QString guardada() {
     return modINI::GetSetting(estado().NomePrograma, seccao, chave, modPassWord::pwdPorOmissao());
 }
 
-bool coincide(const QString &digitada) {
-    return !digitada.isEmpty() && digitada == modEncriptPrincipal::DesencriptarString(guardada());
+// Without an entry the factory password is in force. A file that is there and says nothing, or that cannot be read, has
+// lost the entry that it may have had: its password is not known, and the factory's would open what was closed.
+void exigirConhecida() {
+    const QString ficheiro = modINI::GetINIPATH() + estado().NomePrograma + u".ini";
+    if (guardada() == modINI::valorPerdido ||
+        (guardada() == modPassWord::pwdPorOmissao() && modINI::danificado(ficheiro)))
+        throw Falha(erros::falhaDoFicheiro,
+                    texto(u"PassWordDesconhecida"_s,
+                          u"O ficheiro de definições \"%1\" foi danificado ou não pode ser lido, e a PassWord com "
+                          "ele. Reponha-o de uma cópia; se for apagado, volta a valer a PassWord de fábrica."_s)
+                        .arg(ficheiro));
 }
 
-QString texto(const QString &chaveDoTexto, const QString &omissao) {
-    return modTraducoes::texto(u"VISTREL_frmConfiguracoes"_s, chaveDoTexto, omissao);
+bool coincide(const QString &digitada) {
+    exigirConhecida();
+    return !digitada.isEmpty() && digitada == modEncriptPrincipal::DesencriptarString(guardada());
 }
 
 bool emBranco(const QString &texto) {
@@ -52,12 +66,7 @@ Alteracao AlterarPassWord(const QString &actual, const QString &nova, const QStr
                     texto(u"PassWordLonga"_s, u"A nova PassWord não pode ter mais de %1 caracteres."_s)
                         .arg(maximoDeCaracteres));
     const QString cifrada = modEncriptPrincipal::EncriptarString(nova);
-    modINI::SaveSetting(estado().NomePrograma, seccao, chave, cifrada);
-    // A write that fails says nothing; the user would be told of a change that did not happen.
-    if (guardada() != cifrada)
-        throw Falha(erros::falhaDoFicheiro,
-                    texto(u"PassWordNaoGuardada"_s, u"Não foi possível guardar a nova PassWord em \"%1\"."_s)
-                        .arg(modINI::GetINIPATH() + estado().NomePrograma + u".ini"));
+    modINI::Guardar(estado().NomePrograma, {{seccao, chave, cifrada}});
     return Alteracao::Alterada;
 }
 

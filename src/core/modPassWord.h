@@ -11,7 +11,8 @@ constexpr int maximoDeCaracteres = 124;
 // The stored form of the factory password, in force until another one is stored.
 QString pwdPorOmissao();
 
-// Exact and case-sensitive. False for a blank text and whenever the stored value is damaged.
+// Exact and case-sensitive. False for a blank text and whenever the stored value is damaged; Falha when the settings
+// file is damaged as a whole.
 bool PassWordCorrecta(const QString &digitada);
 
 enum class Alteracao {

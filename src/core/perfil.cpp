@@ -236,6 +236,8 @@ void Perfil::definir(const QString &seccao, const QString &chave, const QString 
     const QString fim = fimDeLinha();
     const auto nova = [&](const QString &texto) { return Linha{codificar(texto + fim), texto}; };
     const auto acabar = [&](Linha &linha) { // a last line without its end gets one before another follows
+        if (eUtf16() && linha.bytes.size() % 2 != 0)
+            linha.bytes.chop(1); // half a character would shift all that follows
         const QString inteira = descodificar(linha.bytes);
         if (inteira.size() == linha.texto.size())
             linha.bytes += codificar(fim);

@@ -40,6 +40,7 @@ private:
     QString descodificar(const QByteArray &bytes) const;
     QByteArray codificar(const QString &texto) const;
     QString fimDeLinha() const;
+    bool eUtf16() const { return m_codificacao == Codificacao::Utf16Le || m_codificacao == Codificacao::Utf16Be; }
 
     Codificacao m_codificacao = Codificacao::Utf8;
     QByteArray m_marca;

@@ -68,6 +68,9 @@ qint64 Comando::executar() {
     sqlite3 *bd = m_motor->bd.getHandle();
     if (m_emTransaccao && (m_motor->transaccoes == 0 || sqlite3_get_autocommit(bd) != 0))
         Motor::falharAnulada();
+    const bool sozinho = sqlite3_get_autocommit(bd) != 0;
+    if (sozinho)
+        m_motor->exigirNoLugar();
     const int codigo = sqlite3_step(m_instrucao);
     if (codigo != SQLITE_DONE && codigo != SQLITE_ROW) {
         sqlite3_reset(m_instrucao);
@@ -75,5 +78,7 @@ qint64 Comando::executar() {
     }
     const qint64 alteradas = sqlite3_changes64(bd);
     sqlite3_reset(m_instrucao);
+    if (sozinho)
+        m_motor->exigirNoLugar();
     return alteradas;
 }

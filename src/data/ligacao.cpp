@@ -94,6 +94,14 @@ QString texto(const QString &chave, const QString &omissao) {
     throw Falha(erros::objectoFechado, texto(u"BDFechada"_s, u"A base de dados não está aberta."_s));
 }
 
+QString textoDeTrocada(const QString &caminho) {
+    return texto(u"BDTrocada"_s,
+                 u"O ficheiro da base de dados \"%1\" foi apagado ou substituído enquanto estava aberto. O "
+                 "que se vê é do anterior, e o que se alterar não fica gravado. Feche as janelas e abra "
+                 "a base de dados de novo em \"Configurações\"."_s)
+        .arg(caminho);
+}
+
 QString explicar(int codigo) {
     for (const Explicacao &e : explicacoes)
         if (e.codigo == codigo)
@@ -142,6 +150,13 @@ void Motor::falhar(int codigo, const QString &contexto) {
         descricao += u' ' + texto(u"BDExame"_s, u"Ficheiro: \"%1\". Exame: %2"_s).arg(caminho, exame);
     }
     throw Falha(erros::motorBD + codigo, descricao);
+}
+
+void Motor::exigirNoLugar() {
+    if (!lugar || lugar->mantem())
+        return;
+    avisada = true;
+    throw Falha(erros::falhaDoFicheiro, textoDeTrocada(caminho));
 }
 
 void Motor::falharAnulada() {
@@ -241,8 +256,6 @@ void Ligacao::abrir(const QString &caminho) {
     }
     novo->soLeitura = !ficheiro.gravavel;
     novo->imutavel = ficheiro.imutavel;
-    if (ficheiro.gravavel)
-        novo->recolha.emplace(novo->bd.getHandle(), nome);
     Recordset rs(novo, novo->preparar(u"PRAGMA user_version"_s, {}));
     const qint64 versao = rs.avancar() ? rs.inteiro(0) : 0;
     if (versao > versaoDoEsquema)
@@ -252,8 +265,30 @@ void Ligacao::abrir(const QString &caminho) {
                         .arg(caminho)
                         .arg(versao)
                         .arg(versaoDoEsquema));
+    rs.fechar();
+    novo->lugar.emplace(nome); // once it was read its log is there, too
+    if (ficheiro.gravavel)
+        novo->recolha.emplace(
+            novo->bd.getHandle(), nome, [&lugar = *novo->lugar] { return lugar.mantem(); }, m_recolha);
     m_motor = novo;
     m_caminho = caminho;
+}
+
+void Ligacao::exigirNoLugar() const {
+    motor().exigirNoLugar();
+}
+
+QString Ligacao::novidadeDoLugar() {
+    if (!aberta() || m_motor->transaccoes > 0 || m_motor->emConfirmacao) // its confirmation will say so
+        return {};
+    const bool mantem = m_motor->lugar->mantem();
+    const bool novidade = !mantem && !m_motor->avisada;
+    m_motor->avisada = !mantem;
+    return novidade ? textoDeTrocada(m_caminho) : QString();
+}
+
+void Ligacao::definirRecolha(const Recolha::Medidas &medidas) {
+    m_recolha = medidas;
 }
 
 Recordset Ligacao::consultar(const QString &sql, const Parametros &valores) {
@@ -268,16 +303,23 @@ Recordset Ligacao::consultar(const QString &sql, const Parametros &valores) {
 qint64 Ligacao::executar(const QString &sql, const Parametros &valores) {
     Recordset rs = consultar(sql, valores);
     sqlite3 *bd = motor().bd.getHandle();
+    const bool sozinha = rs.escreve() && sqlite3_get_autocommit(bd) != 0; // in a transaction its end is looked at
+    if (sozinha)
+        motor().exigirNoLugar();
     const qint64 antes = sqlite3_total_changes64(bd);
     while (rs.avancar()) {
     }
+    if (sozinha && sqlite3_get_autocommit(bd) != 0)
+        motor().exigirNoLugar();
     return sqlite3_total_changes64(bd) - antes;
 }
 
 void Ligacao::executarGuiao(const QString &sql) {
+    motor().exigirNoLugar();
     const int codigo = motor().executarDirecto(sql.toUtf8());
     if (codigo != SQLITE_OK)
         motor().falhar(codigo, sql);
+    motor().exigirNoLugar();
 }
 
 Transaccao::Transaccao(Ligacao &ligacao) : m_ligacao(ligacao) {
@@ -297,17 +339,22 @@ void Transaccao::confirmar() {
             erros::objectoFechado,
             texto(u"BDFechadaAMeio"_s, u"A base de dados foi fechada a meio da alteração; nada foi gravado."_s));
     const int nivel = motor->transaccoes - 1;
+    if (nivel == 0)
+        motor->exigirNoLugar(); // undone otherwise
     m_ligacao.executar(nivel == 0 ? u"COMMIT"_s : u"RELEASE n%1"_s.arg(nivel));
     motor->transaccoes = nivel;
     m_pendente = false;
-    if (nivel == 0)
-        motor->executarDirecto(memoriaParaLer);
+    if (nivel > 0)
+        return;
+    motor->executarDirecto(memoriaParaLer);
+    motor->exigirNoLugar();
 }
 
 void Transaccao::confirmar(const std::function<void()> &passar) {
     const auto motor = m_motor.lock();
     if (!motor || motor != m_ligacao.m_motor || motor->transaccoes > 1)
         return confirmar();
+    motor->exigirNoLugar();
     int codigo = SQLITE_OK;
     const auto gravar = [&] {
         // Most of it before the commit itself, during which other programs cannot write.
@@ -337,6 +384,11 @@ void Transaccao::confirmar(const std::function<void()> &passar) {
     }
     if (codigo != SQLITE_OK)
         motor->falhar(codigo, u"COMMIT"_s);
+    motor->exigirNoLugar();
+    while (motor->recolha && motor->recolha->atrasada()) {
+        passar();
+        QThread::msleep(1);
+    }
 }
 
 Transaccao::~Transaccao() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/estado.h"
+#include "data/recolha.h"
 
 #include <QDateTime>
 #include <QString>
@@ -41,6 +42,13 @@ public:
     QString caminho() const;
     void definirEspera(int ms); // how long a statement waits for another program's lock; 5 s unless set
 
+    // What is written goes to the file that was opened. Once that file is no longer the one under its path, nothing is
+    // acknowledged any more: whatever writes throws Falha, looking before and after.
+    void exigirNoLugar() const;
+    // What the user has to be told when the file was deleted or replaced meanwhile; once, and empty otherwise.
+    QString novidadeDoLugar();
+    void definirRecolha(const Recolha::Medidas &medidas); // for the next opening
+
     Recordset consultar(const QString &sql, const Parametros &valores = {});
     qint64 executar(const QString &sql, const Parametros &valores = {}); // rows changed
     void executarGuiao(const QString &sql);                              // several statements, no values
@@ -52,6 +60,7 @@ private:
     std::shared_ptr<Motor> m_motor;
     QString m_caminho;
     int m_esperaMs;
+    Recolha::Medidas m_recolha;
 };
 
 // A batch that clears and rewrites: undone as a whole unless confirmar() is reached. May be nested.

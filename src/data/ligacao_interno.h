@@ -1,7 +1,7 @@
 #pragma once
 
 #include "data/ligacao.h"
-#include "data/recolha.h"
+#include "data/lugarDoFicheiro.h"
 
 #include <SQLiteCpp/Database.h>
 
@@ -21,12 +21,17 @@ struct Motor {
     bool soLeitura = false;
     bool imutavel = false; // read without locks, since no log can be made beside the file
     int transaccoes = 0;
-    QString exame;                  // findings of the check, made once
+    QString exame; // findings of the check, made once
+    std::optional<LugarDoFicheiro> lugar;
+    bool avisada = false;           // the user knows that the file is no longer in its place
     std::optional<Recolha> recolha; // only where this process may write; gone before the connection
 
     // A large batch is confirmed on a thread of its own; whoever wants the connection meanwhile waits for the end.
     std::atomic<bool> emConfirmacao{false};
     void esperar() const { emConfirmacao.wait(true); }
+
+    // Around everything that writes: what goes into a file that has lost its name must not pass for stored.
+    void exigirNoLugar();
 
     sqlite3_stmt *preparar(const QString &sql, const Parametros &valores);
     int executarDirecto(const QByteArray &sql);

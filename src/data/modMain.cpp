@@ -12,15 +12,36 @@
 #include "data/ligacao.h"
 #include "data/recordset.h"
 
+#include <QFileInfo>
+
 namespace {
 
 const QString seccaoBD = u"BD"_s;
 const QString chaveMAIN = u"MAIN"_s;
 
+QString avisoDaBaseInexistente() {
+    return modTraducoes::texto(u"VISTREL_modMain"_s, u"Aviso"_s, u"AVISO: Base de Dados Inexistente."_s) + u"\n\"" +
+           estado().CaminhoBD + u'"';
+}
+
 void avisarBaseInexistente() {
-    const QString aviso = modTraducoes::texto(u"VISTREL_modMain"_s, u"Aviso"_s, u"AVISO: Base de Dados Inexistente."_s);
     if (Dialogos *dialogos = estado().ambiente.dialogos)
-        dialogos->mensagem(aviso);
+        dialogos->mensagem(avisoDaBaseInexistente());
+}
+
+// One question instead of the warning. True when another path is stored.
+bool escolherOutraBase() {
+    Dialogos *dialogos = estado().ambiente.dialogos;
+    const QString pergunta =
+        modTraducoes::texto(u"VISTREL_modMain"_s, u"Escolher"_s, u"Deseja escolher o ficheiro da base de dados?"_s);
+    if (!dialogos || !dialogos->pergunta(avisoDaBaseInexistente() + u'\n' + pergunta))
+        return false;
+    const QString escolhida = dialogos->abrirFicheiro(u"Kelvark BD (*.mdb)|*.mdb|Kelvark BD (*.mde)|*.mde"_s,
+                                                      QFileInfo(estado().CaminhoBD).path());
+    if (escolhida.isEmpty())
+        return false;
+    modINI::Guardar(estado().NomePrograma, {{seccaoBD, chaveMAIN, escolhida}});
+    return true;
 }
 
 class Ampulheta {
@@ -49,16 +70,17 @@ QString caminhoBDPorOmissao() {
     return pasta + u"BD/Kelvark.mdb";
 }
 
-bool carregaGlobaisBD() {
+bool carregaGlobaisBD(bool escolher) {
     const QString &ficheiro = estado().NomePrograma;
     Ligacao &ligacao = ligacaoPartilhada();
     try {
         const Ampulheta ampulheta;
-        estado().CaminhoBD = modINI::GetSetting(ficheiro, seccaoBD, chaveMAIN);
-        if (estado().CaminhoBD.isEmpty())
+        if (modINI::GetSetting(ficheiro, seccaoBD, chaveMAIN).isEmpty())
             modINI::SaveSetting(ficheiro, seccaoBD, chaveMAIN, caminhoBDPorOmissao());
         passarEventos();
         estado().CaminhoBD = modINI::GetSetting(ficheiro, seccaoBD, chaveMAIN);
+        if (estado().CaminhoBD.isEmpty()) // it could not be stored
+            estado().CaminhoBD = caminhoBDPorOmissao();
         // Asked of the connection too: a failed opening leaves BDLigada as it was, and a good path given after a bad
         // one must not be met with the warning of a missing database.
         if (estado().BDLigada && ligacao.aberta())
@@ -73,8 +95,11 @@ bool carregaGlobaisBD() {
             [[fallthrough]];
         case erros::objectoFechado:
         case erros::falhaGeralBD:
-            avisarBaseInexistente();
             estado().BDLigada = false;
+            if (!escolher || f.numero() != erros::falhaGeralBD)
+                avisarBaseInexistente();
+            else if (Rotina("modMain.carregaGlobaisBD", escolherOutraBase))
+                return carregaGlobaisBD(escolher);
             break;
         default:
             modErros::tratarExcepcaoCorrente("modMain.carregaGlobaisBD");
@@ -83,6 +108,14 @@ bool carregaGlobaisBD() {
         modErros::tratarExcepcaoCorrente("modMain.carregaGlobaisBD");
     }
     return false;
+}
+
+void vigiarBD() {
+    Rotina("modMain.vigiarBD", [] {
+        const QString novidade = ligacaoPartilhada().novidadeDoLugar();
+        if (Dialogos *dialogos = estado().ambiente.dialogos; dialogos && !novidade.isEmpty())
+            dialogos->mensagem(novidade, Dialogos::Estilo::Exclamacao);
+    });
 }
 
 QString VerificaDatas(const QString &inicio, const QString &fim) {

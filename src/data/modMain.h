@@ -5,8 +5,12 @@
 // Shared routines over the database and the settings.
 namespace modMain {
 
-// Opens or reopens cnBD from the settings; a missing file gives one warning. True when the connection is open.
-bool carregaGlobaisBD();
+// Opens or reopens cnBD from the settings. A missing file gives one warning with its path, or, with `escolher`, one
+// question whether to choose another. True when the connection is open.
+bool carregaGlobaisBD(bool escolher = false);
+
+// To be called about once a second: tells the user once when the open file was deleted or replaced.
+void vigiarBD();
 
 // "TRUE" only when start lies strictly before end; texts as datas::textoDataHora writes them.
 QString VerificaDatas(const QString &inicio, const QString &fim);

@@ -3,24 +3,49 @@
 #include <QByteArray>
 
 #include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <functional>
+#include <mutex>
 #include <thread>
 
 struct sqlite3;
 
-// Takes what was written to the log beside the database into the database itself, on a thread and a connection of its
-// own: after a large import that takes longer than a window may stand still. The thread touches nothing else.
+// Takes what was written to the log beside the database into the database itself, and cuts a log that has grown: on a
+// thread and a connection of its own, since after a large import that takes longer than a window may stand still.
+// Nobody is waited for: what a reader still needs, of whatever program, is left for the next look.
 class Recolha {
 public:
-    Recolha(sqlite3 *bd, const QByteArray &caminho);
-    ~Recolha(); // waits for what is under way
+    struct Medidas {
+        int paginas = 1000;      // in the log after a commit: worth a turn; the engine's own measure
+        qint64 bytes = 16 << 20; // of the log's file: worth being cut
+        std::chrono::milliseconds entreOlhares{1000}; // at a log that others, too, let grow
+    };
+    // `noLugar` says whether the file is still the one that was opened; asked on the thread.
+    Recolha(sqlite3 *bd, const QByteArray &caminho, std::function<bool()> noLugar, const Medidas &medidas);
+    ~Recolha(); // stops what is under way
+
+    // A long log is being taken in. What is written meanwhile goes behind what is in it already, so that it grows by
+    // all of that; a large batch waits for the end before the next one begins.
+    bool atrasada() const { return m_atrasada; }
 
     Recolha(const Recolha &) = delete;
     Recolha &operator=(const Recolha &) = delete;
 
 private:
     static int aposConfirmar(void *esta, sqlite3 *bd, const char *base, int paginas);
+    void correr(const std::stop_token &parar);
+    void recolher(const std::stop_token &parar);
+    bool ligar();
+    qint64 tamanhoDoDiario() const;
 
-    QByteArray m_caminho;
-    std::atomic<bool> m_activa{false};
+    const QByteArray m_caminho;
+    const std::function<bool()> m_noLugar;
+    const Medidas m_medidas;
+    sqlite3 *m_bd = nullptr; // of the thread, kept: a name may mean another file the next time
+    std::mutex m_mutex;
+    std::condition_variable_any m_aviso;
+    bool m_pedida = false;
+    std::atomic<bool> m_atrasada{false};
     std::jthread m_trabalho;
 };

@@ -50,6 +50,10 @@ bool Recordset::avancar() {
     return !m_fim;
 }
 
+bool Recordset::escreve() const {
+    return m_instrucao && sqlite3_stmt_readonly(m_instrucao) == 0;
+}
+
 int Recordset::colunas() const {
     return sqlite3_column_count(m_instrucao);
 }

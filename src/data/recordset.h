@@ -33,6 +33,7 @@ public:
     bool avancar(); // false after the last row and ever after; Falha when the engine fails
     void fechar();
 
+    bool escreve() const; // the statement changes the database
     int colunas() const;
     QString nome(int coluna) const;
     int coluna(const QString &nome) const; // compared without case; Falha when absent

@@ -128,10 +128,10 @@ void Pesquisar1WireAuto(const Vista &vista, Resultado &resultado) {
 bool guardarResultado(const Resultado &resultado, Porta &porta) {
     const QString seccao = u"LIAGACAOHARDWARE"_s;
     const auto guardar = [&](const QString &tipo, const QString &numero, const QString &nome, const QString &id) {
-        modINI::SaveSettings(u"Kelvark"_s, {{seccao, u"PortType"_s, tipo},
-                                            {seccao, u"PortNum"_s, numero},
-                                            {seccao, u"Dispositivo"_s, nome},
-                                            {seccao, u"1WireDeviceID"_s, id}});
+        modINI::Guardar(u"Kelvark"_s, {{seccao, u"PortType"_s, tipo},
+                                       {seccao, u"PortNum"_s, numero},
+                                       {seccao, u"Dispositivo"_s, nome},
+                                       {seccao, u"1WireDeviceID"_s, id}});
     };
     if (resultado.texto.isEmpty() || resultado.texto == u"0X0X0") {
         porta = {u"0"_s, u"0"_s, u"0"_s};

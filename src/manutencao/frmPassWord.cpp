@@ -99,9 +99,12 @@ bool frmPassWord::eventFilter(QObject *objecto, QEvent *evento) {
 void frmPassWord::txtPassWord_KeyUp() {
     if (m_aceite) // a key that was held down is let go after the match
         return;
-    const bool certa = Rotina("frmPassWord.txtPassWord_KeyUp",
-                              [this] { return modPassWord::PassWordCorrecta(m_txtPassWord->text()); });
-    if (certa)
+    const std::optional<bool> certa = Rotina("frmPassWord.txtPassWord_KeyUp", [this] {
+        return std::optional(modPassWord::PassWordCorrecta(m_txtPassWord->text()));
+    });
+    if (!certa) // no text would be right, and the next key would say so again
+        close();
+    else if (*certa)
         acertou();
 }
 

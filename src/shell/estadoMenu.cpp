@@ -50,6 +50,8 @@ namespace estadoMenu {
 void BuscarEstadoMenu(QSet<QString> &estados) {
     estados.remove(u"RegistadorControl"_s);
     estados.remove(u"Alarmes"_s);
+    if (!ligacaoPartilhada().aberta()) // why not has been told already
+        return;
     Rotina("frmMain.BuscarEstadoMenu", [&] {
         Recordset tipos = cnBD().consultar(u"SELECT DISTINCT Tipo FROM Sensores WHERE Tipo IS NOT NULL"_s);
         while (tipos.avancar()) {

@@ -45,7 +45,7 @@ void frmIconCompactarErepararBD::TimerEspera_Timer() {
         forcarEventos();
         modCompactRepairDB::CompactarErepararBD(estado().CaminhoBD);
         forcarEventos();
-        modMain::carregaGlobaisBD();
+        modMain::carregaGlobaisBD(true);
     });
     forcarEventos();
     accept();

@@ -7,6 +7,7 @@
 #include "core/rotina.h"
 #include "core/textoMostrado.h"
 #include "data/ligacao.h"
+#include "data/modMain.h"
 #include "platform/forms/icones.h"
 #include "platform/forms/registoForms.h"
 #include "shell/desenhos.h"
@@ -33,6 +34,7 @@ namespace {
 
 constexpr QSize tamanhoDesejado(1180, 760);
 constexpr qsizetype letrasDaLegenda = 80;
+constexpr int entreOlharesMs = 1000; // at the file of the database
 
 } // namespace
 
@@ -41,7 +43,7 @@ QSize frmMain::tamanhoInicial(const QWidget &janela) {
     return tamanhoDesejado.boundedTo(janela.screen()->availableSize() - moldura);
 }
 
-frmMain::frmMain() : m_area(new QMdiArea(this)) {
+frmMain::frmMain() : m_area(new QMdiArea(this)), m_vigiaBD(this) {
     juntarDesenhos();
     setObjectName(u"frmMain"_s);
     setWindowIcon(icones::icone(u"vistrel"_s));
@@ -61,6 +63,10 @@ frmMain::frmMain() : m_area(new QMdiArea(this)) {
     forms.alterarEstadosMenus = [this] { AlterarEstadosMenus(); };
     forms.alterarLingua = [this] { AlterarLingua(); };
     forms.anunciar(this);
+    m_vigiaBD.setObjectName(u"TimerBD"_s);
+    m_vigiaBD.setInterval(entreOlharesMs);
+    connect(&m_vigiaBD, &QTimer::timeout, this, &modMain::vigiarBD);
+    m_vigiaBD.start();
     MDIForm_Load();
 }
 

@@ -5,6 +5,7 @@
 #include <QHash>
 #include <QMainWindow>
 #include <QSet>
+#include <QTimer>
 
 #include <functional>
 
@@ -66,5 +67,6 @@ private:
     QSet<QString> m_estados;
     QHash<QString, QAction *> m_accoes; // by menu key
     QHash<QString, QMenu *> m_menus;
+    QTimer m_vigiaBD; // is the open file still in its place?
     bool m_ocupado = false;
 };

@@ -3,7 +3,7 @@
 #include "core/datas.h"
 #include "core/estado.h"
 #include "core/falha.h"
-#include "core/ficheiroDirecto.h"
+#include "core/ficheiroInteiro.h"
 #include "core/literais.h"
 #include "core/modDoubleTratamento.h"
 #include "core/modTraducoes.h"
@@ -11,8 +11,6 @@
 #include "data/recordset.h"
 #include "views/estados.h"
 #include "views/ilegiveis.h"
-
-#include <QFile>
 
 #include <array>
 #include <cmath>
@@ -72,10 +70,6 @@ public:
             falhar();
         m_tampao.reserve(tamanhoDoTampao + 4096);
     }
-    ~EscritorCSV() {
-        if (!m_falhou && m_ficheiro.isOpen())
-            m_ficheiro.write(m_tampao); // the lines so far stay in the file
-    }
     EscritorCSV(const EscritorCSV &) = delete;
     EscritorCSV &operator=(const EscritorCSV &) = delete;
 
@@ -85,34 +79,28 @@ public:
         if (m_tampao.size() >= tamanhoDoTampao)
             despejar();
     }
-    void terminar() {
+    void terminar(const std::function<void()> &passar) {
         despejar();
-        m_ficheiro.close();
-        if (m_ficheiro.error() != QFileDevice::NoError)
+        if (!m_ficheiro.concluir(passar))
             falhar();
     }
 
 private:
     static constexpr qsizetype tamanhoDoTampao = 256 * 1024;
     void despejar() {
-        const qint64 escritos = m_ficheiro.write(m_tampao);
-        m_linhas += QByteArrayView(m_tampao).first(std::max<qint64>(0, escritos)).count('\n');
-        if (escritos != m_tampao.size())
+        if (m_ficheiro.write(m_tampao) != m_tampao.size())
             falhar();
         m_tampao.resize(0);
     }
     [[noreturn]] void falhar() {
-        m_falhou = true;
-        throw Falha(erros::falhaDoFicheiro,
-                    modTraducoes::texto(u"KelvarkAUX"_s, u"FicheiroCSVNaoEscrito"_s,
-                                        u"Não é possível escrever \"%1\": %2 (linhas escritas: %3)."_s)
-                        .arg(m_ficheiro.fileName(), m_ficheiro.errorString())
-                        .arg(m_linhas));
+        throw Falha(
+            erros::falhaDoFicheiro,
+            modTraducoes::texto(u"KelvarkAUX"_s, u"FicheiroNaoEscrito"_s,
+                                u"Não é possível escrever \"%1\": %2. O ficheiro que lá estivesse ficou como estava."_s)
+                .arg(m_ficheiro.destino(), m_ficheiro.errorString()));
     }
-    FicheiroDirecto<QFile> m_ficheiro;
+    FicheiroInteiro m_ficheiro;
     QByteArray m_tampao;
-    qint64 m_linhas = 0;
-    bool m_falhou = false;
 };
 
 QByteArrayView bytesDe(const Recordset &rs, int coluna) {
@@ -241,7 +229,7 @@ qint64 escreverCSV(const PedidoCSV &pedido, const std::function<void()> &passar)
         }
     }
     if (escritas > 0)
-        escritor.terminar();
+        escritor.terminar(passar);
     return escritas;
 }
 

@@ -36,9 +36,9 @@ struct PedidoCSV {
     Ilegiveis *ilegiveis = nullptr;      // gets what is left out
 };
 
-// Falha when the file cannot be written; the lines so far stay in the file, and the description says how many. A
-// reading whose value cannot be read has no line, and a limit that cannot be read is written as none. passar is called
-// for every row and may throw. Gives back how many lines there are.
+// Falha when the file cannot be written; what stood under its name then stays, as it does when passar throws. A reading
+// whose value cannot be read has no line, and a limit that cannot be read is written as none. passar is called for every
+// row and may throw. Gives back how many lines there are; without any, no file is made.
 qint64 escreverCSV(const PedidoCSV &pedido, const std::function<void()> &passar);
 
 } // namespace exportacao

@@ -4,7 +4,7 @@
 #include "core/eventos.h"
 #include "core/exportado.h"
 #include "core/falha.h"
-#include "core/ficheiroDirecto.h"
+#include "core/ficheiroInteiro.h"
 #include "core/literais.h"
 #include "core/modTraducoes.h"
 #include "core/rotina.h"
@@ -20,7 +20,6 @@
 #include <QPrintDialog>
 #include <QPrinter>
 #include <QProgressBar>
-#include <QSaveFile>
 #include <QScrollArea>
 #include <QSpinBox>
 #include <QStyle>
@@ -234,7 +233,7 @@ bool JanelaRelatorio::pintarPaginas(QPagedPaintDevice &papel, QPainter &pintor, 
 
 // What stood there is replaced by a whole file only: not by a stopped one, nor by what a full disk took of it.
 bool JanelaRelatorio::gravarPDF(const QString &caminho, int primeira, int ultima, const QPageLayout &papel) {
-    FicheiroDirecto<QSaveFile> ficheiro(caminho);
+    FicheiroInteiro ficheiro(caminho);
     const auto falhar = [&] {
         throw Falha(erros::falhaDoFicheiro,
                     texto(u"ErroFicheiro"_s, u"Não é possível escrever \"%1\"."_s).arg(caminho) + u' ' +
@@ -250,7 +249,7 @@ bool JanelaRelatorio::gravarPDF(const QString &caminho, int primeira, int ultima
     QPainter pintor(&escritor);
     const bool completo = pintarPaginas(escritor, pintor, primeira, ultima < 0 ? m_relatorio->paginas() - 1 : ultima);
     pintor.end();
-    if (completo && !ficheiro.commit())
+    if (completo && !ficheiro.concluir())
         falhar();
     return completo;
 }

@@ -3,7 +3,7 @@
 #include "core/estado.h"
 #include "core/exportado.h"
 #include "core/falha.h"
-#include "core/ficheiroDirecto.h"
+#include "core/ficheiroInteiro.h"
 #include "core/literais.h"
 #include "core/modTraducoes.h"
 #include "data/modMain.h"
@@ -15,7 +15,6 @@
 #include <QBuffer>
 #include <QFileInfo>
 #include <QImageWriter>
-#include <QSaveFile>
 
 namespace {
 
@@ -66,11 +65,12 @@ void exportarJPG(const TChart &grafico, const QString &base) {
     QImageWriter escritor(&memoria, "JPG");
     escritor.setQuality(qualidadeJPEG);
     const bool pronta = escritor.write(grafico.imagem(larguraDaImagem, alturaDaImagem));
-    FicheiroDirecto<QSaveFile> ficheiro(caminho); // a whole picture, or what stood there before
-    if (!pronta || !ficheiro.abrir() || ficheiro.write(bytes) != bytes.size() || !ficheiro.commit())
+    FicheiroInteiro ficheiro(caminho); // a whole picture, or what stood there before
+    if (!pronta || !ficheiro.abrir() || ficheiro.write(bytes) != bytes.size() || !ficheiro.concluir())
         throw Falha(
             erros::falhaDoFicheiro,
-            modTraducoes::texto(u"KelvarkAUX"_s, u"FicheiroNaoEscrito"_s, u"Não é possível escrever \"%1\": %2."_s)
+            modTraducoes::texto(u"KelvarkAUX"_s, u"FicheiroNaoEscrito"_s,
+                                u"Não é possível escrever \"%1\": %2. O ficheiro que lá estivesse ficou como estava."_s)
                 .arg(caminho, pronta ? ficheiro.errorString() : escritor.errorString()));
     anunciarExportado(caminho);
 }
