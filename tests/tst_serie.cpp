@@ -130,7 +130,7 @@ private Q_SLOTS:
         });
         QTRY_COMPARE(Instalacao::lerFicheiro(marca), QByteArray("1"));
         QVERIFY(tmex::TMExtendedStartSession(1, 5) < 0);
-        QVERIFY(onewire::barramento().ocupado);
+        QVERIFY(onewire::barramento().motivo.causa == onewire::Causa::Ocupado);
         QCOMPARE(m.controlo.ActualizarEstado(), qint16(0)); // waits a little, then gives up
         filho.matar();
         QTRY_VERIFY(tmex::TMExtendedStartSession(1, 5) > 0);
