@@ -6,8 +6,11 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QDirIterator>
 #include <QFileDialog>
 #include <QLineEdit>
+#include <QMessageBox>
+#include <QRegularExpression>
 #include <QTest>
 #include <QTimer>
 #include <QTreeView>
@@ -56,6 +59,43 @@ QByteArray cadeado(const QString &caminho, off_t byte) {
 class tst_dialogos : public QObject {
     Q_OBJECT
 private Q_SLOTS:
+    void perguntas_data() {
+        QTest::addColumn<int>("tecla");
+        QTest::addColumn<bool>("sim");
+        QTest::newRow("Enter") << int(Qt::Key_Return) << false;
+        QTest::newRow("Space") << int(Qt::Key_Space) << false;
+        QTest::newRow("Escape") << int(Qt::Key_Escape) << false;
+        QTest::newRow("over to Yes") << int(Qt::Key_Tab) << true;
+    }
+    // Nothing is destroyed by a key that was meant for something else.
+    void perguntas() {
+        QFETCH(const int, tecla);
+        const Instalacao inst(Instalacao::Base::Nenhuma);
+        DialogosQt dialogos;
+        QTimer::singleShot(0, qApp, [&] {
+            auto *caixa = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+            QVERIFY(caixa && QTest::qWaitForWindowActive(caixa));
+            QTest::keyClick(caixa->focusWidget(), Qt::Key(tecla));
+            if (caixa->isVisible())
+                QTest::keyClick(caixa->focusWidget(), Qt::Key_Space);
+        });
+        QTEST(dialogos.pergunta(u"Eliminar?\n<b>tudo</b>"_s), "sim");
+    }
+
+    // The one box with a question is that one: no other could have another default.
+    void umaSoPergunta() {
+        QDirIterator fontes(QStringLiteral(VISTREL_FONTES), {u"*.cpp"_s}, QDir::Files, QDirIterator::Subdirectories);
+        static const QRegularExpression caixa(u"QMessageBox\\s+\\w+[({;]|QMessageBox::question|new QMessageBox|"
+                                              "QDialogButtonBox|setStandardButtons"_s);
+        QStringList outras;
+        while (fontes.hasNext()) {
+            const QString ficheiro = fontes.next();
+            if (QString::fromUtf8(Instalacao::lerFicheiro(ficheiro)).contains(caixa))
+                outras.append(QFileInfo(ficheiro).fileName());
+        }
+        QCOMPARE(outras, QStringList(u"dialogosQt.cpp"_s));
+    }
+
     void cadeadosDaBase_data() {
         QTest::addColumn<bool>("pasta");
         QTest::newRow("file") << false;

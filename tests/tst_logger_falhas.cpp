@@ -27,6 +27,20 @@ void nomear(const Bancada &b) {
     utilizador::controlo<QLineEdit>(b.form, u"txtDescricaoMissao"_s)->setText(u"m"_s);
 }
 
+// Nothing of a button is shown, and nothing but a read is offered.
+void semNada(const Bancada &b) {
+    for (const char *caixa : {"txtEstadoMissao", "txtAcertoTemp", "lblDescricaoRegistador"})
+        QCOMPARE(b.texto(caixa), QString());
+    for (const char *fechado : {"lblAssistente", "lblResultados", "lblGrafico", "cmdPararMissao"})
+        QVERIFY2(!b.permitido(fechado), fechado);
+    QVERIFY(b.permitido("lblEstado") && b.visivel("FrameEstado") && b.permitido("cmdLer"));
+}
+
+void formatar(const Bancada &b) {
+    b.clicar("lblNumeroMissoes");
+    QTest::keyClicks(utilizador::controlo<QLineEdit>(b.form, u"txtPass"_s), u"QUINTAL"_s);
+}
+
 } // namespace
 
 // What goes wrong with a button, its reader and the window.
@@ -51,13 +65,150 @@ private Q_SLOTS:
             b.instalacao.dialogos.esperarMensagem(u"DS1921 não encontrado"_s);
             b.clicar(botao);
             b.instalacao.verificar();
-            for (const char *caixa : {"txtEstadoMissao", "txtAcertoTemp", "lblDescricaoRegistador"})
-                QCOMPARE(b.texto(caixa), QString());
-            for (const char *fechado : {"lblAssistente", "lblResultados", "lblGrafico", "cmdPararMissao"})
-                QVERIFY2(!b.permitido(fechado), fechado);
-            QVERIFY(b.permitido("lblEstado") && b.visivel("FrameEstado") && b.permitido("cmdLer"));
+            semNada(b);
         }
         QCOMPARE(b.linhas(), 11);
+    }
+
+    // Whatever page cannot be read, the mission stays as it is and nothing is stored or asked.
+    void leituraPerdida_data() {
+        const Tabela<QString, Campo, int> caso("botao", "defeito", "quando");
+        for (const QString &botao : {u"cmdLer"_s, u"cmdLerDados"_s}) {
+            caso(qPrintable(botao + u", first page"), botao, &DefeitosBotao::crcErrado, 5);
+            for (int paginas = 1; paginas <= 7; ++paginas) // the record's, and the registers twice
+                caso(qPrintable(botao + u", behind page %1"_s.arg(paginas)), botao, &DefeitosBotao::contacto, paginas);
+            caso(qPrintable(botao + u", no adapter"), botao, &DefeitosBotao::adaptadorFora, 4);
+        }
+    }
+    void leituraPerdida() {
+        QFETCH(QString, botao);
+        QFETCH(Campo, defeito);
+        QFETCH(int, quando);
+        Bancada b;
+        b.descarregar();
+        b.instalacao.executar(u"DELETE FROM DS1921head"_s);
+        b.andar(300);
+        b.leitor.defeitos().*defeito = quando;
+        b.instalacao.dialogos.esperarMensagem(u"O contacto com o registador perdeu-se"_s);
+        utilizador::clicar(b.form, botao);
+        b.instalacao.verificar();
+        QVERIFY(b.leitor.chip().missao() && b.leitor.chip().contador() > 11);
+        QCOMPARE(b.linhas() + b.linhas(u"DS1921head"_s), 11);
+        semNada(b);
+        b.leitor.defeitos() = {}; // it was only lost for a moment
+        b.clicar("cmdLerDados");
+        QCOMPARE(b.linhas(), 41);
+        QVERIFY(b.permitido("cmdPararMissao"));
+    }
+
+    // A page of the record's chain that holds no part of it; the record goes over three.
+    void registoIncompleto() {
+        for (const int pagina : {1, 2, 3}) {
+            Bancada b;
+            b.programar();
+            b.andar(101);
+            const quint8 estrago[] = {0x1C, 0xA5, 0x5A};
+            QVERIFY(b.leitor.chip().copiar(32 * pagina, estrago));
+            b.instalacao.dialogos.esperarMensagem(u"não está inteiro"_s);
+            b.clicar("cmdLerDados");
+            b.instalacao.verificar();
+            QCOMPARE(b.linhas() + b.linhas(u"DS1921head"_s), 0);
+            QVERIFY(b.leitor.chip().missao() && !b.permitido("cmdPararMissao") && !b.permitido("lblResultados"));
+            QCOMPARE(b.texto("lblDescricaoRegistador") + b.texto("lblMissao"), QString());
+        }
+    }
+
+    // Memory, state, and samples are of one button, whenever another one takes its place.
+    void trocadoDuranteALeitura() {
+        for (int abertura = 0; abertura <= 4; ++abertura) {
+            Bancada b;
+            b.descarregar();
+            b.leitor.fazer(u"B"_s, simulador::Variante::G, 0x777777);
+            b.programar({.registador = u"Cais"_s, .missao = u"Outra"_s});
+            b.andar(50);
+            b.leitor.por({u"A"_s});
+            b.instalacao.executar(u"DELETE FROM DS1921head"_s);
+            b.instalacao.executar(u"DELETE FROM DS1921"_s);
+            if (abertura == 0) { // the adapter is lost for the memory of the second button
+                b.clicar("cmdLer");
+                b.leitor.por({u"B"_s});
+            }
+            b.leitor.aoAbrir = [&, n = 0](qint16, qint16) mutable {
+                b.leitor.semAdaptador = abertura == 0 && n == 0;
+                if (++n == abertura)
+                    b.leitor.por({u"B"_s});
+            };
+            if (abertura != 1)
+                b.instalacao.dialogos.esperarMensagem({});
+            b.clicar("cmdLerDados");
+            b.leitor.aoAbrir = nullptr;
+            b.instalacao.verificar();
+            const QString guardado = u"SELECT group_concat(DISTINCT Nomelogger || DescricaoMissao) FROM "_s;
+            QCOMPARE(b.um(guardado + u"DS1921").toString(), abertura == 1 ? u"CaisOutra"_s : QString());
+            QVERIFY(!b.um(guardado + u"DS1921head").toString().contains(u','));
+            QCOMPARE(b.permitido("cmdPararMissao"), abertura == 1);
+        }
+    }
+
+    // What is about to be destroyed is the button that was read, and as it was read.
+    void trocadoAntesDeDestruir_data() {
+        const Tabela<QString, bool, QString> caso("accao", "lidoEmMissao", "mensagem");
+        caso("stop", u"parar"_s, true, u"No leitor está o registador"_s);
+        caso("format", u"formatar"_s, true, u"Erro ao formatar Registador!\nNo leitor está"_s);
+        caso("program", u"programar"_s, false, u"tentar escrever no Registador\nNo leitor está"_s);
+        caso("started meanwhile", u"iniciado"_s, false, u"Registador\nO registador"_s);
+    }
+    void trocadoAntesDeDestruir() {
+        QFETCH(QString, accao);
+        QFETCH(bool, lidoEmMissao);
+        QFETCH(QString, mensagem);
+        Bancada b;
+        if (lidoEmMissao)
+            b.descarregar();
+        else
+            b.clicar("cmdLer");
+        nomear(b);
+        const QVariantList cabeca = b.instalacao.linha(u"SELECT DataFimMissao FROM DS1921head"_s);
+        if (accao != u"iniciado")
+            b.leitor.fazer(u"B"_s, simulador::Variante::G, 0x777777);
+        b.leitor.chip().iniciar(10, 0, false, 20.0, 40.0);
+        b.andar(60);
+        b.instalacao.dialogos.esperarMensagem(mensagem);
+        if (accao == u"parar")
+            b.clicar("cmdPararMissao");
+        else if (accao == u"formatar")
+            formatar(b);
+        else
+            b.clicar("cmdConcluir");
+        b.instalacao.verificar();
+        if (accao != u"iniciado")
+            QVERIFY(b.instalacao.dialogos.textos.filter(u"e o que foi lido é o EA00000012345621."_s).size() == 1);
+        QVERIFY(b.leitor.chip().missao() && b.leitor.chip().contador() > 3);
+        QCOMPARE(int(b.leitor.chip().ler(32)), 0); // nor its record
+        QCOMPARE(b.instalacao.linha(u"SELECT DataFimMissao FROM DS1921head"_s), cabeca);
+        if (lidoEmMissao)
+            semNada(b);
+    }
+
+    // Given up in whatever operation: no tab shows less than all.
+    void cancelado() {
+        for (int volta = 1; volta <= 4; ++volta) {
+            Bancada b;
+            b.descarregar();
+            b.clicar("lblResultados");
+            QPointer<QDialog> espera;
+            b.leitor.aoAbrir = [&, n = 0](qint16, qint16) mutable {
+                if (++n == volta)
+                    qobject_cast<QDialog *>(utilizador::form(u"frmEsperaLogger"_s))->reject();
+            };
+            QTest::keyClick(b.form, Qt::Key_PageDown, Qt::ControlModifier);
+            b.clicar("lblEstado");
+            b.clicar("cmdLerDados");
+            for (const char *fechado : {"lblResultados", "lblGrafico", "lblAssistente", "cmdPararMissao"})
+                QVERIFY2(!b.permitido(fechado), fechado);
+            QCOMPARE(b.amostras()->linhas(), 0);
+            QVERIFY(b.visivel("FrameEstado"));
+        }
     }
 
     void retirado() {
@@ -80,11 +231,12 @@ private Q_SLOTS:
         b.programar({.intervalo = u"1"_s});
         b.andar(2060);
         b.leitor.defeitos().retirar = 2000; // within the log
-        b.instalacao.dialogos.esperarMensagem(u"DS1921 não encontrado"_s);
+        b.instalacao.dialogos.esperarMensagem(u"nenhuma amostra foi guardada"_s);
         b.clicar("cmdLerDados");
         b.instalacao.verificar();
         QCOMPARE(b.linhas(), 0);
-        QVERIFY(!b.permitido("lblResultados") && !b.permitido("lblGrafico") && b.permitido("cmdLerDados"));
+        QVERIFY(!b.permitido("cmdPararMissao") && !b.permitido("lblResultados") && !b.permitido("lblGrafico") &&
+                b.permitido("cmdLerDados"));
         b.leitor.por({u"A"_s});
         // The window goes on working while all of it is fetched and stored.
         QElapsedTimer desde;
@@ -101,17 +253,6 @@ private Q_SLOTS:
         QVERIFY(!b.leitor.chip().missao());
         b.descarregar(10, {.intervalo = u"1"_s}); // the next mission is not asked for
         QCOMPARE(b.texto("txtEstadoMissao"), u"Activa"_s);
-    }
-
-    void botaoTrocado() {
-        Bancada b;
-        b.clicar("cmdLer");
-        nomear(b);
-        b.leitor.fazer(u"B"_s, simulador::Variante::G, 0x777777);
-        b.instalacao.dialogos.esperarMensagem(u"erro ao tentar escrever no Registador"_s);
-        b.clicar("cmdConcluir");
-        QVERIFY(!b.leitor.chip().missao());
-        QCOMPARE(int(b.leitor.chip().ler(32)), 0); // nor its record
     }
 
     void escritaRecusada_data() {
@@ -137,10 +278,10 @@ private Q_SLOTS:
         if (b.leitor.chip().missao())
             return;
         b.clicar("lblEstado");
-        // Half a record may be left behind: it is no text that can be read.
-        b.instalacao.dialogos.responderPergunta(true, u"Deseja formatar"_s);
+        // Half a record may be left behind: it can be written anew.
+        b.instalacao.dialogos.tolerante = true;
         b.clicar("cmdLer");
-        b.instalacao.dialogos.esquecer();
+        b.instalacao.dialogos.tolerante = false;
         nomear(b);
         b.clicar("lblAssistente");
         b.clicar("cmdConcluir");
@@ -171,7 +312,7 @@ private Q_SLOTS:
     void fechadaNoMeio_data() {
         const Tabela<QString, int> caso("botao", "volta");
         // How often each opens the bus.
-        for (const auto &[botao, voltas] : {std::pair(u"cmdLer"_s, 2), {u"cmdLerDados"_s, 4}, {u"cmdPararMissao"_s, 6}})
+        for (const auto &[botao, voltas] : {std::pair(u"cmdLer"_s, 2), {u"cmdLerDados"_s, 4}, {u"cmdPararMissao"_s, 7}})
             for (int volta = 1; volta <= voltas; ++volta)
                 caso(qPrintable(botao + u", opening " + QString::number(volta)), botao, volta);
     }

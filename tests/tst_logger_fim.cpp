@@ -2,7 +2,7 @@
 #include "core/modINI.h"
 #include "data/ligacao.h"
 #include "data/recordset.h"
-#include "logger/memoriaDS1921.h"
+#include "logger/controloDS1921.h"
 #include "platform/onewire/portos.h"
 #include "tests/apoio/leitorSerie.h"
 #include "tests/apoio/tabela.h"
@@ -26,6 +26,10 @@ private Q_SLOTS:
         b.instalacao.relogio(u"2026-03-02 10:42:10"_s);
         b.parar(false);
         QVERIFY(b.leitor.chip().missao() && b.permitido("cmdPararMissao"));
+        QVERIFY(b.instalacao.dialogos.textos.last().endsWith(
+            u"\nRegistador: %1 Registador Vacinas\nMissão: 0001 Transporte Évora\nAmostras no registador: 11, ainda "
+            u"não "
+            "guardadas: 0"_s.arg(b.um(u"SELECT LoggerID FROM DS1921head"_s).toString())));
         b.parar();
         QVERIFY(!b.leitor.chip().missao());
         QCOMPARE(int(b.leitor.chip().ler(0x21A)), 0); // the memory is cleared
@@ -46,6 +50,76 @@ private Q_SLOTS:
         b.instalacao.executar(u"UPDATE DS1921head SET NMissao = '9999' WHERE NMissao = '0002'"_s);
         b.programar();
         QCOMPARE(b.texto("lblNumeroMissoes"), u"0001"_s);
+    }
+
+    // What is taken while the user is asked is not cleared with the rest.
+    void amostrasDepoisDaPergunta() {
+        Bancada b;
+        b.descarregar();
+        b.leitor.andar(20);
+        b.parar(false);
+        QVERIFY(b.instalacao.dialogos.textos.last().endsWith(u"Amostras no registador: 13, ainda não guardadas: 2"));
+        delete b.form;
+        ControloDS1921 c;
+        QCOMPARE(c.lerMemoria(), ControloDS1921::Memoria::Lida);
+        QCOMPARE(c.BuscarDadosPeloObjecto(), EstadoMissao::Activa);
+        QCOMPARE(c.porGuardar(), 2);
+        b.leitor.andar(10);
+        int terminada = 0;
+        const auto aoTerminar = [&] { ++terminada; };
+        QCOMPARE(c.terminarNoRegistador(2, aoTerminar), ControloDS1921::Fim::Terminada);
+        QVERIFY(!b.leitor.chip().missao() && b.leitor.chip().contador() == 14);
+        QCOMPARE(c.terminarNoRegistador(3, aoTerminar), ControloDS1921::Fim::Nenhum); // it was read as running
+        QCOMPARE(c.FormatarDS1921(3, [] {}), false);
+        c.lerMemoria();
+        c.BuscarDadosPeloObjecto();
+        QCOMPARE(c.FormatarDS1921(2, [] {}), false);
+        QCOMPARE(int(b.leitor.chip().contador()), 14);
+        QCOMPARE(terminada, 1);
+    }
+
+    // A sample that the table lacks, and that no download brings back behind newer ones.
+    void lacuna() {
+        Bancada b;
+        b.descarregar();
+        b.instalacao.executar(u"DELETE FROM DS1921 WHERE Data LIKE '%09:21%'"_s);
+        b.instalacao.dialogos.esperarMensagem(u"Há 1 amostras no registador que não foram guardadas."_s);
+        b.clicar("cmdLerDados");
+        QCOMPARE(b.amostras()->linhas(), 11);
+        QVERIFY(b.permitido("lblResultados") && !b.permitido("cmdPararMissao"));
+    }
+
+    // Samples of a mission that another program stopped: they get the header that the views need, and are not
+    // programmed over unasked.
+    void paradaNoutroLado() {
+        Bancada b;
+        b.programar();
+        b.andar(101);
+        const quint8 parada[] = {0xDF};
+        QVERIFY(b.leitor.chip().copiar(0x214, parada) && !b.leitor.chip().missao());
+        for (const bool sim : {false, true}) {
+            b.instalacao.dialogos.responderPergunta(sim, u"ainda não guardadas: 11\n"_s);
+            b.clicar("lblEstado");
+            b.clicar("cmdLer");
+            b.clicar("lblAssistente");
+            if (sim)
+                break;
+            b.clicar("cmdConcluir");
+            QCOMPARE(int(b.leitor.chip().contador()), 11);
+        }
+        b.instalacao.dialogos.esquecer();
+        b.clicar("lblEstado");
+        b.clicar("cmdLerDados");
+        QVERIFY(b.permitido("lblResultados") && b.permitido("lblGrafico") && !b.permitido("cmdPararMissao"));
+        QCOMPARE(b.linhas(), 11);
+        QCOMPARE(b.instalacao.linha(u"SELECT COUNT(*), Nomelogger, DescricaoMissao, NMissao, DataProg, DataFimMissao, "
+                                    "Max, Min FROM DS1921head NATURAL JOIN (SELECT DISTINCT LoggerID, Nomelogger, "
+                                    "DescricaoMissao, NMissao FROM DS1921)"_s),
+                 (QVariantList{1, u"Registador Vacinas"_s, u"Transporte Évora"_s, u"0001"_s, u"2026-03-02 09:01:00"_s,
+                               u"2026-03-02 10:41:00"_s, 8, 2}));
+        b.clicar("cmdConcluir"); // all is stored
+        QVERIFY(b.leitor.chip().missao());
+        QCOMPARE(b.texto("lblNumeroMissoes"), u"0002"_s);
     }
 
     // A mission without samples, or one that would end before its start, is deleted when the password allows it.
@@ -87,6 +161,8 @@ private Q_SLOTS:
                                       "palavra-passe\nDeseja "_s
                                     : u"não existem dados nesta missão\n"_s);
         b.clicar("cmdPararMissao");
+        QVERIFY(b.instalacao.dialogos.textos.last().contains(antesDoInicio ? u"amostras guardadas: 11\n"_s
+                                                                           : u"amostras guardadas: 0\n"_s));
         const bool eliminada = continua && senha != u"wrong";
         QCOMPARE(pedidas, int(continua && senha != u"none set"));
         QCOMPARE(b.linhas(u"DS1921head"_s), eliminada ? 0 : 1);
@@ -103,6 +179,7 @@ private Q_SLOTS:
         QVERIFY(b.leitor.chip().ler(0x20) != 0);
         auto *senha = utilizador::controlo<QLineEdit>(b.form, u"txtPass"_s);
         const auto palavra = [&](const QString &texto) {
+            b.form->activateWindow();     // a slow action has shown its own window
             b.clicar("lblNumeroMissoes"); // empties the box
             QTRY_VERIFY(senha->hasFocus());
             QTest::keyClicks(senha, texto);
@@ -121,7 +198,6 @@ private Q_SLOTS:
         QCOMPARE(b.linhas(), 11); // what is stored stays
         b.clicar("lblEstado");
         b.leitor.tirar();
-        b.instalacao.dialogos.responderPergunta(true, u"Formatar Registador?"_s);
         b.instalacao.dialogos.esperarMensagem(u"Erro ao formatar Registador!"_s);
         palavra(u"QUINTAL"_s);
     }

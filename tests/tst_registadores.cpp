@@ -223,6 +223,8 @@ private Q_SLOTS:
         clicar(c.form, u"cmdOpccoes"_s);
         c.dialogos.responderPergunta(sim, u"Deseja Eliminar a missão?"_s);
         clicar(c.form, u"cmdEliminar"_s);
+        QVERIFY(c.dialogos.textos.last().endsWith(
+            u"\nRegistador: 21A Vacinas\nMissão: 0001 Évora d'Oriente\nAmostras guardadas: 3"));
         QCOMPARE(pedidas, sim && comPassWord ? 1 : 0);
         QCOMPARE(c.linhas(evora), eliminada ? cheia(0, 0) : cheia(1, 3));
         QCOMPARE(c.linhas(faro), cheia(1, 1));
@@ -233,13 +235,20 @@ private Q_SLOTS:
         QCOMPARE(controlo<QPushButton>(c.form, u"cmdImprimir"_s)->isEnabled(), !eliminada);
         if (!eliminada)
             return;
-        // The next one is chosen; with the last one the logger goes.
+        // The next one is chosen; with the last one the logger goes, and nothing is chosen for the user.
         QCOMPARE(c.intervalo(), u"01/03/2024 10:00:00 - 01/03/2024 10:00:01"_s);
         c.passWord({});
         c.dialogos.responderPergunta(true);
         clicar(c.form, u"cmdEliminar"_s);
         QCOMPARE(c.linhas(faro), cheia(0, 0));
         QCOMPARE(c.registadores().linhas(), 1);
+        QVERIFY(c.form->findChild<PainelMissoes *>()->missao().vazia());
+        QCOMPARE(c.missoes().linhas(), 0);
+        clicar(c.form, u"cmdEliminar"_s); // asks nothing
+        c.dialogos.verificar();
+        QCOMPARE(c.linhas(museu), cheia(1, 0));
+        QTest::keyClick(&c.registadores(), Qt::Key_Down);
+        QCOMPARE(c.form->findChild<PainelMissoes *>()->missao(), museu);
     }
 
     // Neither table loses a row when the second statement fails.

@@ -103,6 +103,27 @@ private Q_SLOTS:
         QTEST(lido, "esperado");
     }
 
+    void registoPorPaginas_data() {
+        const Tabela<QList<int>, bool> caso("tamanhos", "inteiro"); // of the packets; 29 goes on to the next page
+        caso("blank button", {-1, -1, -1, -1, -1, -1}, true);
+        caso("formatted button", {0, 0, 0, 0, 0, 0}, true);
+        caso("three pages", {29, 29, 12, -1, -1, -1}, true);
+        caso("rest of a longer record", {29, 12, 29, 29, 5, -1}, true);
+        caso("over all that is read", {29, 29, 29, 29, 29, 29}, true);
+        caso("first page gone", {-1, 29, 12, -1, -1, -1}, false);
+        caso("first page emptied", {0, 29, 12, -1, -1, -1}, false);
+        caso("page in the middle gone", {29, -1, 12, -1, -1, -1}, false);
+        caso("last page emptied", {29, 29, 0, -1, -1, -1}, false);
+        caso("slots of the old record", {27, 28, -1, 27, -1, -1}, true);
+    }
+    void registoPorPaginas() {
+        QFETCH(QList<int>, tamanhos);
+        std::vector<PaginaDeTexto> paginas;
+        for (const int tamanho : tamanhos)
+            paginas.push_back({tamanho, QString(28, u'a') + QChar(char16_t(paginas.size() + 2)) + QChar(u'\0')});
+        QTEST(registoInteiro(paginas), "inteiro");
+    }
+
     void depoisDoUltimoNumero() {
         const std::pair<int, QString> casos[] = {{0, u"0001"_s}, {1, u"0002"_s}, {9998, u"9999"_s}, {9999, u"0001"_s}};
         for (const auto &[guardado, seguinte] : casos)

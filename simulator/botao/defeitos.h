@@ -16,6 +16,7 @@ struct DefeitosBotao {
     int retirar = 0;       // bytes after which the button is taken off the reader
     int sip = 0;           // status reads that show a sample in progress
     int saltoNoLog = 0;    // reads of the log during which one more sample is taken
+    int contacto = 0;      // pages after which one page cannot be read, however often it is tried
     int adaptadorFora = 0; // operations after which the adapter itself is gone
 };
 
@@ -32,6 +33,8 @@ inline constexpr std::array tabelaDeDefeitosBotao = {
     InfoDefeitoBotao{u"retirar", &DefeitosBotao::retirar, u"o botão sai do leitor ao fim de N bytes"},
     InfoDefeitoBotao{u"sip", &DefeitosBotao::sip, u"N leituras do estado com uma amostra em curso"},
     InfoDefeitoBotao{u"salto", &DefeitosBotao::saltoNoLog, u"N leituras do log com uma amostra pelo meio"},
+    InfoDefeitoBotao{u"contacto", &DefeitosBotao::contacto,
+                     u"ao fim de N páginas lidas o contacto perde-se durante uma"},
     InfoDefeitoBotao{u"adaptador", &DefeitosBotao::adaptadorFora,
                      u"o adaptador deixa de responder ao fim de N operações"},
 };

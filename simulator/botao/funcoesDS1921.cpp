@@ -20,6 +20,7 @@ constexpr quint8 parcial = 0x20; // PF
 constexpr int fimDoLog = 0x1800;
 constexpr int inicioDoLog = 0x1000;
 constexpr int registoDeEstado = 0x214;
+constexpr int tentativasDaPagina = 5; // of a host, before it gives one up
 
 std::span<const quint8> bytes(const QByteArray &a) {
     return {reinterpret_cast<const quint8 *>(a.constData()), size_t(a.size())};
@@ -121,6 +122,8 @@ void FuncoesDS1921::comandoCompleto() {
     case LerMemoria:
     case LerComCrc:
         m_comCrc = m_comando == LerComCrc;
+        if (m_comCrc && falhar(&DefeitosBotao::contacto) && m_defeitos.contacto == 0)
+            m_defeitos.semPresenca = tentativasDaPagina;
         m_coberto = m_recebido;
         m_endereco = endereco;
         m_le = true;

@@ -43,32 +43,33 @@ ControloDS1921::ControloDS1921() : m_porto{definicao(u"PortNum"_s), definicao(u"
 }
 
 ControloDS1921::Memoria ControloDS1921::lerMemoria() {
+    m_lido = false;
+    m_romDaMemoria.clear();
+    m_registo = {};
     const SessaoTMEX sessao(m_porto);
     if (!sessao.aberta())
         return Memoria::SemSessao;
     if (!sessao.preparar())
         return Memoria::SemRede;
     const MemoriaDS1921::Leitura leitura = m_memoria.FindFirstFamily(sessao.numero(), FamiliaDS1921);
-    switch (leitura.achado) {
-    case MemoriaDS1921::Achado::Nenhum:
-        caixas.lblDescricaoRegistador.clear();
-        caixas.lblMissao.clear();
-        return Memoria::Nenhum;
-    case MemoriaDS1921::Achado::Ilegivel:
-        return Memoria::Ilegivel;
-    case MemoriaDS1921::Achado::Lido:
-        break;
-    }
+    using Achado = MemoriaDS1921::Achado;
+    if (leitura.achado == Achado::Nenhum || leitura.achado == Achado::Perdido)
+        return leitura.achado == Achado::Nenhum ? Memoria::Nenhum : Memoria::Perdida;
+    m_romDaMemoria = leitura.ROMID;
     mostrarRegisto(leitura);
-    return Memoria::Lida;
+    return leitura.achado == Achado::Lido         ? Memoria::Lida
+           : leitura.achado == Achado::Incompleto ? Memoria::Incompleta
+                                                  : Memoria::Ilegivel;
 }
 
 void ControloDS1921::mostrarRegisto(const MemoriaDS1921::Leitura &leitura) {
-    m_registo = leitura.registo;
-    Calibracao = m_registo.Calibracao;
+    // What is not wholly a record names nobody.
+    const bool lido = leitura.achado == MemoriaDS1921::Achado::Lido;
+    m_registo = lido ? leitura.registo : registoDS1921::Registo();
+    Calibracao = lido ? m_registo.Calibracao : CalibracaoNenhuma;
     caixas.lblDescricaoRegistador = m_registo.descricaoRegistador;
     caixas.lblMissao = m_registo.TextoMissao;
-    caixas.lblNumeroMissoes = m_registo.numeroMissao;
+    caixas.lblNumeroMissoes = lido ? m_registo.numeroMissao : registoDS1921::numeroDeMissao(0);
     caixas.numeroVisivel = true;
     caixas.txtAmostrasTotais = modDoubleTratamento::NumeroParaTexto(leitura.amostrasTotais);
     caixas.txtNleituras = modDoubleTratamento::NumeroParaTexto(leitura.leituras);
@@ -76,10 +77,9 @@ void ControloDS1921::mostrarRegisto(const MemoriaDS1921::Leitura &leitura) {
 }
 
 EstadoMissao ControloDS1921::BuscarDadosPeloObjecto() {
-    if (controlo.ActualizarEstado() < 1) {
-        esvaziar();
-        Calibracao = CalibracaoNenhuma;
-        return m_estado = EstadoMissao::SemRegistador;
+    if (controlo.ActualizarEstado() < 1 || controlo.ROMID != m_romDaMemoria) {
+        esquecer();
+        return m_estado;
     }
     // The start shown for a delay belongs to one button's mission.
     if (controlo.ROMID != romidLido)
@@ -106,7 +106,21 @@ EstadoMissao ControloDS1921::BuscarDadosPeloObjecto() {
     caixas.txtDataHoraTempoReal = datas::textoDataHora(controlo.RelogioTempoReal);
     caixas.txtAtrasoMinutos = QString::number(controlo.MinutosAtraso);
     romidLido = controlo.ROMID;
+    m_inicioLido = controlo.InicioAmostragem;
+    m_amostrasLidas = controlo.AmostrasNaMemoria;
+    m_presenca = Presenca::Mesmo;
+    m_lido = true;
     return m_estado;
+}
+
+void ControloDS1921::esquecer() {
+    esvaziar();
+    m_registo = {};
+    m_romDaMemoria.clear();
+    romidLido.clear();
+    Calibracao = CalibracaoNenhuma;
+    m_estado = EstadoMissao::SemRegistador;
+    m_lido = false;
 }
 
 // A button that never had a limit answers with the highest code in both.
@@ -131,8 +145,62 @@ QString ControloDS1921::titulo() const {
     return titulo + u" )";
 }
 
-bool ControloDS1921::VerificarROMID() {
+bool ControloDS1921::mesmoBotao() {
     return controlo.ActualizarEstado() == 1 && controlo.ROMID == romidLido;
+}
+
+// A mission that was started or stopped by another program since is not the one that the form shows.
+ControloDS1921::Presenca ControloDS1921::conferir() {
+    if (!m_lido || controlo.ActualizarEstado() != 1)
+        return m_presenca = Presenca::Nenhum;
+    if (controlo.ROMID != romidLido)
+        return m_presenca = Presenca::Outro;
+    const bool parada = m_estado == EstadoMissao::SemMissao;
+    const bool mudou = controlo.MissaoEmCurso == parada ||
+                       (m_estado != EstadoMissao::Atraso && controlo.InicioAmostragem != m_inicioLido) ||
+                       (parada && controlo.AmostrasNaMemoria != m_amostrasLidas);
+    return m_presenca = mudou ? Presenca::Mudou : Presenca::Mesmo;
+}
+
+QString ControloDS1921::causa() const {
+    switch (m_presenca) {
+    case Presenca::Mesmo:
+        return {};
+    case Presenca::Nenhum:
+        return texto(u"RegistadorCalado"_s, u"O registador que foi lido não responde. Nada foi alterado: assente-o bem "
+                                            "no leitor e leia-o de novo."_s);
+    case Presenca::Outro:
+        return texto(u"OutroRegistador"_s, u"No leitor está o registador %1, e o que foi lido é o %2. Nada foi "
+                                           "alterado: leia primeiro o que está no leitor."_s)
+            .arg(controlo.ROMID, romidLido);
+    case Presenca::Mudou:
+        break;
+    }
+    return texto(u"RegistadorMudou"_s,
+                 u"O registador %1 mudou depois de ser lido. Nada foi alterado: leia-o de novo."_s)
+        .arg(romidLido);
+}
+
+int ControloDS1921::porGuardar() const {
+    const int amostras = controlo.AmostrasNaMemoria;
+    if (amostras == 0 || !controlo.PrimeiraAmostra.isValid())
+        return amostras;
+    ChaveMissao onde = chave();
+    onde.LoggerID = controlo.ROMID;
+    return std::max(0, amostras - missoes::minutosGuardados(onde, controlo.PrimeiraAmostra, controlo.UltimaAmostra));
+}
+
+QString ControloDS1921::oQueSePerde() const {
+    const int falta = porGuardar();
+    const ChaveMissao c = chave();
+    QStringList linhas{texto(u"PerdeRegistador"_s, u"Registador: %1 %2"_s).arg(romidLido, c.Nomelogger).trimmed()};
+    if (c.completa())
+        linhas.append(texto(u"PerdeMissao"_s, u"Missão: %1 %2"_s).arg(c.Nmissao, c.DescricaoMissao));
+    linhas.append(controlo.AmostrasNaMemoria == 0
+                      ? texto(u"PerdeSemAmostras"_s, u"O registador não tem amostras."_s)
+                      : texto(u"PerdeAmostras"_s, u"Amostras no registador: %1, ainda não guardadas: %2"_s)
+                            .arg(QString::number(controlo.AmostrasNaMemoria), QString::number(falta)));
+    return linhas.join(u'\n');
 }
 
 QStringList ControloDS1921::linhasDoPrograma(const Programa &p, const QString &ROMID) const {
@@ -143,19 +211,24 @@ QStringList ControloDS1921::linhasDoPrograma(const Programa &p, const QString &R
 }
 
 bool ControloDS1921::ActualizarIbutton(const Programa &p, const std::function<void()> &passar) {
-    const QString ROMID = controlo.ROMID;
-    const QStringList LinhasMemoria = linhasDoPrograma(p, ROMID);
+    {
+        const SessaoTMEX espera(m_porto, passar);
+        if (!espera.preparar())
+            return false;
+    }
+    // Samples that are left would bear the new mission's name, if it stopped half-way.
+    if (conferir() != Presenca::Mesmo || (controlo.AmostrasNaMemoria > 0 && controlo.LimparMemoria() != 1))
+        return false;
+    const QStringList LinhasMemoria = linhasDoPrograma(p, romidLido);
     bool escrito = false;
     {
         const SessaoTMEX sessao(m_porto, passar);
-        escrito =
-            sessao.preparar() && m_memoria.EscrevePaginasMemoria(sessao.numero(), FamiliaDS1921, LinhasMemoria, ROMID);
+        escrito = sessao.preparar() &&
+                  m_memoria.EscrevePaginasMemoria(sessao.numero(), FamiliaDS1921, LinhasMemoria, romidLido);
     }
     if (escrito)
         Calibracao = registoDS1921::valorDeCalibracao(p.calibracao);
-    const bool presente = controlo.ActualizarEstado() == 1;
-    // A button that was changed meanwhile would get another one's mission.
-    if (escrito && presente && controlo.ROMID == ROMID) {
+    if (escrito && mesmoBotao()) {
         controlo.IntervaloAmostra = qint16(p.intervalo);
         controlo.CicloContinuo = p.cicloContinuo;
         controlo.MinutosAtraso = prazos1921::minutosAte(estado().ambiente.agora(), p.inicio);
@@ -170,31 +243,32 @@ bool ControloDS1921::ActualizarIbutton(const Programa &p, const std::function<vo
     return false;
 }
 
-void ControloDS1921::terminarNoRegistador() {
-    if (controlo.ActualizarEstado() == 1) {
-        controlo.TerminarAmostragem();
-        controlo.LimparMemoria();
-    }
-    controlo.ActualizarEstado();
+ControloDS1921::Fim ControloDS1921::terminarNoRegistador(int aceites, const std::function<void()> &aoTerminar) {
+    if (conferir() != Presenca::Mesmo || controlo.TerminarAmostragem() != 1)
+        return Fim::Nenhum;
+    aoTerminar();
+    // No sample is taken any more: what came while the user was asked shows now.
+    return mesmoBotao() && porGuardar() <= aceites && controlo.LimparMemoria() == 1 ? Fim::Limpa : Fim::Terminada;
 }
 
-bool ControloDS1921::FormatarDS1921(const std::function<void()> &passar) {
-    LimparTexts();
-    if (controlo.ActualizarEstado() != 1 && controlo.ActualizarEstado() != 1)
+bool ControloDS1921::FormatarDS1921(int aceites, const std::function<void()> &passar) {
+    if (conferir() == Presenca::Nenhum)
+        conferir();
+    if (m_presenca != Presenca::Mesmo || controlo.TerminarAmostragem() != 1 || !mesmoBotao() || porGuardar() > aceites)
         return false;
-    controlo.TerminarAmostragem();
+    LimparTexts();
     controlo.LimiteAlto = 0;
     controlo.LimiteBaixo = 0;
     controlo.ProgramarMissao();
     controlo.TerminarAmostragem();
     controlo.LimparMemoria();
-    if (controlo.ActualizarEstado() != 1)
+    if (!mesmoBotao())
         return false;
     const SessaoTMEX sessao(m_porto, passar);
-    return sessao.preparar() && m_memoria.EscrevePaginasReset(sessao.numero(), FamiliaDS1921);
+    return sessao.preparar() && m_memoria.EscrevePaginasReset(sessao.numero(), FamiliaDS1921, romidLido);
 }
 
-std::vector<ControloDS1921::Linha> ControloDS1921::DownloadLog() {
+std::vector<ControloDS1921::Linha> ControloDS1921::DownloadLog(const QString &calibracoes) {
     std::vector<DS1921::Amostra> amostras;
     controlo.LerAmostras(amostras);
     if (controlo.ContarAmostras(amostras) < 1)
@@ -208,15 +282,20 @@ std::vector<ControloDS1921::Linha> ControloDS1921::DownloadLog() {
         paraGuardar.push_back({a.Data, t});
     }
     // Before anything is shown, and to its end: what was read is not lost when the window is closed.
-    if (estado().GravarNaBD) {
-        ChaveMissao destino = chave();
-        destino.LoggerID = controlo.ROMID;
-        destino.DescricaoMissao = m_registo.TextoMissao;
-        const QDateTime ultima =
-            missoes::VerificaDataMaximaPraSensor(destino, datas::lerDataHora(caixas.txtInicioMissao));
-        missoes::juntarAmostras(destino, paraGuardar, LimiteMaxGlobal, LimiteMinGlobal, ultima, passarEventos);
-    }
+    if (estado().GravarNaBD)
+        guardarAmostras(paraGuardar, calibracoes);
     return linhas;
+}
+
+void ControloDS1921::guardarAmostras(const std::vector<missoes::Amostra> &amostras, const QString &calibracoes) {
+    const ChaveMissao destino = chave();
+    // Without a header no view would find them. One that is there knows better when the mission ended.
+    if (m_estado == EstadoMissao::SemMissao && !missoes::temCabeca(destino))
+        missoes::guardarCabeca(
+            {destino, controlo.InicioAmostragem, amostras.back().Data, LimiteMaxGlobal, LimiteMinGlobal, calibracoes},
+            passarEventos);
+    const QDateTime ultima = missoes::VerificaDataMaximaPraSensor(destino, controlo.InicioAmostragem);
+    missoes::juntarAmostras(destino, amostras, LimiteMaxGlobal, LimiteMinGlobal, ultima, passarEventos);
 }
 
 bool ControloDS1921::cabecaCompleta() const {
@@ -230,7 +309,7 @@ bool ControloDS1921::cabecaCompleta() const {
 }
 
 void ControloDS1921::GuardarHeadersParaConsulta(const QString &calibracoes) {
-    if (!cabecaCompleta() || caixas.txtInicioMissao == caixas.txtDataPrevistaParaAcabar)
+    if (!m_lido || !cabecaCompleta() || caixas.txtInicioMissao == caixas.txtDataPrevistaParaAcabar)
         return;
     missoes::guardarCabeca({chave(), datas::lerDataHora(caixas.txtInicioMissao),
                             datas::lerDataHora(caixas.txtDataPrevistaParaAcabar),
@@ -240,7 +319,7 @@ void ControloDS1921::GuardarHeadersParaConsulta(const QString &calibracoes) {
 }
 
 ChaveMissao ControloDS1921::chave() const {
-    return {romidLido, caixas.lblDescricaoRegistador, caixas.lblMissao, caixas.lblNumeroMissoes};
+    return {romidLido, caixas.lblDescricaoRegistador, m_registo.TextoMissao, caixas.lblNumeroMissoes};
 }
 
 void ControloDS1921::LimparTexts() {

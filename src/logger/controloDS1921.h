@@ -29,15 +29,28 @@ public:
 
     ControloDS1921(); // the port is that of the settings
 
-    // The user memory, in one try.
-    enum class Memoria { SemSessao, SemRede, Nenhum, Ilegivel, Lida };
+    // The user memory, in one try. Only what is Lida names a mission that anything may be stored under.
+    enum class Memoria { SemSessao, SemRede, Nenhum, Perdida, Incompleta, Ilegivel, Lida };
     Memoria lerMemoria();
     const registoDS1921::Registo &registo() const { return m_registo; }
 
+    // The state of the button whose memory was read; another one, or none, and nothing is known any more.
     EstadoMissao BuscarDadosPeloObjecto();
     EstadoMissao estadoDaMissao() const { return m_estado; }
     QString titulo() const;
-    bool VerificarROMID();
+    bool lido() const { return m_lido; } // memory and state of one button
+    void esquecer();
+
+    // Is what was read still what lies on the reader? Whatever destroys asks this first, and refuses otherwise.
+    enum class Presenca { Nenhum, Mesmo, Outro, Mudou };
+    Presenca conferir();
+    bool VerificarROMID() { return conferir() == Presenca::Mesmo; }
+    QString causa() const; // why it was refused last; empty when it was not
+
+    // Samples that only the button has.
+    int porGuardar() const;
+    // Logger, mission and samples, a line each, for the question whether to destroy them.
+    QString oQueSePerde() const;
 
     struct Programa {
         QString descricaoRegistador, descricaoMissao, calibracao;
@@ -49,17 +62,20 @@ public:
     // Writes record and mission; <passar> runs while another program holds the adapter. False: nothing was started.
     bool ActualizarIbutton(const Programa &programa, const std::function<void()> &passar);
 
-    // Ends the mission on the button and clears its memory.
-    void terminarNoRegistador();
-    bool FormatarDS1921(const std::function<void()> &passar);
+    // Ends the mission on the button and clears its memory, unless it has more samples that are not stored than the
+    // user was told. <aoTerminar> runs as soon as the mission has ended.
+    enum class Fim { Nenhum, Terminada, Limpa };
+    Fim terminarNoRegistador(int aceites, const std::function<void()> &aoTerminar);
+    bool FormatarDS1921(int aceites, const std::function<void()> &passar);
 
     struct Linha {
         QDateTime data;
         double bruta = 0;       // as the button measured
         double temperatura = 0; // with calibration, three decimals
     };
-    // All samples of the button; what is new of them is stored first, when reads are stored.
-    std::vector<Linha> DownloadLog();
+    // All samples of the button; what is new of them is stored first, when reads are stored. A mission that was stopped
+    // elsewhere gets its header here, from the start that the button still tells.
+    std::vector<Linha> DownloadLog(const QString &calibracoes);
 
     // Every field that a header needs is filled.
     bool cabecaCompleta() const;
@@ -78,6 +94,8 @@ public:
     double LimiteMinGlobal = 0;
 
 private:
+    bool mesmoBotao();
+    void guardarAmostras(const std::vector<missoes::Amostra> &amostras, const QString &calibracoes);
     QStringList linhasDoPrograma(const Programa &programa, const QString &ROMID) const;
     void mostrarRegisto(const MemoriaDS1921::Leitura &leitura);
     void mostrarLimites();
@@ -86,4 +104,9 @@ private:
     MemoriaDS1921 m_memoria;
     registoDS1921::Registo m_registo;
     EstadoMissao m_estado = EstadoMissao::SemRegistador;
+    QString m_romDaMemoria; // whose record was read
+    bool m_lido = false;
+    Presenca m_presenca = Presenca::Mesmo;
+    QDateTime m_inicioLido;
+    int m_amostrasLidas = 0;
 };

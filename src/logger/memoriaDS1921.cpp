@@ -4,6 +4,8 @@
 
 #include <QThread>
 
+#include <vector>
+
 namespace {
 
 constexpr qint16 paginasDeTexto = 16; // 0 to 15 are the user's
@@ -43,12 +45,19 @@ std::optional<tmex::NumeroROM> MemoriaDS1921::procurar(tmex::Sessao sessao, qint
     return numero;
 }
 
-QString MemoriaDS1921::LerPaginaTexto(tmex::Sessao sessao, qint16 pagina) {
+// Another button than this one is none.
+std::optional<tmex::NumeroROM> MemoriaDS1921::procurar(tmex::Sessao sessao, qint16 familia, const QString &ROMID) {
+    const auto numero = procurar(sessao, familia);
+    return numero && registoDS1921::ROMIDde(*numero) == ROMID ? numero : std::nullopt;
+}
+
+std::optional<registoDS1921::PaginaDeTexto> MemoriaDS1921::LerPaginaTexto(tmex::Sessao sessao, qint16 pagina) {
     tmex::Pacote pacote{};
     static_assert(std::tuple_size_v<tmex::Pacote> == registoDS1921::caracteresLidos);
-    if (tmex::TMReadPacket(sessao, m_estado, pagina, pacote, registoDS1921::bytesPorPacote) <= 0)
-        return {};
-    return registoDS1921::textoDosBytes(pacote);
+    const qint16 tamanho = tmex::TMReadPacket(sessao, m_estado, pagina, pacote, registoDS1921::bytesPorPacote);
+    if (tamanho < 0 && tamanho != tmex::SemPacote)
+        return std::nullopt;
+    return registoDS1921::PaginaDeTexto{tamanho, tamanho > 0 ? registoDS1921::textoDosBytes(pacote) : QString()};
 }
 
 bool MemoriaDS1921::EscreverPaginaTexto(tmex::Sessao sessao, const QString &texto, qint16 pagina) {
@@ -66,8 +75,7 @@ bool MemoriaDS1921::EscreverPaginaVazia(tmex::Sessao sessao, const QString &text
 // The first page that is refused ends it: what comes after it would never be read.
 bool MemoriaDS1921::EscrevePaginasMemoria(tmex::Sessao sessao, qint16 familia, const QStringList &LinhasMemoria,
                                           const QString &ROMID) {
-    const auto numero = procurar(sessao, familia);
-    if (!numero || registoDS1921::ROMIDde(*numero) != ROMID)
+    if (!procurar(sessao, familia, ROMID))
         return false;
     for (qint16 i = 0; i < LinhasMemoria.size(); ++i)
         if (!EscreverPaginaTexto(sessao, LinhasMemoria[i], i))
@@ -75,8 +83,8 @@ bool MemoriaDS1921::EscrevePaginasMemoria(tmex::Sessao sessao, qint16 familia, c
     return true;
 }
 
-bool MemoriaDS1921::EscrevePaginasReset(tmex::Sessao sessao, qint16 familia) {
-    if (!procurar(sessao, familia))
+bool MemoriaDS1921::EscrevePaginasReset(tmex::Sessao sessao, qint16 familia, const QString &ROMID) {
+    if (!procurar(sessao, familia, ROMID))
         return false;
     bool todas = true;
     for (qint16 pagina = 0; pagina < paginasDeTexto; ++pagina)
@@ -89,21 +97,27 @@ MemoriaDS1921::Leitura MemoriaDS1921::FindFirstFamily(tmex::Sessao sessao, qint1
     const auto numero = procurar(sessao, familia);
     if (!numero)
         return leitura;
+    leitura.achado = Achado::Perdido;
+    leitura.ROMID = registoDS1921::ROMIDde(*numero);
+    std::vector<registoDS1921::PaginaDeTexto> paginas;
     QString texto;
-    for (qint16 pagina = 1; pagina <= registoDS1921::paginasLidas; ++pagina)
-        texto += LerPaginaTexto(sessao, pagina);
-    const auto registo = registoDS1921::decifrar(texto, registoDS1921::textoROM(*numero));
-    if (!registo) {
-        leitura.achado = Achado::Ilegivel;
+    for (qint16 i = 1; i <= registoDS1921::paginasLidas; ++i) {
+        const auto pagina = LerPaginaTexto(sessao, i);
+        if (!pagina)
+            return leitura;
+        paginas.push_back(*pagina);
+        texto += pagina->texto;
+    }
+    tmex::Pagina registos{};
+    if (tmex::TMExtendedReadPage(sessao, m_estado, registoDS1921::paginaDeRegistos, registos) <= 0)
         return leitura;
-    }
-    leitura.achado = Achado::Lido;
-    leitura.registo = *registo;
-    tmex::Pagina pagina{};
-    if (tmex::TMExtendedReadPage(sessao, m_estado, registoDS1921::paginaDeRegistos, pagina) > 0) {
-        leitura.amostrasTotais = registoDS1921::LerAmostrasDispositivo(pagina);
-        leitura.leituras = registoDS1921::LerAmostrasMissao(pagina);
-        leitura.rollover = registoDS1921::RolloverOcorreu(pagina);
-    }
+    leitura.amostrasTotais = registoDS1921::LerAmostrasDispositivo(registos);
+    leitura.leituras = registoDS1921::LerAmostrasMissao(registos);
+    leitura.rollover = registoDS1921::RolloverOcorreu(registos);
+    const auto registo = registoDS1921::decifrar(texto, registoDS1921::textoROM(*numero));
+    leitura.achado = !registoDS1921::registoInteiro(paginas) ? Achado::Incompleto
+                     : registo                               ? Achado::Lido
+                                                             : Achado::Ilegivel;
+    leitura.registo = registo.value_or(registoDS1921::Registo());
     return leitura;
 }

@@ -35,25 +35,31 @@ public:
     // None: no button of this family answers.
     std::optional<tmex::NumeroROM> procurar(tmex::Sessao sessao, qint16 familia);
 
-    QString LerPaginaTexto(tmex::Sessao sessao, qint16 pagina);
+    // None: the page could not be read, which is not the same as a page without a packet.
+    std::optional<registoDS1921::PaginaDeTexto> LerPaginaTexto(tmex::Sessao sessao, qint16 pagina);
     bool EscreverPaginaTexto(tmex::Sessao sessao, const QString &texto, qint16 pagina);
     bool EscreverPaginaVazia(tmex::Sessao sessao, const QString &texto, qint16 pagina);
 
     // False: no button, another one than ROMID, or a page was refused.
     bool EscrevePaginasMemoria(tmex::Sessao sessao, qint16 familia, const QStringList &LinhasMemoria,
                                const QString &ROMID);
-    bool EscrevePaginasReset(tmex::Sessao sessao, qint16 familia);
+    bool EscrevePaginasReset(tmex::Sessao sessao, qint16 familia, const QString &ROMID);
 
-    enum class Achado { Nenhum, Ilegivel, Lido };
+    // Perdido: a page could not be read. Incompleto: a page that the record is chained over holds no part of it.
+    // Ilegivel: all was read, and it is no record of any format.
+    enum class Achado { Nenhum, Perdido, Incompleto, Ilegivel, Lido };
     struct Leitura {
         Achado achado = Achado::Nenhum;
+        QString ROMID; // of the button that was read
         registoDS1921::Registo registo;
-        double amostrasTotais = -1; // -1: the register page could not be read
-        double leituras = -1;
+        double amostrasTotais = 0;
+        double leituras = 0;
         bool rollover = false;
     };
     Leitura FindFirstFamily(tmex::Sessao sessao, qint16 familia);
 
 private:
+    std::optional<tmex::NumeroROM> procurar(tmex::Sessao sessao, qint16 familia, const QString &ROMID);
+
     tmex::BufferEstado m_estado{};
 };

@@ -105,6 +105,25 @@ bool temAmostras(const ChaveMissao &chave) {
         .avancar();
 }
 
+int contarAmostras(const ChaveMissao &chave) {
+    Recordset rs = cnBD().consultar(u"SELECT COUNT(*) FROM DS1921 WHERE "_s + ChaveMissao::onde(), chave.valores());
+    return rs.avancar() ? int(rs.inteiro(0)) : 0;
+}
+
+int minutosGuardados(const ChaveMissao &chave, const QDateTime &de, const QDateTime &ate) {
+    const bool completa = chave.completa();
+    Recordset rs =
+        cnBD().consultar(u"SELECT COUNT(DISTINCT Data) FROM DS1921 WHERE "_s +
+                             (completa ? ChaveMissao::onde() : u"LoggerID = ?"_s) + u" AND Data BETWEEN ? AND ?",
+                         juntar(completa ? chave.valores() : QVariantList{chave.LoggerID},
+                                {datas::textoBD(aoMinuto(de)), datas::textoBD(aoMinuto(ate))}));
+    return rs.avancar() ? int(rs.inteiro(0)) : 0;
+}
+
+bool temCabeca(const ChaveMissao &chave) {
+    return cnBD().consultar(u"SELECT 1 FROM DS1921head WHERE "_s + ChaveMissao::onde(), chave.valores()).avancar();
+}
+
 void fechar(const ChaveMissao &chave, const QDateTime &fim) {
     cnBD().executar(u"UPDATE DS1921head SET DataFimMissao = ? WHERE "_s + ChaveMissao::onde(),
                     juntar({datas::textoBD(fim)}, chave.valores()));

@@ -52,6 +52,10 @@ int juntarAmostras(
 int UltimoNumeroMissaoDoRegistador(const QString &LoggerID, const QString &Nomelogger, const QString &DescricaoMissao);
 
 bool temAmostras(const ChaveMissao &chave);
+int contarAmostras(const ChaveMissao &chave);
+// The minutes of the range that are stored: of the mission, or of its button under any name when the key has no other.
+int minutosGuardados(const ChaveMissao &chave, const QDateTime &de, const QDateTime &ate);
+bool temCabeca(const ChaveMissao &chave);
 void fechar(const ChaveMissao &chave, const QDateTime &fim);
 
 // Samples and header in one transaction.

@@ -117,6 +117,22 @@ bool TratarMemoriaDS1921_OldVersion(const QString &texto, Campos &campos, const 
     return comNumero(campos[0]) && campos[2].size() >= tamanhoDoROMID && !campos[1].isEmpty() && !campos[3].isEmpty();
 }
 
+bool registoInteiro(std::span<const PaginaDeTexto> paginas) {
+    const auto cheia = [](const PaginaDeTexto &p) { return p.tamanho > 0; };
+    if (paginas.empty() || !cheia(paginas.front()))
+        return std::none_of(paginas.begin(), paginas.end(), cheia);
+    for (size_t i = 0; i + 1 < paginas.size(); ++i) {
+        // Page i + 1 ends with the number of the next, or is the last.
+        const bool continua = paginas[i].tamanho == bytesPorPacote &&
+                              paginas[i].texto.at(bytesPorPacote - 1).unicode() == char16_t(i + 2);
+        if (!continua)
+            return true;
+        if (!cheia(paginas[i + 1]))
+            return false;
+    }
+    return true;
+}
+
 QString textoDosBytes(std::span<const quint8> bytes) {
     return QString::fromLatin1(reinterpret_cast<const char *>(bytes.data()), qsizetype(bytes.size()));
 }

@@ -38,6 +38,14 @@ QStringList CriarEstruturaDasLinhas(const QString &campo0, const QString &campo1
 bool TratarMemoriaDS1921(const QString &texto, Campos &campos);
 bool TratarMemoriaDS1921_OldVersion(const QString &texto, Campos &campos, const QString &numero);
 
+// A page as it was read: the length of its packet, negative without one, and the packet's text.
+struct PaginaDeTexto {
+    int tamanho = -1;
+    QString texto;
+};
+// Every page that the record is chained over is there. A button without any packet has an empty record.
+bool registoInteiro(std::span<const PaginaDeTexto> paginas);
+
 // One character a byte.
 QString textoDosBytes(std::span<const quint8> bytes);
 QByteArray bytesDoTexto(const QString &texto); // at most a packet

@@ -102,13 +102,14 @@ Mensagem mensagemDoAcerto(const Resultado &resultado) {
     }
 }
 
-QString perguntaDoAcerto() {
+QString perguntaDoAcerto(const QString &unidade) {
     const auto linha = [](const QString &chave, const QString &omissao) {
         return modTraducoes::texto(u"frmDescarregar2251"_s, chave, omissao);
     };
     return QStringList{linha(u"ErrDH1"_s, u"ATENÇÃO,"_s),
                        linha(u"ErrDH2"_s, u"Se actualizar a data/hora todas as leituras guardadas"_s),
                        linha(u"ErrDH3"_s, u"na memória do dispositivo serão eliminadas."_s),
+                       linha(u"ErrDHUnidade"_s, u"Dispositivo: %1"_s).arg(unidade),
                        linha(u"ErrDH4"_s, u"Deseja continuar?"_s)}
         .join(u'\n');
 }

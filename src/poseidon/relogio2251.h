@@ -51,6 +51,6 @@ struct Mensagem {
     bool critica = true;
 };
 Mensagem mensagemDoAcerto(const Resultado &resultado);
-QString perguntaDoAcerto();
+QString perguntaDoAcerto(const QString &unidade); // whose readings are lost
 
 } // namespace relogio2251

@@ -95,6 +95,9 @@ void DialogosDeTeste::mensagem(const QString &texto, Estilo estilo) {
 }
 
 bool DialogosDeTeste::pergunta(const QString &texto) {
+    // Whatever is asked destroys something, and says what in lines of its own.
+    if (!texto.contains(u'\n'))
+        reprovar(u"The question does not name what it destroys: "_s + texto);
     return !proxima(Tipo::Pergunta, texto).isEmpty();
 }
 

@@ -242,6 +242,7 @@ void frmDS1921::accao(const char *fonte, Genero genero, const QString &mensagem,
         grelha->setUpdatesEnabled(true);
     for (QPushButton *botao : {m_cmdLer, m_cmdLerDados})
         botao->setEnabled(true);
+    acertarAbas();
     devolverFoco(foco);
 }
 

@@ -97,11 +97,11 @@ private:
     void cmdLer_Click();
     void cmdLerDados_Click();
     bool lerRegistador(bool comDados);
-    ControloDS1921::Memoria lerMemoria();
     void mostrarRegisto();
-    void BuscarDadosPeloObjecto(bool comParagem, bool comResultados);
+    void BuscarDadosPeloObjecto();
     void acabarLeitura(bool comDados);
-    void DownloadLog();
+    void lerAmostras();
+    bool DownloadLog();
     void mostrarAmostras(const std::vector<ControloDS1921::Linha> &linhas);
     void AdicionarLinha(int numero, const ControloDS1921::Linha &linha);
     void AdicionarLinhaAlarmes(const SequenciasAlarme::Sequencia &sequencia);
@@ -110,12 +110,18 @@ private:
     void LimparGrafico();
     void MudarEstadoTabGrafico(bool mostrar);
     void avisarAlterouMenus();
+    void esquecerRegistador();
+    void acertarAbas();
 
     // frmDS1921_fim.cpp
+    bool conferirRegistador(const QString &senao = {});
+    bool confirmarPrograma();
+    QString comCausa(const QString &mensagem) const;
+    QString eliminadas() const;
     void cmdPararMissao_Click();
     void TerminarMissao(bool confirmado);
     void VerificarPassword();
-    void acabarMissao();
+    void acabarMissao(const std::function<void()> &aoTerminar);
     bool PerguntarResetRegistadorAntigo(const QString &pergunta);
     void FormatarDS1921();
 
@@ -149,6 +155,8 @@ private:
 
     std::shared_ptr<ControloDS1921> m_logica = std::make_shared<ControloDS1921>();
     ChaveMissao m_clausulaMissao; // of the deletion in progress
+    int m_aceites = 0;            // samples that are not stored, and that the user has agreed to lose
+    bool m_mostradas = false;     // grids and chart hold all samples of this reading
     int PassoAssistente = 0;
     bool m_ocupado = false;
     bool Ocupado = false; // a download shows its rows

@@ -323,7 +323,7 @@ bool frmDS1921::verificarPrograma() {
 void frmDS1921::cmdConcluir_Click() {
     accao("frmDS1921.cmdConcluir_Click", Genero::Escrita, texto(u"EsperaProgramar"_s, u"A programar o registador..."_s),
           [this] {
-              if (!verificarPrograma())
+              if (!verificarPrograma() || !confirmarPrograma())
                   return;
               passo("frmDS1921.ActualizarIbutton", [this] { return ActualizarIbutton(); });
               lerRegistador(false);
@@ -343,7 +343,7 @@ bool frmDS1921::ActualizarIbutton() {
         mostrarAba(Estado);
         return true;
     }
-    criticar(texto(u"Message2"_s, u"Ocorreu 1 erro ao tentar escrever no Registador"_s));
+    criticar(comCausa(texto(u"Message2"_s, u"Ocorreu 1 erro ao tentar escrever no Registador"_s)));
     return false;
 }
 

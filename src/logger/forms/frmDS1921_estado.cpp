@@ -180,7 +180,7 @@ void frmDS1921::LimparTexts() {
 
 void frmDS1921::ResetEstado() {
     setWindowTitle(texto(u"frmDS1921.Caption"_s, u"Registador"_s));
-    m_logica->esvaziar();
+    m_logica->esquecer();
     mostrarCaixas();
     m_cmdLer->setEnabled(true);
     m_cmdLerDados->setEnabled(true);

@@ -42,6 +42,12 @@ QString texto(const QString &chave, const QString &omissao) {
     return modTraducoes::texto(u"DSfrmDS1921"_s, chave, omissao);
 }
 
+QString contactoPerdido() {
+    return texto(u"ContactoPerdido"_s,
+                 u"O contacto com o registador perdeu-se durante a leitura. Nada foi guardado nem "
+                 "alterado: assente-o bem no leitor e leia-o de novo."_s);
+}
+
 } // namespace
 
 void frmDS1921::cmdLer_Click() {
@@ -53,27 +59,35 @@ void frmDS1921::cmdLerDados_Click() {
     accao("frmDS1921.cmdLerDados_Click", Genero::Descarga,
           texto(u"EsperaLerDados"_s, u"A ler os dados do registador..."_s), [this] {
               estado().GravarNaBD = true;
-              if (!lerRegistador(true))
-                  return;
-              if (m_logica->caixas.txtNleituras.trimmed() == u"0") {
-                  m_piscadelas = 0;
-                  m_timerLeituras->start();
-                  return;
-              }
-              if (passo("frmDS1921.VerificarROMID", [this] { return m_logica->VerificarROMID(); })) {
-                  permitirAba(Grafico, true);
-                  passo("frmDS1921.DownloadLog", [this] { DownloadLog(); });
-                  Vigia(this).passar();
-                  MudarEstadoTabGrafico(true);
-                  avisarAlterouMenus();
-              } else {
-                  limparGrelhas();
-                  mostrarAba(Estado);
-              }
+              if (lerRegistador(true))
+                  lerAmostras();
           });
 }
 
-// False: there is nothing to go on with.
+// A mission is offered to be ended once nothing of it is left that is not stored.
+void frmDS1921::lerAmostras() {
+    const bool emMissao = m_logica->estadoDaMissao() != EstadoMissao::SemMissao;
+    if (m_logica->caixas.txtNleituras.trimmed() == u"0") {
+        m_piscadelas = 0;
+        m_timerLeituras->start();
+    } else if (passo("frmDS1921.VerificarROMID", [this] { return m_logica->VerificarROMID(); })) {
+        if (!passo("frmDS1921.DownloadLog", [this] { return DownloadLog(); }))
+            return;
+        avisarAlterouMenus();
+        if (const int falta = m_logica->porGuardar(); falta > 0)
+            avisar(texto(u"PorGuardar"_s, u"Há %1 amostras no registador que não foram guardadas."_s).arg(falta));
+    } else {
+        const QString mensagem = m_logica->causa();
+        esquecerRegistador();
+        avisar(mensagem);
+        return;
+    }
+    m_cmdPararMissao->setEnabled(emMissao && m_logica->porGuardar() == 0);
+    if (m_mostradas && m_cmdPararMissao->isEnabled() && m_logica->missaoTerminou())
+        passo("frmDS1921.cmdPararMissao_Click", [this] { cmdPararMissao_Click(); });
+}
+
+// False: there is nothing to go on with. Only a record that was wholly read, and the state of the same button, are.
 bool frmDS1921::lerRegistador(bool comDados) {
     for (QPushButton *botao : {m_cmdPararMissao, m_cmdLer, m_cmdLerDados})
         botao->setEnabled(false);
@@ -81,23 +95,36 @@ bool frmDS1921::lerRegistador(bool comDados) {
     const ControloDS1921::Memoria memoria =
         passo("frmDS1921.FindFirstFamily", [this] { return m_logica->lerMemoria(); });
     using Memoria = ControloDS1921::Memoria;
+    if (memoria < Memoria::Incompleta) {
+        esquecerRegistador();
+        if (memoria == Memoria::Perdida)
+            avisar(contactoPerdido());
+        else if (memoria != Memoria::SemRede)
+            avisar(texto(u"NE"_s, u"DS1921 não encontrado"_s));
+        return false;
+    }
+    if (memoria == Memoria::Lida)
+        mostrarRegisto();
+    BuscarDadosPeloObjecto();
+    if (!m_logica->lido()) {
+        avisar(contactoPerdido());
+        return false;
+    }
     if (memoria == Memoria::Ilegivel) {
         if (!PerguntarResetRegistadorAntigo(
                 texto(u"ResetDataLogger2"_s, u"Versão antiga detectada, Deseja formatar o registador?"_s))) {
-            ResetEstado();
+            esquecerRegistador();
             m_cmdLer->setFocus();
         }
         return false;
     }
-    if (memoria == Memoria::Lida) {
-        mostrarRegisto();
-    } else if (memoria != Memoria::SemRede) {
-        mostrarCaixas();
-        avisar(texto(u"NE"_s, u"DS1921 não encontrado"_s));
-    }
-    BuscarDadosPeloObjecto(comDados, comDados);
     acabarLeitura(comDados);
-    return memoria == Memoria::Lida && m_logica->estadoDaMissao() != EstadoMissao::SemRegistador;
+    if (memoria == Memoria::Incompleta)
+        avisar(texto(u"RegistoIncompleto"_s,
+                     u"O registo escrito no registador %1 não está inteiro, e não se sabe de que missão é. Nada foi "
+                     "guardado nem alterado. Um registador sem missão pode ser programado de novo."_s)
+                   .arg(m_logica->romidLido));
+    return memoria == Memoria::Lida;
 }
 
 void frmDS1921::mostrarRegisto() {
@@ -108,32 +135,24 @@ void frmDS1921::mostrarRegisto() {
     mostrarCaixas();
 }
 
-void frmDS1921::BuscarDadosPeloObjecto(bool comParagem, bool comResultados) {
+void frmDS1921::BuscarDadosPeloObjecto() {
     passo("frmDS1921.BuscarDadosPeloObjecto", [=, this] {
         const EstadoMissao estadoLido = m_logica->BuscarDadosPeloObjecto();
+        if (estadoLido == EstadoMissao::SemRegistador)
+            return esquecerRegistador();
         mostrarCaixas();
         setWindowTitle(m_logica->titulo());
-        if (estadoLido == EstadoMissao::SemRegistador) {
-            for (const Aba aba : {Assistente, Resultados, Grafico})
-                permitirAba(aba, false);
-            mostrarAba(Estado);
-        } else {
-            const bool semMissao = estadoLido == EstadoMissao::SemMissao;
-            permitirAba(Assistente, semMissao);
-            if (estadoLido != EstadoMissao::Activa)
-                permitirAba(Resultados, false);
-            else if (comResultados)
-                permitirAba(Resultados, true);
-            if (semMissao) {
-                mostrarPasso(0);
-                mostrarAba(Assistente);
-            }
-            m_cmdPararMissao->setEnabled(comParagem && !semMissao);
-            m_chkCicloContinuo->setChecked(m_logica->controlo.CicloContinuo);
-            CarregarCombos();
-            m_lblDataHoraLogger->setText(datas::textoDataHora(m_logica->controlo.RelogioTempoReal));
-            m_lblDataHoraPC->setText(datas::textoDataHora(estado().ambiente.agora()));
+        const bool semMissao = estadoLido == EstadoMissao::SemMissao;
+        permitirAba(Assistente, semMissao);
+        permitirAba(Resultados, false);
+        if (semMissao) {
+            mostrarPasso(0);
+            mostrarAba(Assistente);
         }
+        m_chkCicloContinuo->setChecked(m_logica->controlo.CicloContinuo);
+        CarregarCombos();
+        m_lblDataHoraLogger->setText(datas::textoDataHora(m_logica->controlo.RelogioTempoReal));
+        m_lblDataHoraPC->setText(datas::textoDataHora(estado().ambiente.agora()));
         LimparGrafico();
     });
 }
@@ -143,7 +162,7 @@ void frmDS1921::acabarLeitura(bool comDados) {
     ControloDS1921 &l = *m_logica;
     m_cmdLer->setEnabled(true);
     m_cmdLerDados->setEnabled(true);
-    m_cmdConcluir->setEnabled(l.estadoDaMissao() != EstadoMissao::SemRegistador);
+    m_cmdConcluir->setEnabled(true);
     if (comDados && !l.caixas.txtIntervalo.isEmpty())
         pecas1921::mostrarNaLista(m_cboIntervalo, l.caixas.txtIntervalo == u"0" ? u"1"_s : l.caixas.txtIntervalo);
     if (!l.caixas.txtLimiteMaximo.isEmpty()) {
@@ -162,25 +181,32 @@ void frmDS1921::acabarLeitura(bool comDados) {
               [this] { m_logica->GuardarHeadersParaConsulta(m_cboCalibracao->currentText()); });
 }
 
-void frmDS1921::DownloadLog() {
+// False: no sample was read. What was not fetched is not to be stopped either.
+bool frmDS1921::DownloadLog() {
     Ocupado = true;
-    const bool terminou = m_logica->missaoTerminou();
     const Vigia vigia(this);
-    const std::vector<ControloDS1921::Linha> linhas = m_logica->DownloadLog();
+    std::vector<ControloDS1921::Linha> linhas;
+    if (m_logica->controlo.PrimeiraAmostra.isValid())
+        linhas = m_logica->DownloadLog(m_cboCalibracao->currentText());
     vigia.passar();
-    if (linhas.empty()) { // taken off meanwhile: what was not fetched is not to be stopped either
+    if (linhas.empty()) {
         Ocupado = false;
-        permitirAba(Resultados, false);
-        avisar(texto(u"NE"_s, u"DS1921 não encontrado"_s));
-        return;
+        avisar(m_logica->controlo.PrimeiraAmostra.isValid()
+                   ? texto(u"AmostrasPorLer"_s,
+                           u"O contacto com o registador perdeu-se, e nenhuma amostra foi guardada. "
+                           "Assente-o bem no leitor e leia os dados de novo."_s)
+                   : texto(u"SemInicio"_s, u"O registador não diz quando a missão começou: as suas amostras não têm "
+                                           "data, e nenhuma foi guardada."_s));
+        return false;
     }
     mostrarAmostras(linhas);
     vigia.passar();
     LeiturasGrafico = linhas;
-    CarregarDados();
+    m_mostradas = true;
+    permitirAba(Resultados, true);
+    MudarEstadoTabGrafico(true);
     Ocupado = false;
-    if (terminou)
-        passo("frmDS1921.cmdPararMissao_Click", [this] { cmdPararMissao_Click(); });
+    return true;
 }
 
 void frmDS1921::mostrarAmostras(const std::vector<ControloDS1921::Linha> &linhas) {
@@ -224,6 +250,7 @@ void frmDS1921::AdicionarLinhaAlarmes(const SequenciasAlarme::Sequencia &s) {
 void frmDS1921::limparGrelhas() {
     m_grdTemps->limpar();
     m_grdAlarmes->limpar();
+    m_mostradas = false;
 }
 
 void frmDS1921::CarregarDados() {
@@ -275,4 +302,28 @@ void frmDS1921::avisarAlterouMenus() {
     if (registoForms().alterarEstadosMenus)
         registoForms().alterarEstadosMenus();
     verificar(vigia, this);
+}
+
+// Nothing of a button is known any more, and so nothing can be asked of it but to be read.
+void frmDS1921::esquecerRegistador() {
+    ResetEstado();
+    m_cmdPararMissao->setEnabled(false);
+    limparGrelhas();
+    LimparGrafico();
+    permitirAba(Assistente, false);
+    permitirAba(Resultados, false);
+    mostrarAba(Estado);
+}
+
+// However an action ended: no tab that has nothing to show can be chosen.
+void frmDS1921::acertarAbas() {
+    if (!m_logica->lido())
+        return esquecerRegistador();
+    if (m_mostradas)
+        return;
+    limparGrelhas();
+    LimparGrafico();
+    permitirAba(Resultados, false);
+    if (!m_separadores[size_t(m_frames->currentIndex())]->isEnabled())
+        mostrarAba(Estado);
 }

@@ -24,8 +24,11 @@ QWidget *donoActual() {
 }
 
 // Own drawings and plain buttons: where the desktop brings no icons, the library's fall-backs are coarse bitmaps.
-int mostrar(QMessageBox::Icon icone, const QString &texto, QMessageBox::StandardButtons botoes) {
+int mostrar(QMessageBox::Icon icone, const QString &texto, QMessageBox::StandardButtons botoes,
+            QMessageBox::StandardButton omissao) {
     QMessageBox caixa(icone, estado().NomePrograma, texto, botoes, donoActual());
+    caixa.setDefaultButton(omissao);
+    caixa.setEscapeButton(omissao);
     caixa.setTextFormat(Qt::PlainText);
     constexpr QStringView desenhos[] = {u"", u"informacao", u"aviso", u"erro", u"pergunta"};
     if (const QIcon desenho = icones::icone(desenhos[icone].toString()); !desenho.isNull()) {
@@ -101,11 +104,12 @@ private:
 
 void DialogosQt::mensagem(const QString &texto, Estilo estilo) {
     constexpr QMessageBox::Icon porEstilo[] = {QMessageBox::Information, QMessageBox::Warning, QMessageBox::Critical};
-    mostrar(porEstilo[size_t(estilo)], texto, QMessageBox::Ok);
+    mostrar(porEstilo[size_t(estilo)], texto, QMessageBox::Ok, QMessageBox::Ok);
 }
 
 bool DialogosQt::pergunta(const QString &texto) {
-    return mostrar(QMessageBox::Question, texto, QMessageBox::Yes | QMessageBox::No) == QMessageBox::Yes;
+    return mostrar(QMessageBox::Question, texto, QMessageBox::Yes | QMessageBox::No, QMessageBox::No) ==
+           QMessageBox::Yes;
 }
 
 QString DialogosQt::abrirFicheiro(const QString &filtro, const QString &pasta) {

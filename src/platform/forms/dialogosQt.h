@@ -8,6 +8,7 @@ class QWidget;
 class DialogosQt : public Dialogos {
 public:
     void mensagem(const QString &texto, Estilo estilo) override;
+    // Whatever is asked destroys something, which the text names: No is the default, also for Escape.
     bool pergunta(const QString &texto) override;
     QString abrirFicheiro(const QString &filtro, const QString &pasta) override;
     QString gravarFicheiro(const QString &nomeProposto, const QString &pasta, const QString &filtro) override;

@@ -164,6 +164,10 @@ qint16 DS1921::ActualizarEstado() {
     IntervaloAmostra = qint16(r->intervalo);
     CicloContinuo = r->continuo();
     RelogioTempoReal = r->relogio;
+    AmostrasNaMemoria = qint32(std::min<quint32>(r->amostras, capacidadeDoLog));
+    const auto entradas = entradasDoLog(*r);
+    PrimeiraAmostra = entradas.empty() ? QDateTime() : entradas.front().data;
+    UltimaAmostra = entradas.empty() ? QDateTime() : entradas.back().data;
     return 1;
 }
 
@@ -211,8 +215,10 @@ void DS1921::LerAmostras(std::vector<Amostra> &amostras) {
 qint16 DS1921::ContarAmostras(std::vector<Amostra> &amostras) {
     amostras.clear();
     Visita visita(PortaNumero, PortaTipo);
-    auto registos = visita ? visita.registos() : std::nullopt;
-    const Variante1921 variante = visita ? variante1921(visita.rom()) : Variante1921::G;
+    if (!visita || (!ROMID.isEmpty() && ROMID != romId(visita.rom())))
+        return 0;
+    auto registos = visita.registos();
+    const Variante1921 variante = variante1921(visita.rom());
     for (int volta = 0; registos && volta < voltas; ++volta) {
         const auto entradas = entradasDoLog(*registos);
         std::array<quint8, capacidadeDoLog> log{};

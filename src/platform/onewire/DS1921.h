@@ -29,6 +29,8 @@ public:
     qint16 IntervaloAmostra = 0; // * minutes, 0 without a mission ever
     bool CicloContinuo = false;  // *
     QDateTime RelogioTempoReal;
+    qint32 AmostrasNaMemoria = 0;             // also of a mission that runs no more
+    QDateTime PrimeiraAmostra, UltimaAmostra; // of those; invalid without a start that is told
 
     qint16 ActualizarEstado();   // 1 = logger read, less than 1 = none
     qint16 ProgramarMissao();    // sets the clock to the PC's, clears the memory, starts the mission; 1 = started

@@ -167,7 +167,7 @@ qint16 TMReadPacket(Sessao sessao, BufferEstado &estado, qint16 pagina, Pacote &
         Pacote dados{};
         const int tamanho = lerPacote(*lida, pagina, dados);
         if (tamanho < 0 || size_t(tamanho) > lugar)
-            return semDispositivo;
+            return SemPacote;
         destino = dados;
         return qint16(tamanho);
     });

@@ -27,7 +27,8 @@ qint16 TMNext(Sessao sessao, BufferEstado &estado); // 1 a device, 0 none left, 
 qint16 TMRom(Sessao sessao, BufferEstado &estado, NumeroROM &numero);
 
 qint16 TMExtendedReadPage(Sessao sessao, BufferEstado &estado, qint16 pagina, Pagina &destino, qint16 reservado = 0);
-// The packet's length; 0 an empty packet, negative no valid packet or no device.
+// The packet's length; 0 an empty packet, SemPacote a page without a valid one, any other negative a page unread.
+constexpr qint16 SemPacote = -3;
 qint16 TMReadPacket(Sessao sessao, BufferEstado &estado, qint16 pagina, Pacote &destino, qint16 maximo);
 qint16 TMWritePacket(Sessao sessao, BufferEstado &estado, qint16 pagina, std::span<const quint8> dados);
 

@@ -215,12 +215,13 @@ void frmDescarregar2251::cmdActualizar_Click() {
         if (linha == 0 || !estado().ambiente.dialogos)
             return;
         const Vigia vigia(this);
-        if (!estado().ambiente.dialogos->pergunta(relogio2251::perguntaDoAcerto()) || !vigia.vivo())
+        const listaPoseidons::Linha l = m_lista.linha(linha);
+        const QString unidade = u"%1 (%2:%3)"_s.arg(l.DESCRICAO, l.IP, l.PORTA);
+        if (!estado().ambiente.dialogos->pergunta(relogio2251::perguntaDoAcerto(unidade)) || !vigia.vivo())
             return;
         esconderInfo();
         bloquear(true);
         LigarDesligarBarraDeslizante(true);
-        const listaPoseidons::Linha l = m_lista.linha(linha);
         relogio2251::Resultado resultado;
         const Vigia acertoVivo(m_acerto);
         Rotina("frmDescarregar2251.ActualizarDataHoraDoPoseidon",

@@ -40,6 +40,18 @@ private:
     QPointer<QWidget> m_principal;
 };
 
+QString perguntaDeEliminar(const ChaveMissao &chave) {
+    return QStringList{
+        modTraducoes::texto(u"VISTREL_frmGraficoLoggers"_s, u"EliminarMissao"_s, u"Deseja Eliminar a missão?"_s),
+        modTraducoes::texto(u"VISTREL_frmGraficoLoggers"_s, u"EliminarRegistador"_s, u"Registador: %1 %2"_s)
+            .arg(chave.LoggerID, chave.Nomelogger),
+        modTraducoes::texto(u"VISTREL_frmGraficoLoggers"_s, u"EliminarNumero"_s, u"Missão: %1 %2"_s)
+            .arg(chave.Nmissao, chave.DescricaoMissao),
+        modTraducoes::texto(u"VISTREL_frmGraficoLoggers"_s, u"EliminarAmostras"_s, u"Amostras guardadas: %1"_s)
+            .arg(missoes::contarAmostras(chave))}
+        .join(u'\n');
+}
+
 } // namespace
 
 PainelMissoes::PainelMissoes(const ConfigMissoes &config, QWidget *pai)
@@ -205,11 +217,11 @@ void PainelMissoes::cmdEliminar_Click() {
     const QByteArray rotina = fonte("cmdEliminar_Click");
     Rotina(rotina.constData(), [this] {
         Dialogos *dialogos = estado().ambiente.dialogos;
-        if (!missao().completa() || !dialogos)
+        const ChaveMissao chave = missao();
+        if (!chave.completa() || !dialogos)
             return;
         const Vigia vigia(this);
-        if (!dialogos->pergunta(modTraducoes::texto(u"VISTREL_frmGraficoLoggers"_s, u"EliminarMissao"_s,
-                                                    u"Deseja Eliminar a missão?"_s)))
+        if (!dialogos->pergunta(perguntaDeEliminar(chave)))
             return;
         const QString pwd =
             modINI::GetSetting(estado().NomePrograma, u"CONFIGURACOES"_s, u"PWD"_s, modPassWord::pwdPorOmissao());
@@ -221,26 +233,35 @@ void PainelMissoes::cmdEliminar_Click() {
         if (!vigia.vivo() || !estado().EliminarConfirmado)
             return;
         const JanelaParada parada;
-        EliminarMissaoDef();
+        EliminarMissaoDef(chave);
     });
 }
 
-void PainelMissoes::EliminarMissaoDef() {
+// The one that was named in the question, whatever is chosen by now.
+void PainelMissoes::EliminarMissaoDef(const ChaveMissao &chave) {
     const QByteArray rotina = fonte("EliminarMissaoDef");
-    Rotina(rotina.constData(), [this] {
-        const ChaveMissao chave = missao();
-        if (!chave.completa())
-            return;
+    Rotina(rotina.constData(), [&, this] {
+        const bool escolhida = missao() == chave;
         missoes::EliminarMissao(chave);
         Q_EMIT retirada({chave.LoggerID, chave.Nomelogger, chave.DescricaoMissao, chave.Nmissao});
         avisarSemDados(false);
-        if (m_grdSensoresMissao->linhas() < 2)
-            return CarregarListaGeral();
+        if (!escolhida || m_grdSensoresMissao->linhas() < 2) {
+            CarregarListaGeral();
+            return desmarcar();
+        }
         m_grdSensoresMissao->removerLinha(m_grdSensoresMissao->currentIndex().row());
         m_grdSensoresMissao->riscar();
         m_grdSensoresMissao->setLinhaActual(0);
         grdSensoresMissao_SelectionChange();
     });
+}
+
+// Nobody has chosen what comes next in the list.
+void PainelMissoes::desmarcar() {
+    m_grdSensoresAll->setCurrentIndex({});
+    m_grdSensoresAll->clearSelection();
+    m_grdSensoresMissao->limpar();
+    avisarSemDados(false);
 }
 
 QWidget *PainelMissoes::primeiroControlo() const {

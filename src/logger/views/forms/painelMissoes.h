@@ -23,7 +23,8 @@ public:
     QList<Escolha> escolhas() const override;
 
     void cmdEliminar_Click();
-    void EliminarMissaoDef();
+    void EliminarMissaoDef(const ChaveMissao &chave);
+    void desmarcar();
 
 protected:
     QWidget *primeiroControlo() const override;
