@@ -72,6 +72,10 @@ const Gama &gamaDe(const QString &tipoRegistador) {
     return gamas.back();
 }
 
+bool tudoEmAlarme(const Gama &gama, double minimo, double maximo) {
+    return minimo >= maximo || maximo <= gama.limiteAte || minimo >= gama.limiteDe;
+}
+
 QStringList limitesDe(const Gama &gama) {
     return descer(gama.limiteDe, gama.limiteAte, passoDosLimites, casasDosLimites);
 }

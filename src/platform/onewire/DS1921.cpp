@@ -81,11 +81,9 @@ private:
             return;
         Transporte &t = *barramento().transporte;
         try {
-            if (const auto rom = procurarBotao(t)) {
+            if (const auto rom = insistir(t, familia1921, [&t] { return procurarBotao(t); })) {
                 m_rom = *rom;
                 m_memoria.emplace(t, m_rom);
-            } else {
-                anotar(diagnosticar(t, familia1921));
             }
         } catch (const Falha &) {
             anotar(Causa::AdaptadorFora);
@@ -228,6 +226,8 @@ qint16 DS1921::ContarAmostras(std::vector<Amostra> &amostras) {
             if (!pagina)
                 return 0;
             std::copy(pagina->begin(), pagina->end(), &log[size_t(p * bytesDaPagina)]);
+            if (aoLerPagina)
+                aoLerPagina(p + 1, paginas);
         }
         const auto depois = visita.registos();
         if (depois && mesmos(*registos, *depois)) {

@@ -9,6 +9,7 @@ namespace onewire {
 
 namespace {
 
+constexpr int tentativas = 3;
 constexpr int maximoDeDispositivos = 64; // of a line that answers anything
 const QString semGrupoProprio = u"root"_s;
 
@@ -99,6 +100,13 @@ QString comMotivo(const QString &mensagem) {
     return porque.isEmpty() ? mensagem : mensagem + u'\n' + porque;
 }
 
+ManterMotivo::ManterMotivo() : m_motivo(barramento().motivo) {}
+
+ManterMotivo::~ManterMotivo() {
+    if (m_motivo.causa != Causa::Nenhuma)
+        barramento().motivo = m_motivo;
+}
+
 Causa diagnosticar(Transporte &t, quint8 familia) {
     try {
         const Visto v = ver(t, [familia](const Rom &rom) { return rom[0] == familia; });
@@ -117,6 +125,19 @@ Causa diagnosticar(Transporte &t, const Rom &rom) {
     } catch (const Falha &) {
         return Causa::AdaptadorFora;
     }
+}
+
+std::optional<Rom> insistir(Transporte &t, quint8 familia, const std::function<std::optional<Rom>()> &procurar) {
+    Causa causa = Causa::Nenhuma;
+    for (int i = 0; i < tentativas; ++i) {
+        if (const auto rom = procurar())
+            return rom;
+        causa = diagnosticar(t, familia);
+        if (causa == Causa::SemBotao || causa == Causa::AdaptadorFora)
+            break;
+    }
+    anotar(causa);
+    return std::nullopt;
 }
 
 } // namespace onewire

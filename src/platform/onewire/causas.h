@@ -4,6 +4,8 @@
 
 #include <QString>
 
+#include <functional>
+
 namespace onewire {
 
 // Why the bus did not do what was asked of it.
@@ -34,8 +36,25 @@ QString frase(const Motivo &motivo);
 // The message, and below it the cause of the last failure.
 QString comMotivo(const QString &mensagem);
 
+// Keeps the cause of a failure over what is done afterwards.
+class ManterMotivo {
+public:
+    ManterMotivo();
+    ~ManterMotivo();
+    ManterMotivo(const ManterMotivo &) = delete;
+    ManterMotivo &operator=(const ManterMotivo &) = delete;
+
+private:
+    Motivo m_motivo;
+};
+
 // Looks at the line after a failure: of a search for a family, or of the work with one device.
 Causa diagnosticar(Transporte &transporte, quint8 familia);
 Causa diagnosticar(Transporte &transporte, const Rom &rom);
+
+// A search for the first device of a family, repeated where the line shows that one is there. The cause is noted when
+// none was found.
+std::optional<Rom> insistir(Transporte &transporte, quint8 familia,
+                            const std::function<std::optional<Rom>()> &procurar);
 
 } // namespace onewire

@@ -83,7 +83,10 @@ QString caminhoDoPorto(qint16 porto, qint16 tipo) {
 }
 
 std::unique_ptr<Transporte> abrirPorto(qint16 porto, qint16 tipo) {
-    const QString caminho = caminhoDoPorto(porto, tipo);
+    return abrirNoCaminho(caminhoDoPorto(porto, tipo));
+}
+
+std::unique_ptr<Transporte> abrirNoCaminho(const QString &caminho) {
     const QFileInfo info(caminho);
     if (caminho.isEmpty() || !info.exists()) {
         anotar(caminho.isEmpty() ? Causa::SemPorto : Causa::AdaptadorFora);

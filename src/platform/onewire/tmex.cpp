@@ -124,10 +124,8 @@ qint16 TMFamilySearchSetup(Sessao sessao, BufferEstado &estado, qint16 familia) 
 qint16 TMNext(Sessao sessao, BufferEstado &estado) {
     return operacao(sessao, [&](Transporte &t) {
         Procura p = ler(estado);
-        const bool primeira = !p.encontrou;
-        const auto rom = proximo(t, p, sessao);
-        if (!rom && primeira && p.familia)
-            anotar(diagnosticar(t, p.familia));
+        const auto procurar = [&] { return proximo(t, p, sessao); };
+        const auto rom = p.familia && !p.encontrou ? insistir(t, p.familia, procurar) : procurar();
         p.encontrou = rom.has_value(); // behind the last one a search begins again
         p.rom = rom.value_or(Rom{});
         guardar(estado, p);
