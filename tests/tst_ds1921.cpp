@@ -91,11 +91,12 @@ private Q_SLOTS:
         QCOMPARE(m.ler(), qint16(0));
     }
 
-    // A fault that passes is overcome; one that stays ends in a refusal, and soon.
+    // A fault that passes is overcome; one that stays ends in a refusal, and soon. Neither is a loss of contact.
     void defeitos_data() {
         const Tabela<Campo> caso("defeito");
         for (const auto &d : simulador::tabelaDeDefeitosBotao)
-            if (d.campo != &DefeitosBotao::retirar && d.campo != &DefeitosBotao::adaptadorFora)
+            if (d.campo != &DefeitosBotao::retirar && d.campo != &DefeitosBotao::contacto &&
+                d.campo != &DefeitosBotao::adaptadorFora)
                 caso(d.nome.toLatin1().constData(), d.campo);
     }
     void defeitos() {
