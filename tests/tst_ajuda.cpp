@@ -123,7 +123,9 @@ private Q_SLOTS:
         m.aoTentar = [&] {
             QVERIFY(barra->isVisible() && barra->value() == 0 && !botao->isVisible() && !m.form->isEnabled());
         };
+        m.instalacao.dialogos.esperarMensagem(u"Ligue-o ao computador"_s);
         m.pesquisar();
+        m.instalacao.verificar();
         QCOMPARE(m.tentados.size(), 75);
         for (const auto &[tipo, numero] : m.tentados)
             QVERIFY(tipo != 2 && tipo >= 1 && tipo <= 6 && numero >= 1 && numero <= 15);
@@ -139,6 +141,7 @@ private Q_SLOTS:
         for (int n = 1; n < 12; ++n) {
             m.leitor.defeitos().adaptadorFora = n;
             m.abrir();
+            m.instalacao.dialogos.tolerante = true;
             m.pesquisar();
             QVERIFY(m.form->isEnabled());
             QCOMPARE(onewire::barramento().sessao, 0);

@@ -36,6 +36,30 @@ QString detalhe() {
 
 } // namespace
 
+// Lets all events of the splash pass before its showing is through, as a busy machine may.
+class EventosAMeio : public QObject {
+public:
+    EventosAMeio() { qApp->installEventFilter(this); }
+    bool passou = false, presa = false;
+
+protected:
+    bool eventFilter(QObject *alvo, QEvent *evento) override {
+        auto *splash = qobject_cast<QDialog *>(alvo);
+        if (passou || !splash || evento->type() != QEvent::WindowActivate ||
+            splash->objectName() != u"frmIconCompactarErepararBD")
+            return false;
+        passou = true;
+        while (splash->isVisible())
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        QTimer::singleShot(0, splash, [this, splash] { // in a loop that waits for it still
+            presa = true;
+            splash->show();
+            splash->accept();
+        });
+        return false;
+    }
+};
+
 // The start of the process and its reports, with the real error dialog.
 class TesteInicio : public QObject {
     Q_OBJECT
@@ -89,6 +113,15 @@ private Q_SLOTS:
         utilizador::clicar(erroVisivel(), u"cmdContinuar"_s);
         QVERIFY(!erroVisivel());
         QVERIFY(principal->isVisible());
+    }
+
+    void splashQueAcabaEnquantoSeMostra() {
+        Instalacao instalacao;
+        estado().ambiente.apresentador = &m_apresentador;
+        const EventosAMeio eventos;
+        const std::unique_ptr<frmMain> principal = modMain::Main();
+        QVERIFY(eventos.passou && !eventos.presa);
+        QVERIFY(principal && principal->isVisible());
     }
 
     // Chosen at the start, the other file is the one that is opened, then and later.

@@ -47,6 +47,7 @@ class TudoBem : public Dialogos {
 public:
     void mensagem(const QString &, Estilo) override {}
     bool pergunta(const QString &) override { return false; }
+    int escolher(const QString &, const QStringList &, int) override { return -1; }
     QString abrirFicheiro(const QString &, const QString &) override { return {}; }
     QString gravarFicheiro(const QString &, const QString &, const QString &) override { return {}; }
     QString escolherPasta(const QString &) override { return {}; }

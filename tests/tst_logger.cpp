@@ -217,6 +217,7 @@ private Q_SLOTS:
         b.instalacao.locale(u"en_US"_s);
         b.abrir();
         QCOMPARE(b.texto("lblEstado"), u"State"_s);
+        b.instalacao.dialogos.responderPergunta(true, u"todas as leituras serão alarmes"_s);
         b.descarregar(30, {.calibracao = u"-0.5"_s, .minimo = u"8.0"_s, .maximo = u"8.0"_s}); // equal limits pass
         QCOMPARE(b.texto("txtEstadoMissao"), u"Active"_s);
         QCOMPARE(b.texto("txtRollOverExecuted"), u"No"_s);

@@ -2,6 +2,7 @@
 #include "tests/apoio/tabela.h"
 #include "tests/bancada1921.h"
 
+#include <QComboBox>
 #include <QElapsedTimer>
 #include <QTimer>
 
@@ -25,6 +26,7 @@ void comDefeito(Bancada &b, Campo defeito, int quando, const char *botao) {
 void nomear(const Bancada &b) {
     utilizador::controlo<QLineEdit>(b.form, u"txtDescricaoRegistador"_s)->setText(u"r"_s);
     utilizador::controlo<QLineEdit>(b.form, u"txtDescricaoMissao"_s)->setText(u"m"_s);
+    utilizador::controlo<QComboBox>(b.form, u"cboLimMax"_s)->setCurrentText(u"8,0"_s);
 }
 
 // Nothing of a button is shown, and nothing but a read is offered.
@@ -89,7 +91,7 @@ private Q_SLOTS:
         b.instalacao.executar(u"DELETE FROM DS1921head"_s);
         b.andar(300);
         b.leitor.defeitos().*defeito = quando;
-        b.instalacao.dialogos.esperarMensagem(u"O contacto com o registador perdeu-se"_s);
+        b.instalacao.dialogos.esperarMensagem(u"A leitura do registador ficou a meio"_s);
         utilizador::clicar(b.form, botao);
         b.instalacao.verificar();
         QVERIFY(b.leitor.chip().missao() && b.leitor.chip().contador() > 11);
@@ -120,7 +122,7 @@ private Q_SLOTS:
 
     // Memory, state, and samples are of one button, whenever another one takes its place.
     void trocadoDuranteALeitura() {
-        for (int abertura = 0; abertura <= 4; ++abertura) {
+        for (int abertura = 0; abertura <= 5; ++abertura) {
             Bancada b;
             b.descarregar();
             b.leitor.fazer(u"B"_s, simulador::Variante::G, 0x777777);
@@ -134,19 +136,20 @@ private Q_SLOTS:
                 b.leitor.por({u"B"_s});
             }
             b.leitor.aoAbrir = [&, n = 0](qint16, qint16) mutable {
-                b.leitor.semAdaptador = abertura == 0 && n == 0;
+                b.leitor.semAdaptador = abertura == 0 && n == 1;
                 if (++n == abertura)
                     b.leitor.por({u"B"_s});
             };
-            if (abertura != 1)
+            const bool antesDeLer = abertura == 1 || abertura == 2; // the first only sees what there is
+            if (!antesDeLer)
                 b.instalacao.dialogos.esperarMensagem({});
             b.clicar("cmdLerDados");
             b.leitor.aoAbrir = nullptr;
             b.instalacao.verificar();
             const QString guardado = u"SELECT group_concat(DISTINCT Nomelogger || DescricaoMissao) FROM "_s;
-            QCOMPARE(b.um(guardado + u"DS1921").toString(), abertura == 1 ? u"CaisOutra"_s : QString());
+            QCOMPARE(b.um(guardado + u"DS1921").toString(), antesDeLer ? u"CaisOutra"_s : QString());
             QVERIFY(!b.um(guardado + u"DS1921head").toString().contains(u','));
-            QCOMPARE(b.permitido("cmdPararMissao"), abertura == 1);
+            QCOMPARE(b.permitido("cmdPararMissao"), antesDeLer);
         }
     }
 
@@ -192,7 +195,7 @@ private Q_SLOTS:
 
     // Given up in whatever operation: no tab shows less than all.
     void cancelado() {
-        for (int volta = 1; volta <= 4; ++volta) {
+        for (int volta = 2; volta <= 5; ++volta) { // before, nothing is read anew
             Bancada b;
             b.descarregar();
             b.clicar("lblResultados");
@@ -231,7 +234,7 @@ private Q_SLOTS:
         b.programar({.intervalo = u"1"_s});
         b.andar(2060);
         b.leitor.defeitos().retirar = 2000; // within the log
-        b.instalacao.dialogos.esperarMensagem(u"nenhuma amostra foi guardada"_s);
+        b.instalacao.dialogos.esperarMensagem(u"nenhuma foi guardada"_s);
         b.clicar("cmdLerDados");
         b.instalacao.verificar();
         QCOMPARE(b.linhas(), 0);

@@ -1,9 +1,14 @@
+#include "core/modDoubleTratamento.h"
 #include "logger/numeros1921.h"
 #include "logger/registoDS1921.h"
 #include "tests/apoio/instalacao.h"
 #include "tests/apoio/tabela.h"
+#include "tests/falhaDe.h"
 
+#include <QRandomGenerator>
 #include <QTest>
+
+#include <cmath>
 
 using namespace registoDS1921;
 
@@ -169,6 +174,31 @@ private Q_SLOTS:
             QVERIFY2(numeros1921::eNumerico(QString::fromLatin1(t)), t);
         for (const char *t : {"", "-", ",", "1,2,3", "12a4", "1-2", "--1", "0x1F", "1e3"})
             QVERIFY2(!numeros1921::eNumerico(QString::fromLatin1(t)), t);
+        QVERIFY(!numeros1921::eNumerico(QString(400, u'9')));
+    }
+
+    // What is taken for a number is read, and as the number that was meant, in every locale.
+    void numericoEConvertido() {
+        const QString letras = u"00123456789.,.,-- \f\u00a0\u2003\te"_s;
+        QRandomGenerator acaso(1921);
+        for (const QString &nome : {u"pt_PT"_s, u"en_US"_s, u"cs_CZ"_s, u"fr_CH"_s, u"sv_SE"_s, u"ar_EG"_s}) {
+            m_instalacao->locale(nome);
+            int aceites = 0;
+            for (int i = 0; i < 30'000 || aceites < 500; ++i) {
+                QString t;
+                for (int n = acaso.bounded(1, 8); n > 0; --n)
+                    t += letras[acaso.bounded(int(letras.size()))];
+                if (!numeros1921::eNumerico(t))
+                    continue;
+                ++aceites;
+                const double certo = QLocale::c().toDouble(t.trimmed().replace(u',', u'.'));
+                double lido = std::nan("");
+                (void)falhaDe([&] { lido = modDoubleTratamento::TextoParaDouble(t); });
+                QVERIFY2(lido == certo, qUtf8Printable(nome + u": \"" + t + u'"'));
+            }
+        }
+        m_instalacao->locale(u"pt_PT"_s);
+        QCOMPARE(valorDeCalibracao(u",50 "_s), 0.5);
     }
 
 private:

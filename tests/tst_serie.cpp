@@ -20,6 +20,8 @@
 #include <QTcpServer>
 #include <QtTest>
 
+#include <unistd.h>
+
 using simulador::Variante;
 
 namespace {
@@ -130,10 +132,43 @@ private Q_SLOTS:
         });
         QTRY_COMPARE(Instalacao::lerFicheiro(marca), QByteArray("1"));
         QVERIFY(tmex::TMExtendedStartSession(1, 5) < 0);
-        QVERIFY(onewire::barramento().ocupado);
+        QVERIFY(onewire::barramento().motivo.causa == onewire::Causa::Ocupado);
         QCOMPARE(m.controlo.ActualizarEstado(), qint16(0)); // waits a little, then gives up
         filho.matar();
         QTRY_VERIFY(tmex::TMExtendedStartSession(1, 5) > 0);
+    }
+
+    // Why a port does not become a reader, with what the user has to be told.
+    void causasDoPorto() {
+        using onewire::Causa;
+        Mesa m;
+        m.fazer();
+        const auto dito = [&](Causa causa, const QString &trecho) {
+            QVERIFY2(tmex::TMExtendedStartSession(1, 5) < 0, qUtf8Printable(trecho));
+            const onewire::Motivo motivo = onewire::barramento().motivo;
+            QVERIFY2(motivo.causa == causa, qUtf8Printable(trecho));
+            QVERIFY2(onewire::frase(motivo).contains(trecho), qUtf8Printable(onewire::frase(motivo)));
+        };
+        QVERIFY(onewire::frase({Causa::SemPermissao, u"/dev/x"_s, u"dialout"_s}).contains(u"grupo \"dialout\""));
+        QVERIFY(QFile::setPermissions(m.serie.caminho(), {}));
+        onewire::barramento().motivo = {};
+        const bool administrador = ::geteuid() == 0; // who may open everything
+        if (administrador)
+            QCOMPARE(::seteuid(65534), 0);
+        const bool aberta = onewire::abrirNoCaminho(m.serie.caminho()) != nullptr;
+        if (administrador)
+            QCOMPARE(::seteuid(0), 0);
+        QVERIFY(!aberta && onewire::barramento().motivo.causa == Causa::SemPermissao);
+        QCOMPARE(onewire::barramento().motivo.grupo, QFileInfo(m.serie.caminho()).group());
+        QVERIFY(QFile::setPermissions(m.serie.caminho(), QFile::ReadOwner | QFile::WriteOwner));
+        m.serie.comALinha([&] { m.serie.adaptador.mudo = true; });
+        dito(Causa::OutroEquipamento, m.serie.caminho());
+        Mesa::caminho(m.instalacao.pastaINI());
+        dito(Causa::OutroEquipamento, u"não responde como um adaptador"_s);
+        Mesa::caminho(u"/dev/ttyNenhum"_s);
+        dito(Causa::AdaptadorFora, u"(/dev/ttyNenhum)"_s);
+        QVERIFY(tmex::TMExtendedStartSession(1, 3) < 0); // stands for nothing
+        QVERIFY(onewire::barramento().motivo.causa == Causa::SemPorto);
     }
 
     void ondeEstaoOsPortos() {

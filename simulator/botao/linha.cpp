@@ -2,6 +2,10 @@
 
 namespace simulador {
 
+namespace {
+constexpr int bitDoRuido = 3;
+}
+
 Linha::Linha(const Gaveta &gaveta, RelogioExterno r) : relogio(std::move(r)), m_gaveta(gaveta) {}
 
 Linha::~Linha() {
@@ -67,6 +71,7 @@ bool Linha::emAlarme() const {
 }
 
 bool Linha::slot(bool mestre) {
+    const bool trocado = m_bits % 8 == bitDoRuido && defeitos.ruido > 0;
     if (m_bits++ % 8 == 0 && defeitos.retirar > 0 && --defeitos.retirar == 0) {
         m_gaveta.por({});
         verLeitor();
@@ -76,7 +81,8 @@ bool Linha::slot(bool mestre) {
         linha = posto.dispositivo->largar() && linha;
     for (const Posto &posto : m_postos)
         posto.dispositivo->slot(linha);
-    return linha;
+    defeitos.ruido -= trocado;
+    return linha != trocado; // as the master sees it
 }
 
 quint8 Linha::byte(quint8 mestre) {

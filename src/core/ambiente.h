@@ -3,6 +3,7 @@
 #include <QDateTime>
 #include <QLocale>
 #include <QString>
+#include <QStringList>
 
 #include <functional>
 
@@ -13,6 +14,8 @@ public:
     enum class Estilo { Informacao, Exclamacao, Critico };
     virtual void mensagem(const QString &texto, Estilo estilo = Estilo::Informacao) = 0;
     virtual bool pergunta(const QString &texto) = 0; // true: yes
+    // One of several; -1: none. <actual> is marked at first, -1 leaves the choice wholly to the user.
+    virtual int escolher(const QString &texto, const QStringList &opcoes, int actual) = 0;
     // Empty results mean cancelled. Filters have the form "csv (*.csv)|*.csv".
     virtual QString abrirFicheiro(const QString &filtro, const QString &pasta) = 0;
     virtual QString gravarFicheiro(const QString &nomeProposto, const QString &pasta, const QString &filtro) = 0;

@@ -82,7 +82,8 @@ QString SeparadorDecimal() {
 }
 
 std::optional<double> LerDouble(const QString &texto) {
-    const QString local = comSeparador(texto, SeparadorDecimal()).trimmed();
+    // Blanks around the number are no part of its separator.
+    const QString local = comSeparador(texto.trimmed(), SeparadorDecimal());
     bool ok = false;
     double valor = estado().ambiente.locale.toDouble(local, &ok);
     if (!ok) // "-5" is a number in every locale, also where the locale's own minus sign is another character

@@ -9,6 +9,7 @@
 #include "core/modTraducoes.h"
 #include "logger/numeros1921.h"
 #include "logger/prazos1921.h"
+#include "platform/onewire/causas.h"
 
 #include <algorithm>
 
@@ -167,8 +168,8 @@ QString ControloDS1921::causa() const {
     case Presenca::Mesmo:
         return {};
     case Presenca::Nenhum:
-        return texto(u"RegistadorCalado"_s, u"O registador que foi lido não responde. Nada foi alterado: assente-o bem "
-                                            "no leitor e leia-o de novo."_s);
+        return texto(u"RegistadorCalado"_s, u"O registador que foi lido não responde. Nada foi alterado: leia-o de "
+                                            "novo."_s);
     case Presenca::Outro:
         return texto(u"OutroRegistador"_s, u"No leitor está o registador %1, e o que foi lido é o %2. Nada foi "
                                            "alterado: leia primeiro o que está no leitor."_s)
@@ -239,6 +240,7 @@ bool ControloDS1921::ActualizarIbutton(const Programa &p, const std::function<vo
             return true;
         }
     }
+    const onewire::ManterMotivo motivoDaEscrita;
     controlo.ActualizarEstado();
     return false;
 }
@@ -269,6 +271,7 @@ bool ControloDS1921::FormatarDS1921(int aceites, const std::function<void()> &pa
 }
 
 std::vector<ControloDS1921::Linha> ControloDS1921::DownloadLog(const QString &calibracoes) {
+    amostrasGuardadas = 0;
     std::vector<DS1921::Amostra> amostras;
     controlo.LerAmostras(amostras);
     if (controlo.ContarAmostras(amostras) < 1)
@@ -295,7 +298,8 @@ void ControloDS1921::guardarAmostras(const std::vector<missoes::Amostra> &amostr
             {destino, controlo.InicioAmostragem, amostras.back().Data, LimiteMaxGlobal, LimiteMinGlobal, calibracoes},
             passarEventos);
     const QDateTime ultima = missoes::VerificaDataMaximaPraSensor(destino, controlo.InicioAmostragem);
-    missoes::juntarAmostras(destino, amostras, LimiteMaxGlobal, LimiteMinGlobal, ultima, passarEventos);
+    amostrasGuardadas =
+        missoes::juntarAmostras(destino, amostras, LimiteMaxGlobal, LimiteMinGlobal, ultima, passarEventos);
 }
 
 bool ControloDS1921::cabecaCompleta() const {

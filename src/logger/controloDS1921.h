@@ -90,6 +90,7 @@ public:
     CaixasDS1921 caixas;
     QString romidLido; // of the last read
     double Calibracao = CalibracaoNenhuma;
+    int amostrasGuardadas = 0; // by the last download
     double LimiteMaxGlobal = 0;
     double LimiteMinGlobal = 0;
 

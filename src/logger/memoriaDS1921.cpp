@@ -1,9 +1,11 @@
 #include "logger/memoriaDS1921.h"
 
 #include "core/literais.h"
+#include "platform/onewire/barramento.h"
 
 #include <QThread>
 
+#include <algorithm>
 #include <vector>
 
 namespace {
@@ -35,10 +37,19 @@ bool SessaoTMEX::preparar() const {
 }
 
 std::optional<tmex::NumeroROM> MemoriaDS1921::procurar(tmex::Sessao sessao, qint16 familia) {
-    if (tmex::TMFamilySearchSetup(sessao, m_estado, familia) != 1 || tmex::TMNext(sessao, m_estado) != 1)
+    if (tmex::TMFamilySearchSetup(sessao, m_estado, familia) != 1)
         return std::nullopt;
-    tmex::NumeroROM numero{}; // element 0 at zero asks for the number
-    tmex::TMRom(sessao, m_estado, numero);
+    const auto &escolhido = onewire::barramento().escolhido;
+    tmex::NumeroROM numero;
+    do {
+        if (tmex::TMNext(sessao, m_estado) != 1) {
+            if (escolhido && onewire::barramento().motivo.causa == onewire::Causa::Nenhuma) // others are there
+                onewire::anotar(onewire::Causa::ContactoPerdido);
+            return std::nullopt;
+        }
+        numero = {}; // element 0 at zero asks for the number
+        tmex::TMRom(sessao, m_estado, numero);
+    } while (escolhido && !std::equal(numero.begin(), numero.end(), escolhido->begin()));
     // Two bits tell enough: the search has already kept to the family.
     if (((numero[0] ^ familia) & mascaraDaFamilia) != 0)
         return std::nullopt;

@@ -29,13 +29,24 @@ struct PortoAchado {
     Sessao sessao;
 };
 
-std::optional<PortoAchado> procurarPorto(const Vista &vista) {
+// Of the ports that were refused the first that the user can do something about.
+void juntarMotivo(onewire::Motivo &motivo) {
+    using onewire::Causa;
+    const onewire::Motivo &este = onewire::barramento().motivo;
+    if (motivo.causa != Causa::SemPermissao &&
+        (este.causa == Causa::SemPermissao || (este.causa == Causa::Ocupado && motivo.causa == Causa::Nenhuma)))
+        motivo = este;
+}
+
+std::optional<PortoAchado> procurarPorto(const Vista &vista, onewire::Motivo &motivo) {
     int barra = 0;
     for (qint16 tipo = 1; tipo <= ultimoTipo; ++tipo) {
         for (qint16 numero = 1; tipo != tipoSaltado && numero <= ultimoNumero; ++numero) {
             const Sessao sessao = TMExtendedStartSession(numero, tipo);
-            if (sessao <= 0)
+            if (sessao <= 0) {
+                juntarMotivo(motivo);
                 continue;
+            }
             if (TMSetup(sessao) == 1)
                 return PortoAchado{tipo, numero, sessao};
             TMValidSession(sessao);
@@ -117,7 +128,7 @@ void Pesquisar1WireAuto(const Vista &vista, Resultado &resultado) {
     TMClose(resto);
     TMEndSession(resto);
     QString texto = u"0X0X0"_s;
-    if (const auto porto = procurarPorto(vista)) {
+    if (const auto porto = procurarPorto(vista, resultado.motivo)) {
         lerRede(*porto, vista, resultado);
         texto = u"%1X%2X%3"_s.arg(porto->tipo).arg(porto->numero).arg(nomeDoAdaptador(resultado.adaptadorID));
         TMClose(onewire::barramento().sessao);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/onewire/causas.h"
+
 #include <QString>
 
 #include <functional>
@@ -18,6 +20,7 @@ struct Vista {
 struct Resultado {
     QString texto = QStringLiteral("ERROR"); // type, number and adapter joined by "X"; "0X0X0": none found
     QString adaptadorID;                     // the device that named the adapter
+    onewire::Motivo motivo;                  // a port that could not be tried: without rights, or held
 };
 
 // Tries every port. Throws Falha when the library fails; <resultado> then still says "ERROR".

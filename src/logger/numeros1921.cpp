@@ -3,6 +3,8 @@
 #include "core/literais.h"
 #include "core/modDoubleTratamento.h"
 
+#include <QLocale>
+
 #include <array>
 #include <cmath>
 
@@ -14,6 +16,8 @@ constexpr std::array gamas = {
     numeros1921::Gama{u"Z", 26, -5, 2, 0.125, 3},
     numeros1921::Gama{u"", 85, -40, 5, 0.1, 1},
 };
+
+constexpr int maximoDeDigitos = 300;
 
 // Counted in steps, so that no error adds up.
 QStringList descer(double de, double ate, double passo, int casas) {
@@ -42,7 +46,9 @@ bool eNumerico(QStringView texto) {
         else
             return false;
     }
-    return digitos > 0 && separadores <= 1;
+    // So many digits that no value holds them are none.
+    return digitos > 0 && separadores <= 1 &&
+           (digitos < maximoDeDigitos || std::isfinite(QLocale::c().toDouble(resto.toString().replace(u',', u'.'))));
 }
 
 double arredondar(double valor, int casas) {
@@ -64,6 +70,10 @@ const Gama &gamaDe(const QString &tipoRegistador) {
         if (!gama.tipo.isEmpty() && tipoRegistador == gama.tipo)
             return gama;
     return gamas.back();
+}
+
+bool tudoEmAlarme(const Gama &gama, double minimo, double maximo) {
+    return minimo >= maximo || maximo <= gama.limiteAte || minimo >= gama.limiteDe;
 }
 
 QStringList limitesDe(const Gama &gama) {

@@ -25,6 +25,9 @@ const Gama &gamaDe(const QString &tipoRegistador);
 QStringList limitesDe(const Gama &gama);
 QStringList calibracoesDe(const Gama &gama);
 
+// Is there no reading that lies between these two?
+bool tudoEmAlarme(const Gama &gama, double minimo, double maximo);
+
 constexpr double passoDosLimites = 0.5;
 constexpr int casasDosLimites = 1;
 constexpr int maiorIntervalo = 255; // minutes

@@ -8,6 +8,7 @@
 #include "platform/forms/cantos.h"
 #include "platform/forms/registoForms.h"
 
+#include <QApplication>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -42,6 +43,27 @@ void desenharCadeado(QPainter &p, const QPointF &centro) {
     p.drawEllipse(centro + QPointF(0, 7), 3.5, 3.5);
     p.drawRoundedRect(QRectF(centro + QPointF(-1.5, 7), QSizeF(3, 9)), 1.5, 1.5);
 }
+
+// The word is taken with its last letter, and many people end it with Enter all the same: that one is not for whatever
+// window comes up next. Anything else that the user does first ends the wait for it.
+class EnterDaPalavra : public QObject {
+public:
+    EnterDaPalavra() : QObject(qApp) { qApp->installEventFilter(this); }
+
+protected:
+    bool eventFilter(QObject *, QEvent *evento) override {
+        const bool tecla = evento->type() == QEvent::KeyPress;
+        if (m_visto || (!tecla && evento->type() != QEvent::MouseButtonPress))
+            return false;
+        m_visto = true;
+        deleteLater();
+        const int qual = tecla ? static_cast<QKeyEvent *>(evento)->key() : 0;
+        return qual == Qt::Key_Return || qual == Qt::Key_Enter;
+    }
+
+private:
+    bool m_visto = false;
+};
 
 } // namespace
 
@@ -110,6 +132,7 @@ void frmPassWord::txtPassWord_KeyUp() {
 
 void frmPassWord::acertou() {
     m_aceite = true;
+    new EnterDaPalavra;
     m_txtPassWord->clear();
     const qint16 objectivo = estado().ObjectivoPassWord;
     if (objectivo == eliminarMissao || objectivo == eliminarMissoes)

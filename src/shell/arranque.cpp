@@ -62,7 +62,7 @@ std::unique_ptr<frmMain> Main() {
         juntarDesenhos(); // the splash may have to warn
         registarForms(registoForms());
         rede::instalar();
-        frmIconCompactarErepararBD().exec();
+        frmIconCompactarErepararBD().mostrarAteAcabar();
         forcarEventos();
         auto principal = std::make_unique<frmMain>();
         principal->chamar1Wire = fecharSessao1Wire;

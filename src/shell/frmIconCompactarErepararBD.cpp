@@ -35,6 +35,15 @@ frmIconCompactarErepararBD::frmIconCompactarErepararBD()
     m_timerEspera.start();
 }
 
+// Not exec(): before the application's own loop runs, showing a splash already lets events pass. Where those painted
+// it, its work was done and it was closed before the dialog's loop stood, which then waited for an end that had been.
+void frmIconCompactarErepararBD::mostrarAteAcabar() {
+    setModal(true);
+    show();
+    while (isVisible())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+}
+
 void frmIconCompactarErepararBD::TimerEspera_Timer() {
     if (!isVisible() || !m_timerEspera.isActive())
         return;

@@ -8,6 +8,7 @@ class frmIconCompactarErepararBD : public QDialog {
     Q_OBJECT
 public:
     frmIconCompactarErepararBD();
+    void mostrarAteAcabar();
 
 protected:
     void paintEvent(QPaintEvent *evento) override;

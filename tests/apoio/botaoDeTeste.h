@@ -57,6 +57,12 @@ public:
 
     // The chip on the reader (the first one), brought to the present.
     simulador::ChipDS1921 &chip() { return linha->botoes().at(0)->chip; }
+    simulador::ChipDS1921 &chipDe(const QString &nome) {
+        for (simulador::Botao *botao : linha->botoes())
+            if (botao->nome() == nome)
+                return botao->chip;
+        return chip();
+    }
     QDateTime agora() const { return QDateTime::fromMSecsSinceEpoch(m_agora, Qt::UTC); }
     void andar(int minutos) { m_agora += qint64(minutos) * 60'000; }
     simulador::DefeitosBotao &defeitos() { return linha->defeitos; }

@@ -65,6 +65,9 @@ void DialogosDeTeste::esperarMensagem(const QString &trecho) {
 void DialogosDeTeste::responderPergunta(bool sim, const QString &trecho) {
     m_respostas.append({Tipo::Pergunta, trecho, sim ? u"1"_s : QString()});
 }
+void DialogosDeTeste::responderEscolha(int qual, const QString &trecho) {
+    m_respostas.append({Tipo::Escolha, trecho, QString::number(qual)});
+}
 void DialogosDeTeste::responderAbrir(const QString &caminho, const QString &trecho) {
     m_respostas.append({Tipo::Abrir, trecho, caminho});
 }
@@ -103,6 +106,13 @@ bool DialogosDeTeste::pergunta(const QString &texto) {
     if (!texto.contains(u'\n'))
         reprovar(u"The question does not name what it destroys: "_s + texto);
     return !proxima(Tipo::Pergunta, texto).isEmpty();
+}
+
+int DialogosDeTeste::escolher(const QString &texto, const QStringList &opcoes, int) {
+    ultimasOpcoes = opcoes;
+    bool respondida = false;
+    const int qual = proxima(Tipo::Escolha, texto).toInt(&respondida);
+    return respondida ? qual : -1;
 }
 
 QString DialogosDeTeste::abrirFicheiro(const QString &filtro, const QString &pasta) {

@@ -43,6 +43,7 @@ public:
     // The answers, in the order of the dialogs. `trecho` is a part of the text, the filter or the proposed name.
     void esperarMensagem(const QString &trecho);
     void responderPergunta(bool sim, const QString &trecho = {});
+    void responderEscolha(int qual, const QString &trecho = {});
     void responderAbrir(const QString &caminho, const QString &trecho = {}); // empty path: cancelled
     void responderGravar(const QString &caminho, const QString &trecho = {});
     void responderPasta(const QString &caminho);
@@ -52,6 +53,7 @@ public:
 
     void mensagem(const QString &texto, Estilo estilo) override;
     bool pergunta(const QString &texto) override;
+    int escolher(const QString &texto, const QStringList &opcoes, int actual) override;
     QString abrirFicheiro(const QString &filtro, const QString &pasta) override;
     QString gravarFicheiro(const QString &nomeProposto, const QString &pasta, const QString &filtro) override;
     QString escolherPasta(const QString &inicio) override;
@@ -61,13 +63,14 @@ public:
     bool semProgramaDePastas = false;
     QStringList pastas; // opened
     bool tolerante = false;
-    QStringList textos;    // everything shown or asked, in order
-    QList<Estilo> estilos; // of the messages
-    QString ultimaPasta;   // where the last picker began
-    QString ultimoFiltro;  // what the last picker offered
+    QStringList textos;        // everything shown or asked, in order
+    QList<Estilo> estilos;     // of the messages
+    QStringList ultimasOpcoes; // of a choice
+    QString ultimaPasta;       // where the last picker began
+    QString ultimoFiltro;      // what the last picker offered
 
 private:
-    enum class Tipo { Mensagem, Pergunta, Abrir, Gravar, Pasta };
+    enum class Tipo { Mensagem, Pergunta, Escolha, Abrir, Gravar, Pasta };
     struct Resposta {
         Tipo tipo;
         QString trecho;

@@ -11,6 +11,8 @@
 #include <QPushButton>
 #include <QTimer>
 
+#include <algorithm>
+
 namespace {
 
 constexpr int atrasoMs = 350; // a window that flashes by is worse than none
@@ -22,25 +24,30 @@ QString texto(const QString &chave, const QString &omissao) {
 } // namespace
 
 frmEsperaLogger::frmEsperaLogger(QWidget *dono)
-    : QDialog(dono, Qt::Dialog | Qt::FramelessWindowHint), m_mensagem(new QLabel),
-      m_cancelar(new QPushButton(texto(u"cmdCancelar.Caption"_s, u"Cancelar"_s))) {
+    : QDialog(dono, Qt::Dialog | Qt::FramelessWindowHint), m_mensagem(new QLabel), m_porque(new QLabel),
+      m_barra(new QProgressBar), m_cancelar(new QPushButton(texto(u"cmdCancelar.Caption"_s, u"Cancelar"_s))) {
     setObjectName(u"frmEsperaLogger"_s);
     setModal(false);
     m_mensagem->setObjectName(u"lblEspera"_s);
     m_cancelar->setObjectName(u"cmdCancelar"_s);
     m_cancelar->setAccessibleName(m_cancelar->text());
     connect(m_cancelar, &QPushButton::clicked, this, &frmEsperaLogger::reject);
-    auto *barra = new QProgressBar;
-    barra->setRange(0, 0);
-    barra->setTextVisible(false);
-    barra->setMinimumWidth(14 * fontMetrics().height());
+    m_porque->setObjectName(u"lblPorque"_s);
+    m_porque->setTextFormat(Qt::PlainText);
+    m_porque->setWordWrap(true);
+    m_porque->hide();
+    m_barra->setObjectName(u"ProgressBarEspera"_s);
+    m_barra->setRange(0, 0);
+    m_barra->setTextVisible(false);
+    m_barra->setMinimumWidth(20 * fontMetrics().height());
     auto *moldura = new QFrame;
     moldura->setFrameStyle(QFrame::StyledPanel | QFrame::Raised);
     auto *linha = new QHBoxLayout;
-    linha->addWidget(barra, 1);
+    linha->addWidget(m_barra, 1);
     linha->addWidget(m_cancelar);
     auto *interior = new QVBoxLayout(moldura);
     interior->addWidget(m_mensagem);
+    interior->addWidget(m_porque);
     interior->addLayout(linha);
     auto *exterior = new QVBoxLayout(this);
     exterior->setContentsMargins(0, 0, 0, 0);
@@ -50,6 +57,20 @@ frmEsperaLogger::frmEsperaLogger(QWidget *dono)
 void frmEsperaLogger::setMensagem(const QString &texto) {
     m_mensagem->setText(texto);
     setWindowTitle(texto);
+}
+
+void frmEsperaLogger::setPorque(const QString &texto) {
+    if (m_porque->text() == texto)
+        return;
+    m_porque->setText(texto);
+    m_porque->setVisible(!texto.isEmpty());
+    adjustSize();
+}
+
+void frmEsperaLogger::setParte(int feito, int tudo) {
+    m_barra->setRange(0, std::max(tudo, 1));
+    m_barra->setValue(feito);
+    m_barra->setTextVisible(true);
 }
 
 void frmEsperaLogger::setCancelavel(bool sim) {

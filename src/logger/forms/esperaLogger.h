@@ -4,6 +4,7 @@
 #include <QPointer>
 
 class QLabel;
+class QProgressBar;
 class QPushButton;
 class QTimer;
 
@@ -13,6 +14,8 @@ class frmEsperaLogger : public QDialog {
 public:
     explicit frmEsperaLogger(QWidget *dono);
     void setMensagem(const QString &texto);
+    void setPorque(const QString &texto); // it takes so long; empty: nothing to say
+    void setParte(int feito, int tudo);   // as a percentage
     void setCancelavel(bool sim);
     void reject() override;
 
@@ -21,6 +24,8 @@ Q_SIGNALS:
 
 private:
     QLabel *m_mensagem;
+    QLabel *m_porque;
+    QProgressBar *m_barra;
     QPushButton *m_cancelar;
 };
 

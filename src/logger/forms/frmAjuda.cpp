@@ -28,6 +28,15 @@ QString definicao(const QString &chave) {
     return modINI::GetSetting(u"Kelvark"_s, u"LIAGACAOHARDWARE"_s, chave);
 }
 
+void avisarNaoEncontrado(const onewire::Motivo &motivo) {
+    const QString porque = onewire::frase(motivo);
+    estado().ambiente.dialogos->mensagem(
+        porque.isEmpty()
+            ? texto(u"NaoEncontrado"_s,
+                    u"Não foi encontrado nenhum adaptador 1-Wire. Ligue-o ao computador e pesquise outra vez."_s)
+            : porque);
+}
+
 // The hourglass and the closed windows of a search, for its length and not longer.
 class Ocupacao {
 public:
@@ -196,4 +205,6 @@ void frmAjuda::procurar() {
         m_adaptador->setText(porta.adaptador);
     }
     CarregarListaSensores();
+    if (certo && resultado.texto == u"0X0X0")
+        avisarNaoEncontrado(resultado.motivo);
 }

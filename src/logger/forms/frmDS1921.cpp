@@ -45,6 +45,10 @@ frmDS1921::frmDS1921(QWidget *pai) : QWidget(pai) {
     setWindowTitle(texto(u"frmDS1921.Caption"_s, u"Registador"_s));
     setWindowIcon(icones::icone(u"registador"_s));
     setAccessibleName(windowTitle());
+    m_logica->controlo.aoLerPagina = [this, vigia = Vigia(this)](int feitas, int todas) {
+        if (vigia.vivo() && m_espera && m_espera->janela())
+            m_espera->janela()->setParte(feitas, todas);
+    };
     Rotina("frmDS1921.Form_Load", [this] { Form_Load(); });
 }
 
@@ -154,6 +158,8 @@ QWidget *frmDS1921::criarResultados() {
                                      texto(u"ReyFrameAlarmesTemp.Caption"_s, u"Alarmes de Temperaturas"_s));
     m_grdAlarmes = grelha(u"grdAlarmes"_s, alarmes->title(), {texto(u"ALARM"_s, u"Início <> Fim"_s)});
     const int data = fontMetrics().horizontalAdvance(datas::textoDataHora(estado().ambiente.agora()));
+    m_grdTemps->alinharADireita(0);
+    m_grdTemps->alinharADireita(2);
     m_grdTemps->setColumnWidth(0, 7 * fontMetrics().averageCharWidth());
     m_grdTemps->setColumnWidth(1, data + 2 * margem);
     m_grdTemps->setMinimumWidth(data + 26 * fontMetrics().averageCharWidth() + 2 * margem);
@@ -162,7 +168,10 @@ QWidget *frmDS1921::criarResultados() {
     m_cmdGrafico->setEnabled(false);
     connect(m_cmdGrafico, &QPushButton::clicked, this, [this] { mostrarAba(Grafico); });
 
-    (new QVBoxLayout(amostras))->addWidget(m_grdTemps);
+    m_lblResumo = pecas1921::etiqueta(u"lblResumo"_s, {});
+    auto *daEsquerda = new QVBoxLayout(amostras);
+    daEsquerda->addWidget(m_grdTemps);
+    daEsquerda->addWidget(m_lblResumo);
     (new QVBoxLayout(alarmes))->addWidget(m_grdAlarmes);
     auto *lado = new QVBoxLayout;
     lado->addWidget(alarmes, 1);
@@ -229,6 +238,7 @@ void frmDS1921::accao(const char *fonte, Genero genero, const QString &mensagem,
         m_espera = &espera;
         cancelavel(genero != Genero::Escrita);
         const onewire::ComPassagem passagemDoBarramento(passagem(genero));
+        onewire::barramento().motivo = {};
         Rotina(fonte, corpo);
         if (vigia.vivo())
             m_espera = nullptr;
@@ -281,6 +291,8 @@ std::function<void()> frmDS1921::passagem(Genero genero) {
 std::function<void()> frmDS1921::passagemPaciente() {
     return [this, vigia = Vigia(this)] {
         cancelavel(true);
+        if (m_espera && m_espera->janela())
+            m_espera->janela()->setPorque(onewire::frase(onewire::barramento().motivo));
         vigia.passar();
         verificar(vigia, this);
     };
@@ -303,12 +315,19 @@ bool frmDS1921::perguntar(const QString &texto) {
     return sim;
 }
 
+// With what the bus has to say of it, once.
+void frmDS1921::dizer(const QString &texto, Dialogos::Estilo estilo) {
+    const QString tudo = onewire::comMotivo(texto);
+    onewire::barramento().motivo = {};
+    comDialogo([&] { estado().ambiente.dialogos->mensagem(tudo, estilo); });
+}
+
 void frmDS1921::avisar(const QString &texto) {
-    comDialogo([&] { estado().ambiente.dialogos->mensagem(texto); });
+    dizer(texto, Dialogos::Estilo::Informacao);
 }
 
 void frmDS1921::criticar(const QString &texto) {
-    comDialogo([&] { estado().ambiente.dialogos->mensagem(texto, Dialogos::Estilo::Critico); });
+    dizer(texto, Dialogos::Estilo::Critico);
 }
 
 void frmDS1921::cancelavel(bool sim) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/ambiente.h"
 #include "core/eventos.h"
 #include "core/falha.h"
 #include "core/rotina.h"
@@ -12,6 +13,7 @@
 #include <array>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <type_traits>
 
 class EsperaLogger;
@@ -79,6 +81,15 @@ private:
     bool ActualizarIbutton();
     void CarregarCombos();
     QDateTime inicioEscolhido() const;
+
+    bool aceitarAlarmes();
+    void prepararAssistente();
+    struct Digitado;
+    Digitado digitado() const;
+    void repor(const Digitado &d);
+
+    // frmDS1921_escolha.cpp
+    bool escolherBotao();
 
     // frmDS1921_estado.cpp
     QWidget *criarEstado();
@@ -148,10 +159,19 @@ private:
     std::function<void()> passagemPaciente();
     void comDialogo(const std::function<void()> &dialogo);
     bool perguntar(const QString &texto);
+    void dizer(const QString &texto, Dialogos::Estilo estilo);
     void avisar(const QString &texto);
     void criticar(const QString &texto);
     void cancelavel(bool sim);
     void devolverFoco(QWidget *foco);
+
+    // What was typed in the assistant, and for which button. Kept when it could not be written.
+    struct Digitado {
+        QString ROMID, registador, missao, intervalo, calibracao, minimo, maximo;
+        QDateTime inicio;
+        bool cicloContinuo = false;
+    };
+    std::optional<Digitado> m_porEscrever;
 
     std::shared_ptr<ControloDS1921> m_logica = std::make_shared<ControloDS1921>();
     ChaveMissao m_clausulaMissao; // of the deletion in progress
@@ -203,6 +223,7 @@ private:
 
     Grelha *m_grdTemps = nullptr;
     Grelha *m_grdAlarmes = nullptr;
+    QLabel *m_lblResumo = nullptr;
     QPushButton *m_cmdGrafico = nullptr;
     TChart *m_chart = nullptr;
 };

@@ -118,10 +118,10 @@ QWidget *frmDS1921::criarPasso1() {
     m_lblDataHoraPC = pecas1921::etiqueta(u"lblDataHoraPC"_s, {});
     m_txtDescricaoRegistador = new QLineEdit;
     m_txtDescricaoRegistador->setObjectName(u"txtDescricaoRegistador"_s);
-    m_txtDescricaoRegistador->setValidator(new pecas1921::FiltroDeRegisto(u"'"_s, this));
+    pecas1921::FiltroDeRegisto::por(m_txtDescricaoRegistador, u"'"_s);
     m_txtDescricaoMissao = new QLineEdit;
     m_txtDescricaoMissao->setObjectName(u"txtDescricaoMissao"_s);
-    m_txtDescricaoMissao->setValidator(new pecas1921::FiltroDeRegisto({}, this));
+    pecas1921::FiltroDeRegisto::por(m_txtDescricaoMissao, {});
     for (QLineEdit *descricao : {m_txtDescricaoRegistador, m_txtDescricaoMissao}) {
         descricao->setMaxLength(registoDS1921::maximoDeDescricao);
         descricao->setMinimumWidth(36 * fontMetrics().averageCharWidth());
@@ -320,12 +320,31 @@ bool frmDS1921::verificarPrograma() {
     return true;
 }
 
+// Limits that leave no reading between them: a new button comes with such, both at one edge of what it measures.
+bool frmDS1921::aceitarAlarmes() {
+    const QString minimo = m_cboLimMin->currentText();
+    const QString maximo = m_cboLimMax->currentText();
+    if (!numeros1921::tudoEmAlarme(numeros1921::gamaDe(m_logica->controlo.TipoRegistador),
+                                   modDoubleTratamento::TextoParaDouble(minimo),
+                                   modDoubleTratamento::TextoParaDouble(maximo)) ||
+        perguntar(
+            texto(u"TudoEmAlarme"_s, u"Com o limite mínimo %1 °C e o máximo %2 °C, todas as leituras serão alarmes."_s)
+                .arg(minimo, maximo) +
+            u'\n' + texto(u"DataErr3"_s, u"Deseja Continuar?"_s)))
+        return true;
+    mostrarPasso(4);
+    m_cboLimMin->setFocus();
+    return false;
+}
+
 void frmDS1921::cmdConcluir_Click() {
     accao("frmDS1921.cmdConcluir_Click", Genero::Escrita, texto(u"EsperaProgramar"_s, u"A programar o registador..."_s),
           [this] {
-              if (!verificarPrograma() || !confirmarPrograma())
+              if (!verificarPrograma() || !aceitarAlarmes() || !confirmarPrograma())
                   return;
-              passo("frmDS1921.ActualizarIbutton", [this] { return ActualizarIbutton(); });
+              m_porEscrever = digitado();
+              if (passo("frmDS1921.ActualizarIbutton", [this] { return ActualizarIbutton(); }))
+                  m_porEscrever.reset();
               lerRegistador(false);
           });
 }
@@ -345,6 +364,48 @@ bool frmDS1921::ActualizarIbutton() {
     }
     criticar(comCausa(texto(u"Message2"_s, u"Ocorreu 1 erro ao tentar escrever no Registador"_s)));
     return false;
+}
+
+frmDS1921::Digitado frmDS1921::digitado() const {
+    return {m_logica->romidLido,
+            m_txtDescricaoRegistador->text(),
+            m_txtDescricaoMissao->text(),
+            m_cboIntervalo->currentText(),
+            m_cboCalibracao->currentText(),
+            m_cboLimMin->currentText(),
+            m_cboLimMax->currentText(),
+            inicioEscolhido(),
+            m_chkCicloContinuo->isChecked()};
+}
+
+void frmDS1921::repor(const Digitado &d) {
+    m_txtDescricaoRegistador->setText(d.registador);
+    m_txtDescricaoMissao->setText(d.missao);
+    for (const auto &[lista, valor] : {std::pair(m_cboIntervalo, d.intervalo),
+                                       {m_cboCalibracao, d.calibracao},
+                                       {m_cboLimMin, d.minimo},
+                                       {m_cboLimMax, d.maximo}})
+        pecas1921::mostrarNaLista(lista, valor);
+    m_chkCicloContinuo->setChecked(d.cicloContinuo);
+}
+
+// A button that can be programmed begins at the present moment, or where its last try was left.
+void frmDS1921::prepararAssistente() {
+    const bool deste = m_porEscrever && m_porEscrever->ROMID == m_logica->romidLido;
+    if (m_logica->estadoDaMissao() != EstadoMissao::SemMissao) {
+        if (deste) // it was programmed after all
+            m_porEscrever.reset();
+        return;
+    }
+    QDateTime inicio = estado().ambiente.agora();
+    if (deste) {
+        repor(*m_porEscrever);
+        inicio = std::max(inicio, m_porEscrever->inicio);
+        mostrarPasso(passos - 1);
+    }
+    m_dataInicio->setDate(inicio.date());
+    m_horaInicio->setTime(inicio.time());
+    InicioMissao();
 }
 
 void frmDS1921::CarregarCombos() {

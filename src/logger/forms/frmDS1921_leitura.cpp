@@ -45,20 +45,23 @@ QString texto(const QString &chave, const QString &omissao) {
 
 QString contactoPerdido() {
     return texto(u"ContactoPerdido"_s,
-                 u"O contacto com o registador perdeu-se durante a leitura. Nada foi guardado nem "
-                 "alterado: assente-o bem no leitor e leia-o de novo."_s);
+                 u"A leitura do registador ficou a meio. Nada foi guardado nem alterado: leia-o de novo."_s);
 }
 
 } // namespace
 
 void frmDS1921::cmdLer_Click() {
-    accao("frmDS1921.cmdLer_Click", Genero::Leitura, texto(u"EsperaLer"_s, u"A ler o registador..."_s),
-          [this] { lerRegistador(false); });
+    accao("frmDS1921.cmdLer_Click", Genero::Leitura, texto(u"EsperaLer"_s, u"A ler o registador..."_s), [this] {
+        if (escolherBotao())
+            lerRegistador(false);
+    });
 }
 
 void frmDS1921::cmdLerDados_Click() {
     accao("frmDS1921.cmdLerDados_Click", Genero::Descarga,
           texto(u"EsperaLerDados"_s, u"A ler os dados do registador..."_s), [this] {
+              if (!escolherBotao())
+                  return;
               estado().GravarNaBD = true;
               if (lerRegistador(true))
                   lerAmostras();
@@ -98,10 +101,7 @@ bool frmDS1921::lerRegistador(bool comDados) {
     using Memoria = ControloDS1921::Memoria;
     if (memoria < Memoria::Incompleta) {
         esquecerRegistador();
-        if (memoria == Memoria::Perdida)
-            avisar(contactoPerdido());
-        else if (memoria != Memoria::SemRede)
-            avisar(texto(u"NE"_s, u"DS1921 não encontrado"_s));
+        avisar(memoria == Memoria::Perdida ? contactoPerdido() : texto(u"NE"_s, u"DS1921 não encontrado"_s));
         return false;
     }
     if (memoria == Memoria::Lida)
@@ -130,8 +130,9 @@ bool frmDS1921::lerRegistador(bool comDados) {
 
 void frmDS1921::mostrarRegisto() {
     const registoDS1921::Registo &r = m_logica->registo();
-    m_txtDescricaoRegistador->setText(r.descricaoRegistador);
-    m_txtDescricaoMissao->setText(r.descricaoMissao);
+    for (const auto &[caixa, descricao] :
+         {std::pair(m_txtDescricaoRegistador, r.descricaoRegistador), {m_txtDescricaoMissao, r.descricaoMissao}})
+        caixa->setText(pecas1921::FiltroDeRegisto::oQueCabe(caixa, descricao));
     pecas1921::mostrarNaLista(m_cboIntervalo, r.intervalo);
     mostrarCaixas();
 }
@@ -177,6 +178,7 @@ void frmDS1921::acabarLeitura(bool comDados) {
             m_cboCalibracao,
             numeros1921::formatar(l.Calibracao, numeros1921::gamaDe(l.controlo.TipoRegistador).casasCalibracao));
     mostrarCaixas();
+    prepararAssistente();
     if (estado().GravarNaBD)
         passo("frmDS1921.GuardarHeadersParaConsulta",
               [this] { m_logica->GuardarHeadersParaConsulta(m_cboCalibracao->currentText()); });
@@ -194,8 +196,7 @@ bool frmDS1921::DownloadLog() {
         Ocupado = false;
         avisar(m_logica->controlo.PrimeiraAmostra.isValid()
                    ? texto(u"AmostrasPorLer"_s,
-                           u"O contacto com o registador perdeu-se, e nenhuma amostra foi guardada. "
-                           "Assente-o bem no leitor e leia os dados de novo."_s)
+                           u"A leitura das amostras ficou a meio, e nenhuma foi guardada: leia os dados de novo."_s)
                    : texto(u"SemInicio"_s, u"O registador não diz quando a missão começou: as suas amostras não têm "
                                            "data, e nenhuma foi guardada."_s));
         return false;
@@ -231,6 +232,9 @@ void frmDS1921::mostrarAmostras(const std::vector<ControloDS1921::Linha> &linhas
         vigia.passar();
     }
     sequencias.fechar();
+    m_lblResumo->setText(texto(u"Resumo"_s, u"Amostras lidas: %1; guardadas agora: %2"_s)
+                             .arg(linhas.size())
+                             .arg(m_logica->amostrasGuardadas));
     for (Grelha *grelha : {m_grdTemps, m_grdAlarmes})
         grelha->setUpdatesEnabled(true);
     m_progresso->hide();
@@ -249,6 +253,7 @@ void frmDS1921::AdicionarLinhaAlarmes(const SequenciasAlarme::Sequencia &s) {
 }
 
 void frmDS1921::limparGrelhas() {
+    m_lblResumo->clear();
     m_grdTemps->limpar();
     m_grdAlarmes->limpar();
     m_mostradas = false;

@@ -2,6 +2,8 @@
 
 #include "core/datas.h"
 #include "core/estado.h"
+#include "core/literais.h"
+#include "core/modTraducoes.h"
 #include "logger/registoDS1921.h"
 #include "platform/forms/momento.h"
 
@@ -14,6 +16,9 @@
 #include <QPushButton>
 #include <QStyle>
 #include <QStyleOptionFocusRect>
+#include <QToolTip>
+
+#include <algorithm>
 
 namespace {
 
@@ -22,6 +27,10 @@ constexpr int folga = 5;
 constexpr int sublinhado = 3;
 constexpr int margemDaCaixa = 8;
 constexpr int margemDoBotao = 12;
+
+QString texto(const QString &chave, const QString &omissao) {
+    return modTraducoes::texto(u"DSfrmDS1921"_s, chave, omissao);
+}
 
 } // namespace
 
@@ -77,6 +86,7 @@ QComboBox *lista(const QString &nome, const QString &acessivel) {
     l->setObjectName(nome);
     l->setAccessibleName(acessivel);
     l->setMaxVisibleItems(16);
+    l->setStyleSheet(u"combobox-popup: 0"_s); // else the style opens it with all its rows
     return l;
 }
 
@@ -191,14 +201,35 @@ void EtiquetaClicavel::mouseReleaseEvent(QMouseEvent *evento) {
         Q_EMIT Click();
 }
 
-QValidator::State FiltroDeRegisto::validate(QString &texto, int &posicao) const {
-    for (qsizetype i = texto.size() - 1; i >= 0; --i) {
-        if (registoDS1921::cabeNoRegisto(texto[i]) && !m_recusados.contains(texto[i]))
-            continue;
-        texto.remove(i, 1);
-        posicao -= i < posicao ? 1 : 0;
-    }
-    return Acceptable;
+FiltroDeRegisto::FiltroDeRegisto(const QString &recusados, QLineEdit *caixa)
+    : QValidator(caixa), m_recusados(recusados) {
+    connect(caixa, &QLineEdit::inputRejected, this, [this, caixa] {
+        const QString porque =
+            m_recusado.isEmpty()
+                ? texto(u"TextoCheio"_s, u"Não cabem mais de %1 caracteres."_s).arg(caixa->maxLength())
+                : texto(u"CaracterRecusado"_s, u"O registador não guarda o carácter \"%1\"."_s).arg(m_recusado);
+        QToolTip::showText(caixa->mapToGlobal(QPoint(0, caixa->height())), porque.toHtmlEscaped(), caixa);
+    });
+}
+
+void FiltroDeRegisto::por(QLineEdit *caixa, const QString &recusados) {
+    caixa->setValidator(new FiltroDeRegisto(recusados, caixa));
+}
+
+bool FiltroDeRegisto::cabe(QChar c) const {
+    return registoDS1921::cabeNoRegisto(c) && !m_recusados.contains(c);
+}
+
+QString FiltroDeRegisto::oQueCabe(const QLineEdit *caixa, const QString &texto) {
+    const auto *filtro = qobject_cast<const FiltroDeRegisto *>(caixa->validator());
+    QString cabido = texto;
+    return cabido.removeIf([filtro](QChar c) { return !filtro->cabe(c); });
+}
+
+QValidator::State FiltroDeRegisto::validate(QString &texto, int &) const {
+    const auto mau = std::find_if_not(texto.cbegin(), texto.cend(), [this](QChar c) { return cabe(c); });
+    m_recusado = mau == texto.cend() ? QString() : QString(*mau);
+    return m_recusado.isEmpty() ? Acceptable : Invalid;
 }
 
 } // namespace pecas1921

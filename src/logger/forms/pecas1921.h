@@ -66,15 +66,22 @@ protected:
     void mouseReleaseEvent(QMouseEvent *evento) override;
 };
 
-// Keeps what the button's record cannot hold from being typed.
+// Keeps what the button's record cannot hold from being typed or pasted, and says what it was.
 class FiltroDeRegisto : public QValidator {
     Q_OBJECT
 public:
-    FiltroDeRegisto(const QString &recusados, QObject *pai) : QValidator(pai), m_recusados(recusados) {}
+    // Besides what no record holds, the box refuses these.
+    static void por(QLineEdit *caixa, const QString &recusados);
+    // Of a text that comes from elsewhere, what the box would take.
+    static QString oQueCabe(const QLineEdit *caixa, const QString &texto);
+
     State validate(QString &texto, int &posicao) const override;
 
 private:
+    FiltroDeRegisto(const QString &recusados, QLineEdit *caixa);
+    bool cabe(QChar c) const;
     QString m_recusados;
+    mutable QString m_recusado; // the first of the text that was refused last
 };
 
 } // namespace pecas1921

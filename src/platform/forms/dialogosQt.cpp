@@ -7,20 +7,26 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QDesktopServices>
+#include <QDialogButtonBox>
 #include <QDir>
 #include <QFileDialog>
 #include <QFileIconProvider>
 #include <QFileInfo>
 #include <QHeaderView>
+#include <QLabel>
+#include <QListWidget>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QStyle>
 #include <QTreeView>
 #include <QUrl>
+#include <QVBoxLayout>
 
 namespace {
 
 constexpr QSize tamanhoDoSelector(760, 480);
 constexpr int maisUmBotao = -1;
+constexpr int larguraALivre = 40; // beside the entries of a list
 
 // Own drawings and plain buttons: where the desktop brings no icons, the library's fall-backs are coarse bitmaps.
 int mostrar(QWidget *dono, QMessageBox::Icon icone, const QString &texto, QMessageBox::StandardButtons botoes,
@@ -127,6 +133,40 @@ void DialogosQt::mensagem(const QString &texto, Estilo estilo) {
 bool DialogosQt::pergunta(const QString &texto) {
     return mostrar(dono(), QMessageBox::Question, texto, QMessageBox::Yes | QMessageBox::No, QMessageBox::No) ==
            QMessageBox::Yes;
+}
+
+int DialogosQt::escolher(const QString &texto, const QStringList &opcoes, int actual) {
+    QDialog dialogo(dono());
+    dialogo.setObjectName(u"frmEscolher"_s);
+    dialogo.setWindowTitle(estado().NomePrograma);
+    auto *pedido = new QLabel(textoMostrado::paragrafos(texto));
+    pedido->setTextFormat(Qt::PlainText);
+    auto *lista = new QListWidget;
+    lista->setObjectName(u"lstOpcoes"_s);
+    lista->setAccessibleName(texto);
+    for (const QString &opcao : opcoes)
+        lista->addItem(textoMostrado::linha(opcao));
+    lista->setMinimumWidth(std::min(lista->sizeHintForColumn(0) + larguraALivre, tamanhoDoSelector.width()));
+    pedido->setBuddy(lista);
+    auto *botoes = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
+    QPushButton *confirmar = botoes->button(QDialogButtonBox::Ok);
+    for (QAbstractButton *botao : botoes->buttons())
+        botao->setIcon({});
+    const auto escolhida = [lista] { return lista->selectedItems().isEmpty() ? -1 : lista->currentRow(); };
+    QObject::connect(lista, &QListWidget::itemSelectionChanged, confirmar,
+                     [=] { confirmar->setEnabled(escolhida() >= 0); });
+    QObject::connect(lista, &QListWidget::itemDoubleClicked, &dialogo, &QDialog::accept);
+    QObject::connect(botoes, &QDialogButtonBox::accepted, &dialogo, &QDialog::accept);
+    QObject::connect(botoes, &QDialogButtonBox::rejected, &dialogo, &QDialog::reject);
+    confirmar->setEnabled(false);
+    if (actual >= 0)
+        lista->setCurrentRow(actual);
+    auto *coluna = new QVBoxLayout(&dialogo);
+    coluna->addWidget(pedido);
+    coluna->addWidget(lista);
+    coluna->addWidget(botoes);
+    lista->setFocus();
+    return dialogo.exec() == QDialog::Accepted ? escolhida() : -1;
 }
 
 QString DialogosQt::abrirFicheiro(const QString &filtro, const QString &pasta) {

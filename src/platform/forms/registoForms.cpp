@@ -85,7 +85,8 @@ QWidget *RegistoForms::abrir(const QString &nome) {
         QEventLoop ciclo;
         QObject::connect(novo, &QObject::destroyed, &ciclo, &QEventLoop::quit);
         novo->show();
-        ciclo.exec();
+        if (novo) // it may have ended while it was shown
+            ciclo.exec();
     }
     return novo;
 }

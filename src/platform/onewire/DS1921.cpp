@@ -1,6 +1,7 @@
 #include "platform/onewire/DS1921.h"
 
 #include "core/estado.h"
+#include "core/falha.h"
 #include "core/literais.h"
 #include "platform/onewire/espera.h"
 #include "platform/onewire/registos1921.h"
@@ -65,14 +66,27 @@ public:
     }
 
 private:
+    // Of several the chosen one, and never another in its stead.
+    static std::optional<Rom> procurarBotao(Transporte &t) {
+        const auto &escolhido = barramento().escolhido;
+        auto rom = t.procurar(familia1921, true);
+        while (rom && escolhido && *rom != *escolhido)
+            rom = t.procurar(familia1921, false);
+        return rom;
+    }
+
     void procurar(qint16 porto, qint16 tipo) {
         const auto aberta = [&] { return abrirSessao(porto, tipo) > 0; };
-        if (!aberta() && !(barramento().ocupado && esperarAte(esperaDoAdaptador, aberta)))
+        if (!aberta() && !(barramento().motivo.causa == Causa::Ocupado && esperarAte(esperaDoAdaptador, aberta)))
             return;
         Transporte &t = *barramento().transporte;
-        if (const auto rom = t.procurar(familia1921, true)) {
-            m_rom = *rom;
-            m_memoria.emplace(t, m_rom);
+        try {
+            if (const auto rom = insistir(t, familia1921, [&t] { return procurarBotao(t); })) {
+                m_rom = *rom;
+                m_memoria.emplace(t, m_rom);
+            }
+        } catch (const Falha &) {
+            anotar(Causa::AdaptadorFora);
         }
     }
 
@@ -212,6 +226,8 @@ qint16 DS1921::ContarAmostras(std::vector<Amostra> &amostras) {
             if (!pagina)
                 return 0;
             std::copy(pagina->begin(), pagina->end(), &log[size_t(p * bytesDaPagina)]);
+            if (aoLerPagina)
+                aoLerPagina(p + 1, paginas);
         }
         const auto depois = visita.registos();
         if (depois && mesmos(*registos, *depois)) {

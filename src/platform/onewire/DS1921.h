@@ -3,6 +3,7 @@
 #include <QDateTime>
 #include <QString>
 
+#include <functional>
 #include <vector>
 
 // The control that owns all mission work of a DS1921 button. It opens and ends its own sessions, so no session of the
@@ -31,6 +32,9 @@ public:
     QDateTime RelogioTempoReal;
     qint32 AmostrasNaMemoria = 0;             // also of a mission that runs no more
     QDateTime PrimeiraAmostra, UltimaAmostra; // of those; invalid without a start that is told
+
+    // Told while a log is read: pages so far, and all of them.
+    std::function<void(int feitas, int todas)> aoLerPagina;
 
     qint16 ActualizarEstado();   // 1 = logger read, less than 1 = none
     qint16 ProgramarMissao();    // sets the clock to the PC's, clears the memory, starts the mission; 1 = started

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/estado.h"
+#include "platform/onewire/causas.h"
 #include "platform/onewire/transporte.h"
 
 #include <functional>
@@ -21,9 +22,10 @@ public:
     // The session that is open, 0 without one. Only tmex.cpp and the control change it.
     qint32 sessao = 0;
     std::unique_ptr<Transporte> transporte;
-    qint32 sessoes = 0;   // opened so far; a handle is never given twice
-    bool emUso = false;   // an operation is on the bus
-    bool ocupado = false; // set by `abrir`: there is an adapter, but another program holds it
+    qint32 sessoes = 0;           // opened so far; a handle is never given twice
+    bool emUso = false;           // an operation is on the bus
+    Motivo motivo;                // why the last thing failed in the session that is or was open last
+    std::optional<Rom> escolhido; // of several buttons the one that the user has chosen
 
     bool preparado = false; // the adapter's net was set up once by its search
 

@@ -1,5 +1,7 @@
 #include "platform/onewire/memoria1921.h"
 
+#include "core/falha.h"
+#include "platform/onewire/causas.h"
 #include "platform/onewire/crc.h"
 #include "platform/onewire/espera.h"
 
@@ -62,8 +64,8 @@ QByteArray fazerPacote(std::span<const quint8> dados, int numero) {
     return pacote.append(char(crc)).append(char(crc >> 8));
 }
 
-std::optional<QByteArray> Memoria1921::transaccao(const QByteArray &enviar, int ler) {
-    if (!m_transporte.reset())
+std::optional<QByteArray> Memoria1921::transaccao(const QByteArray &enviar, int ler) try {
+    if (m_semAdaptador || !m_transporte.reset())
         return std::nullopt;
     const QByteArray escolha = QByteArray(1, char(EscolherRom)) + comoTexto(m_rom);
     const QByteArray tudo = escolha + enviar + QByteArray(ler, char(0xFF));
@@ -73,6 +75,15 @@ std::optional<QByteArray> Memoria1921::transaccao(const QByteArray &enviar, int 
     if (visto.size() != tudo.size() || visto.first(enviados) != tudo.first(enviados))
         return std::nullopt;
     return visto.mid(enviados);
+} catch (const Falha &) {
+    m_semAdaptador = true;
+    anotar(Causa::AdaptadorFora);
+    return std::nullopt;
+}
+
+void Memoria1921::diagnosticar() const {
+    if (!m_semAdaptador)
+        anotar(onewire::diagnosticar(m_transporte, m_rom));
 }
 
 std::optional<BytesDaPagina> Memoria1921::lerPagina(int pagina) {
@@ -84,6 +95,7 @@ std::optional<BytesDaPagina> Memoria1921::lerPagina(int pagina) {
                 return lida;
         passar();
     }
+    diagnosticar();
     return std::nullopt;
 }
 
@@ -93,7 +105,9 @@ bool Memoria1921::escrever(int endereco, std::span<const quint8> bytes) {
     const quint8 fim = quint8(endereco % bytesDaPagina + int(bytes.size()) - 1);
     const QByteArray dados = comoTexto(bytes);
     const QByteArray esperado = comEndereco(0, endereco).mid(1).append(char(fim)) + dados;
+    bool recusada = false;
     for (int i = 0; i < tentativas; ++i, passar()) {
+        recusada = false;
         if (!transaccao(comEndereco(EscreverRascunho, endereco) + dados, 0))
             continue;
         // Address, ending offset and data; read to the end of the scratchpad for the CRC over them.
@@ -106,7 +120,10 @@ bool Memoria1921::escrever(int endereco, std::span<const quint8> bytes) {
         // The copy takes 10 ms at most; while it lasts, and when it was refused, the line reads ones.
         if (copia && (quint8(copia->at(1)) == 0xAA || quint8(copia->at(1)) == 0x55))
             return true;
+        recusada = copia.has_value();
     }
+    if (!recusada) // what the button itself refuses is no fault of the line
+        diagnosticar();
     return false;
 }
 

@@ -19,7 +19,7 @@ int lerPacote(std::span<const quint8> pagina, int numeroDaPagina, std::span<quin
 QByteArray fazerPacote(std::span<const quint8> dados, int numeroDaPagina);
 
 // The memory functions of one button, each transaction checked and repeated. Empty or false: it does not answer
-// rightly, as when it was taken off. Throws Falha when the adapter has gone.
+// rightly, as when it was taken off, or the adapter has gone; the cause is noted then.
 class Memoria1921 {
 public:
     Memoria1921(Transporte &transporte, const Rom &rom) : m_transporte(transporte), m_rom(rom) {}
@@ -33,8 +33,10 @@ public:
 private:
     // A whole transaction: what was seen behind the selection, or nothing when nobody is there.
     std::optional<QByteArray> transaccao(const QByteArray &enviar, int ler);
+    void diagnosticar() const; // after the last try
     Transporte &m_transporte;
     Rom m_rom;
+    bool m_semAdaptador = false;
 };
 
 } // namespace onewire

@@ -7,7 +7,12 @@
 #include "platform/onewire/transporteSerie.h"
 #include "platform/onewire/trinco.h"
 
+#include <QFile>
 #include <QFileInfo>
+
+#include <cerrno>
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace onewire {
 
@@ -44,6 +49,17 @@ private:
     std::unique_ptr<Transporte> m_dentro;
 };
 
+// Of a bus master of the kernel the file by which it is searched, else the path itself.
+QFileInfo oQueSeAbre(const QFileInfo &info) {
+    const QFileInfo procura(info.filePath() + u"/w1_master_search"_s);
+    return info.isDir() && procura.exists() ? procura : info;
+}
+
+bool podeAbrir(const QFileInfo &info) {
+    return ::faccessat(AT_FDCWD, QFile::encodeName(info.filePath()).constData(), R_OK | W_OK, AT_EACCESS) == 0 ||
+           errno != EACCES;
+}
+
 std::unique_ptr<Transporte> abrirCaminho(const QString &caminho, bool pasta) {
     if (!pasta)
         return TransporteSerie::abrir(caminho);
@@ -67,16 +83,28 @@ QString caminhoDoPorto(qint16 porto, qint16 tipo) {
 }
 
 std::unique_ptr<Transporte> abrirPorto(qint16 porto, qint16 tipo) {
-    const QString caminho = caminhoDoPorto(porto, tipo);
+    return abrirNoCaminho(caminhoDoPorto(porto, tipo));
+}
+
+std::unique_ptr<Transporte> abrirNoCaminho(const QString &caminho) {
     const QFileInfo info(caminho);
-    if (caminho.isEmpty() || !info.exists())
+    if (caminho.isEmpty() || !info.exists()) {
+        anotar(caminho.isEmpty() ? Causa::SemPorto : Causa::AdaptadorFora);
         return nullptr;
+    }
+    if (const QFileInfo aAbrir = oQueSeAbre(info); !podeAbrir(aAbrir)) {
+        barramento().motivo.grupo = aAbrir.group();
+        anotar(Causa::SemPermissao);
+        return nullptr;
+    }
     auto trinco = std::make_unique<Trinco>(caminho);
     if (!trinco->preso()) {
-        barramento().ocupado = true;
+        anotar(Causa::Ocupado);
         return nullptr;
     }
     auto dentro = abrirCaminho(caminho, info.isDir());
+    if (!dentro && barramento().motivo.causa == Causa::Nenhuma)
+        anotar(Causa::OutroEquipamento);
     return dentro ? std::make_unique<Preso>(std::move(trinco), std::move(dentro)) : nullptr;
 }
 

@@ -13,7 +13,8 @@ namespace onewire {
 QString caminhoDoPorto(qint16 porto, qint16 tipo);
 
 // The adapter at a port, locked against other programs: a folder is a bus master of the kernel or a drawer, anything
-// else a serial line. Null when there is none or it is held.
+// else a serial line. Null when that is not possible; the cause is noted.
 std::unique_ptr<Transporte> abrirPorto(qint16 porto, qint16 tipo);
+std::unique_ptr<Transporte> abrirNoCaminho(const QString &caminho);
 
 } // namespace onewire

@@ -2,6 +2,7 @@
 
 #include "core/falha.h"
 #include "platform/onewire/espera.h"
+#include "platform/onewire/portos.h"
 
 namespace onewire {
 
@@ -28,7 +29,7 @@ qint32 abrirSessao(qint16 porto, qint16 tipo) {
     Barramento &b = barramento();
     if (!b.abrir)
         return recusada;
-    b.ocupado = false;
+    b.motivo = {Causa::Nenhuma, caminhoDoPorto(porto, tipo)};
     std::unique_ptr<Transporte> transporte;
     try {
         transporte = b.abrir(porto, tipo);
@@ -36,6 +37,8 @@ qint32 abrirSessao(qint16 porto, qint16 tipo) {
         // An adapter that goes away while it is opened is none.
     }
     if (!transporte) {
+        if (b.motivo.causa == Causa::Nenhuma)
+            b.motivo.causa = Causa::AdaptadorFora;
         esperar(pausaDaRecusa);
         return recusada;
     }

@@ -52,6 +52,7 @@ qint16 operacao(Sessao sessao, Corpo &&corpo) {
         passar();
         return corpo(*b.transporte);
     } catch (const Falha &) {
+        anotar(Causa::AdaptadorFora);
         return erroDoAdaptador;
     } catch (...) {
         fecharSessao();
@@ -83,7 +84,12 @@ Sessao TMExtendedStartSession(qint16 porto, qint16 tipo, const void *) {
 }
 
 qint16 TMSetup(Sessao sessao) {
-    return operacao(sessao, [](Transporte &t) { return qint16(t.valido()); });
+    return operacao(sessao, [](Transporte &t) {
+        const bool valido = t.valido();
+        if (!valido)
+            anotar(Causa::AdaptadorFora);
+        return qint16(valido);
+    });
 }
 
 qint16 TMEndSession(Sessao sessao) {
@@ -118,7 +124,8 @@ qint16 TMFamilySearchSetup(Sessao sessao, BufferEstado &estado, qint16 familia) 
 qint16 TMNext(Sessao sessao, BufferEstado &estado) {
     return operacao(sessao, [&](Transporte &t) {
         Procura p = ler(estado);
-        const auto rom = proximo(t, p, sessao);
+        const auto procurar = [&] { return proximo(t, p, sessao); };
+        const auto rom = p.familia && !p.encontrou ? insistir(t, p.familia, procurar) : procurar();
         p.encontrou = rom.has_value(); // behind the last one a search begins again
         p.rom = rom.value_or(Rom{});
         guardar(estado, p);

@@ -3,6 +3,7 @@
 #include "core/falha.h"
 #include "core/literais.h"
 #include "core/modTraducoes.h"
+#include "platform/onewire/causas.h"
 #include "platform/onewire/espera.h"
 
 #include <QElapsedTimer>
@@ -55,8 +56,12 @@ std::unique_ptr<TransporteSerie> TransporteSerie::abrir(const QString &caminho) 
         return nullptr;
     std::unique_ptr<TransporteSerie> t(new TransporteSerie);
     t->m_porta->setPortName(canonico);
-    if (!t->m_porta->open(QIODevice::ReadWrite))
+    if (!t->m_porta->open(QIODevice::ReadWrite)) {
+        // Rights were looked at before: what is refused now is held by somebody else.
+        if (t->m_porta->error() == QSerialPort::PermissionError)
+            anotar(Causa::Ocupado);
         return nullptr;
+    }
     try {
         return t->detectar() ? std::move(t) : nullptr;
     } catch (const Falha &) {
