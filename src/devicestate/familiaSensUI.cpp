@@ -93,7 +93,7 @@ constexpr ColunaListagem colunasNotas[] = {
     {u"NomeSensor", 2515, u"Nome.Caption", u"Nome", u"lblNome", u"L1", u"Sensor", u"txtNome"},
     {u"Data", 1740, u"Data.Caption", u"Data", u"lblData", u"L2", u"Data Hora", u"txtData"},
     {u"Leitura", 1330, u"TempF.Caption", u"Leitura", u"lblTemperatura", u"L3", u"Leitura", u"txtTemperatura",
-     Forma::DuasCasas},
+     Forma::ComoEsta, 2},
     {u"Escala", 2200, u"Escala.Caption", u"Escala", u"lblEscala", u"L5", u"Escala", u"txtEscala"},
     {u"Flag", 3780, u"DescF.Caption", u"Descrição", u"lblDescricao250", u"L4", u"Descrição", u"txtDesc"}};
 
@@ -107,7 +107,7 @@ constexpr ColunaListagem colunasAlarmes[] = {
     {u"Observacoes AS Minimo", 1000, u"MinF.Caption", u"Minimo", u"lblMin", u"L5", u"Min", u"txtMin",
      Forma::LimiteMinimo},
     {u"Leitura", 1080, u"TempF.Caption", u"Leitura", u"lblTemperatura", u"L6", u"Leitura", u"txtTemperatura",
-     Forma::DuasCasas},
+     Forma::ComoEsta, 2},
     {u"Escala", 2200, u"Escala.Caption", u"Escala", u"lblEscala", u"L7", u"Escala", u"txtEscala"},
     {u"Observacoes", 1740, u"Obs.Caption", u"Observacoes", {}, {}, {}, {}},
     {u"Flag", 0, {}, {}, {}, {}, {}, {}}};

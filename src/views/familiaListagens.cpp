@@ -20,11 +20,10 @@ struct CabecalhoValor {
     QStringView chave;
     QStringView omissao;
     QStringView rotulo; // on paper
-    ColunaListagem::Forma forma = ColunaListagem::Forma::ComoEsta;
+    int casas = -1;
 };
 
-constexpr CabecalhoValor media{u"Temperatura", u"TempF.Caption", u"Temperatura (°C)", u"Temp °C",
-                               ColunaListagem::Forma::DuasCasas};
+constexpr CabecalhoValor media{u"Temperatura", u"TempF.Caption", u"Temperatura (°C)", u"Temp °C", 2};
 constexpr CabecalhoValor temperatura{u"Temperatura", u"TempF.Caption", u"Temperatura (°C)", u"Temp °C"};
 constexpr CabecalhoValor percentagem{u"Percentagem", u"Rh.Caption", u"RH %", u"RH %"};
 constexpr CabecalhoValor kpa{u"Leitura", u"TempF.Caption", u"Pressão (kPa)", u"Pressão kPa"};
@@ -36,7 +35,7 @@ constexpr std::array<ColunaListagem, 4> quatroColunas(const CabecalhoValor &valo
     return {{{u"NomeSensor", 2515, u"Nome.Caption", u"Nome", u"lblNome", u"L1", u"Sensor", u"txtNome"},
              {u"Data", 1740, u"Data.Caption", u"Data", u"lblData", u"L2", u"Data Hora", u"txtData"},
              {valor.campo, 1330, valor.chave, valor.omissao, u"lblTemperatura", u"L3", valor.rotulo, u"txtTemperatura",
-              valor.forma},
+              ColunaListagem::Forma::ComoEsta, valor.casas},
              {u"Flag", 3780, u"DescF.Caption", u"Descrição", u"lblDescricao250", u"L4", u"Descrição", u"txtDesc"}}};
 }
 
@@ -260,11 +259,11 @@ QString textoDoLimite(const QString &observacoes, ColunaListagem::Forma forma) {
 }
 
 // What is no number is shown as it is stored.
-QString textoDoValor(const QString &guardado) {
+QString textoDoValor(const QString &guardado, int casas) {
     if (guardado.isEmpty() || modDoubleTratamento::eND(guardado))
         return guardado;
     try {
-        return modDoubleTratamento::NumeroParaTexto(modDoubleTratamento::TextoParaDouble(guardado), 2);
+        return modDoubleTratamento::NumeroParaTexto(modDoubleTratamento::TextoParaDouble(guardado), casas);
     } catch (const Falha &) {
         return guardado;
     }
@@ -318,8 +317,8 @@ ConsultaListagem consulta(const MembroListagem &membro, const Pedido &pedido) {
     };
     c.celula = [&membro, data = c.colunaData](const QString &guardado, int coluna) {
         const ColunaListagem::Forma forma = membro.colunas[size_t(coluna)].forma;
-        if (forma == ColunaListagem::Forma::DuasCasas)
-            return textoDoValor(guardado);
+        if (const int casas = membro.colunas[size_t(coluna)].casas; casas >= 0)
+            return textoDoValor(guardado, casas);
         if (forma != ColunaListagem::Forma::ComoEsta)
             return textoDoLimite(guardado, forma);
         const double instante = coluna == data ? datas::segundosDe(guardado) : semData;

@@ -16,7 +16,8 @@ struct ColunaListagem {
     QStringView chaveRotulo;
     QStringView omissaoRotulo;
     QStringView caixa; // text box of the report
-    enum class Forma { ComoEsta, LimiteMaximo, LimiteMinimo, DuasCasas } forma = Forma::ComoEsta;
+    enum class Forma { ComoEsta, LimiteMaximo, LimiteMinimo } forma = Forma::ComoEsta;
+    int casas = -1; // decimals of a number; negative: as it is stored
 };
 
 // A line at the head of the page that names what the rows are of.
