@@ -1,6 +1,7 @@
 // A log of a million lines with 8 channels, averaging on: from lines to committed rows, against a bare loop that
-// inserts the same rows, prepared, in one transaction into the same schema. Also the memory of a gathered row and the
-// longest time without a pass of events.
+// inserts the same rows, prepared, in one transaction into the same schema. Also the same log once more, and one with
+// other values over it, whose replaced readings are kept in a file; the memory of a gathered row and the longest time
+// without a pass of events.
 #include "benchmarks/medidas.h"
 #include "core/datas.h"
 #include "core/falha.h"
@@ -25,6 +26,7 @@ constexpr int canais = 8; // 4 temperatures, 2 humidities, 2 Sens-UI
 constexpr int leiturasPorMedia = 5;
 constexpr qint64 primeira = 1'600'000'000;
 constexpr double limiteDaRazao = 2.0;
+constexpr double limiteDaTroca = 4.0;
 constexpr double limiteDaMemoria = 200; // bytes a row
 constexpr double limiteDaParagem = 50;  // ms
 
@@ -51,13 +53,13 @@ void prepararUnidade(const QString &caminho) {
     bd.executar(u"INSERT INTO SensUI_Relacoes SELECT SensorID, 1 FROM Sensores WHERE Tipo = 'P 1250A'"_s);
 }
 
-QByteArray fazerLog(qint64 linhas) {
+QByteArray fazerLog(qint64 linhas, int desvio) {
     QByteArray log;
     log.reserve(linhas * 90);
     for (qint64 n = 0; n < linhas; ++n) {
         log += datas::textoBD(double(primeira + n * 60)).replace(u' ', u';').toLatin1() + ";0;1;8";
         for (int c = 0; c < canais; ++c)
-            log += ';' + QByteArray::number(c) + ';' + QByteArray::number(decimosDe(n, c));
+            log += ';' + QByteArray::number(c) + ';' + QByteArray::number(decimosDe(n, c) + desvio);
         log += '\n';
     }
     return log;
@@ -70,7 +72,7 @@ struct Medicao {
     qint64 linhas = 0;
 };
 
-Medicao nosso(const QByteArray &log) {
+Medicao nosso(const QByteArray &log, const QString &guarda) {
     Medicao m;
     QElapsedTimer desdeAUltima;
     double paragem = 0;
@@ -79,6 +81,7 @@ Medicao nosso(const QByteArray &log) {
             paragem = std::max(paragem, double(desdeAUltima.nsecsElapsed()) * 1e-6);
         desdeAUltima.start();
     });
+    t.definirGuarda(guarda);
     m.segundos = medidas::segundosDe([&] {
         const size_t antes = mallinfo2().uordblks + mallinfo2().hblkhd;
         qsizetype inicio = 0;
@@ -167,8 +170,9 @@ int main(int argc, char **argv) {
     const qint64 linhas = argc > 1 ? std::atoll(argv[1]) : 1'000'000;
     const int voltas = argc > 2 ? std::atoi(argv[2]) : 1;
     QTemporaryDir pasta;
-    const QByteArray log = fazerLog(linhas);
+    const QByteArray log = fazerLog(linhas, 0), outro = fazerLog(linhas, 1);
     Medicao pior;
+    std::vector<double> outraVez, outroPorCima;
     try {
         qint64 deles = 0;
         const auto par = medidas::comparar(
@@ -177,10 +181,14 @@ int main(int argc, char **argv) {
                 const QString caminho = pasta.filePath(u"nossa.mdb"_s);
                 QFile::remove(caminho);
                 prepararUnidade(caminho);
-                const Medicao m = nosso(log);
+                const Medicao m = nosso(log, {});
+                const Medicao segunda = nosso(log, pasta.filePath(u"mesmo"_s));
+                const Medicao terceira = nosso(outro, pasta.filePath(u"outro"_s));
                 ligacaoPartilhada().fechar();
+                outraVez.push_back(segunda.segundos);
+                outroPorCima.push_back(terceira.segundos);
                 pior = {m.segundos, std::max(pior.bytesPorLinha, m.bytesPorLinha),
-                        std::max(pior.paragemMs, m.paragemMs), m.linhas};
+                        std::max({pior.paragemMs, m.paragemMs, segunda.paragemMs, terceira.paragemMs}), m.linhas};
                 return m.segundos;
             },
             [&] {
@@ -194,9 +202,15 @@ int main(int argc, char **argv) {
             return 1;
         }
         const bool tempo = medidas::dizer("log até às tabelas / INSERT simples", par, limiteDaRazao);
+        const auto porCima = [&](const char *titulo, std::vector<double> &segundos, double limite) {
+            const double s = medidas::mediana(segundos);
+            return medidas::dizer(titulo, {s, par.simples, s / par.simples}, limite);
+        };
+        const bool mesmo = porCima("o mesmo log outra vez / INSERT simples", outraVez, limiteDaRazao);
+        const bool trocado = porCima("outros valores por cima / INSERT simples", outroPorCima, limiteDaTroca);
         const bool memoria = dizer("bytes de memória por linha reunida", pior.bytesPorLinha, limiteDaMemoria);
         const bool paragem = dizer("maior paragem dos eventos, ms", pior.paragemMs, limiteDaParagem);
-        return tempo && memoria && paragem ? 0 : 1;
+        return tempo && mesmo && trocado && memoria && paragem ? 0 : 1;
     } catch (const Falha &f) {
         std::fprintf(stderr, "%s\n", f.what());
         return 1;

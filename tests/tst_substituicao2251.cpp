@@ -193,6 +193,26 @@ private Q_SLOTS:
         QVERIFY(depois[u"Temperaturas"_s].size() < antes[u"Temperaturas"_s].size());
     }
 
+    void maisDoQueUmaPagina() {
+        BaseRapida inst;
+        canal({u"S1"_s, u"101"_s});
+        QStringList log;
+        for (int n = 0; n < 600; ++n) {
+            log += linha(n, u"101;200"_s);
+            const QString data = log.last().section(u';', 0, 1).replace(u';', u' ');
+            // What comes first in the table is the later one of the second, and equal to the log's.
+            inst.leituras(u"Temperaturas"_s, u"S1"_s, {{data + u".5"_s, 20}, {data, 5}});
+        }
+        const QString cheio = u"2011-03-01 10:00:00"_s;
+        inst.leituras(u"Temperaturas"_s, u"S1"_s, QList<Instalacao::Leitura>(1500, {cheio, 7}));
+        log += linha(600, u"101;70"_s);
+        log += linha(601, u"101;70"_s);
+        QCOMPARE(guardar(inst, log).balanco.substituidas, 600 + 1499);
+        QCOMPARE(conteudo(u"SELECT COUNT(*), COUNT(DISTINCT substr(Data, 1, 19)), SUM(Data LIKE '%.5') "
+                          "FROM Temperaturas"_s),
+                 QStringList(u"602|602|600"_s));
+    }
+
     void linhasPorLer_data() {
         const Tabela<QString, QString> caso("linha", "causa");
         const QString inicio = u"2011-03-01;00:05:00;x;1;2"_s;

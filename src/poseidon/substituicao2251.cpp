@@ -107,6 +107,7 @@ void Substituicao::ordenar() {
         Periodo &p = m_periodos[canal];
         if (p.quantas > 0 && !haAntigas(canal))
             p.quantas = 0;
+        m_passar();
         p.inicio = lugares;
         lugares += p.quantas;
     }
@@ -146,6 +147,7 @@ void Substituicao::fundir(size_t canal) {
         const bool ultima = pagina.size() < size_t(quantas);
         const auto data = [&](size_t i) -> const Celula & { return pagina[i].celulas[size_t(m_colunas.data)]; };
         size_t feitas = 0;
+        QByteArray ultimaData;
         for (size_t inicio = 0, fim = 0; inicio < pagina.size(); inicio = fim) {
             const qint64 segundo = segundoDe(data(inicio));
             for (fim = inicio + 1; fim < pagina.size() && segundoDe(data(fim)) == segundo; ++fim) {
@@ -153,6 +155,7 @@ void Substituicao::fundir(size_t canal) {
             if (fim == pagina.size() && !ultima)
                 break; // the rest of this second comes with the next page
             feitas = fim;
+            ultimaData = data(fim - 1).bytes;
             if (segundo == std::numeric_limits<qint64>::min())
                 continue;
             while (n < novas.size() && m_novas.data(novas[n]) < segundo)
@@ -163,7 +166,7 @@ void Substituicao::fundir(size_t canal) {
             tratarGrupo(Grupo(pagina).subspan(inicio, fim - inicio), Indices(novas).subspan(primeira, n - primeira));
         }
         if (feitas > 0) {
-            desde = data(feitas - 1).bytes;
+            desde = ultimaData;
             inclusive = false;
             quantas = linhasPorPagina;
         } else {

@@ -25,7 +25,6 @@
 #include <QMenu>
 #include <QProgressBar>
 #include <QPushButton>
-#include <QScopeGuard>
 #include <QUrl>
 
 namespace {
@@ -237,18 +236,16 @@ void frmDescarregar2251::mnuReporLeituras_Click(int linha) {
 
 void frmDescarregar2251::reporLeituras(const QString &caminho, const Vigia &vigia) {
     esconderInfo();
-    bloquear(true);
-    LigarDesligarBarraDeslizante(true);
-    const auto acabar = qScopeGuard([&] {
-        if (!vigia.vivo())
-            return;
+    const auto passar = [&vigia] { vigia.passarLinha(); };
+    const auto acabar = [&] {
         LigarDesligarBarraDeslizante(false);
         bloquear(false);
-    });
-    const QLocale &locale = estado().ambiente.locale;
-    const auto passar = [&vigia] { vigia.passarLinha(); };
+    };
+    bloquear(true);
+    LigarDesligarBarraDeslizante(true);
     try {
         const reposicao2251::Conteudo c = reposicao2251::examinar(caminho, passar);
+        const QLocale &locale = estado().ambiente.locale;
         const bool sim = estado().ambiente.dialogos->pergunta(
             texto(u"ReporPergunta"_s,
                   u"Repor as %1 leituras de %2 que um log substituiu em %3? As que vieram com o log "
@@ -256,9 +253,10 @@ void frmDescarregar2251::reporLeituras(const QString &caminho, const Vigia &vigi
                 .arg(locale.toString(c.leituras), c.unidade, c.momento));
         vigia.forcar();
         if (!sim)
-            return;
+            return acabar();
         const reposicao2251::Resultado r = reposicao2251::repor(caminho, passar);
         vigia.forcar();
+        acabar();
         mensagem(texto(u"Reposto"_s,
                        u"%1 leituras repostas; %2 já lá estavam; %3 do log saíram; %4 notas mais recentes "
                        "ficaram."_s)
@@ -266,6 +264,9 @@ void frmDescarregar2251::reporLeituras(const QString &caminho, const Vigia &vigi
                           locale.toString(r.notas)),
                  Dialogos::Estilo::Informacao);
     } catch (const Falha &f) {
+        if (!vigia.vivo())
+            throw Interrompido();
+        acabar();
         mensagem(f.descricao(), Dialogos::Estilo::Critico);
     }
 }
