@@ -2,13 +2,8 @@
 // inserts the same rows, prepared, in one transaction into the same schema. Also the same log once more, and one with
 // other values over it, whose replaced readings are kept in a file; the memory of a gathered row and the longest time
 // without a pass of events.
+#include "benchmarks/logGrande.h"
 #include "benchmarks/medidas.h"
-#include "core/datas.h"
-#include "core/falha.h"
-#include "core/literais.h"
-#include "data/criarBD.h"
-#include "data/ligacao.h"
-#include "poseidon/modTratamentoDados2251.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -19,51 +14,14 @@
 #include <sqlite3.h>
 #include <unistd.h>
 
+using namespace logGrande;
+
 namespace {
 
-const QString unidade = u"127.0.0.2"_s;
-constexpr int canais = 8; // 4 temperatures, 2 humidities, 2 Sens-UI
-constexpr int leiturasPorMedia = 5;
-constexpr qint64 primeira = 1'600'000'000;
 constexpr double limiteDaRazao = 2.0;
 constexpr double limiteDaTroca = 4.0;
 constexpr double limiteDaMemoria = 200; // bytes a row
 constexpr double limiteDaParagem = 50;  // ms
-
-const char *tipoDe(int canal) {
-    return canal < 4 ? "P 1250C" : canal < 6 ? "P 1250%" : "P 1250A";
-}
-int decimosDe(qint64 linha, int canal) {
-    return 50 + int((linha * 7 + canal * 31) % 180);
-}
-
-void prepararUnidade(const QString &caminho) {
-    criarBD(caminho);
-    Ligacao &bd = ligacaoPartilhada();
-    bd.abrir(caminho);
-    for (int c = 0; c < canais; ++c) {
-        const QString id = u"002%1"_s.arg(c, 13, 10, QChar(u'0'));
-        bd.executar(u"INSERT INTO Sensores (SensorID, ID, Tipo, Descricao, PoseidonIP, SensUIMax, SensUIMin) VALUES "
-                    "(?,?,?,?,?,20,4)"_s,
-                    {id, QString::number(c), QString::fromLatin1(tipoDe(c)), u"Frigorífico %1"_s.arg(c),
-                     QString(u'2' + unidade)});
-        bd.executar(u"INSERT INTO Calibracoes VALUES (?,30,5,60,10,'TMP','NA','NA','0.5')"_s, {id});
-    }
-    bd.executar(u"INSERT INTO SensUI_Escalas (EscalaID, NomeEscala, Maximo, Minimo) VALUES (1,'bar',100,0)"_s);
-    bd.executar(u"INSERT INTO SensUI_Relacoes SELECT SensorID, 1 FROM Sensores WHERE Tipo = 'P 1250A'"_s);
-}
-
-QByteArray fazerLog(qint64 linhas, int desvio) {
-    QByteArray log;
-    log.reserve(linhas * 90);
-    for (qint64 n = 0; n < linhas; ++n) {
-        log += datas::textoBD(double(primeira + n * 60)).replace(u' ', u';').toLatin1() + ";0;1;8";
-        for (int c = 0; c < canais; ++c)
-            log += ';' + QByteArray::number(c) + ';' + QByteArray::number(decimosDe(n, c) + desvio);
-        log += '\n';
-    }
-    return log;
-}
 
 struct Medicao {
     double segundos = 0;
@@ -76,24 +34,16 @@ Medicao nosso(const QByteArray &log, const QString &guarda) {
     Medicao m;
     QElapsedTimer desdeAUltima;
     double paragem = 0;
-    TratamentoDados2251 t([&] {
+    const auto passar = [&] {
         if (desdeAUltima.isValid())
             paragem = std::max(paragem, double(desdeAUltima.nsecsElapsed()) * 1e-6);
         desdeAUltima.start();
-    });
-    t.definirGuarda(guarda);
+    };
     m.segundos = medidas::segundosDe([&] {
         const size_t antes = mallinfo2().uordblks + mallinfo2().hblkhd;
-        qsizetype inicio = 0;
-        for (qsizetype fim; (fim = log.indexOf('\n', inicio)) >= 0; inicio = fim + 1)
-            t.TratarDadosRecebidos(unidade, QString::fromLatin1(log.constData() + inicio, fim - inicio),
-                                   leiturasPorMedia, inicio == 0);
-        m.linhas = t.linhasReunidas();
-        m.bytesPorLinha = double(mallinfo2().uordblks + mallinfo2().hblkhd - antes) / double(m.linhas);
-        if (!t.GuardarDados(unidade)) {
-            std::fprintf(stderr, "%s\n", qPrintable(t.motivo()));
-            std::exit(1);
-        }
+        m.linhas = importar(log, guarda, passar, [&](qint64 linhas) {
+            m.bytesPorLinha = double(mallinfo2().uordblks + mallinfo2().hblkhd - antes) / double(linhas);
+        });
         if (desdeAUltima.isValid())
             paragem = std::max(paragem, double(desdeAUltima.nsecsElapsed()) * 1e-6);
     });
@@ -155,13 +105,6 @@ qint64 cicloSimples(const QString &caminho, qint64 linhas) {
     return inseridas;
 }
 
-bool dizer(const char *titulo, double valor, double limite) {
-    const bool bem = valor <= limite;
-    std::printf("%-58s %9.1f  (até %.0f)  %s\n", titulo, valor, limite, bem ? "bem" : "MAL");
-    std::fflush(stdout);
-    return bem;
-}
-
 } // namespace
 
 // Arguments: lines of the log, turns.
@@ -208,11 +151,11 @@ int main(int argc, char **argv) {
         };
         const bool mesmo = porCima("o mesmo log outra vez / INSERT simples", outraVez, limiteDaRazao);
         const bool trocado = porCima("outros valores por cima / INSERT simples", outroPorCima, limiteDaTroca);
-        const bool memoria = dizer("bytes de memória por linha reunida", pior.bytesPorLinha, limiteDaMemoria);
-        const bool paragem = dizer("maior paragem dos eventos, ms", pior.paragemMs, limiteDaParagem);
+        const bool memoria = medidas::dizer("bytes de memória por linha reunida", pior.bytesPorLinha, limiteDaMemoria);
+        const bool paragem = medidas::dizer("maior paragem dos eventos, ms", pior.paragemMs, limiteDaParagem);
         return tempo && mesmo && trocado && memoria && paragem ? 0 : 1;
-    } catch (const Falha &f) {
-        std::fprintf(stderr, "%s\n", f.what());
+    } catch (const std::exception &e) {
+        std::fprintf(stderr, "%s\n", e.what());
         return 1;
     }
 }

@@ -63,4 +63,11 @@ inline bool dizer(const char *titulo, const Par &p, double limite) {
     return bem;
 }
 
+inline bool dizer(const char *titulo, double valor, double limite) {
+    const bool bem = valor <= limite;
+    std::printf("%-58s %9.1f  (até %.0f)  %s\n", titulo, valor, limite, bem ? "bem" : "MAL");
+    std::fflush(stdout);
+    return bem;
+}
+
 } // namespace medidas

@@ -385,7 +385,9 @@ void Transaccao::confirmar(const std::function<void()> &passar) {
     if (codigo != SQLITE_OK)
         motor->falhar(codigo, u"COMMIT"_s);
     motor->exigirNoLugar();
-    while (motor->recolha && motor->recolha->atrasada()) {
+    QElapsedTimer desdeAConfirmacao; // a reader that holds the log back is not waited for longer
+    desdeAConfirmacao.start();
+    while (motor->recolha && motor->recolha->atrasada() && desdeAConfirmacao.elapsed() < esperaOcupadaMs) {
         passar();
         QThread::msleep(1);
     }

@@ -5,12 +5,15 @@
 #include <sqlite3.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <utility>
 
 namespace {
 
 // Cutting the log keeps writers away, so whoever is in the way is not waited for longer than a window may be.
 constexpr int esperaMs = 20;
+constexpr int loteGrande = 4;                            // times what is worth a turn
+constexpr std::chrono::milliseconds entreTentativas(20); // while somebody waits
 
 // A connection that has read nothing knows of no log: its checkpoint takes in nothing and calls that success.
 bool lerAlgo(sqlite3 *bd) {
@@ -38,10 +41,13 @@ Recolha::~Recolha() {
 
 int Recolha::aposConfirmar(void *esta, sqlite3 *, const char *, int paginas) {
     auto *r = static_cast<Recolha *>(esta);
+    const int novas = paginas < r->m_paginas ? paginas : paginas - r->m_paginas; // less: the log began anew
+    r->m_paginas = paginas;
     if (paginas >= r->m_medidas.paginas) {
         const std::scoped_lock vez(r->m_mutex);
         r->m_pedida = true;
-        r->m_atrasada = r->tamanhoDoDiario() > r->m_medidas.bytes;
+        if (novas >= loteGrande * r->m_medidas.paginas)
+            r->m_atrasada = true;
         r->m_aviso.notify_one();
     }
     return SQLITE_OK;
@@ -55,13 +61,15 @@ qint64 Recolha::tamanhoDoDiario() const {
 void Recolha::correr(const std::stop_token &parar) {
     std::unique_lock vez(m_mutex);
     while (!parar.stop_requested()) {
-        m_aviso.wait_for(vez, parar, m_medidas.entreOlhares, [this] { return m_pedida; });
-        const bool pedida = std::exchange(m_pedida, false);
+        const auto pausa = m_atrasada ? std::min(entreTentativas, m_medidas.entreOlhares) : m_medidas.entreOlhares;
+        m_aviso.wait_for(vez, parar, pausa, [this] { return m_pedida; });
+        const bool pedida = std::exchange(m_pedida, false) || m_atrasada;
         vez.unlock();
+        bool tudo = true;
         if (!parar.stop_requested() && (pedida || tamanhoDoDiario() > m_medidas.bytes) && m_noLugar())
-            recolher(parar);
+            tudo = recolher(parar);
         vez.lock();
-        if (!m_pedida)
+        if (tudo && !m_pedida)
             m_atrasada = false;
     }
 }
@@ -86,13 +94,13 @@ bool Recolha::ligar() {
     return true;
 }
 
-void Recolha::recolher(const std::stop_token &parar) {
+bool Recolha::recolher(const std::stop_token &parar) {
     if (!ligar() || !lerAlgo(m_bd) || parar.stop_requested())
-        return;
+        return false;
     int noDiario = -1, recolhidas = -1;
     if (sqlite3_wal_checkpoint_v2(m_bd, nullptr, SQLITE_CHECKPOINT_PASSIVE, &noDiario, &recolhidas) != SQLITE_OK ||
         noDiario < 0 || recolhidas < noDiario || parar.stop_requested())
-        return;
-    if (tamanhoDoDiario() > m_medidas.bytes)
-        sqlite3_wal_checkpoint_v2(m_bd, nullptr, SQLITE_CHECKPOINT_TRUNCATE, &noDiario, &recolhidas);
+        return false;
+    return tamanhoDoDiario() <= m_medidas.bytes ||
+           sqlite3_wal_checkpoint_v2(m_bd, nullptr, SQLITE_CHECKPOINT_TRUNCATE, &noDiario, &recolhidas) == SQLITE_OK;
 }

@@ -25,8 +25,8 @@ public:
     Recolha(sqlite3 *bd, const QByteArray &caminho, std::function<bool()> noLugar, const Medidas &medidas);
     ~Recolha(); // stops what is under way
 
-    // A long log is being taken in. What is written meanwhile goes behind what is in it already, so that it grows by
-    // all of that; a large batch waits for the end before the next one begins.
+    // A large batch is still to be taken in. What is written meanwhile goes behind it, so that the log grows by all of
+    // that; whoever has written the batch does well to wait a moment for the end before the next one begins.
     bool atrasada() const { return m_atrasada; }
 
     Recolha(const Recolha &) = delete;
@@ -35,7 +35,7 @@ public:
 private:
     static int aposConfirmar(void *esta, sqlite3 *bd, const char *base, int paginas);
     void correr(const std::stop_token &parar);
-    void recolher(const std::stop_token &parar);
+    bool recolher(const std::stop_token &parar); // all of it
     bool ligar();
     qint64 tamanhoDoDiario() const;
 
@@ -46,6 +46,7 @@ private:
     std::mutex m_mutex;
     std::condition_variable_any m_aviso;
     bool m_pedida = false;
+    int m_paginas = 0; // in the log after this connection's last commit
     std::atomic<bool> m_atrasada{false};
     std::jthread m_trabalho;
 };
