@@ -1,5 +1,6 @@
 #include "views/modeloListagem.h"
 
+#include "core/eventos.h"
 #include "core/rotina.h"
 #include "core/textoMostrado.h"
 #include "views/ilegiveis.h"
