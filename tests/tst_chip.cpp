@@ -2,6 +2,7 @@
 #include "platform/onewire/registos1921.h"
 #include "simulator/botao/transporteVirtual.h"
 #include "tests/apoio/botaoDeTeste.h"
+#include "tests/apoio/discoCheio.h"
 #include "tests/apoio/instalacao.h"
 
 #include <QtTest>
@@ -64,6 +65,23 @@ private Q_SLOTS:
     }
 
     // A second goes by; what the seven registers show, and what the decoder makes of them.
+    // A button and what lies on the reader are written whole or not at all, and what was not written is still to be.
+    void discoCheio() {
+        const Instalacao inst(Instalacao::Base::Nenhuma);
+        const simulador::Gaveta gaveta(inst.ficheiro(u"gaveta"_s));
+        const auto botao = gaveta.criar(u"cais"_s, simulador::fazerRom(0x21, 5, 0), QDateTime::currentDateTimeUtc(), 0);
+        QVERIFY(botao && gaveta.por({u"cais"_s}));
+        botao->chip.sujo = true;
+        {
+            const DiscoCheio cheio(4);
+            QVERIFY(!botao->guardar() && botao->chip.sujo);
+            QVERIFY(!gaveta.por({u"cais"_s, u"outro"_s}));
+        }
+        QVERIFY(gaveta.botao(u"cais"_s));
+        QCOMPARE(gaveta.noLeitor(), QStringList{u"cais"_s});
+        QVERIFY(botao->guardar() && !botao->chip.sujo);
+    }
+
     void calendario() {
         const std::tuple<QByteArray, QByteArray, QString> casos[] = {
             {hex("59592306288224"), hex("00000007298224"), u"2024-02-29 00:00:00"_s},

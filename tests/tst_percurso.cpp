@@ -153,11 +153,14 @@ struct Percurso {
             if (chart->Series(i).Count() == 0)
                 continue;
             Q_EMIT chart->OnClickSeries(i, 0, Qt::LeftButton, Qt::NoModifier, QPoint(-1000, -1000));
-            for (QWidget *topo : QApplication::topLevelWidgets())
-                if (topo->isVisible() && topo->objectName().startsWith(u"frmOpccoes")) {
-                    QCOMPARE(hostil::queixas(topo), QStringList());
-                    topo->close();
-                }
+            const QWidgetList topos = QApplication::topLevelWidgets();
+            const auto aberto = std::find_if(topos.begin(), topos.end(), [](const QWidget *topo) {
+                return topo->isVisible() && topo->objectName().startsWith(u"frmOpccoes");
+            });
+            if (aberto == topos.end())
+                continue;
+            QCOMPARE(hostil::queixas(*aberto).join(u'\n'), QString());
+            (*aberto)->close();
         }
     }
 
@@ -168,7 +171,7 @@ struct Percurso {
             grupos->click();
             auto *lista = filho<Grelha>(form, u"grdGrupos"_s);
             lista->setLinhaActual(1);
-            QCOMPARE(hostil::queixas(form), QStringList());
+            QCOMPARE(hostil::queixas(form).join(u'\n'), QString());
             Q_EMIT lista->RequestEdit(1);
         }
         if (auto *chart = filho<TChart>(form, u"TChart"_s))
@@ -176,7 +179,7 @@ struct Percurso {
         if (auto *chart = filho<TChart>(form, u"TChart"_s))
             olharPontos(chart);
         for (QWidget *janela : {form, static_cast<QWidget *>(principal.get())})
-            QCOMPARE(hostil::queixas(janela), QStringList());
+            QCOMPARE(hostil::queixas(janela).join(u'\n'), QString());
     }
 
     Instalacao &instalacao;
@@ -289,14 +292,14 @@ private Q_SLOTS:
                 queixas = hostil::queixas(caixa);
                 caixa->close();
             });
-            dialogos.mensagem(texto);
-            QCOMPARE(queixas, QStringList());
+            dialogos.mensagem(texto, Dialogos::Estilo::Informacao);
+            QCOMPARE(queixas.join(u'\n'), QString());
             modErros::TratarErro(u"frmX.Y"_s, texto, u"13"_s);
             const QPointer<QWidget> erro = registoForms().form(u"frmErro"_s);
             QVERIFY(erro);
-            QCOMPARE(hostil::queixas(erro), QStringList());
+            QCOMPARE(hostil::queixas(erro).join(u'\n'), QString());
             filho<QAbstractButton>(erro, u"cmdDetalhe"_s)->click();
-            QCOMPARE(hostil::queixas(erro), QStringList());
+            QCOMPARE(hostil::queixas(erro).join(u'\n'), QString());
             fechado(erro);
         }
     }

@@ -180,8 +180,8 @@ private Q_SLOTS:
                 UdpSetup::Dispositivo eu;
                 eu.mac = u"00:0A:59:00:00:01"_s;
                 eu.porta = 80;
-                unidade.writeDatagram(
-                    pergunta.makeReply(protocolo::kfind::resposta(eu, tardia ? primeira : pedido->marca)));
+                unidade.writeDatagram(protocolo::kfind::resposta(eu, tardia ? primeira : pedido->marca),
+                                      pergunta.senderAddress(), quint16(pergunta.senderPort()));
                 ++respondidas;
             }
         });

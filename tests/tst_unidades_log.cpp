@@ -1,5 +1,6 @@
 #include "platform/unit/PosLog.h"
 #include "platform/unit/espera.h"
+#include "tests/apoio/discoCheio.h"
 #include "tests/apoio/instalacao.h"
 #include "tests/apoio/tabela.h"
 #include "tests/unidadesDeTeste.h"
@@ -212,6 +213,13 @@ private Q_SLOTS:
         QCOMPARE(d.log->numeroDeRegistos(), 0);
         unidade->registo().acertar(QDateTime(QDate(2026, 3, 1), QTime(10, 5), Qt::UTC));
         m_instalacao->relogio(u"2026-03-01 10:05:30"_s);
+        const QByteArray guardado = Instalacao::lerFicheiro(guardada.ficheiroEstado);
+        {
+            const DiscoCheio cheio(4);
+            QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"a\\.json"_s));
+            unidade->registo().acertar(QDateTime(QDate(2026, 3, 2), QTime(10, 5), Qt::UTC));
+        }
+        QCOMPARE(Instalacao::lerFicheiro(guardada.ficheiroEstado), guardado);
         unidade.reset();
         unidade = ligarUnidade(guardada);
         QCOMPARE(unidade->registo().quantos(), qint64(1));

@@ -30,6 +30,8 @@ QString descricaoDe(MemoriaDS1921 &memoria, tmex::Sessao sessao) {
     if (leitura.achado != MemoriaDS1921::Achado::Lido)
         return {};
     const registoDS1921::Registo &r = leitura.registo;
+    if (r.NumeroMissaoActual == 0) // never programmed
+        return {};
     return u"%1, %2 %3"_s.arg(r.descricaoRegistador, r.numeroMissao, r.TextoMissao);
 }
 

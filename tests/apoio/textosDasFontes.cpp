@@ -21,12 +21,15 @@ QString juntar(const QString &literais) {
     return junto.replace(u"\\\""_s, u"\""_s).replace(u"\\n"_s, u"\n"_s).replace(u"\\\\"_s, u"\\"_s);
 }
 
-// Without comments, and with the text of a constant where it names a section.
-QString preparar(QString codigo) {
+QString semComentarios(QString codigo) {
     static const QRegularExpression comentario(u"^\\s*//.*$"_s, QRegularExpression::MultilineOption);
+    return codigo.remove(comentario);
+}
+
+// With the text of a constant where it names a section.
+QString comSeccoes(QString codigo) {
     static const QRegularExpression constante(
         QLatin1String(R"re(\b(?:const|constexpr) (?:QString|QStringView|auto) (\w+)(?: = |\(|\{)(u"[^"]+"(?:_s)?))re"));
-    codigo.remove(comentario);
     QHash<QString, QString> constantes;
     for (auto m = constante.globalMatch(codigo); m.hasNext();) {
         const auto achada = m.next();
@@ -65,7 +68,7 @@ Fonte analisar(const QString &comComentarios) {
     static const QRegularExpression linha(u"\\{(?:[^{}\"]*,\\s*)?"_s + chave.mid(3) + literal + u"\\}"_s);
     static const QRegularExpression propria(
         QLatin1String(R"re(modTraducoes::texto\(\s*(?:u|QStringLiteral\()"([^"]+)"(?:_s|\)),\s*+(?!u"))re"));
-    const QString codigo = preparar(comComentarios);
+    const QString codigo = semComentarios(comComentarios);
     Fonte fonte;
     // The first one is the file's own; a second one belongs to a routine that names its texts alone.
     const auto achada = propria.match(codigo);
@@ -86,7 +89,7 @@ void juntarDirectos(const QString &comComentarios, Textos &usados) {
         {u"DSfrmDS1921"_s, u"\\btexto1921\\("_s, u"\\)"_s},
         {u"frmDescarregar2251"_s, u"\\bMensagem \\w+\\{"_s, u"\\}"_s},
     };
-    const QString codigo = preparar(comComentarios);
+    const QString codigo = comSeccoes(semComentarios(comComentarios));
     for (auto m = directa.globalMatch(codigo); m.hasNext();) {
         const auto achado = m.next();
         usados[{achado.captured(1), achado.captured(2)}] = juntar(achado.captured(3));

@@ -208,7 +208,8 @@ FiltroDeRegisto::FiltroDeRegisto(const QString &recusados, QLineEdit *caixa)
             m_recusado.isEmpty()
                 ? texto(u"TextoCheio"_s, u"Não cabem mais de %1 caracteres."_s).arg(caixa->maxLength())
                 : texto(u"CaracterRecusado"_s, u"O registador não guarda o carácter \"%1\"."_s).arg(m_recusado);
-        QToolTip::showText(caixa->mapToGlobal(QPoint(0, caixa->height())), porque.toHtmlEscaped(), caixa);
+        // Beside the box, not over the one below it.
+        QToolTip::showText(caixa->mapToGlobal(QPoint(caixa->width() + folga, 0)), porque, caixa);
     });
 }
 

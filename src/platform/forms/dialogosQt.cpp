@@ -147,6 +147,7 @@ int DialogosQt::escolher(const QString &texto, const QStringList &opcoes, int ac
     for (const QString &opcao : opcoes)
         lista->addItem(textoMostrado::linha(opcao));
     lista->setMinimumWidth(std::min(lista->sizeHintForColumn(0) + larguraALivre, tamanhoDoSelector.width()));
+    lista->setSizeAdjustPolicy(QAbstractScrollArea::AdjustToContents);
     pedido->setBuddy(lista);
     auto *botoes = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
     QPushButton *confirmar = botoes->button(QDialogButtonBox::Ok);

@@ -47,7 +47,7 @@ QByteArray FormOpccoesPontos::fonte(const char *rotina) const {
 }
 
 QLineEdit *FormOpccoesPontos::criarCampo(const QString &nome, const QString &conteudo) {
-    auto *campo = new QLineEdit(conteudo);
+    auto *campo = new QLineEdit(textoMostrado::linha(conteudo));
     campo->setObjectName(nome);
     campo->setReadOnly(true);
     // Looks like what it is: text that can be copied, not a box to write in.
@@ -67,7 +67,7 @@ QLineEdit *FormOpccoesPontos::criarCampo(const QString &nome, const QString &con
 
 void FormOpccoesPontos::montar() {
     m_sensor = criarCampo(u"txtSensor"_s, m_ponto.sensor);
-    QLineEdit *nome = criarCampo(u"txtNomeSensor"_s, textoMostrado::linha(m_ponto.descricao));
+    QLineEdit *nome = criarCampo(u"txtNomeSensor"_s, m_ponto.descricao);
     m_data = criarCampo(u"txtData"_s, m_ponto.x);
     QLineEdit *valor = criarCampo(u"txtTemperatura"_s, m_ponto.y);
     m_observacoes = new QPlainTextEdit;
