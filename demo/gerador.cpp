@@ -60,7 +60,11 @@ void apagarComDiarios(const QString &caminho) {
 qint64 preencher(const QString &caminho, const Pedido &pedido, qint64 fim) {
     Ligacao bd;
     bd.abrir(caminho);
-    // Nobody else sees the file before it is renamed, and a maker that dies leaves nothing to recover.
+    // Nobody else sees the file before it is renamed, and a maker that dies leaves nothing to recover. Opened again, as
+    // the log that goes would pass for one that somebody took away.
+    bd.consultar(u"PRAGMA journal_mode = DELETE"_s).avancar();
+    bd.fechar();
+    bd.abrir(caminho);
     bd.executar(u"PRAGMA journal_mode = OFF"_s);
     bd.executar(u"PRAGMA synchronous = OFF"_s);
     bd.executar(u"PRAGMA cache_size = -65536"_s);

@@ -6,7 +6,6 @@
 #include "platform/chart/TChart.h"
 #include "platform/forms/grelha.h"
 #include "platform/forms/registoForms.h"
-#include "tests/apoio/discoCheio.h"
 #include "tests/apoio/tabela.h"
 #include "tests/manutencaoDeTeste.h"
 #include "views/forms/registar.h"
@@ -100,27 +99,6 @@ private Q_SLOTS:
             fechado = !vigiado || !vigiado->isVisible();
         });
         QVERIFY(fechado && !estado().EliminarConfirmado);
-    }
-
-    // What could not be stored is not called a success, and the old settings stand.
-    void discoCheio() {
-        Programa programa;
-        Instalacao &inst = programa.instalacao;
-        const QString definicoes = inst.pastaINI() + u"/Vistrel.ini"_s;
-        const QByteArray antes = Instalacao::lerFicheiro(definicoes);
-        comDialogo(u"frmConfiguracoes"_s, [&](QDialog *dialogo) {
-            escrever(dialogo, u"txtCaminhoImagens"_s, inst.ficheiro(u"saida"_s));
-            const QStringList nomes = {u"txtPassWord"_s, u"txtNewPassWord"_s, u"txtConfPassWord"_s};
-            for (int i = 0; i < 3; ++i)
-                escrever(dialogo, nomes[i], i == 0 ? fabrica : u"Nova"_s);
-            const DiscoCheio cheio(10);
-            for (const QString &botao : {u"cmdConcluirDados"_s, u"cmdConfirmarPassword"_s}) {
-                inst.erros.esperar(definicoes);
-                clicar(dialogo, botao);
-            }
-        });
-        QCOMPARE(Instalacao::lerFicheiro(definicoes), antes);
-        QVERIFY(inst.dialogos.textos.isEmpty());
     }
 
     void palavraPasseNaoFica() {

@@ -44,7 +44,7 @@ QString descricao(const QString &tagDoFiltro, const QString &unicoSensor, const 
 QString listaDeSensores(const QString &prefixo, const QList<Nomeado> &seleccao) {
     QString lista = prefixo;
     for (const Nomeado &sensor : seleccao)
-        lista += textoMostrado::linha(sensor.nome) + u" [" + sensor.parenteses + u']';
+        lista += textoMostrado::linha(sensor.nome, maximoDaLista) + u" [" + sensor.parenteses + u']';
     return lista.size() > maximoDaLista ? lista.left(corteDaLista) + u" ..." : lista;
 }
 

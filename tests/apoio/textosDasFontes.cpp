@@ -73,7 +73,8 @@ Fonte analisar(const QString &comComentarios) {
     // The first one is the file's own; a second one belongs to a routine that names its texts alone.
     const auto achada = propria.match(codigo);
     fonte.seccao = achada.captured(1);
-    juntarTodos(codigo, chamada, fonte.textos);
+    // A constant that holds another section is no variable with the form's own.
+    juntarTodos(comSeccoes(codigo), chamada, fonte.textos);
     if (achada.hasMatch())
         juntarTodos(codigo, linha, fonte.textos);
     return fonte;

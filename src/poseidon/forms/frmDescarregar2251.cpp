@@ -247,10 +247,10 @@ void frmDescarregar2251::reporLeituras(const QString &caminho, const Vigia &vigi
         const reposicao2251::Conteudo c = reposicao2251::examinar(caminho, passar);
         const QLocale &locale = estado().ambiente.locale;
         const bool sim = estado().ambiente.dialogos->pergunta(
-            texto(u"ReporPergunta"_s,
-                  u"Repor as %1 leituras de %2 que um log substituiu em %3? As que vieram com o log "
-                  "no seu lugar saem; continuam no log guardado."_s)
-                .arg(locale.toString(c.leituras), c.unidade, c.momento));
+            texto(u"ReporPergunta"_s, u"Repor as %1 leituras de %2 que um log substituiu em %3?"_s)
+                .arg(locale.toString(c.leituras), c.unidade, c.momento) +
+            u"\n\n" +
+            texto(u"ReporPerguntaSaem"_s, u"As que vieram com o log no seu lugar saem; continuam no log guardado."_s));
         vigia.forcar();
         if (!sim)
             return acabar();

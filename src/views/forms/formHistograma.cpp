@@ -9,6 +9,7 @@
 #include "core/modINI.h"
 #include "core/modTraducoes.h"
 #include "core/rotina.h"
+#include "core/textoMostrado.h"
 #include "data/ligacao.h"
 #include "data/recordset.h"
 #include "platform/chart/TChart.h"
@@ -30,12 +31,8 @@ const QString intervaloPorOmissao = u"0.5"_s;
 // A text that cannot be understood says nothing.
 bool outros(CacheLimites &cache, const char *bytes, int tamanho, const Limites &usados) {
     const auto igual = [](double a, double b) { return a == b || (std::isnan(a) && std::isnan(b)); };
-    try {
-        const Limites &l = cache.de(bytes, tamanho);
-        return !igual(l.maximo, usados.maximo) || !igual(l.minimo, usados.minimo);
-    } catch (const Falha &) {
-        return false;
-    }
+    const Limites &l = cache.de(bytes, tamanho);
+    return !l.ilegivel && (!igual(l.maximo, usados.maximo) || !igual(l.minimo, usados.minimo));
 }
 
 } // namespace
@@ -162,9 +159,7 @@ QString FormHistograma::fraseDosLimites() const {
     if (m_regra.desde.isEmpty())
         return {};
     const auto limite = [](double l) { return std::isnan(l) ? u"NA"_s : modDoubleTratamento::NumeroParaTexto(l); };
-    QString nome = m_mostrado.escolhas.last().nome;
-    if (nome.size() > maximoDoNome)
-        nome = nome.left(maximoDoNome) + u"...";
+    const QString nome = textoMostrado::linha(m_mostrado.escolhas.last().nome, maximoDoNome);
     QString frase = modTraducoes::texto(u"KelvarkAUX"_s, u"HistLimites"_s,
                                         u"Cores pelos limites de %1: máximo %2, mínimo %3, desde %4."_s)
                         .arg(nome, limite(m_regra.limites.maximo), limite(m_regra.limites.minimo), m_regra.desde);
