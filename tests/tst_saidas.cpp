@@ -172,7 +172,8 @@ private Q_SLOTS:
         c.abrir(1);
         controlo<QComboBox>(c.form, u"cboIntervaloHistograma"_s)->setCurrentText(u"1,0"_s);
         c.erros.esperar(
-            u"de fora: 3. O primeiro: tabela Temperaturas, sensor %1, data 2024-03-15 01:00:00, \"7XXXdois\""_s.arg(id(1)));
+            u"de fora: 3. O primeiro: tabela Temperaturas, sensor %1, data 2024-03-15 01:00:00, \"7XXXdois\""_s.arg(
+                id(1)));
         c.confirmar();
         QCOMPARE(c.chart().Series(0).Count(), 1);
         QCOMPARE(c.chart().Series(0).YValue(0), 2.0);

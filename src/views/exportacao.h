@@ -37,8 +37,8 @@ struct PedidoCSV {
 };
 
 // Falha when the file cannot be written; what stood under its name then stays, as it does when passar throws. A reading
-// whose value cannot be read has no line, and a limit that cannot be read is written as none. passar is called for every
-// row and may throw. Gives back how many lines there are; without any, no file is made.
+// whose value cannot be read has no line, and a limit that cannot be read is written as none. passar is called for
+// every row and may throw. Gives back how many lines there are; without any, no file is made.
 qint64 escreverCSV(const PedidoCSV &pedido, const std::function<void()> &passar);
 
 } // namespace exportacao
