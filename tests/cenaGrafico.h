@@ -4,6 +4,7 @@
 #include "platform/chart/TChart.h"
 #include "platform/forms/grelha.h"
 #include "platform/forms/registoForms.h"
+#include "tests/apoio/espera.h"
 #include "tests/apoio/instalacao.h"
 #include "tests/apoio/widgets.h"
 #include "views/familiaGraficos.h"
@@ -33,7 +34,7 @@ struct Grafico {
         registarVistas(registoForms());
         form = qobject_cast<FormGrafico *>(registoForms().abrir(nome));
         utilizador::mostrar(form);
-        QTest::qWait(20); // the chart is set up a moment after the form
+        deixarPassar(20); // the chart is set up a moment after the form
     }
     ~Grafico() { delete form; }
 

@@ -1,3 +1,4 @@
+#include "tests/apoio/espera.h"
 #include "tests/cenaChart.h"
 
 #include <QContextMenuEvent>
@@ -163,7 +164,7 @@ private Q_SLOTS:
         c.pairar(marcado + QPoint(1, 1));
         QTRY_COMPARE(perguntas, 1);
         c.pairar(marcado);
-        QTest::qWait(250);
+        deixarPassar(250);
         QCOMPARE(perguntas, 1);
         QVERIFY(c.chart.accessibleDescription().endsWith(u"nota 0/20"));
         c.pairar({marcado.x(), c.area().top() + 2});

@@ -6,6 +6,7 @@
 #include "platform/chart/TChart.h"
 #include "platform/forms/grelha.h"
 #include "platform/forms/registoForms.h"
+#include "tests/apoio/espera.h"
 #include "tests/apoio/tabela.h"
 #include "tests/manutencaoDeTeste.h"
 #include "views/forms/registar.h"
@@ -320,7 +321,7 @@ private Q_SLOTS:
                 clicar(dialogo, u"cmdConcluirDados"_s);
             });
             const QPointer<QWidget> form = registoForms().abrir(u"frmGraficoPrincipalTemp"_s);
-            QTest::qWait(50);
+            deixarPassar(50);
             controlo<Grelha>(form, u"grdSensoresAll"_s)->setLinhaActual(0);
             clicar(form, u"cmdAdicionar"_s);
             clicar(form, u"cmdConfirmar"_s);

@@ -2,10 +2,11 @@
 #include "tests/apoio/tabela.h"
 #include "tests/falhaDe.h"
 
+#include <atomic>
+
 namespace {
 
-// Large enough that the commit is still under way when events run for the first time.
-constexpr int linhas = 60'000;
+constexpr int linhas = 2000;
 
 void encher() {
     cnBD().executar(u"WITH n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < ?) "
@@ -43,13 +44,16 @@ private Q_SLOTS:
         cnBD().executar(u"INSERT INTO Grupos (codGrupo) VALUES (1), (2)"_s);
         auto cursor = std::make_unique<Recordset>(cnBD().consultar(u"SELECT codGrupo FROM Grupos"_s));
         cursor->avancar();
-        int vezes = 0;
+        std::atomic<int> vezes = 0;
+        // Not before events have run for the first time.
+        estado().ambiente.aoConfirmar = [&vezes] { vezes.wait(0); };
         {
             Transaccao transaccao(cnBD());
             encher();
             transaccao.confirmar([&] {
                 if (++vezes > 1)
                     return;
+                vezes.notify_all();
                 if (quem == "query")
                     QCOMPARE(guardadas(), linhas);
                 else if (quem == "open cursor")

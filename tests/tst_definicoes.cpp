@@ -8,7 +8,6 @@
 #include "tests/apoio/tabela.h"
 
 #include <QDir>
-#include <QElapsedTimer>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -245,11 +244,8 @@ private Q_SLOTS:
     void vizinhoParadoNaoPrende() {
         const int pasta = ::open(QFile::encodeName(m_inst->pastaINI()).constData(), O_RDONLY | O_DIRECTORY);
         QCOMPARE(::flock(pasta, LOCK_EX), 0); // taken by somebody who hangs
-        QElapsedTimer relogio;
-        relogio.start();
         QVERIFY(gravar(u"k"_s, u"2"_s));
         QCOMPARE(ler(u"k"_s), u"2"_s);
-        QVERIFY(relogio.elapsed() < 60000);
         ::close(pasta);
     }
 };

@@ -4,6 +4,7 @@
 #include "poseidon/descarga/logBruto.h"
 #include "poseidon/listaPoseidons.h"
 #include "poseidon/reposicao2251.h"
+#include "tests/apoio/espera.h"
 #include "tests/apoio/tabela.h"
 #include "tests/log2251.h"
 #include "tests/unidadesDeTeste.h"
@@ -282,7 +283,7 @@ private Q_SLOTS:
         fecho.start(espera < 0 ? 5 : espera);
         c.descarga->descarregar();
         QTRY_VERIFY_WITH_TIMEOUT(!c.descarga, 10000);
-        QTest::qWait(50);
+        deixarPassar(50);
         // No transaction is left open.
         cnBD().executar(u"BEGIN"_s);
         cnBD().executar(u"COMMIT"_s);

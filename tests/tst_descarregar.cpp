@@ -4,6 +4,7 @@
 #include "poseidon/descarga/logBruto.h"
 #include "poseidon/forms/frmDescarregar2251.h"
 #include "poseidon/forms/registar.h"
+#include "tests/apoio/espera.h"
 #include "tests/apoio/widgets.h"
 #include "tests/log2251.h"
 #include "tests/unidadesDeTeste.h"
@@ -46,7 +47,7 @@ struct Janela {
     }
     ~Janela() { delete form; }
     void esperarLivre() const {
-        QTest::qWait(1);
+        deixarPassar(1);
         if (!utilizador::esperar([this] { return form->isEnabled(); }, 15000))
             utilizador::desistir(u"the window never came back"_s);
     }
@@ -70,7 +71,7 @@ struct Janela {
         tecla(grelha(), Qt::Key_F2);
         utilizador::escrever(form, u"txtEdit"_s, texto);
         tecla(controlo<QLineEdit>(form, u"txtEdit"_s), fim);
-        QTest::qWait(10); // the editor goes by events
+        deixarPassar(10); // the editor goes by events
     }
     void menu(int linha, const QString &entrada) const {
         irPara(linha, Coluna::IP);
@@ -397,10 +398,10 @@ private Q_SLOTS:
             j.clicar(u"chkClearMemory"_s);
             QCOMPARE(log2251::conteudo(u"SELECT NLeiturasM, ApagarLog FROM Poseidons"_s), QStringList(u"12|1"_s));
             j.clicar(u"cmdDescarregar"_s);
-            QTest::qWait(150);
+            deixarPassar(150);
             j.form->close();
             QTRY_VERIFY(j.form.isNull());
-            QTest::qWait(600); // what would have come does no harm
+            deixarPassar(600); // what would have come does no harm
             QCOMPARE(u->registo().quantos(), 100);
         }
         const auto lido = [](const QString &seccao, const QString &chave) {

@@ -1,6 +1,7 @@
 #include "data/ligacao.h"
 #include "platform/forms/dialogosQt.h"
 #include "platform/forms/registoForms.h"
+#include "tests/apoio/espera.h"
 #include "tests/apoio/filho.h"
 #include "tests/apoio/instalacao.h"
 #include "tests/apoio/tabela.h"
@@ -122,7 +123,7 @@ private Q_SLOTS:
                 QVERIFY(lista);
                 if (!pasta)
                     QTRY_VERIFY(lista->model()->rowCount(lista->rootIndex()) > 0);
-                QTest::qWait(300); // the rest of the folder
+                deixarPassar(300); // the rest of the folder
             },
             [&] {
                 DialogosQt dialogos;

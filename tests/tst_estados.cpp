@@ -9,6 +9,7 @@
 #include "platform/chart/TChart.h"
 #include "platform/forms/registoForms.h"
 #include "platform/report/JanelaRelatorio.h"
+#include "tests/apoio/espera.h"
 #include "tests/apoio/instalacao.h"
 #include "tests/apoio/tabela.h"
 #include "tests/apoio/widgets.h"
@@ -45,7 +46,7 @@ struct Cena : Instalacao {
         delete form;
         form = registoForms().abrir(nome);
         utilizador::mostrar(form);
-        QTest::qWait(20);
+        deixarPassar(20);
     }
     void confirmar() {
         clicar(form, u"cmdConfirmar"_s);

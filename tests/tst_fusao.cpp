@@ -8,7 +8,6 @@
 #include "tests/falhaDe.h"
 
 #include <QDir>
-#include <QElapsedTimer>
 #include <QRandomGenerator>
 #include <QRegularExpression>
 #include <QTimer>
@@ -186,13 +185,11 @@ private Q_SLOTS:
         int voltas = 0;
         relogio.callOnTimeout([&] { ++voltas; });
         relogio.start(0);
-        QElapsedTimer tempo;
-        tempo.start();
+        estado().linhasPorFatia = 1;
         contarAlteracoes({{u"A"_s, u"B"_s}}, m_vigia);
+        const int aContar = std::exchange(voltas, 0);
         executarAlteracao({u"A"_s, u"B"_s}, m_vigia);
-        // Once every 15 ms is the aim; a loaded machine may be granted a few times that.
-        QVERIFY2(voltas >= tempo.elapsed() / 100, qPrintable(u"%1 in %2 ms"_s.arg(voltas).arg(tempo.elapsed())));
-        QVERIFY(voltas > 0);
+        QVERIFY2(aContar > 0 && voltas > 20, qPrintable(u"%1, %2"_s.arg(aContar).arg(voltas)));
     }
 
     // Killed at any moment, a merge has happened as a whole or not at all.

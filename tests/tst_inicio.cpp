@@ -7,6 +7,7 @@
 #include "shell/arranque.h"
 #include "shell/frmMain.h"
 #include "shell/textosDoQt.h"
+#include "tests/apoio/espera.h"
 #include "tests/apoio/instalacao.h"
 #include "tests/apoio/widgets.h"
 
@@ -284,7 +285,7 @@ private Q_SLOTS:
         auto *botao = utilizador::controlo<QPushButton>(principal.get(), u"STATUS:Janelas"_s);
         Q_EMIT botao->menu()->aboutToShow();
         botao->menu()->actions().at(1)->trigger();
-        QTest::qWait(50);
+        deixarPassar(50);
         for (const QWidget *a : std::as_const(molduras))
             for (const QWidget *b : std::as_const(molduras))
                 QVERIFY2(a == b || !a->geometry().intersects(b->geometry()), qPrintable(a->windowTitle()));

@@ -10,6 +10,7 @@
 #include "shell/apresentadorQt.h"
 #include "shell/arranque.h"
 #include "shell/frmMain.h"
+#include "tests/apoio/espera.h"
 #include "tests/apoio/instalacao.h"
 #include "tests/apoio/textosDasFontes.h"
 #include "tests/apoio/widgets.h"
@@ -110,7 +111,7 @@ Visto abrirTudo() {
     fecho.start(20);
     for (const QString &nome : registoForms().nomes()) {
         const QPointer<QWidget> form = registoForms().abrir(nome);
-        QTest::qWait(30);
+        deixarPassar(30);
         if (!form)
             continue;
         notarClasses(form, nome, visto);
@@ -118,7 +119,7 @@ Visto abrirTudo() {
     }
     abrirPontos(visto);
     modErros::TratarErro(u"teste"_s, u"teste"_s, u"1"_s);
-    QTest::qWait(30);
+    deixarPassar(30);
     estado().ambiente.textoPedido = nullptr;
     return visto;
 }

@@ -3,7 +3,6 @@
 #include "tests/bancada1921.h"
 
 #include <QComboBox>
-#include <QElapsedTimer>
 #include <QTimer>
 
 using simulador::DefeitosBotao;
@@ -242,16 +241,13 @@ private Q_SLOTS:
                 b.permitido("cmdLerDados"));
         b.leitor.por({u"A"_s});
         // The window goes on working while all of it is fetched and stored.
-        QElapsedTimer desde;
-        desde.start();
-        qint64 maior = 0;
+        int voltas = 0;
         QTimer relogio;
-        connect(&relogio, &QTimer::timeout, this, [&] { maior = std::max(maior, desde.restart()); });
-        relogio.start(1);
+        connect(&relogio, &QTimer::timeout, this, [&] { ++voltas; });
+        relogio.start(0);
         b.instalacao.dialogos.responderPergunta(true, u"Deseja parar"_s);
         b.clicar("cmdLerDados");
-        maior = std::max(maior, desde.elapsed());
-        QVERIFY2(maior < 400, qPrintable(QString::number(maior))); // a shared machine; alone it is a tenth of this
+        QVERIFY2(voltas > 64, qPrintable(QString::number(voltas))); // at least one for each page of the log
         QCOMPARE(b.linhas(), 2048);
         QVERIFY(!b.leitor.chip().missao());
         b.descarregar(10, {.intervalo = u"1"_s}); // the next mission is not asked for

@@ -1,6 +1,7 @@
 #include "core/literais.h"
 #include "platform/forms/grelha.h"
 #include "platform/forms/registoForms.h"
+#include "tests/apoio/espera.h"
 #include "tests/apoio/instalacao.h"
 #include "tests/apoio/widgets.h"
 #include "views/forms/registar.h"
@@ -336,7 +337,7 @@ private Q_SLOTS:
         v.todos()->setFocus();
         QTest::keyClicks(v.todos(), u"rno"_s);
         QCOMPARE(v.todos()->linhaActual(), 3);
-        QTest::qWait(2 * QApplication::keyboardInputInterval() + 50);
+        deixarPassar(2 * QApplication::keyboardInputInterval() + 50);
         QTest::keyClicks(v.todos(), u"0002"_s); // ids too
         QCOMPARE(v.todos()->linhaActual(), 1);
     }

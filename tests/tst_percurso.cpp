@@ -14,6 +14,7 @@
 #include "shell/arranque.h"
 #include "shell/frmMain.h"
 #include "shell/menu.h"
+#include "tests/apoio/espera.h"
 #include "tests/apoio/hostil.h"
 #include "tests/apoio/instalacao.h"
 #include "tests/apoio/widgets.h"
@@ -255,7 +256,7 @@ private Q_SLOTS:
                 continue;
             const QPointer<QWidget> form = registoForms().form(nome);
             QVERIFY2(form, qPrintable(nome));
-            QTest::qWait(20);
+            deixarPassar(20);
             if (filho<QAbstractButton>(form, u"cmdConfirmar"_s)) {
                 ++vistas;
                 if (!p.percorrer(form))

@@ -7,6 +7,7 @@
 #include "platform/forms/grelha.h"
 #include "platform/forms/registoForms.h"
 #include "platform/report/JanelaRelatorio.h"
+#include "tests/apoio/espera.h"
 #include "tests/apoio/instalacao.h"
 #include "tests/apoio/ouro.h"
 #include "tests/apoio/tabela.h"
@@ -67,7 +68,7 @@ struct Cena : Instalacao {
         registarVistas(registoForms());
         form = registoForms().abrir(m_nome);
         utilizador::mostrar(form);
-        QTest::qWait(20);
+        deixarPassar(20);
         for (int i = 0; i < sensores; ++i)
             clicar(form, u"cmdAdicionar"_s);
     }

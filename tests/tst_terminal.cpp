@@ -2,6 +2,7 @@
 #include "core/estado.h"
 #include "platform/forms/registoForms.h"
 #include "poseidon/forms/registar.h"
+#include "tests/apoio/espera.h"
 #include "tests/apoio/widgets.h"
 #include "tests/log2251.h"
 
@@ -72,7 +73,7 @@ private Q_SLOTS:
 
         clicar(form, u"cmdSyncTime"_s);
         QCOMPARE(linha->text(), u"c15.03.2024/10:20:30"_s);
-        QTest::qWait(50);
+        deixarPassar(50);
         QCOMPARE(recebido.size(), 11); // nothing went out by itself
         const QSize antes = log->size();
         form->resize(form->size() + QSize(100, 80));

@@ -6,6 +6,7 @@
 #include "platform/unit/protocolo.h"
 #include "platform/unit/rede.h"
 #include "platform/unit/telnet.h"
+#include "tests/apoio/espera.h"
 #include "tests/apoio/instalacao.h"
 #include "tests/apoio/tabela.h"
 #include "tests/unidadesDeTeste.h"
@@ -249,7 +250,7 @@ private Q_SLOTS:
         connect(consola.get(), &Consola::DataArrival, this, [&] { consola.reset(); });
         consola->Connect(u"127.0.0.2"_s, unidade->portaConsola());
         QTRY_VERIFY(!consola);
-        QTest::qWait(20);
+        deixarPassar(20);
     }
 
     void consolaFalha() {
@@ -260,13 +261,13 @@ private Q_SLOTS:
         std::array<QTcpSocket, 8> ocupam;
         for (QTcpSocket &s : ocupam)
             s.connectToHost(u"127.0.0.7"_s, servidor.serverPort());
-        QTest::qWait(50);
+        deixarPassar(50);
         const auto consola = novaConsola();
         consola->definirTempo(200);
         QSignalSpy erro(consola.get(), &Consola::Error);
         for (const int numero : {int(Consola::erroTempo), int(Consola::erroRecusada)}) {
             consola->Connect(u"127.0.0.7"_s, numero == Consola::erroTempo ? servidor.serverPort() : portaLivre());
-            QVERIFY(erro.wait(1500));
+            QVERIFY(erro.wait());
             QCOMPARE(erro.last().at(0).toInt(), numero);
             QVERIFY(!erro.last().at(1).toString().isEmpty());
             QCOMPARE(consola->State(), 0);

@@ -173,7 +173,6 @@ private Q_SLOTS:
         auto dono = std::make_unique<QObject>();
         QTimer::singleShot(30, this, [&] { dono.reset(); });
         QVERIFY_THROWS_EXCEPTION(Interrompido, espera::pausar(dono.get(), 30000));
-        QVERIFY(relogio.elapsed() < 15000);
     }
 
 private:

@@ -47,6 +47,8 @@ struct Ambiente {
     QLocale locale;
     // Told of every text that is looked up; for the test of the language files.
     std::function<void(const QString &seccao, const QString &chave, const QString &omissao)> textoPedido;
+    // On the thread that confirms a large batch, before it begins; for tests of what happens meanwhile.
+    std::function<void()> aoConfirmar;
     Dialogos *dialogos = nullptr;
     Apresentador *apresentador = nullptr;
 };

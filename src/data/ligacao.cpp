@@ -356,7 +356,9 @@ void Transaccao::confirmar(const std::function<void()> &passar) {
         return confirmar();
     motor->exigirNoLugar();
     int codigo = SQLITE_OK;
-    const auto gravar = [&] {
+    const auto gravar = [&, antes = estado().ambiente.aoConfirmar] {
+        if (antes)
+            antes();
         // Most of it before the commit itself, during which other programs cannot write.
         sqlite3_db_cacheflush(motor->bd.getHandle());
         const int diario =
