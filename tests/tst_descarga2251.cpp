@@ -210,7 +210,7 @@ private Q_SLOTS:
         QCOMPARE(quantas(u"Temperaturas"_s, mau), antes);
         QCOMPARE(c.resultado().Estado, -1);
         QCOMPARE(c.lista.linha(1).DSTAT, 9);
-        QCOMPARE(c.resultado().Mensagem, u"Dados guardados, mas não todos"_s);
+        QCOMPARE(c.resultado().Mensagem, u"60 linhas não lidas; o resto foi guardado"_s);
         QCOMPARE(c.resultado().Resumo.first(), u"240 linhas lidas, 60 não lidas"_s);
         QCOMPARE(c.resultado().Resumo.last(), u"memória não apagada: restam 300 registos"_s);
         QVERIFY2(c.resultado().info().contains(u"\nLinha 3: Linha incompleta: \""), qPrintable(c.resultado().info()));
@@ -222,7 +222,7 @@ private Q_SLOTS:
         Cena c({unidade({Defeito::ApagarSobra})});
         QVERIFY(c.correr());
         QCOMPARE(c.registo().quantos(), 150);
-        QCOMPARE(c.resultado().Resumo.last(), u"memória apagada: 300 registos, restam 150"_s);
+        QCOMPARE(c.resultado().Resumo.last(), u"apagamento de 300 registos confirmado, restam 150"_s);
     }
 
     void oQueSaiFicaAoLadoDoLog() {

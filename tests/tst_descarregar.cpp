@@ -130,7 +130,7 @@ private Q_SLOTS:
         QCOMPARE(j.celula(1, Coluna::DSTAT),
                  u"Dados tranferidos com sucesso: 200 linhas lidas, 0 não lidas; guardadas: 736 temperaturas, 368 "
                  "humidades, 736 médias, 392 entradas, 16 saídas, 368 Sens-UI; 0 leituras substituídas, 0 notas "
-                 "mantidas; memória apagada: 200 registos, restam 0"_s);
+                 "mantidas; apagamento de 200 registos confirmado, restam 0"_s);
         QVERIFY(menus);
         QVERIFY(log2251::tabela(u"Temperaturas"_s).size() > 100);
         QCOMPARE(u->registo().quantos(), 0);

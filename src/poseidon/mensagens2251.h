@@ -55,7 +55,7 @@ enum EstadoDaLinha { parada = 0, aEspera = 1, emCurso = 2, comFalha = 3, comSuce
 constexpr Mensagem inicio{u"Desc1", u"Erro ao iniciar a transferência"};
 constexpr Mensagem recepcao{u"Desc2", u"Erro na recepção de dados"};
 constexpr Mensagem sucesso{u"Desc3", u"Dados tranferidos com sucesso"};
-constexpr Mensagem comReservas{u"DescReservas", u"Dados guardados, mas não todos"};
+constexpr Mensagem naoLidas{u"DescNaoLidas", u"%1 linhas não lidas; o resto foi guardado"};
 constexpr Mensagem baseDeDados{u"Desc4", u"Erro de Base de Dados"};
 constexpr Mensagem conversao{u"Desc5", u"Dados convertidos incorrectamente"};
 constexpr Mensagem principal{u"Desc10", u"Erro na função principal de transferência"};

@@ -272,7 +272,7 @@ void Descarga2251::guardarLinhas(int nLeituras, const Vigia &vigia) {
                                                   : mensagens2251::baseDeDados.texto(),
                       tratamento.falhouFicheiro() ? QString() : tratamento.motivo());
     }
-    concluir(tratamento.linhasReunidas() > 0, balanco.naoLidas == 0, vigia);
+    concluir(balanco.naoLidas, tratamento.linhasReunidas() > 0, vigia);
 }
 
 // The lines as they came; a log that lies among the kept ones is not kept once more.
@@ -284,13 +284,15 @@ QString Descarga2251::guardarBruto(const PosLog &log, const std::function<void()
 }
 
 // Everything that was read is stored. Only a log without reservations is a success and lets the memory go.
-void Descarga2251::concluir(bool deuLeituras, bool tudoLido, const Vigia &vigia) {
+void Descarga2251::concluir(qint64 naoLidas, bool deuLeituras, const Vigia &vigia) {
     DescargaLog &d = actual();
     const bool apagar = d.ApagarLog && m_ficheiro.isEmpty() && d.Reservas.isEmpty() && deuLeituras;
     if (!apagar && m_ficheiro.isEmpty())
         d.Resumo += resumo2251::memoriaIntacta(m_PosLog->numeroDeRegistos());
     if (!d.Reservas.isEmpty())
-        return falhar((tudoLido ? configuracaoPorImportar : mensagens2251::comReservas).texto(), d.Pormenor);
+        return falhar(naoLidas > 0 ? mensagens2251::naoLidas.texto().arg(estado().ambiente.locale.toString(naoLidas))
+                                   : configuracaoPorImportar.texto(),
+                      d.Pormenor);
     d.Estado = 1;
     d.Mensagem = mensagens2251::sucesso.texto();
     // What gave nothing may be worth reading another day.

@@ -63,7 +63,7 @@ private:
     void SaveDataToDatabase(bool ok, int nLeituras, const QString &erro, const Vigia &vigia);
     void guardarLinhas(int nLeituras, const Vigia &vigia);
     QString guardarBruto(const PosLog &log, const std::function<void()> &passar) const;
-    void concluir(bool deuLeituras, bool tudoLido, const Vigia &vigia);
+    void concluir(qint64 naoLidas, bool deuLeituras, const Vigia &vigia);
     void ApagarLog(const Vigia &vigia);
     void AlterarEstadoDescargaLOG(int linha, int estado);
     void falhar(const QString &mensagem, const QString &pormenor = {}, int estado = mensagens2251::comFalha);

@@ -19,7 +19,7 @@ static_assert(std::size(especies) == modTratamentoDados2251::TotalDeEspecies);
 constexpr Mensagem substituidas{u"NSubstituidas", u"%1 leituras substituídas"};
 constexpr Mensagem notas{u"NNotas", u"%1 notas mantidas"};
 constexpr Mensagem ficaram{u"NFicaram", u"%1 leituras anotadas ficaram sem leitura do log"};
-constexpr Mensagem apagada{u"MemoriaApagada", u"memória apagada: %1 registos, restam %2"};
+constexpr Mensagem apagada{u"MemoriaApagada", u"apagamento de %1 registos confirmado, restam %2"};
 constexpr Mensagem intacta{u"MemoriaIntacta", u"memória não apagada: restam %1 registos"};
 constexpr Mensagem linha{u"LinhaComCausa", u"Linha %1: %2"};
 constexpr Mensagem eMais{u"EMaisLinhas", u"e mais %1 linhas"};
