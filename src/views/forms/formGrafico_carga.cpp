@@ -170,7 +170,7 @@ void FormGrafico::mostrarMedia(double media) {
     if (media != 0)
         legenda =
             modTraducoes::texto(modTraducoes::seccaoDe(m_membro.formMedia.toString()), u"Media"_s, u"Média = "_s) +
-            modDoubleTratamento::NumeroParaTexto(modDoubleTratamento::Arredondar(media, 2)) + m_membro.unidade;
+            modDoubleTratamento::NumeroParaTexto(modDoubleTratamento::Arredondar(media, m_membro.decimais)) + m_membro.unidade;
     lblMedia()->setText(legenda);
 }
 
