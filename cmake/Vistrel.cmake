@@ -3,7 +3,6 @@
 add_compile_options(-Wall -Wextra -Wpedantic -Werror)
 add_compile_definitions(QT_NO_CAST_FROM_BYTEARRAY QT_NO_FOREACH QT_NO_KEYWORDS QT_USE_QSTRINGBUILDER
                         QT_DISABLE_DEPRECATED_BEFORE=0x060400)
-include_directories(${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/src)
 
 if(VISTREL_SANITIZE)
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
@@ -38,11 +37,28 @@ function(_vistrel_pch target kind)
   endif()
 endfunction()
 
+# The headers of one folder under their own path, offered to whoever links the library: a folder of links, since all of
+# src as an include directory would let everybody see everything.
+function(_vistrel_headers name)
+  file(RELATIVE_PATH folder ${PROJECT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR})
+  string(REGEX REPLACE "^src/" "" folder ${folder})
+  set(room ${PROJECT_BINARY_DIR}/cabecalhos/${name})
+  file(GLOB headers CONFIGURE_DEPENDS *.h)
+  file(REMOVE_RECURSE ${room})
+  file(MAKE_DIRECTORY ${room}/${folder})
+  foreach(header ${headers})
+    get_filename_component(file ${header} NAME)
+    file(CREATE_LINK ${header} ${room}/${folder}/${file} SYMBOLIC)
+  endforeach()
+  target_include_directories(vistrel_${name} PUBLIC ${room})
+endfunction()
+
 # vistrel_library(name [WIDGETS] LINK libs...): all sources of the calling folder (not of its subfolders).
 function(vistrel_library name)
   cmake_parse_arguments(A "WIDGETS" "" "LINK;SOURCES" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS *.cpp *.h *.qrc)
   add_library(vistrel_${name} STATIC ${sources} ${A_SOURCES})
+  _vistrel_headers(${name})
   target_link_libraries(vistrel_${name} PUBLIC ${A_LINK})
   set_target_properties(vistrel_${name} PROPERTIES AUTORCC ON)
   if(A_WIDGETS)
@@ -57,6 +73,7 @@ endfunction()
 function(vistrel_program name)
   cmake_parse_arguments(A "WIDGETS" "" "LINK;SOURCES" ${ARGN})
   add_executable(${name} ${A_SOURCES})
+  target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}) # tests/..., benchmarks/...
   target_link_libraries(${name} PRIVATE ${A_LINK})
   if(A_WIDGETS)
     target_link_libraries(${name} PRIVATE vistrel_qt_widgets)

@@ -245,7 +245,9 @@ private Q_SLOTS:
         for (const QString &seccao : portugues.seccoes())
             for (const QString &chave : portugues.chaves(seccao)) {
                 const QString nome = QString(chave).remove(propriedade);
-                if (!m_fontes.contains(u'"' + chave + u'"') && !m_fontes.contains(u'"' + nome + u'"'))
+                // Keys of the quantities' entries and views are put together.
+                if (!m_usados.contains({seccao, chave}) && !m_fontes.contains(u'"' + chave + u'"') &&
+                    !m_fontes.contains(u'"' + nome + u'"'))
                     aMais.append(seccao + u'/' + chave);
             }
         for (const QString &codigo : codigos) {

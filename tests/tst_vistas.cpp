@@ -72,14 +72,10 @@ private Q_SLOTS:
 
     void regraDoTipo() {
         QFETCH(QString, tipo);
-        const std::pair<QChar, const RegraTipo *> todas[] = {{u'T', &regras::temperatura},
-                                                             {u'H', &regras::humidade},
-                                                             {u'P', &regras::pressao},
-                                                             {u'D', &regras::pontoDeOrvalho}};
         QString obtidos;
-        for (const auto &[letra, regra] : todas)
-            if (regra->aceita(tipo))
-                obtidos += letra;
+        for (const Grandeza &g : grandezas::tabela)
+            if (g.regra.aceita(tipo))
+                obtidos += g.sufixo[0];
         QTEST(obtidos, "aceites");
     }
 
@@ -238,7 +234,7 @@ private Q_SLOTS:
                        {u"h"_s, u"H"_s, u"P 1250%"_s, u"SIM"_s, 7, u"POSEIDON"_s, u"210.0.0.1"_s}});
         QFETCH(QString, tag);
         QObject dono;
-        QTEST(idsDe(sensores::listar(regras::temperatura, tag, Vigia(&dono))), "ids");
+        QTEST(idsDe(sensores::listar(grandezas::tabela[0].regra, tag, Vigia(&dono))), "ids");
     }
 
     void sensoresDesactivados() {
@@ -246,7 +242,7 @@ private Q_SLOTS:
         inst.sensores({{u"a"_s, u"A"_s}, {u"b"_s, u"B"_s, u"C"_s, u"NAO"_s}, {u"c"_s, u"C"_s, u"C"_s, u""_s}});
         inst.executar(u"INSERT INTO Sensores (SensorID, Tipo) VALUES ('d', 'C')"_s);
         QObject dono;
-        const QList<Sensor> lista = sensores::listar(regras::temperatura, u"0"_s, Vigia(&dono));
+        const QList<Sensor> lista = sensores::listar(grandezas::tabela[0].regra, u"0"_s, Vigia(&dono));
         QCOMPARE(lista.size(), 4);
         for (int i = 0; i < 4; ++i)
             QCOMPARE(lista[i].desactivado, i > 0);

@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr RegraTipo tipos{.unicos = {u"P 1250V", u"P 1250A"}};
+constexpr const RegraTipo &tipos = regras::sensUI;
 
 constexpr TabelaLeituras leituras{u"SensUI_Leituras", u"Leitura"};
 constexpr TabelaLeituras leiturasPull{u"SensUI_LeiturasPull", u"Leitura"};

@@ -4,6 +4,7 @@
 #include "core/rotina.h"
 #include "data/ligacao.h"
 #include "data/recordset.h"
+#include "views/nomesDasVistas.h"
 
 #include <QStringList>
 
@@ -11,17 +12,8 @@
 
 namespace {
 
-struct PorLetra {
-    QStringView letras; // last character of a sensor's type
-    std::array<QStringView, 4> estados;
-};
-constexpr PorLetra porLetra[] = {
-    {u"CT05E", {u"Temperaturas", u"Temperatura", u"Graficos", u"Listagens"}},
-    {u"%", {u"Humidade", u"Humidades", u"Graficos", u"Listagens"}},
-    {u"D", {u"DPC", u"DPCL", u"Graficos", u"Listagens"}},
-    {u"K", {u"Pressao", u"PressaoL", u"Graficos", u"Listagens"}},
-    {u"VA", {u"SensUi", u"ListagensSensUI", u"Graficos", u"Listagens"}},
-};
+// Scaled inputs, by the last character of their type; the quantities have theirs in their rows.
+constexpr QStringView letrasSensUI = u"VA";
 
 struct PorTabela {
     QStringView tabela;
@@ -56,9 +48,15 @@ void BuscarEstadoMenu(QSet<QString> &estados) {
         Recordset tipos = cnBD().consultar(u"SELECT DISTINCT Tipo FROM Sensores WHERE Tipo IS NOT NULL"_s);
         while (tipos.avancar()) {
             const QString letra = tipos.texto(0).right(1);
-            for (const PorLetra &linha : porLetra)
-                if (!letra.isEmpty() && linha.letras.contains(letra))
-                    levantar(estados, linha.estados);
+            if (letra.isEmpty())
+                continue;
+            for (const Grandeza &g : grandezas::tabela)
+                if (g.regra.letras.contains(letra))
+                    levantar(estados, std::array<QStringView, 4>{nomesDasVistas::ramoDosGraficos(g),
+                                                                 nomesDasVistas::ramoDasListagens(g), u"Graficos",
+                                                                 u"Listagens"});
+            if (letrasSensUI.contains(letra))
+                levantar(estados, std::array<QStringView, 4>{u"SensUi", u"ListagensSensUI", u"Graficos", u"Listagens"});
         }
         for (const PorTabela &linha : porTabela)
             if (cnBD().consultar(u"SELECT 1 FROM "_s + linha.tabela + u" LIMIT 1").avancar())

@@ -1,65 +1,117 @@
 #include "shell/menu.h"
 
+#include "views/nomesDasVistas.h"
+
+#include <algorithm>
+
 namespace {
 
-// In order of building. Pressure and dew point reuse language keys of the humidity entries: the language files are
-// written that way.
-constexpr EntradaMenu tabela[] = {
+// The branches of the measured quantities ---------------------------------------------------------------------
+
+using grandezas::origens;
+
+struct TextosDeEntrada {
+    TextoComposto pai, chave, chaveLingua, omissao, form;
+    bool comEstado = false;
+    QStringView icone{};
+};
+
+// Entries in the order of building: what has a table for each origin comes once for each that there is.
+class Ramos {
+public:
+    static constexpr size_t maximo = 16 * std::size(grandezas::tabela);
+
+    constexpr void juntar(const TextosDeEntrada &entrada) { m_entradas.at(m_quantas++) = entrada; }
+    constexpr size_t quantas() const { return m_quantas; }
+    constexpr const TextosDeEntrada &operator[](size_t i) const { return m_entradas[i]; }
+
+private:
+    std::array<TextosDeEntrada, maximo> m_entradas{};
+    size_t m_quantas = 0;
+};
+
+constexpr TextoComposto ou(QStringView excepcao, const TextoComposto &regra) {
+    return nomesDasVistas::ou(excepcao, regra);
+}
+
+constexpr QStringView nomeDaOrigem(Origem o, QStringView leituras, QStringView medias) {
+    return o == Origem::Leituras ? leituras : o == Origem::Medias ? medias : QStringView(u"Pull");
+}
+
+constexpr void juntarGraficos(Ramos &ramos, const Grandeza &g) {
+    const auto &m = g.menuGraficos;
+    const TextoComposto ramo = nomesDasVistas::ramoDosGraficos(g);
+    const QStringView prefixo = m.prefixo.isEmpty() ? g.sufixo : m.prefixo;
+    ramos.juntar({{u"Graficos"},
+                  ramo,
+                  ou(m.ramo.chaveLingua, {u"mnuGraficos", g.sufixo}),
+                  ou(m.ramo.omissao, {g.nome}),
+                  {},
+                  true,
+                  g.icone});
+    for (const Origem o : origens)
+        if (const QStringView nome = nomeDaOrigem(o, u"Leituras", u"Medias"); g.tem(o))
+            ramos.juntar({ramo,
+                          {prefixo, nome},
+                          {m.prefixoLingua, nome},
+                          {nomeDaOrigem(o, u"Leituras totais", u"Médias")},
+                          nomesDasVistas::formGrafico(g, o)});
+    const TextoComposto histograma{prefixo, u"Histograma"};
+    ramos.juntar({ramo, histograma, {m.prefixoLingua, u"Histograma"}, {u"Histogramas"}, {}, false, u"histograma"});
+    for (const Origem o : origens)
+        if (const QStringView nome = nomeDaOrigem(o, u"Leituras", u"Media"); g.tem(o)) {
+            const NomesDeEntrada excepcao = o == Origem::Leituras ? m.histogramaLeituras : NomesDeEntrada();
+            ramos.juntar({histograma,
+                          ou(excepcao.chave, {histograma, nome}),
+                          ou(excepcao.chaveLingua, {m.prefixoLingua, u"Histograma", nome}),
+                          {nomeDaOrigem(o, u"Leituras", u"Média")},
+                          nomesDasVistas::formHistograma(g, o)});
+        }
+}
+
+constexpr void juntarListagens(Ramos &ramos, const Grandeza &g) {
+    const auto &m = g.menuListagens;
+    const TextoComposto ramo = nomesDasVistas::ramoDasListagens(g);
+    ramos.juntar({{u"Listagens"},
+                  ramo,
+                  ou(m.ramo.chaveLingua, {u"mnuListagens", g.sufixo}),
+                  ou(m.ramo.omissao, {g.nome}),
+                  {},
+                  true,
+                  g.icone});
+    for (const Origem o : origens)
+        if (const NomesDeEntrada &excepcao = m.listagens[o]; g.tem(o))
+            ramos.juntar({ramo,
+                          ou(excepcao.chave, {g.sufixo, u"Listagem", nomeDaOrigem(o, {}, u"Medias")}),
+                          ou(excepcao.chaveLingua, {u"mnuListagensHumidade", nomeDaOrigem(o, u"Humidades", u"Medias")}),
+                          {nomeDaOrigem(o, u"Leituras totais", u"Médias")},
+                          nomesDasVistas::formListagem(g, o)});
+    ramos.juntar({ramo, ou(m.alarmes.chave, {g.sufixo, u"ListagemAlarmes"}),
+                  ou(m.alarmes.chaveLingua, {u"mnuListagens", g.sufixo, u"Alarmes"}),
+                  ou(m.alarmes.omissao, {u"Alarmes ", g.nomeSingular}), nomesDasVistas::formAlarmes(g)});
+}
+
+template <auto Juntar>
+constexpr Ramos deTodas() {
+    Ramos ramos;
+    for (const Grandeza &g : grandezas::tabela)
+        Juntar(ramos, g);
+    return ramos;
+}
+constexpr Ramos ramosDosGraficos = deTodas<juntarGraficos>();
+constexpr Ramos ramosDasListagens = deTodas<juntarListagens>();
+
+// The whole tree, in order of building ------------------------------------------------------------------------
+
+constexpr EntradaMenu atePrimeiraGrandeza[] = {
     {u"", u"P2251", u"P2251", u"Descarregar", false, u"", u"descarregar", AccaoMenu::Form},
     {u"P2251", u"DLoggerDownload", u"mnuDataLoggerDWN", u"Registador", false, u"frmDS1921", u"registador",
      AccaoMenu::Logger},
     {u"P2251", u"Descarregar2251", u"P2251D", u"Descarregar 2251", false, u"frmDescarregar2251", u"descarregar",
      AccaoMenu::Form},
     {u"", u"Graficos", u"mnuGraficos", u"Gráficos", true, u"", u"graficos", AccaoMenu::Form},
-    {u"Graficos", u"Temperaturas", u"mnuGraficosTemperaturas", u"Temperaturas", true, u"", u"temperatura",
-     AccaoMenu::Form},
-    {u"Temperaturas", u"TmpLeituras", u"mnuGraficosTemperaturasLeituras", u"Leituras totais", false,
-     u"frmGraficoPrincipalTemp", u"", AccaoMenu::Form},
-    {u"Temperaturas", u"TmpMedias", u"mnuGraficosTemperaturasMedias", u"Médias", false, u"frmGraficoPrincipal", u"",
-     AccaoMenu::Form},
-    {u"Temperaturas", u"TmpPull", u"mnuGraficosTemperaturasPull", u"Pull", false, u"frmGraficoPrincipalTempPull", u"",
-     AccaoMenu::Form},
-    {u"Temperaturas", u"TmpHistograma", u"mnuGraficosTemperaturasHistograma", u"Histogramas", false, u"", u"histograma",
-     AccaoMenu::Form},
-    {u"TmpHistograma", u"TmpHistogramaTemp", u"mnuGraficosTemperaturasHistogramaTemp", u"Leituras", false,
-     u"frmGraficoPrincipalHistogramaTemp", u"", AccaoMenu::Form},
-    {u"TmpHistograma", u"TmpHistogramaMedia", u"mnuGraficosTemperaturasHistogramaMedia", u"Média", false,
-     u"frmGraficoPrincipalHistograma", u"", AccaoMenu::Form},
-    {u"TmpHistograma", u"TmpHistogramaPull", u"mnuGraficosTemperaturasHistogramaPull", u"Pull", false,
-     u"frmGraficoPrincipalHistogramaPull", u"", AccaoMenu::Form},
-    {u"Graficos", u"Humidade", u"mnuGraficosHumidade", u"Humidade", true, u"", u"humidade", AccaoMenu::Form},
-    {u"Humidade", u"HumLeituras", u"mnuGraficosHumidadeLeituras", u"Leituras totais", false,
-     u"frmGraficoPrincipalHumidade", u"", AccaoMenu::Form},
-    {u"Humidade", u"HumPull", u"mnuGraficosHumidadePull", u"Pull", false, u"frmGraficoPrincipalHumidadePull", u"",
-     AccaoMenu::Form},
-    {u"Humidade", u"HumHistograma", u"mnuGraficosHumidadeHistograma", u"Histogramas", false, u"", u"histograma",
-     AccaoMenu::Form},
-    {u"HumHistograma", u"HumHistogramaLeituras", u"mnuGraficosHumidadeHistogramaLeituras", u"Leituras", false,
-     u"frmGraficoHumidadeHistograma", u"", AccaoMenu::Form},
-    {u"HumHistograma", u"HumHistogramaPull", u"mnuGraficosHumidadeHistogramaPull", u"Pull", false,
-     u"frmGraficoHumidadeHistogramaPull", u"", AccaoMenu::Form},
-    {u"Graficos", u"Pressao", u"mnuGraficosKpa", u"Pressão", true, u"", u"pressao", AccaoMenu::Form},
-    {u"Pressao", u"PressaoLeituras", u"mnuGraficosHumidadeLeituras", u"Leituras totais", false,
-     u"frmGraficoPrincipalPressao", u"", AccaoMenu::Form},
-    {u"Pressao", u"PressaoPull", u"mnuGraficosHumidadePull", u"Pull", false, u"frmGraficoPrincipalPressaoPull", u"",
-     AccaoMenu::Form},
-    {u"Pressao", u"PressaoHistograma", u"mnuGraficosHumidadeHistograma", u"Histogramas", false, u"", u"histograma",
-     AccaoMenu::Form},
-    {u"PressaoHistograma", u"PressaoHistogramaLeituras", u"mnuGraficosHumidadeHistogramaLeituras", u"Leituras", false,
-     u"frmGraficoPressaoHistograma", u"", AccaoMenu::Form},
-    {u"PressaoHistograma", u"PressaoHistogramaPull", u"mnuGraficosHumidadeHistogramaPull", u"Pull", false,
-     u"frmGraficoPressaoHistogramaPull", u"", AccaoMenu::Form},
-    {u"Graficos", u"DPC", u"mnuGraficosDPC", u"Ponto Orvalho", true, u"", u"orvalho", AccaoMenu::Form},
-    {u"DPC", u"DPCLeituras", u"mnuGraficosHumidadeLeituras", u"Leituras totais", false, u"frmGraficoPrincipalDPC", u"",
-     AccaoMenu::Form},
-    {u"DPC", u"DPCPull", u"mnuGraficosHumidadePull", u"Pull", false, u"frmGraficoPrincipalDPCPull", u"",
-     AccaoMenu::Form},
-    {u"DPC", u"DPCHistograma", u"mnuGraficosHumidadeHistograma", u"Histogramas", false, u"", u"histograma",
-     AccaoMenu::Form},
-    {u"DPCHistograma", u"DPCHistogramaLeituras", u"mnuGraficosHumidadeHistogramaLeituras", u"Leituras", false,
-     u"frmGraficoDPCHistograma", u"", AccaoMenu::Form},
-    {u"DPCHistograma", u"DPCHistogramaPull", u"mnuGraficosHumidadeHistogramaPull", u"Pull", false,
-     u"frmGraficoDPCHistogramaPull", u"", AccaoMenu::Form},
+};
+constexpr EntradaMenu ateAsListagens[] = {
     {u"Graficos", u"SensUi", u"mnuGraficosSensUi", u"Sens-Ui", true, u"", u"sensui", AccaoMenu::Form},
     {u"SensUi", u"SensUiLeituras", u"mnuGraficosSensUiLeituras", u"Leituras totais", false, u"frmGraficoSensUI", u"",
      AccaoMenu::Form},
@@ -90,37 +142,8 @@ constexpr EntradaMenu tabela[] = {
     {u"mnuCondicoes", u"mnuCondicoesSensores", u"mnuCondicoesSensores", u"Sensores", true,
      u"frmGraficoREGISTO_C_Sensores", u"", AccaoMenu::Form},
     {u"", u"Listagens", u"mnuListagens", u"Listagens", true, u"", u"listagens", AccaoMenu::Form},
-    {u"Listagens", u"Temperatura", u"mnuListagensTemperatura", u"Temperaturas", true, u"", u"temperatura",
-     AccaoMenu::Form},
-    {u"Temperatura", u"ListagensTemperaturas", u"mnuListagensTemperaturaLeituras", u"Leituras totais", false,
-     u"frmListagemObservacoesTemp", u"", AccaoMenu::Form},
-    {u"Temperatura", u"Medias", u"mnuListagensTemperaturaMedias", u"Médias", false, u"frmListagemObservacoesMedias",
-     u"", AccaoMenu::Form},
-    {u"Temperatura", u"ListagemTempPull", u"mnuListagensTemperaturaPull", u"Pull", false,
-     u"frmListagemObservacoesTempPull", u"", AccaoMenu::Form},
-    {u"Temperatura", u"AlarmesMedias", u"mnuListagensTemperaturaAlarmesMedias", u"Alarmes médias", false,
-     u"frmListagemAlarmesMediasTemp", u"", AccaoMenu::Form},
-    {u"Listagens", u"Humidades", u"mnuListagensHumidade", u"Humidade", true, u"", u"humidade", AccaoMenu::Form},
-    {u"Humidades", u"HumHumidades", u"mnuListagensHumidadeHumidades", u"Leituras totais", false,
-     u"frmListagemObservacoesHumidade", u"", AccaoMenu::Form},
-    {u"Humidades", u"ListagemHumPull", u"mnuListagensHumidadePull", u"Pull", false,
-     u"frmListagemObservacoesHumidadePull", u"", AccaoMenu::Form},
-    {u"Humidades", u"HumAlarmesHumidade", u"mnuListagensHumidadeAlarmesHumidade", u"Alarmes Humidade", false,
-     u"frmListagemAlarmesHum", u"", AccaoMenu::Form},
-    {u"Listagens", u"PressaoL", u"mnuListagensKPA", u"Pressão", true, u"", u"pressao", AccaoMenu::Form},
-    {u"PressaoL", u"PressaoListagem", u"mnuListagensHumidadeHumidades", u"Leituras totais", false,
-     u"frmListagemObservacoesPressao", u"", AccaoMenu::Form},
-    {u"PressaoL", u"PressaoListagemPull", u"mnuListagensHumidadePull", u"Pull", false,
-     u"frmListagemObservacoesPressaoPull", u"", AccaoMenu::Form},
-    {u"PressaoL", u"PressaoListagemAlarmes", u"mnuListagensHumidadeAlarmesHude", u"Alarmes Pressão", false,
-     u"frmListagemAlarmesPressao", u"", AccaoMenu::Form},
-    {u"Listagens", u"DPCL", u"mnuListagensDPC", u"Ponto orvalho", true, u"", u"orvalho", AccaoMenu::Form},
-    {u"DPCL", u"DPCListagem", u"mnuListagensHumidadeHumidades", u"Leituras totais", false, u"frmListagemObservacoesDPC",
-     u"", AccaoMenu::Form},
-    {u"DPCL", u"DPCListagemPull", u"mnuListagensHumidadePull", u"Pull", false, u"frmListagemObservacoesDPCPull", u"",
-     AccaoMenu::Form},
-    {u"DPCL", u"DPCListagemAlarmes", u"mnuListagensHumidadeArme", u"Alarmes Ponto orvalho", false,
-     u"frmListagemAlarmesDPC", u"", AccaoMenu::Form},
+};
+constexpr EntradaMenu ateAoFim[] = {
     {u"Listagens", u"ListagensSensUI", u"mnuListagensSensUi", u"Sens-Ui", true, u"", u"sensui", AccaoMenu::Form},
     {u"ListagensSensUI", u"ListagensSensUILeituras", u"mnuListagensSensUiLeituras", u"Leituras totais", false,
      u"frmListagemObservacoesSensUI", u"", AccaoMenu::Form},
@@ -146,6 +169,24 @@ constexpr EntradaMenu tabela[] = {
      AccaoMenu::Configuracoes},
     {u"Geral", u"Ajuda", u"mnuGeralAjuda", u"Procurar adaptador", false, u"frmAjuda", u"procurar", AccaoMenu::Form},
 };
+
+constexpr auto tabela = [] {
+    constexpr size_t quantas = std::size(atePrimeiraGrandeza) + ramosDosGraficos.quantas() + std::size(ateAsListagens) +
+                               ramosDasListagens.quantas() + std::size(ateAoFim);
+    std::array<EntradaMenu, quantas> todas{};
+    auto onde = todas.begin();
+    const auto ramos = [&onde](const Ramos &r) {
+        for (size_t i = 0; i < r.quantas(); ++i)
+            *onde++ = {r[i].pai,       r[i].chave, r[i].chaveLingua, r[i].omissao,
+                       r[i].comEstado, r[i].form,  r[i].icone,       AccaoMenu::Form};
+    };
+    onde = std::ranges::copy(atePrimeiraGrandeza, onde).out;
+    ramos(ramosDosGraficos);
+    onde = std::ranges::copy(ateAsListagens, onde).out;
+    ramos(ramosDasListagens);
+    std::ranges::copy(ateAoFim, onde);
+    return todas;
+}();
 
 } // namespace
 

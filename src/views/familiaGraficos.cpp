@@ -1,116 +1,80 @@
 #include "views/familiaGraficos.h"
 
+#include "views/nomesDasVistas.h"
+
 namespace {
 
-using namespace familiaPontos;
+using namespace nomesDasVistas;
+using grandezas::quantasVistas;
+using grandezas::vistas;
 
-constexpr MembroGrafico tabela[] = {
-    {.form = u"frmGraficoPrincipal",
-     .tabela = {u"Medias", u"Temperatura"},
-     .regra = &regras::temperatura,
-     .unidade = u" °C",
-     .tituloEixo = u"Temperaturas °C",
-     .titulo = u"Gráfico de Médias de Temperaturas",
-     .tituloImpressao = u"Gráfico de Médias de Temperaturas",
-     .baseCSV = u"AvgTemp",
-     .baseJPG = u"GraphAvgTemp",
-     .pontos = &medias,
-     .casas = 2},
-    {.form = u"frmGraficoPrincipalTemp",
-     .tabela = {u"Temperaturas", u"Temperatura"},
-     .regra = &regras::temperatura,
-     .unidade = u" °C",
-     .tituloEixo = u"Temperaturas °C",
-     .titulo = u"Gráfico de Temperaturas",
-     .tituloImpressao = u"Gráfico de Temperaturas",
-     .baseCSV = u"GraphTemp",
-     .baseJPG = u"GraphTemp",
-     .pontos = &temperaturas},
-    {.form = u"frmGraficoPrincipalHumidade",
-     .tabela = {u"Humidade", u"Percentagem"},
-     .regra = &regras::humidade,
-     .unidade = u" %",
-     .tituloEixo = u"R/H %",
-     .titulo = u"Gráfico Humidade",
-     .tituloImpressao = u"Gráfico de Humidade",
-     .baseCSV = u"GraphHum",
-     .baseJPG = u"GraphHum",
-     .pontos = &humidade,
-     .eixo = EixoEsquerdo::Percentagem},
-    // Pressure and dew point are exported under the name of temperatures.
-    {.form = u"frmGraficoPrincipalPressao",
-     .tabela = {u"Pressao", u"Leitura"},
-     .regra = &regras::pressao,
-     .unidade = u" kPa",
-     .tituloEixo = u"Pressão - kPa",
-     .titulo = u"Gráfico de Pressão",
-     .tituloImpressao = u"Gráfico de Pressão",
-     .baseCSV = u"GraphTemp",
-     .baseJPG = u"GraphTemp",
-     .pontos = &pressao,
-     .formMedia = u"frmGraficoPrincipalPressao"},
-    {.form = u"frmGraficoPrincipalDPC",
-     .tabela = {u"Pontoorvalho", u"Leitura"},
-     .regra = &regras::pontoDeOrvalho,
-     .unidade = u" DP C",
-     .tituloEixo = u"Ponto de Orvalho - DP C",
-     .titulo = u"Gráfico de Ponto de Orvalho",
-     .tituloImpressao = u"Gráfico de Ponto de Orvalho",
-     .baseCSV = u"GraphTemp",
-     .baseJPG = u"GraphTemp",
-     .pontos = &pontoDeOrvalho},
-    {.form = u"frmGraficoPrincipalTempPull",
-     .tabela = {u"TemperaturasPull", u"Temperatura"},
-     .regra = &regras::temperatura,
-     .unidade = u" °C",
-     .tituloEixo = u"Temperaturas °C",
-     .titulo = u"Gráfico de Temperaturas Pull",
-     .tituloImpressao = u"Gráfico de Temperaturas",
-     .baseCSV = u"GraphTempPull",
-     .baseJPG = u"GraphTempPull",
-     .pontos = &temperaturasPull},
-    {.form = u"frmGraficoPrincipalHumidadePull",
-     .tabela = {u"HumidadePull", u"Percentagem"},
-     .regra = &regras::humidade,
-     .unidade = u" %",
-     .tituloEixo = u"R/H %",
-     .titulo = u"Gráfico Humidade Pull",
-     .tituloImpressao = u"Gráfico de Humidade",
-     .baseCSV = u"GraphHumPull",
-     .baseJPG = u"GraphHumPull",
-     .pontos = &humidadePull,
-     .eixo = EixoEsquerdo::Percentagem,
-     .chaveTitulo = u"frmGraficoPrincipalHumidayruredePull.Caption"}, // so written in the language files
-    {.form = u"frmGraficoPrincipalPressaoPull",
-     .tabela = {u"PressaoPull", u"Leitura"},
-     .regra = &regras::pressao,
-     .unidade = u" kPa",
-     .tituloEixo = u"Pressão - kPa",
-     .titulo = u"Gráfico de Pressão-Ler",
-     .tituloImpressao = u"Gráfico de Pressão-Ler",
-     .baseCSV = u"GraphTemp",
-     .baseJPG = u"GraphTemp",
-     .pontos = &pressaoPull},
-    {.form = u"frmGraficoPrincipalDPCPull",
-     .tabela = {u"PontoorvalhoPull", u"Leitura"},
-     .regra = &regras::pontoDeOrvalho,
-     .unidade = u" DP C",
-     .tituloEixo = u"Ponto de Orvalho - DP C",
-     .titulo = u"Gráfico de Ponto de Orvalho - Ler",
-     .tituloImpressao = u"Gráfico de Ponto de Orvalho - Ler",
-     .baseCSV = u"GraphTemp",
-     .baseJPG = u"GraphTemp",
-     .pontos = &pontoDeOrvalhoPull},
+struct Textos {
+    TextoComposto form, formPontos, tabela, unidade, tituloEixo, titulo, tituloImpressao, baseCSV, baseJPG;
 };
+
+constexpr auto textos = [] {
+    constexpr QStringView grafico = u"Gráfico de ";
+    std::array<Textos, quantasVistas> todos{};
+    for (size_t i = 0; i < quantasVistas; ++i) {
+        const auto &[g, o] = vistas[i];
+        const NomesDeVista &excepcao = g->graficos[o];
+        todos[i] = {.form = formGrafico(*g, o),
+                    .formPontos = formPontos(*g, o),
+                    .tabela = tabela(*g, o),
+                    .unidade = {u" ", g->unidade},
+                    .tituloEixo = ou(g->tituloEixo, {g->nome, u" - ", g->unidade}),
+                    .titulo = ou(excepcao.titulo, titulo(grafico, *g, o, g->nome)),
+                    .tituloImpressao = ou(excepcao.tituloImpressao, tituloImpresso(grafico, *g, o, g->nome)),
+                    .baseCSV = ou(excepcao.baseCSV, base(u"Graph", *g, o)),
+                    .baseJPG = ou(excepcao.baseJPG, base(u"Graph", *g, o))};
+    }
+    return todos;
+}();
+
+constexpr auto pontos = [] {
+    std::array<MembroPontos, quantasVistas> todos{};
+    for (size_t i = 0; i < quantasVistas; ++i) {
+        const auto &[g, o] = vistas[i];
+        todos[i] = {.form = textos[i].formPontos,
+                    .grafico = textos[i].form,
+                    .tabela = textos[i].tabela,
+                    .valor = {g->etiqueta.nome, g->etiqueta.omissao.isEmpty() ? g->nomeSingular : g->etiqueta.omissao},
+                    .seccaoDe = o == Origem::Pull ? g->textosDosPontosPull : QStringView()};
+    }
+    return todos;
+}();
+
+constexpr auto membros = [] {
+    std::array<MembroGrafico, quantasVistas> todos{};
+    for (size_t i = 0; i < quantasVistas; ++i) {
+        const auto &[g, o] = vistas[i];
+        todos[i] = {.form = textos[i].form,
+                    .tabela = {textos[i].tabela, g->valor},
+                    .regra = &g->regra,
+                    .unidade = textos[i].unidade,
+                    .decimais = g->decimais,
+                    .tituloEixo = textos[i].tituloEixo,
+                    .titulo = textos[i].titulo,
+                    .tituloImpressao = textos[i].tituloImpressao,
+                    .baseCSV = textos[i].baseCSV,
+                    .baseJPG = textos[i].baseJPG,
+                    .pontos = &pontos[i],
+                    .eixo = g->eixo,
+                    .chaveTitulo = g->graficos[o].chaveTitulo,
+                    .formMedia = o == Origem::Leituras ? g->formMedia : QStringView(u"frmGraficoPrincipal"),
+                    .casas = o == Origem::Medias ? g->decimais : -1};
+    }
+    return todos;
+}();
 
 } // namespace
 
 std::span<const MembroGrafico> familiaGraficos() {
-    return tabela;
+    return membros;
 }
 
 const MembroGrafico *membroGrafico(QStringView form) {
-    for (const MembroGrafico &membro : tabela)
+    for (const MembroGrafico &membro : membros)
         if (membro.form == form)
             return &membro;
     return nullptr;

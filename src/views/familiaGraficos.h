@@ -7,9 +7,6 @@
 
 #include <span>
 
-// How the left axis is fitted once there is data.
-enum class EixoEsquerdo { Folga, Percentagem, Estados };
-
 // What becomes of one choice alone: a line with its limits, coloured point by point, or a line like those of several.
 enum class LinhaUnica { ComLimites, ComoVarias };
 
@@ -19,6 +16,7 @@ struct MembroGrafico {
     TabelaLeituras tabela;
     const RegraTipo *regra;
     QStringView unidade; // behind values and the average
+    int decimais = 2;    // of the average
     QStringView tituloEixo;
     QStringView titulo;
     QStringView tituloImpressao;

@@ -1,71 +1,49 @@
 #include "views/familiaHistogramas.h"
 
+#include "views/nomesDasVistas.h"
+
 namespace {
 
-// The humidity members keep the axis title of the temperatures they were made from.
-constexpr QStringView eixoTemperaturas = u"Temperaturas °C";
+using namespace nomesDasVistas;
+using grandezas::quantasVistas;
+using grandezas::vistas;
 
-constexpr MembroHistograma tabela[] = {
-    {u"frmGraficoPrincipalHistograma",
-     {u"Medias", u"Temperatura"},
-     &regras::temperatura,
-     u"Histograma de Médias de Temperaturas",
-     u"Histograma de Médias de Temperaturas",
-     u"GraphHistAvgTemp"},
-    {u"frmGraficoPrincipalHistogramaTemp",
-     {u"Temperaturas", u"Temperatura"},
-     &regras::temperatura,
-     u"Histograma de Temperaturas",
-     u"Histograma de Temperaturas",
-     u"GraphHistTemp"},
-    {u"frmGraficoHumidadeHistograma",
-     {u"Humidade", u"Percentagem"},
-     &regras::humidade,
-     u"Histograma de Humidade",
-     u"Histograma de Humidade",
-     u"GraphHistHum",
-     eixoTemperaturas},
-    {u"frmGraficoPressaoHistograma",
-     {u"Pressao", u"Leitura"},
-     &regras::pressao,
-     u"Histograma de Pressão",
-     u"Histograma de Pressão",
-     u"GraphHistAvgTemp"},
-    {u"frmGraficoDPCHistograma",
-     {u"Pontoorvalho", u"Leitura"},
-     &regras::pontoDeOrvalho,
-     u"Histograma de Ponto de Orvalho",
-     u"Histograma de Ponto de Orvalho",
-     u"GraphHistAvgTemp"},
-    {u"frmGraficoPrincipalHistogramaPull",
-     {u"TemperaturasPull", u"Temperatura"},
-     &regras::temperatura,
-     u"Histograma de Temperaturas Pull",
-     u"Histograma de Temperaturas",
-     u"GraphHistTempPull"},
-    {u"frmGraficoHumidadeHistogramaPull",
-     {u"HumidadePull", u"Percentagem"},
-     &regras::humidade,
-     u"Histograma de Humidade Pull",
-     u"Histograma de Humidade",
-     u"GraphHistHumPull",
-     eixoTemperaturas},
-    {u"frmGraficoPressaoHistogramaPull",
-     {u"PressaoPull", u"Leitura"},
-     &regras::pressao,
-     u"Histograma de Pressão-Ler",
-     u"Histograma de Pressão-Ler",
-     u"GraphHistAvgTemp"},
-    {u"frmGraficoDPCHistogramaPull",
-     {u"PontoorvalhoPull", u"Leitura"},
-     &regras::pontoDeOrvalho,
-     u"Histograma de Ponto de Orvalho - Ler",
-     u"Histograma de Ponto de Orvalho - Ler",
-     u"GraphHistAvgTemp"},
+struct Textos {
+    TextoComposto form, tabela, titulo, tituloImpressao, baseJPG;
 };
+
+constexpr auto textos = [] {
+    constexpr QStringView histograma = u"Histograma de ";
+    std::array<Textos, quantasVistas> todos{};
+    for (size_t i = 0; i < quantasVistas; ++i) {
+        const auto &[g, o] = vistas[i];
+        const NomesDeVista &excepcao = g->histogramas[o];
+        todos[i] = {.form = formHistograma(*g, o),
+                    .tabela = tabela(*g, o),
+                    .titulo = ou(excepcao.titulo, titulo(histograma, *g, o, g->nome)),
+                    .tituloImpressao = ou(excepcao.tituloImpressao, tituloImpresso(histograma, *g, o, g->nome)),
+                    .baseJPG = ou(excepcao.baseJPG, base(u"GraphHist", *g, o))};
+    }
+    return todos;
+}();
+
+constexpr auto membros = [] {
+    std::array<MembroHistograma, quantasVistas> todos{};
+    for (size_t i = 0; i < quantasVistas; ++i) {
+        const auto &[g, o] = vistas[i];
+        todos[i] = {.form = textos[i].form,
+                    .tabela = {textos[i].tabela, g->valor},
+                    .regra = &g->regra,
+                    .titulo = textos[i].titulo,
+                    .tituloImpressao = textos[i].tituloImpressao,
+                    .baseJPG = textos[i].baseJPG,
+                    .tituloEixo = g->eixoDoHistograma};
+    }
+    return todos;
+}();
 
 } // namespace
 
 std::span<const MembroHistograma> familiaHistogramas() {
-    return tabela;
+    return membros;
 }

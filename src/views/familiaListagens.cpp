@@ -6,6 +6,7 @@
 #include "core/modDoubleTratamento.h"
 #include "data/recordset.h"
 #include "views/ilegiveis.h"
+#include "views/nomesDasVistas.h"
 
 #include <array>
 #include <cmath>
@@ -13,61 +14,30 @@
 
 namespace {
 
+using namespace nomesDasVistas;
+using grandezas::quantasVistas;
+using grandezas::vistas;
+
 // Observation listings ---------------------------------------------------------------------------------------
 
-struct CabecalhoValor {
-    QStringView campo;
-    QStringView chave;
-    QStringView omissao;
-    QStringView rotulo; // on paper
-    int casas = -1;
-};
+// The sensor's own column is there, unseen, where notes can be written in the grid.
+using ColunasNotas = std::array<ColunaListagem, 5>;
 
-constexpr CabecalhoValor media{u"Temperatura", u"TempF.Caption", u"Temperatura (°C)", u"Temp °C", 2};
-constexpr CabecalhoValor temperatura{u"Temperatura", u"TempF.Caption", u"Temperatura (°C)", u"Temp °C"};
-constexpr CabecalhoValor percentagem{u"Percentagem", u"Rh.Caption", u"RH %", u"RH %"};
-constexpr CabecalhoValor kpa{u"Leitura", u"TempF.Caption", u"Pressão (kPa)", u"Pressão kPa"};
-constexpr CabecalhoValor orvalho{u"Leitura", u"TempF.Caption", u"P.Orv. (DP C)", u"P.Orv. DP C"};
-
-constexpr ColunaListagem sensorEscondido{u"Sensor", 0, {}, {}, {}, {}, {}, {}};
-
-constexpr std::array<ColunaListagem, 4> quatroColunas(const CabecalhoValor &valor) {
-    return {{{u"NomeSensor", 2515, u"Nome.Caption", u"Nome", u"lblNome", u"L1", u"Sensor", u"txtNome"},
+constexpr ColunasNotas colunasNotas(const Grandeza &g, Origem o) {
+    const CabecalhoValor &valor = g.cabecalho;
+    return {{{u"Sensor", 0, {}, {}, {}, {}, {}, {}},
+             {u"NomeSensor", 2515, u"Nome.Caption", u"Nome", u"lblNome", u"L1", u"Sensor", u"txtNome"},
              {u"Data", 1740, u"Data.Caption", u"Data", u"lblData", u"L2", u"Data Hora", u"txtData"},
-             {valor.campo, 1330, valor.chave, valor.omissao, u"lblTemperatura", u"L3", valor.rotulo, u"txtTemperatura",
-              ColunaListagem::Forma::ComoEsta, valor.casas},
+             {g.valor, 1330, valor.chave, valor.omissao, u"lblTemperatura", u"L3", valor.rotulo, u"txtTemperatura",
+              ColunaListagem::Forma::ComoEsta, o == Origem::Medias ? g.decimais : -1},
              {u"Flag", 3780, u"DescF.Caption", u"Descrição", u"lblDescricao250", u"L4", u"Descrição", u"txtDesc"}}};
 }
 
-constexpr std::array<ColunaListagem, 5> cincoColunas(const CabecalhoValor &valor) {
-    const auto c = quatroColunas(valor);
-    return {{sensorEscondido, c[0], c[1], c[2], c[3]}};
-}
-
-constexpr auto quatroTemperatura = quatroColunas(temperatura);
-constexpr auto quatroKpa = quatroColunas(kpa);
-constexpr auto quatroOrvalho = quatroColunas(orvalho);
-constexpr auto cincoMedia = cincoColunas(media);
-constexpr auto cincoTemperatura = cincoColunas(temperatura);
-constexpr auto cincoPercentagem = cincoColunas(percentagem);
-
-constexpr QStringView relatorioTemp = u"DataReportListagemTemp";
-constexpr QStringView relatorioMedias = u"DataReportListagemMedias";
-constexpr QStringView gruposDeOutroForm = u"frmGraficoHistogramaSensUIPull";
-
 // Alarm listings ---------------------------------------------------------------------------------------------
 
-struct CabecalhosAlarme {
-    std::array<QStringView, 3> chaves; // maximum, minimum, value
-    std::array<QStringView, 3> omissoes;
-    std::array<QStringView, 6> chavesRotulos;
-    std::array<QStringView, 3> rotulos;
-};
+using ColunasAlarme = std::array<ColunaListagem, 6>;
 
-constexpr std::array<QStringView, 3> chavesComuns{u"maxF.Caption", u"MinF.Caption", u"TempF.Caption"};
-constexpr std::array<QStringView, 6> rotulosComuns{u"L1", u"L2", u"L3", u"L4", u"L5", u"L6"};
-
-constexpr std::array<ColunaListagem, 6> colunasAlarme(const CabecalhosAlarme &c) {
+constexpr ColunasAlarme colunasAlarme(const CabecalhosAlarme &c) {
     return {{{u"SondaID", 1740, u"ID.Caption", u"Sensor ID", u"lblSensor", c.chavesRotulos[0], u"Sensor", u"txtSensor"},
              {u"Nome", 2810, u"Nome.Caption", u"Nome", u"lblSensorNome", c.chavesRotulos[1], u"Nome do Sensor",
               u"txtSensorNome"},
@@ -78,25 +48,99 @@ constexpr std::array<ColunaListagem, 6> colunasAlarme(const CabecalhosAlarme &c)
               u"txtTemperatura"}}};
 }
 
-constexpr auto alarmesTemperatura = colunasAlarme({chavesComuns,
-                                                   {u"Maximo (°C)", u"Minimo (°C)", u"Temperatura (°C)"},
-                                                   rotulosComuns,
-                                                   {u"Max °C", u"Min °C", u"Temp °C"}});
-constexpr auto alarmesHumidade = colunasAlarme({{u"maxrh.Caption", u"Minrh.Caption", u"Rh.Caption"},
-                                                {u"Max (RH %)", u"Min (RH %)", u"RH %"},
-                                                {u"L1", u"NSensor", u"DH", u"MRH", u"MINRH", u"RHP"},
-                                                {u"Max RH%", u"Min RH%", u"RH %"}});
-constexpr auto alarmesPressao = colunasAlarme({chavesComuns,
-                                               {u"Max. (kPa)", u"Min. (kPa)", u"Leituras (kPa)"},
-                                               rotulosComuns,
-                                               {u"Max kPa", u"Min kPa", u"Leitura kPa"}});
-constexpr auto alarmesOrvalho = colunasAlarme({chavesComuns,
-                                               {u"Max. (DP C)", u"Min. (DP C)", u"Leituras (DP C)"},
-                                               rotulosComuns,
-                                               {u"Max DP C", u"Min DP C", u"Leit. DP C"}});
-constexpr QStringView relatorioAlarmes = u"DataReportAlarmes";
-constexpr ColunasChave sonda{u"SondaID"};
-constexpr QStringView lugarDosAlarmes = u"frmListagemAlarmesMediasTemp";
+// Both kinds, one row a table or a quantity ------------------------------------------------------------------
+
+struct TextosNotas {
+    TextoComposto form, tabela, titulo, tituloImpressao;
+};
+
+constexpr auto textosNotas = [] {
+    constexpr QStringView listagem = u"Listagem de Descrições de ";
+    std::array<TextosNotas, quantasVistas> todos{};
+    for (size_t i = 0; i < quantasVistas; ++i) {
+        const auto &[g, o] = vistas[i];
+        const NomesDeVista &excepcao = g->listagens[o];
+        todos[i] = {.form = formListagem(*g, o),
+                    .tabela = nomesDasVistas::tabela(*g, o),
+                    .titulo = ou(excepcao.titulo, titulo(listagem, *g, o, g->nomeSingular)),
+                    .tituloImpressao = ou(excepcao.tituloImpressao, tituloImpresso(listagem, *g, o, g->nomeSingular))};
+    }
+    return todos;
+}();
+
+struct TextosAlarme {
+    TextoComposto form, titulo, tituloImpressao;
+    std::array<TextoComposto, 3> omissoes{}, rotulos{};
+};
+
+constexpr auto textosAlarme = [] {
+    constexpr std::array<std::pair<QStringView, QStringView>, 3> ecra{
+        {{u"Max. (", u")"}, {u"Min. (", u")"}, {u"Leituras (", u")"}}};
+    constexpr std::array<QStringView, 3> papel{u"Max ", u"Min ", u"Leitura "};
+    std::array<TextosAlarme, std::size(grandezas::tabela)> todos{};
+    for (size_t i = 0; i < todos.size(); ++i) {
+        const Grandeza &g = grandezas::tabela[i];
+        const TextoComposto regra{u"Listagem de Alarmes de ", g.nomeSingular};
+        todos[i] = {.form = formAlarmes(g), .titulo = ou(g.listagemAlarmes.titulo, regra), .tituloImpressao = regra};
+        for (size_t c = 0; c < papel.size(); ++c) {
+            todos[i].omissoes[c] = ou(g.cabecalhosAlarme.omissoes[c], {ecra[c].first, g.unidade, ecra[c].second});
+            todos[i].rotulos[c] = ou(g.cabecalhosAlarme.rotulos[c], {papel[c], g.unidade});
+        }
+    }
+    return todos;
+}();
+
+constexpr auto colunasDasNotas = [] {
+    std::array<ColunasNotas, quantasVistas> todas{};
+    for (size_t i = 0; i < todas.size(); ++i)
+        todas[i] = colunasNotas(*vistas[i].grandeza, vistas[i].origem);
+    return todas;
+}();
+
+constexpr auto colunasDosAlarmes = [] {
+    std::array<ColunasAlarme, std::size(grandezas::tabela)> todas{};
+    for (size_t i = 0; i < todas.size(); ++i) {
+        CabecalhosAlarme c = grandezas::tabela[i].cabecalhosAlarme;
+        for (size_t j = 0; j < c.omissoes.size(); ++j) {
+            c.omissoes[j] = textosAlarme[i].omissoes[j];
+            c.rotulos[j] = textosAlarme[i].rotulos[j];
+        }
+        todas[i] = colunasAlarme(c);
+    }
+    return todas;
+}();
+
+constexpr MembroListagem listagemDeNotas(size_t i) {
+    const auto &[g, o] = vistas[i];
+    const bool edita = g->notaNaGrelha[o];
+    const std::span<const ColunaListagem> colunas = colunasDasNotas[i];
+    return {.form = textosNotas[i].form,
+            .tabela = textosNotas[i].tabela,
+            .regra = &g->regra,
+            .colunas = edita ? colunas : colunas.subspan(1),
+            .titulo = textosNotas[i].titulo,
+            .tituloImpressao = textosNotas[i].tituloImpressao,
+            .relatorio = edita ? u"DataReportListagemMedias" : u"DataReportListagemTemp",
+            .edita = edita,
+            .comMedias = g->filtroDeMedias && o == Origem::Leituras,
+            .formGrupos = g->gruposDasListagens};
+}
+
+constexpr MembroListagem listagemDeAlarmes(size_t i) {
+    const Grandeza &g = grandezas::tabela[i];
+    return {.form = textosAlarme[i].form,
+            .tabela = g.alarmes,
+            .regra = &g.regra,
+            .colunas = colunasDosAlarmes[i],
+            .titulo = textosAlarme[i].titulo,
+            .tituloImpressao = textosAlarme[i].tituloImpressao,
+            .relatorio = u"DataReportAlarmes",
+            .ligacao = LigacaoListagem::Alarmes,
+            .comFiltro = false,
+            .formLugar = g.lugarDosAlarmes,
+            .formGrupos = g.gruposDosAlarmes,
+            .chave = {u"SondaID"}};
+}
 
 // Verified alarms ----------------------------------------------------------------------------------------------
 
@@ -111,132 +155,27 @@ constexpr ColunaListagem alarmesVerificados[] = {
      u"txtVerifPor"},
     {campoDescricao, 5170, u"lblDesc", u"Descrição", u"lblDesc", u"lblDesc", u"Descrição", u"txtDesc"}};
 
-constexpr MembroListagem tabela[] = {
-    {.form = u"frmListagemObservacoesTemp",
-     .tabela = u"Temperaturas",
-     .regra = &regras::temperatura,
-     .colunas = quatroTemperatura,
-     .titulo = u"Listagem de Descrições de Temperatura",
-     .tituloImpressao = u"Listagem de Descrições de Temperatura",
-     .relatorio = relatorioTemp},
-    {.form = u"frmListagemObservacoesMedias",
-     .tabela = u"Medias",
-     .regra = &regras::temperatura,
-     .colunas = cincoMedia,
-     .titulo = u"Listagem de Observações de Médias de Temperatura",
-     .tituloImpressao = u"Listagem de Descrições Médias de Temperatura",
-     .relatorio = relatorioMedias,
-     .edita = true},
-    {.form = u"frmListagemObservacoesHumidade",
-     .tabela = u"Humidade",
-     .regra = &regras::humidade,
-     .colunas = cincoPercentagem,
-     .titulo = u"Listagem de Observações de Médias de Humidade",
-     .tituloImpressao = u"Listagem de Descrições de Humidade",
-     .relatorio = relatorioMedias,
-     .edita = true,
-     .comMedias = true,
-     .formGrupos = gruposDeOutroForm},
-    {.form = u"frmListagemObservacoesTempPull",
-     .tabela = u"TemperaturasPull",
-     .regra = &regras::temperatura,
-     .colunas = cincoTemperatura,
-     .titulo = u"Listagem de Observações de Temperaturas Pull",
-     .tituloImpressao = u"Listagem de Descrições Médias de Temperatura",
-     .relatorio = relatorioMedias,
-     .edita = true},
-    {.form = u"frmListagemObservacoesHumidadePull",
-     .tabela = u"HumidadePull",
-     .regra = &regras::humidade,
-     .colunas = cincoPercentagem,
-     .titulo = u"Listagem de Observações de Humidades Pull",
-     .tituloImpressao = u"Listagem de Descrições de Humidade",
-     .relatorio = relatorioMedias,
-     .edita = true,
-     .formGrupos = gruposDeOutroForm},
-    {.form = u"frmListagemObservacoesPressao",
-     .tabela = u"Pressao",
-     .regra = &regras::pressao,
-     .colunas = quatroKpa,
-     .titulo = u"Listagem de Descrições de Pressão",
-     .tituloImpressao = u"Listagem de Descrições de Pressão",
-     .relatorio = relatorioTemp},
-    {.form = u"frmListagemObservacoesPressaoPull",
-     .tabela = u"PressaoPull",
-     .regra = &regras::pressao,
-     .colunas = quatroKpa,
-     .titulo = u"Listagem de Descrições de Pressão - Ler",
-     .tituloImpressao = u"Listagem de Descrições de Pressão - Ler",
-     .relatorio = relatorioTemp},
-    {.form = u"frmListagemObservacoesDPC",
-     .tabela = u"Pontoorvalho",
-     .regra = &regras::pontoDeOrvalho,
-     .colunas = quatroOrvalho,
-     .titulo = u"Listagem de Descrições de Ponto de Orvalho",
-     .tituloImpressao = u"Listagem de Descrições de Ponto de Orvalho",
-     .relatorio = relatorioTemp},
-    {.form = u"frmListagemObservacoesDPCPull",
-     .tabela = u"PontoorvalhoPull",
-     .regra = &regras::pontoDeOrvalho,
-     .colunas = quatroOrvalho,
-     .titulo = u"Listagem de Descrições de Ponto de Orvalho - Ler",
-     .tituloImpressao = u"Listagem de Descrições de Ponto de Orvalho - Ler",
-     .relatorio = relatorioTemp},
-    {.form = u"frmListagemAlarmesMediasTemp",
-     .tabela = u"Alarmes",
-     .regra = &regras::temperatura,
-     .colunas = alarmesTemperatura,
-     .titulo = u"Listagem de Alarmes das Médias de Temperatura",
-     .tituloImpressao = u"Listagem de Alarmes de Temperatura",
-     .relatorio = relatorioAlarmes,
-     .ligacao = LigacaoListagem::Alarmes,
-     .comFiltro = false,
-     .chave = sonda},
-    {.form = u"frmListagemAlarmesHum",
-     .tabela = u"AlarmesHum",
-     .regra = &regras::humidade,
-     .colunas = alarmesHumidade,
-     .titulo = u"Listagem de Alarmes de Humidade",
-     .tituloImpressao = u"Listagem de Alarmes de Humidade",
-     .relatorio = relatorioAlarmes,
-     .ligacao = LigacaoListagem::Alarmes,
-     .comFiltro = false,
-     .formGrupos = u"frmListagemObservacoesTemp",
-     .chave = sonda},
-    // These two share the saved place of the temperatures' alarms.
-    {.form = u"frmListagemAlarmesPressao",
-     .tabela = u"AlarmesPressao",
-     .regra = &regras::pressao,
-     .colunas = alarmesPressao,
-     .titulo = u"Listagem de Alarmes de Pressão",
-     .tituloImpressao = u"Listagem de Alarmes de Pressão",
-     .relatorio = relatorioAlarmes,
-     .ligacao = LigacaoListagem::Alarmes,
-     .comFiltro = false,
-     .formLugar = lugarDosAlarmes,
-     .chave = sonda},
-    {.form = u"frmListagemAlarmesDPC",
-     .tabela = u"AlarmesPOrv",
-     .regra = &regras::pontoDeOrvalho,
-     .colunas = alarmesOrvalho,
-     .titulo = u"Listagem de Alarmes de Ponto de Orvalho",
-     .tituloImpressao = u"Listagem de Alarmes de Ponto de Orvalho",
-     .relatorio = relatorioAlarmes,
-     .ligacao = LigacaoListagem::Alarmes,
-     .comFiltro = false,
-     .formLugar = lugarDosAlarmes,
-     .chave = sonda},
-    {.form = u"frmListagemAlarmesMask",
-     .tabela = u"MaskListaAlarmes",
-     .regra = nullptr,
-     .colunas = alarmesVerificados,
-     .titulo = u"Listagem de Alarmes",
-     .tituloImpressao = u"Listagem de Alarmes",
-     .relatorio = u"DataReportListagemAlarmesMask",
-     .ligacao = LigacaoListagem::Verificados,
-     .comFiltro = false,
-     .chaveImpressao = u"frmListagemAlarmesMask.Caption"},
-};
+constexpr MembroListagem verificados{.form = u"frmListagemAlarmesMask",
+                                     .tabela = u"MaskListaAlarmes",
+                                     .regra = nullptr,
+                                     .colunas = alarmesVerificados,
+                                     .titulo = u"Listagem de Alarmes",
+                                     .tituloImpressao = u"Listagem de Alarmes",
+                                     .relatorio = u"DataReportListagemAlarmesMask",
+                                     .ligacao = LigacaoListagem::Verificados,
+                                     .comFiltro = false,
+                                     .chaveImpressao = u"frmListagemAlarmesMask.Caption"};
+
+constexpr auto membros = [] {
+    std::array<MembroListagem, quantasVistas + std::size(grandezas::tabela) + 1> todas{};
+    size_t n = 0;
+    for (size_t i = 0; i < quantasVistas; ++i)
+        todas[n++] = listagemDeNotas(i);
+    for (size_t i = 0; i < std::size(grandezas::tabela); ++i)
+        todas[n++] = listagemDeAlarmes(i);
+    todas[n] = verificados;
+    return todas;
+}();
 
 constexpr double semData = std::numeric_limits<double>::quiet_NaN();
 
@@ -272,7 +211,7 @@ QString textoDoValor(const QString &guardado, int casas) {
 } // namespace
 
 std::span<const MembroListagem> familiaListagens() {
-    return tabela;
+    return membros;
 }
 
 namespace listagens {

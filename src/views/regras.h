@@ -6,17 +6,14 @@
 
 // Which sensors a view offers, by the text of their type.
 struct RegraTipo {
-    char16_t letra = 0;                     // last character of the trimmed type
-    bool contraria = false;                 // passes when the last character is any other
-    std::array<QStringView, 4> excluidos{}; // whole types that never pass
-    std::array<QStringView, 2> unicos{};    // when there are any, only these whole types pass
+    QStringView letras{};                // the last character of the trimmed type is one of these
+    std::array<QStringView, 2> unicos{}; // or the whole type is one of these
+    bool oQueSobra = false;              // or no other quantity claims the type (grandezas.h)
 
     bool aceita(QStringView tipo) const;
 };
 
 namespace regras {
-inline constexpr RegraTipo temperatura{u'%', true, {u"P 1250V", u"P 1250A", u"P 1250K", u"P 1250D"}};
-inline constexpr RegraTipo humidade{u'%', false, {}};
-inline constexpr RegraTipo pressao{u'K', false, {}};
-inline constexpr RegraTipo pontoDeOrvalho{u'D', false, {}};
+// Scaled inputs have views of their own (devicestate).
+inline constexpr RegraTipo sensUI{.unicos = {u"P 1250V", u"P 1250A"}};
 } // namespace regras

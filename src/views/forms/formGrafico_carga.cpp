@@ -175,7 +175,8 @@ void FormGrafico::mostrarMedia(std::optional<double> media) {
     if (media)
         legenda =
             modTraducoes::texto(modTraducoes::seccaoDe(m_membro.formMedia.toString()), u"Media"_s, u"Média = "_s) +
-            modDoubleTratamento::NumeroParaTexto(modDoubleTratamento::Arredondar(*media, 2)) + m_membro.unidade;
+            modDoubleTratamento::NumeroParaTexto(modDoubleTratamento::Arredondar(*media, m_membro.decimais)) +
+            m_membro.unidade;
     lblMedia()->setText(legenda);
 }
 
