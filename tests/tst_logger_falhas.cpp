@@ -245,6 +245,7 @@ private Q_SLOTS:
         QTimer relogio;
         connect(&relogio, &QTimer::timeout, this, [&] { ++voltas; });
         relogio.start(0);
+        estado().linhasPorFatia = 1;
         b.instalacao.dialogos.responderPergunta(true, u"Deseja parar"_s);
         b.clicar("cmdLerDados");
         QVERIFY2(voltas > 64, qPrintable(QString::number(voltas))); // at least one for each page of the log
