@@ -7,6 +7,7 @@
 #include "data/ligacao.h"
 #include "demo/acaso.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstring>
@@ -57,6 +58,13 @@ qint64 linhasPorSensor(const Tabela &t, double dias) {
 
 double arredondar(double v, double porUnidade) {
     return std::round(v * porUnidade) / porUnidade;
+}
+
+// The records of its log are of full minutes, and bring again what the history holds.
+bool daUnidadeComLog(const Sensor &s) {
+    return std::ranges::any_of(unidades(), [&s](const Unidade &u) {
+        return u.endereco == QStringView(s.PoseidonIP).mid(1) && (u.modelo == 4 || u.modelo == 34);
+    });
 }
 
 double amostra(const Clima &clima, const Sensor &s, Grandeza g, const Momento &m) {
@@ -151,7 +159,7 @@ private:
         r.minimo = s.temMinimo() ? s.minimo : -sem;
         r.observacoes = observacoesDe(s, 0);
         r.observacoesAntigas = observacoesDe(s, 1);
-        r.desvio = int((s.ordem * 7 + s.letra) % 60) + (m_t.pull ? 120 : 0);
+        r.desvio = (daUnidadeComLog(s) ? 0 : int((s.ordem * 7 + s.letra) % 60)) + (m_t.pull ? 120 : 0);
         if (s.letra == 'V' || s.letra == 'A') {
             r.escala = s.escala ? s.escala->nome.toUtf8() : QByteArray(s.letra == 'V' ? "V" : "mA");
             for (const double v : {s.SensUIMax, s.SensUIMin, s.escala ? s.escala->maximo : s.SensUIMax,
