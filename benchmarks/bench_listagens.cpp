@@ -121,7 +121,7 @@ int main(int argc, char **argv) {
         encher(caminho);
         ligacaoPartilhada().abrir(caminho);
         Nu motor(caminho);
-        for (const QString &passo : {u"0.5"_s, u"0.001"_s, u"50.0"_s}) {
+        for (const QString &passo : {u"0.5"_s, u"0.11"_s, u"50.0"_s}) {
             const auto par = medidas::comparar(
                 7, [&] { return medidas::segundosDe([&] { contar(passo); }); },
                 [&] { return medidas::segundosDe([&] { varrer(motor); }); });
