@@ -3,10 +3,13 @@
 #include "core/literais.h"
 
 #include <QFileInfo>
+#include <QThread>
 
 #include <algorithm>
+#include <atomic>
 #include <cstdio>
 #include <fcntl.h>
+#include <thread>
 #include <unistd.h>
 
 namespace {
@@ -40,7 +43,7 @@ bool FicheiroSeguro::abrir() {
 }
 
 bool FicheiroSeguro::manter() {
-    if (!sincronizar())
+    if (!sincronizarComEventos())
         return false;
     if (m_mantido)
         return true;
@@ -52,6 +55,23 @@ bool FicheiroSeguro::manter() {
 
 bool FicheiroSeguro::sincronizar() {
     return m_ficheiro.flush() && ::fdatasync(m_ficheiro.handle()) == 0;
+}
+
+// A disk with a large commit behind it may take half a second.
+bool FicheiroSeguro::sincronizarComEventos() {
+    bool bem = false;
+    std::atomic<bool> acabou = false;
+    {
+        const std::jthread disco([&] { // waited for on every way out
+            bem = sincronizar();
+            acabou = true;
+        });
+        while (!acabou) {
+            m_passar();
+            QThread::msleep(1);
+        }
+    }
+    return bem;
 }
 
 bool FicheiroSeguro::recuar(qint64 tamanho) {
@@ -69,7 +89,7 @@ qint64 FicheiroSeguro::writeData(const char *dados, qint64 total) {
     constexpr qint64 pedaco = 256 * 1024;
     for (qint64 feito = 0; feito < total;) {
         const qint64 agora = std::min(pedaco, total - feito);
-        if (m_ficheiro.write(dados + feito, agora) != agora || !sincronizar())
+        if (m_ficheiro.write(dados + feito, agora) != agora)
             return -1;
         feito += agora;
         m_passar();

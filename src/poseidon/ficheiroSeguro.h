@@ -5,8 +5,8 @@
 
 #include <functional>
 
-// A new file that goes to the disk piece by piece, so that no single wait is long. It has a provisional name until
-// manter() gives it its own; before that it goes away with this object.
+// A new file. It has a provisional name until manter() has brought it to the disk, which events do not wait for, and
+// given it its own; before that it goes away with this object.
 class FicheiroSeguro : public QIODevice {
 public:
     // <passar> lets events run and may throw.
@@ -16,7 +16,6 @@ public:
     bool abrir(); // false when it exists already, under either name
     // On the disk, under its own name; it may be written to further.
     bool manter();
-    bool sincronizar();
     bool recuar(qint64 tamanho); // to what it was
     qint64 tamanho() const { return m_ficheiro.size(); }
     QString nome() const { return m_nome; }
@@ -30,6 +29,8 @@ protected:
     qint64 writeData(const char *dados, qint64 total) override;
 
 private:
+    bool sincronizar();
+    bool sincronizarComEventos();
     QString m_nome;
     QFile m_ficheiro;
     std::function<void()> m_passar;
