@@ -341,6 +341,22 @@ private Q_SLOTS:
         QVERIFY(!b.texto("txtEstadoMissao").isEmpty());
     }
 
+    // Nobody has the keyboard while the main window is closed to the user; afterwards the button has it again.
+    void tecladoDepoisDeDesactivada() {
+        QWidget principal;
+        Bancada b;
+        b.descarregar();
+        b.form->setParent(&principal);
+        b.form->show();
+        utilizador::mostrar(&principal);
+        principal.activateWindow();
+        registoForms().dono = &principal;
+        b.controlo("cmdLerDados")->setFocus();
+        b.clicar("cmdLerDados");
+        QCOMPARE(principal.focusWidget(), b.controlo("cmdLerDados"));
+        registoForms().dono = nullptr;
+    }
+
     void principalDesactivada() {
         QWidget principal;
         principal.show();

@@ -256,13 +256,14 @@ void frmDS1921::accao(const char *fonte, Genero genero, const QString &mensagem,
     devolverFoco(foco);
 }
 
-// A button that was disabled meanwhile has handed the keyboard on to whatever came next: a tab or a text to read.
+// A button that was disabled meanwhile has handed the keyboard on to whatever came next: a tab or a text to read. With
+// the whole window disabled nobody has it.
 void frmDS1921::devolverFoco(QWidget *foco) {
     const auto porAcaso = [](QWidget *w) {
         const auto *caixa = qobject_cast<QLineEdit *>(w);
         return qobject_cast<pecas1921::Separador *>(w) || (caixa && caixa->isReadOnly());
     };
-    if (!porAcaso(focusWidget()) || porAcaso(foco))
+    if (window()->focusWidget() && (!porAcaso(focusWidget()) || porAcaso(foco)))
         return;
     if (foco && foco->isVisibleTo(this) && foco->isEnabled())
         foco->setFocus();
