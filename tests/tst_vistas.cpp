@@ -185,13 +185,16 @@ private Q_SLOTS:
                        {u"2024-03-10 10:00:02"_s, u"abc"_s},
                        {u"2024-03-10 10:00:02"_s, HUGE_VAL},
                        {u"2024-03-10 10:00:02"_s, 5.0},
+                       {u"2024-03-10 10:00:03"_s, 6.0},
+                       {u"2024-03-10 10:00:04"_s, 8.0},
+                       {u"2024-03-10 10:00:04"_s, 1.0},
                        {u"2024-03-10 1h"_s, 77.0}});
         Ilegiveis ilegiveis;
         QList<double> valores;
         const double media = lerLeituras({{u"Temperaturas", u"Temperatura"}, {sensorA}, dia(), true, &ilegiveis},
                                          [&](const Leitura &l) { valores.append(l.valor); });
-        QCOMPARE(valores, QList<double>({4, 9, 5}));
-        QCOMPARE(media, 6.0);
+        QCOMPARE(valores, QList<double>({4, 9, 5, 6, 8, 1}));
+        QCOMPARE(media, 5.5);
         inst.erros.esperar(u"de fora: 4. O primeiro: tabela Temperaturas, sensor %1, data 2024-03-10 10:00:00, "
                            "\"30XXXcinco\"."_s.arg(sensorA));
         ilegiveis.relatar("load");

@@ -5,6 +5,7 @@
 #include "core/literais.h"
 #include "core/modTraducoes.h"
 
+#include <array>
 #include <charconv>
 #include <cmath>
 
@@ -15,7 +16,7 @@ QString comSeparador(const QString &texto, const QString &separador) {
     for (const QChar c : texto)
         if (!(c >= u'0' && c <= u'9') && c != u'-')
             outros += c;
-    return outros.isEmpty() ? texto : QString(texto).replace(outros, separador);
+    return outros.isEmpty() || outros == separador ? texto : QString(texto).replace(outros, separador);
 }
 
 // Digits and exponent of a finite number at 15 significant digits: value = 0.d1d2d3... * 10^expoente.
@@ -71,6 +72,37 @@ QByteArray textoCurto(double numero) {
     return fim.ptr - tampao <= maisCurto ? QByteArray(tampao, fim.ptr - tampao) : QByteArray();
 }
 
+// Digits with a separator between them, which is what nearly every text of a reading is; no locale has to be asked.
+std::optional<double> lerSimples(const QString &texto, const QString &separador) {
+    std::array<char, 24> tampao;
+    if (texto.isEmpty() || texto.size() > qsizetype(tampao.size()) || separador.size() != 1)
+        return {};
+    char *fim = tampao.data();
+    bool digito = false; // before this one
+    for (const QChar c : texto) {
+        const bool agora = c >= u'0' && c <= u'9';
+        if (!agora && !(c == u'-' && fim == tampao.data()) && !(c == separador.front() && digito))
+            return {};
+        *fim++ = c == separador.front() ? '.' : char(c.unicode());
+        digito = agora;
+    }
+    double valor = 0;
+    const auto lido = std::from_chars(tampao.data(), fim, valor);
+    return digito && lido.ec == std::errc() && lido.ptr == fim ? std::optional(valor) : std::nullopt;
+}
+
+qsizetype decimais(const QByteArray &comPonto) {
+    const qsizetype ponto = comPonto.indexOf('.');
+    return ponto < 0 ? 0 : comPonto.size() - ponto - 1;
+}
+
+QString comSeparadorDecimal(const QByteArray &comPonto) {
+    QString t = QString::fromLatin1(comPonto);
+    if (const qsizetype ponto = t.indexOf(u'.'); ponto > 0)
+        t[ponto] = modDoubleTratamento::SeparadorDecimal().front();
+    return t;
+}
+
 } // namespace
 
 namespace modDoubleTratamento {
@@ -83,11 +115,14 @@ QString SeparadorDecimal() {
 
 std::optional<double> LerDouble(const QString &texto) {
     // Blanks around the number are no part of its separator.
-    const QString local = comSeparador(texto.trimmed(), SeparadorDecimal());
+    const QString separador = SeparadorDecimal();
+    const QString local = comSeparador(texto.trimmed(), separador);
+    if (const std::optional<double> simples = lerSimples(local, separador))
+        return simples;
     bool ok = false;
     double valor = estado().ambiente.locale.toDouble(local, &ok);
     if (!ok) // "-5" is a number in every locale, also where the locale's own minus sign is another character
-        valor = QLocale::c().toDouble(QString(local).replace(SeparadorDecimal(), u"."_s), &ok);
+        valor = QLocale::c().toDouble(QString(local).replace(separador, u"."_s), &ok);
     return ok && std::isfinite(valor) ? std::optional(valor) : std::nullopt;
 }
 
@@ -115,21 +150,18 @@ QByteArray NumeroComPonto(double numero) {
 }
 
 QString NumeroParaTexto(double numero) {
-    QString t = QString::fromLatin1(NumeroComPonto(numero));
-    if (const qsizetype ponto = t.indexOf(u'.'); ponto > 0)
-        t[ponto] = SeparadorDecimal().front();
-    return t;
+    return comSeparadorDecimal(NumeroComPonto(numero));
 }
 
 QString NumeroParaTexto(double numero, int casas) {
     if (casas < 0)
         return NumeroParaTexto(numero);
-    QString t = NumeroParaTexto(Arredondar(numero, casas));
-    const qsizetype separador = t.indexOf(SeparadorDecimal());
-    const qsizetype ha = separador < 0 ? 0 : t.size() - separador - 1;
-    if (casas > 0 && separador < 0 && !t.isEmpty())
-        t += SeparadorDecimal();
-    return t.isEmpty() ? t : t + QString(casas - ha, u'0');
+    QByteArray t = NumeroComPonto(numero);
+    if (decimais(t) > casas)
+        t = NumeroComPonto(Arredondar(numero, casas));
+    if (const qsizetype faltam = casas - decimais(t); faltam > 0 && !t.isEmpty())
+        t += (faltam == casas ? "." : "") + QByteArray(faltam, '0');
+    return comSeparadorDecimal(t);
 }
 
 double Arredondar(double numero, int casas) {

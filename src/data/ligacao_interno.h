@@ -28,7 +28,10 @@ struct Motor {
 
     // A large batch is confirmed on a thread of its own; whoever wants the connection meanwhile waits for the end.
     std::atomic<bool> emConfirmacao{false};
-    void esperar() const { emConfirmacao.wait(true); }
+    void esperar() const {
+        if (emConfirmacao.load(std::memory_order_acquire)) // asked for every row, where wait() alone is dear
+            emConfirmacao.wait(true);
+    }
 
     // Around everything that writes: what goes into a file that has lost its name must not pass for stored.
     void exigirNoLugar();

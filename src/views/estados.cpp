@@ -1,22 +1,18 @@
 #include "views/estados.h"
 
 #include "core/literais.h"
-#include "data/ligacao.h"
 #include "data/recordset.h"
+#include "views/passagem.h"
 
 #include <cmath>
 #include <utility>
 
 namespace {
 
-enum Coluna { colData, colValor, colFlag, colNumero };
+enum Coluna { colData, colValor, colFlag };
 
-Recordset consultar(const PedidoLeituras &pedido) {
-    const TabelaLeituras &t = pedido.tabela;
-    const QString sql = u"SELECT "_s + t.data + u", " + t.valor + u", flag, rowid FROM " + t.nome + u" WHERE " +
-                        t.data + u" BETWEEN ? AND ? AND " + escolhas::condicao(t.chave) + u" ORDER BY " + t.data;
-    return cnBD().consultar(sql, QVariantList{pedido.intervalo.inicio, pedido.intervalo.fim} +
-                                     escolhas::valores(pedido.chave));
+QString colunas(const TabelaLeituras &t) {
+    return t.data + u", "_s + t.valor + u", flag";
 }
 
 } // namespace
@@ -32,17 +28,14 @@ bool ligado(QByteArrayView guardado) {
 }
 
 double lerMudancas(const PedidoLeituras &pedido, const AoLer &aoLer) {
-    OrdemDeEscrita ordem(aoLer);
-    Recordset rs = consultar(pedido);
-    while (rs.avancar()) {
+    const auto ler = [](const Recordset &rs, const auto &deFora) -> std::optional<Leitura> {
         const double data = rs.segundos(colData);
-        if (std::isnan(data))
-            pedido.deFora(rs.texto(colData), rs.texto(colValor));
-        else
-            ordem.juntar(rs.inteiro(colNumero),
-                         {data, ligado(rs.utf8(colValor)) ? 1.0 : 0.0, {}, temNota(rs, colFlag)});
-    }
-    ordem.despejar();
+        if (!std::isnan(data))
+            return Leitura{data, ligado(rs.utf8(colValor)) ? 1.0 : 0.0, {}, temNota(rs, colFlag)};
+        deFora(rs.texto(colValor));
+        return {};
+    };
+    Passagem(pedido, colunas(pedido.tabela)).percorrer(ler, aoLer);
     return 0;
 }
 
@@ -51,7 +44,7 @@ bool mudancaNaAltura(const Recordset &rs, int coluna, double y) {
 }
 
 double lerPeriodos(const PedidoLeituras &pedido, const AoLer &aoLer) {
-    Recordset rs = consultar(pedido);
+    Recordset rs = linhasPorData(pedido, colunas(pedido.tabela));
     while (rs.avancar()) {
         const bool nota = temNota(rs, colFlag);
         for (const auto &[coluna, altura] : {std::pair{colData, 1.0}, std::pair{colValor, 0.0}}) {

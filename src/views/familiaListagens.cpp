@@ -201,11 +201,8 @@ QString textoDoLimite(const QString &observacoes, ColunaListagem::Forma forma) {
 QString textoDoValor(const QString &guardado, int casas) {
     if (guardado.isEmpty() || modDoubleTratamento::eND(guardado))
         return guardado;
-    try {
-        return modDoubleTratamento::NumeroParaTexto(modDoubleTratamento::TextoParaDouble(guardado), casas);
-    } catch (const Falha &) {
-        return guardado;
-    }
+    const std::optional<double> valor = modDoubleTratamento::LerDouble(guardado);
+    return valor ? modDoubleTratamento::NumeroParaTexto(*valor, casas) : guardado;
 }
 
 } // namespace

@@ -3,16 +3,16 @@
 #include "core/datas.h"
 #include "core/literais.h"
 #include "core/modDoubleTratamento.h"
-#include "data/ligacao.h"
 #include "data/recordset.h"
 #include "views/ilegiveis.h"
+#include "views/passagem.h"
 
 #include <algorithm>
 #include <cstring>
 
 namespace {
 
-enum Coluna { colData, colValor, colFlag, colNumero, colObservacoes };
+enum Coluna { colData, colValor, colFlag, colObservacoes };
 
 } // namespace
 
@@ -45,51 +45,34 @@ void PedidoLeituras::deFora(const QString &data, const QString &texto) const {
         ilegiveis->juntar(tabela.nome, Escolha{chave, {}}.textoDaChave(), data, texto);
 }
 
-void OrdemDeEscrita::juntar(qint64 numero, const Leitura &leitura) {
-    if (!m_doSegundo.empty() && m_doSegundo.back().second.data != leitura.data)
-        despejar();
-    m_doSegundo.emplace_back(numero, leitura);
-}
-
-void OrdemDeEscrita::despejar() {
-    if (m_doSegundo.size() > 1)
-        std::ranges::sort(m_doSegundo, {}, &std::pair<qint64, Leitura>::first);
-    for (const auto &[numero, leitura] : m_doSegundo)
-        m_aoLer(leitura);
-    m_doSegundo.clear();
-}
-
 double lerLeituras(const PedidoLeituras &pedido, const AoLer &aoLer) {
     const TabelaLeituras &t = pedido.tabela;
-    const QString limitesOuNada = pedido.comLimites ? u", " + t.limites.toString() : QString();
-    const QString sql = u"SELECT "_s + t.data + u", " + t.valor + u", flag, rowid" + limitesOuNada + u" FROM " +
-                        t.nome + u" WHERE " + t.data + u" BETWEEN ? AND ? AND " + escolhas::condicao(t.chave) +
-                        u" ORDER BY " + t.data;
-    Recordset rs = cnBD().consultar(sql, QVariantList{pedido.intervalo.inicio, pedido.intervalo.fim} +
-                                             escolhas::valores(pedido.chave));
-    OrdemDeEscrita ordem(aoLer);
     CacheLimites limites;
     double soma = 0;
     qint64 comValor = 0;
-    while (rs.avancar()) {
+    const auto ler = [&](const Recordset &rs, const auto &deFora) -> std::optional<Leitura> {
         const std::optional<double> valor = valorDe(rs, colValor);
         Leitura leitura{rs.segundos(colData), valor.value_or(0), {}, temNota(rs, colFlag)};
         if (std::isnan(leitura.data) || !valor) { // has no place in the chart
-            pedido.deFora(rs.texto(colData), rs.texto(colValor));
-            continue;
+            deFora(rs.texto(colValor));
+            return {};
         }
         if (pedido.comLimites) {
             const char *observacoes = rs.utf8(colObservacoes);
             leitura.limites = limites.de(observacoes, int(std::strlen(observacoes)));
             if (leitura.limites.ilegivel)
-                pedido.deFora(rs.texto(colData), rs.texto(colObservacoes));
+                deFora(rs.texto(colObservacoes));
         }
+        return leitura;
+    };
+    const auto somar = [&](const Leitura &leitura) {
         if (!std::isnan(leitura.valor)) {
             soma += leitura.valor;
             ++comValor;
         }
-        ordem.juntar(rs.inteiro(colNumero), leitura);
-    }
-    ordem.despejar();
+        aoLer(leitura);
+    };
+    Passagem(pedido, t.data + u", "_s + t.valor + u", flag" + (pedido.comLimites ? u", "_s + t.limites : QString()))
+        .percorrer(ler, somar);
     return comValor > 0 ? soma / double(comValor) : 0;
 }

@@ -8,8 +8,6 @@
 
 #include <functional>
 #include <optional>
-#include <utility>
-#include <vector>
 
 class Ilegiveis;
 
@@ -58,19 +56,6 @@ bool temNota(const Recordset &rs, int coluna);
 
 // Whether a chart draws this value at this height.
 bool valorNaAltura(const Recordset &rs, int coluna, double y);
-
-// The rows of one second come out of the index by their values: their numbers put them back in the order in which they
-// were written. To have the engine do it takes half as long again.
-class OrdemDeEscrita {
-public:
-    explicit OrdemDeEscrita(const AoLer &aoLer) : m_aoLer(aoLer) {}
-    void juntar(qint64 numero, const Leitura &leitura);
-    void despejar(); // after the last one
-
-private:
-    const AoLer &m_aoLer;
-    std::vector<std::pair<qint64, Leitura>> m_doSegundo;
-};
 
 // Walks the readings by date, those of one second as they were written, and gives back their average; readings without
 // a value do not weigh, and no reading at all gives 0. What cannot be read is left out. The callback may throw to stop.

@@ -177,7 +177,9 @@ void ModeloListagem::retomarContagem() {
 }
 
 ModeloListagem::Linha ModeloListagem::lerLinha(const Recordset &rs) const {
+    constexpr qsizetype quaseSempre = 128;
     Linha linha;
+    linha.bytes.reserve(quaseSempre);
     for (int i = 0; i < m_colunas; ++i) {
         // A number is a text of the system's own; the shown form of the others is made when it is asked for.
         if (rs.eNumero(i))
