@@ -19,7 +19,6 @@ namespace {
 
 constexpr QSize janela(1050, 506);
 constexpr quint32 verde = 65280;
-constexpr quint32 vermelho = 255;
 const double inicio = datas::segundosDe(u"2015-01-01 00:00:00"_s);
 
 double valor(qsizetype i) {
@@ -51,9 +50,9 @@ enum class Coloracao { Uma, Alarmes, CadaUm };
 void juntar(TSerie &s, qsizetype n, Coloracao coloracao) {
     for (qsizetype i = 0; i < n; ++i) {
         const double y = valor(i);
-        const bool alarme = coloracao == Coloracao::CadaUm ? i % 2 != 0 : y > 8;
+        const bool alarme = coloracao == Coloracao::CadaUm ? i % 2 != 0 : coloracao == Coloracao::Alarmes && y > 8;
         s.AddXY(inicio + double(i) * 60, y, i % 100000 == 7 ? u"!"_s : u" "_s,
-                alarme && s.ColorEachPoint ? vermelho : verde);
+                alarme ? EstadoDoPonto::Acima : EstadoDoPonto::Normal);
     }
 }
 
@@ -61,7 +60,6 @@ void encher(TChart &chart, qsizetype n, Coloracao coloracao) {
     TSerie &s = chart.AddSeries();
     s.Title = u"Sensor"_s;
     s.Color = verde;
-    s.ColorEachPoint = coloracao != Coloracao::Uma;
     juntar(s, n, coloracao);
     chart.Bottom().Increment = 60;
 }
@@ -124,7 +122,6 @@ bool comparar(qsizetype n, Coloracao coloracao, const char *nome) {
 bool tamanho(qsizetype n) {
     const double antes = medidas::memoria();
     TSerie serie;
-    serie.ColorEachPoint = true;
     const double ms = milissegundos([&] { juntar(serie, n, Coloracao::CadaUm); });
     const double porPonto = (medidas::memoria() - antes) / double(n);
     std::printf("series of %lld points: %.2f bytes a point, %.0f ns to add one\n", static_cast<long long>(n), porPonto,

@@ -82,7 +82,7 @@ size_t contar(const QString &passo) {
     Recordset rs = cnBD().consultar(QString::fromLatin1(porSensor));
     while (rs.avancar())
         valores.push_back(rs.numero(0));
-    return histograma::contar(valores, histograma::lerIntervalo(passo), 2.0, 8.0).size();
+    return histograma::contar(valores, histograma::lerIntervalo(passo), {.maximo = 8, .minimo = 2}).size();
 }
 
 // The same bytes with stdio: day, month and year swapped, a comma for the point.

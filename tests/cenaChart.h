@@ -30,7 +30,7 @@ struct Cena {
         TSerie &s = chart.AddSeries();
         s.Color = cor;
         for (qsizetype i = 0; i < valores.size(); ++i)
-            s.AddXY(inicio + double(i) * passo, valores[i], u" "_s, cor);
+            s.AddXY(inicio + double(i) * passo, valores[i], u" "_s);
         return s;
     }
     void mostrar() {

@@ -14,24 +14,24 @@ private Q_SLOTS:
     }
 
     void seriesGuardamPontos_data() {
-        QTest::addColumn<int>("cores");
+        QTest::addColumn<int>("estados");
         QTest::addColumn<int>("rotulos");
         QTest::newRow("all alike") << 1 << 1;
         QTest::newRow("few") << 3 << 2;
-        QTest::newRow("as many as have numbers") << 256 << 256;
-        QTest::newRow("a text each") << 7 << 2000;
+        QTest::newRow("as many as have numbers") << 3 << 256;
+        QTest::newRow("a text each") << 2 << 2000;
     }
     void seriesGuardamPontos() {
-        QFETCH(int, cores);
+        QFETCH(int, estados);
         QFETCH(int, rotulos);
         TSerie s;
         // The second of each comes late, so that what went before must be filled in.
         const auto k = [](int i, int n) { return i < 300 ? 0 : i % n; };
         for (int i = 0; i < 2000; ++i)
-            QCOMPARE(s.AddXY(i, -i, u"r%1"_s.arg(k(i, rotulos)), quint32(1000 * k(i, cores))), qsizetype(i));
+            QCOMPARE(s.AddXY(i, -i, u"r%1"_s.arg(k(i, rotulos)), EstadoDoPonto(k(i, estados))), qsizetype(i));
         s.setPointLabel(5, u"!"_s);
         for (int i = 0; i < 2000; ++i) {
-            QCOMPARE(s.PointColor(i), quint32(1000 * k(i, cores)));
+            QCOMPARE(s.estado(i), EstadoDoPonto(k(i, estados)));
             QCOMPARE(s.PointLabel(i), i == 5 ? u"!"_s : u"r%1"_s.arg(k(i, rotulos)));
         }
         s.Title = u"T"_s;
@@ -39,8 +39,8 @@ private Q_SLOTS:
         s.Clear();
         QCOMPARE(s.Count(), 0);
         QVERIFY(s.tracejada() && s.Title == u"T");
-        s.AddXY(1, 2, {}, 9);
-        QVERIFY(s.PointColor(0) == 9 && s.PointLabel(0).isEmpty());
+        s.AddXY(1, 2, {}, EstadoDoPonto::Abaixo);
+        QVERIFY(s.estado(0) == EstadoDoPonto::Abaixo && s.PointLabel(0).isEmpty());
     }
 
     void extremosDasActivas() {
@@ -57,7 +57,7 @@ private Q_SLOTS:
     // What the strokes of a column of pixels cover is what its points cover, however the points are stored.
     void colunasCobremOsSeusPontos_data() {
         QTest::addColumn<int>("pontos");
-        QTest::addColumn<int>("cadaCor"); // a new colour after so many points
+        QTest::addColumn<int>("cadaEstado"); // another state after so many points
         QTest::addColumn<bool>("baralhado");
         QTest::newRow("blocks") << 300000 << 100000 << false;
         QTest::newRow("mixed blocks") << 300000 << 37 << false;
@@ -66,7 +66,7 @@ private Q_SLOTS:
     }
     void colunasCobremOsSeusPontos() {
         QFETCH(int, pontos);
-        QFETCH(int, cadaCor);
+        QFETCH(int, cadaEstado);
         QFETCH(bool, baralhado);
         std::mt19937 sorte(3);
         std::vector<int> ordem(static_cast<size_t>(pontos));
@@ -75,13 +75,12 @@ private Q_SLOTS:
         if (baralhado)
             std::shuffle(ordem.begin(), ordem.end(), sorte);
         TSerie s;
-        s.ColorEachPoint = true;
         constexpr int largura = 100;
         const double escala = double(largura) / pontos;
         std::vector<double> menor(largura + 1, 1e9), maior(largura + 1, -1e9);
         for (int i : ordem) {
             const double y = sorte() % 50 == 0 ? semValor : double(sorte() % 1000000) / 1000;
-            s.AddXY(i, y, {}, quint32(i / cadaCor % 5));
+            s.AddXY(i, y, {}, EstadoDoPonto(i / cadaEstado % 3));
             const auto coluna = size_t(std::floor(i * escala + 0.5));
             if (!std::isnan(y)) {
                 menor[coluna] = std::min(menor[coluna], y);
@@ -123,10 +122,10 @@ private Q_SLOTS:
         Cena c;
         TSerie &s = c.chart.AddSeries();
         s.Color = verde;
-        s.ColorEachPoint = true;
         const QList<double> v = onda(200000);
         for (int i = 0; i < v.size(); ++i)
-            s.AddXY(inicio + i * 60., v[i] + (i == alarme ? acima : 0), {}, i == alarme ? vermelho : verde);
+            s.AddXY(inicio + i * 60., v[i] + (i == alarme ? acima : 0), {},
+                    i == alarme ? EstadoDoPonto::Acima : EstadoDoPonto::Normal);
         c.chart.actualizar();
         const QImage ecra = c.chart.grab().toImage();
         QVERIFY(pixeis(ecra, 'g') > 1000);
@@ -153,7 +152,7 @@ private Q_SLOTS:
         for (int i = 0; i < pontos; ++i) {
             const bool falta = i > pontos / 3 && i < pontos / 2;
             if (!falta || comND)
-                s.AddXY(inicio + i * 60., falta ? semValor : 20 + std::sin(i * 0.3), {}, verde);
+                s.AddXY(inicio + i * 60., falta ? semValor : 20 + std::sin(i * 0.3), {});
         }
         c.chart.actualizar();
         const QImage ecra = c.chart.grab().toImage();
@@ -170,14 +169,14 @@ private Q_SLOTS:
         TSerie &s = c.chart.AddSeries();
         s.Color = verde;
         for (int i = 0; i < 200; ++i)
-            s.AddXY(inicio + i * 10., 20, {}, verde);
+            s.AddXY(inicio + i * 10., 20, {});
         for (int i = 0; i < 10; ++i)
-            s.AddXY(inicio + 2000 + i * 600., 20, {}, verde);
+            s.AddXY(inicio + 2000 + i * 600., 20, {});
         TSerie &d = c.chart.AddSeries(TSerie::Estilo::Degrau);
         d.Color = azul;
         for (int i = 0; i < 20; ++i)
-            d.AddXY(inicio + i, i % 2, {}, azul);
-        d.AddXY(inicio + 7400, 1, {}, azul);
+            d.AddXY(inicio + i, i % 2, {});
+        d.AddXY(inicio + 7400, 1, {});
         c.chart.actualizar();
         const QImage ecra = c.chart.grab().toImage();
         const QRect a = c.area();
@@ -195,7 +194,7 @@ private Q_SLOTS:
         s.Color = verde;
         for (int k = 0; k < 40; ++k) {
             const int i = k * 17 % 40;
-            s.AddXY(inicio + i * 60., v[i], u" "_s, verde);
+            s.AddXY(inicio + i * 60., v[i], u" "_s);
         }
         for (Cena *c : {&certa, &baralhada})
             c->chart.actualizar();
@@ -208,9 +207,10 @@ private Q_SLOTS:
     void barras() {
         Cena c;
         TSerie &s = c.chart.AddSeries(TSerie::Estilo::Barra);
-        s.Add(10, u"0 <> 1"_s, azul);
-        s.Add(40, u"1,1 <> 2"_s, verde);
-        s.Add(20, u"2,1 <> 3"_s, vermelho);
+        s.Color = verde;
+        s.Add(10, u"0 <> 1"_s, EstadoDoPonto::Abaixo);
+        s.Add(40, u"1,1 <> 2"_s, EstadoDoPonto::Normal);
+        s.Add(20, u"2,1 <> 3"_s, EstadoDoPonto::Acima);
         c.mostrar();
         const QImage ecra = c.chart.grab().toImage();
         QVERIFY(pixeis(ecra, 'r') > pixeis(ecra, 'b') && pixeis(ecra, 'b') > 1000);
@@ -276,7 +276,7 @@ private Q_SLOTS:
             for (int i = 0; i < pontos; ++i) {
                 const bool marca = i % cada == 0;
                 const double y = i == cada ? semValor : 20 + s * 9 + std::sin(i * 0.37);
-                serie.AddXY(inicio + i * 60.0, y, marca ? u"!"_s : u" "_s, serie.Color);
+                serie.AddXY(inicio + i * 60.0, y, marca ? u"!"_s : u" "_s);
                 postas += marca;
             }
             serie.setPointLabel(0, u" "_s);

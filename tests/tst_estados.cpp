@@ -170,7 +170,7 @@ private Q_SLOTS:
         clicar(c.form, u"cmdAdicionar"_s);
         c.confirmar();
         QCOMPARE(alturas(c.chart().Series(0)), QList<double>({7.5, 51.27}));
-        QCOMPARE(c.chart().Series(0).PointColor(1), 255U);
+        QCOMPARE(c.chart().Series(0).estado(1), EstadoDoPonto::Acima);
         QCOMPARE(c.chart().Series(1).YValue(0), 8.5);
         QVERIFY(!c.chart().Series(0).temMarca(0) && c.chart().Series(0).temMarca(1));
         // Ident as it is stored, all else as numbers of the locale.
@@ -250,10 +250,10 @@ private Q_SLOTS:
         const QString dispositivos = u"grdDispositivos"_s;
         QCOMPARE(c.textos(dispositivos, 0), QStringList({u"127.0.0.2"_s, u"127.0.0.21"_s, u"127.0.0.9"_s}));
         QCOMPARE(c.textos(dispositivos, 1), QStringList({u"Frio"_s, u"Portaria"_s, u""_s}));
-        QCOMPARE(c.lista(dispositivos).estadoDaLinha(0), u"res"_s);
+        QCOMPARE(c.lista(dispositivos).estadoDaLinha(0), EstadoDaLinha::Impar);
         c.marcar(dispositivos, 0);
         c.marcar(dispositivos, 2);
-        QCOMPARE(c.lista(dispositivos).estadoDaLinha(0), u"red"_s);
+        QCOMPARE(c.lista(dispositivos).estadoDaLinha(0), EstadoDaLinha::Marcada);
         QCOMPARE(c.textos(u"grdInputs"_s, 0), QStringList({u"1"_s, u"302"_s}));
         c.marcar(dispositivos, 0); // no more
         QCOMPARE(c.textos(u"grdInputs"_s, 0), QStringList({u"302"_s}));

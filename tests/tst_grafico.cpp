@@ -1,5 +1,6 @@
 #include "core/estado.h"
 #include "core/modINI.h"
+#include "platform/chart/cores.h"
 #include "tests/apoio/tabela.h"
 #include "tests/cenaGrafico.h"
 
@@ -10,10 +11,10 @@
 
 namespace {
 
-QList<quint32> coresDe(const TSerie &serie) {
-    QList<quint32> lista;
+QList<EstadoDoPonto> estadosDe(const TSerie &serie) {
+    QList<EstadoDoPonto> lista;
     for (qsizetype i = 0; i < serie.Count(); ++i)
-        lista.append(serie.PointColor(i));
+        lista.append(serie.estado(i));
     return lista;
 }
 
@@ -72,13 +73,13 @@ private Q_SLOTS:
         QCOMPARE(c.SeriesCount(), 3);
         const TSerie &s = c.Series(0);
         QCOMPARE(s.Title, u"Sensor 1"_s);
-        QVERIFY(s.Active && s.ColorEachPoint);
-        QCOMPARE(coresDe(s), QList<quint32>({255, 16711680, 65280, 65280, 16711680, 65280}));
+        QVERIFY(s.Active);
+        using enum EstadoDoPonto;
+        QCOMPARE(estadosDe(s), QList({Acima, Abaixo, Normal, Normal, Abaixo, Normal}));
         QCOMPARE(rotulosDe(s), QStringList({u"!"_s, u" "_s, u" "_s, u" "_s, u" "_s, u" "_s}));
         QCOMPARE(c.Series(1).y(), (std::vector<double>{30, 30, 30}));
         QCOMPARE(c.Series(2).y(), (std::vector<double>{5, 5, 5, 4.5}));
-        QCOMPARE(c.Series(1).PointColor(0), quint32(255));
-        QCOMPARE(c.Series(2).PointColor(0), quint32(16711680));
+        QVERIFY(c.Series(1).Color == cores::maximo && c.Series(2).Color == cores::minimo);
         for (int i = 0; i < 3; ++i)
             QCOMPARE(c.Series(i).Name.right(16), id(1));
         QCOMPARE(g.media(), u"Média = 35,68 °C"_s);
@@ -107,7 +108,8 @@ private Q_SLOTS:
         QCOMPARE(c.Series(3).Color, quint32(255));
         QCOMPARE(c.Series(3).PointLabel(0), u"!"_s);
         QCOMPARE(c.Series(4).Count(), 0);
-        QCOMPARE(coresDe(c.Series(5)), QList<quint32>{65535}); // no alarm colours here
+        QCOMPARE(c.Series(5).Color, quint32(65535));
+        QCOMPARE(estadosDe(c.Series(5)), QList{EstadoDoPonto::Normal}); // no alarms here
         QCOMPARE(g.media(), u"Média = 25 °C"_s);
         inst.executar(u"UPDATE Temperaturas SET Temperatura = -10 WHERE Temperatura = 40"_s);
         g.carregar({1, 2, 3}); // what they come to together is shown also when it is 0

@@ -17,10 +17,6 @@ namespace {
 
 constexpr double nenhum = std::numeric_limits<double>::quiet_NaN();
 
-std::optional<double> limite(double valor) {
-    return std::isnan(valor) ? std::nullopt : std::optional(valor);
-}
-
 // One count query an interval, bounds as texts: what the counting in memory stands for.
 std::vector<qint64> contarPorConsultas(const QString &tabela, double passo) {
     const auto numero = [](const QVariant &v) { return modDoubleTratamento::NumeroComPonto(v.toDouble()).toDouble(); };
@@ -89,7 +85,7 @@ private Q_SLOTS:
         while (rs.avancar())
             lidos.push_back(rs.numero(0));
         std::vector<qint64> totais;
-        for (const Balde &b : histograma::contar(lidos, passo, {}, {}))
+        for (const Balde &b : histograma::contar(lidos, passo, {}))
             totais.push_back(b.total);
         QCOMPARE(totais, contarPorConsultas(u"Temperaturas"_s, passo));
     }
@@ -97,7 +93,7 @@ private Q_SLOTS:
     void intervalosFechadosEDesviados() {
         const Instalacao instalacao(Instalacao::Base::Nenhuma);
         const std::vector<double> valores{10, 10.5, 10.55, 10.6, 11, nenhum};
-        const auto baldes = histograma::contar(valores, 0.5, {}, {});
+        const auto baldes = histograma::contar(valores, 0.5, {});
         QCOMPARE(baldes.size(), size_t(2));
         QCOMPARE(baldes[0].total, 2); // 10 and the shared edge 10.5
         QCOMPARE(baldes[1].total, 2); // 10.55 falls between the two and is counted nowhere
@@ -105,32 +101,8 @@ private Q_SLOTS:
         QCOMPARE(baldes[1].rotulo(), u"10,6 <> 11"_s);
     }
 
-    void cores_data() {
-        QTest::addColumn<double>("baixo");
-        QTest::addColumn<double>("minimo");
-        QTest::addColumn<double>("maximo");
-        QTest::addColumn<int>("cor"); // -1: lost
-        QTest::newRow("on the minimum") << 5.0 << 5.0 << 30.0 << 16711680;
-        QTest::newRow("minimum before maximum") << 40.0 << 50.0 << 30.0 << 16711680;
-        QTest::newRow("on the maximum") << 30.0 << 5.0 << 30.0 << 255;
-        QTest::newRow("between") << 5.1 << 5.0 << 30.0 << 65280;
-        QTest::newRow("lone minimum, above: lost") << 5.1 << 5.0 << nenhum << -1;
-        QTest::newRow("lone minimum, below") << 4.0 << 5.0 << nenhum << 16711680;
-        QTest::newRow("lone maximum, reached") << 30.0 << nenhum << 30.0 << 255;
-        QTest::newRow("lone maximum, below") << 29.9 << nenhum << 30.0 << 65280;
-        QTest::newRow("no limits") << 0.0 << nenhum << nenhum << 65280;
-    }
-    void cores() {
-        QFETCH(const double, baixo);
-        QFETCH(const double, minimo);
-        QFETCH(const double, maximo);
-        QFETCH(const int, cor);
-        const auto obtida = histograma::corDoBalde(baixo, limite(minimo), limite(maximo));
-        QCOMPARE(obtida ? int(*obtida) : -1, cor);
-    }
-
     void baldesPerdidosSaemDoTotal() {
-        const auto baldes = histograma::contar(std::vector<double>{1, 2, 3, 8}, 1, 2.0, {});
+        const auto baldes = histograma::contar(std::vector<double>{1, 2, 3, 8}, 1, {.minimo = 2});
         qint64 total = 0;
         for (const Balde &b : baldes)
             total += b.total;
@@ -167,7 +139,7 @@ private Q_SLOTS:
 
     void intervaloMinusculoERecusado() {
         const Instalacao instalacao(Instalacao::Base::Nenhuma);
-        QVERIFY_THROWS_EXCEPTION(Falha, histograma::contar(std::vector<double>{0, 1e9}, 1e-3, {}, {}));
+        QVERIFY_THROWS_EXCEPTION(Falha, histograma::contar(std::vector<double>{0, 1e9}, 1e-3, {}));
     }
 };
 

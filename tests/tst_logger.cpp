@@ -196,9 +196,9 @@ private Q_SLOTS:
         QCOMPARE(sensor.Count(), qsizetype(9));
         // One decimal of what was measured, and then the calibration.
         QCOMPARE(sensor.YValue(0), 20.3 + 0.125);
-        QCOMPARE(sensor.PointColor(0), sensor.Color);
-        QCOMPARE(sensor.PointColor(1), 0xFFu);
-        QCOMPARE(sensor.PointColor(5), 0xFF0000u);
+        QCOMPARE(sensor.estado(0), EstadoDoPonto::Normal);
+        QCOMPARE(sensor.estado(1), EstadoDoPonto::Acima);
+        QCOMPARE(sensor.estado(5), EstadoDoPonto::Abaixo);
         QCOMPARE(chart->Series(1).YValue(2), 30.0);
         QCOMPARE(chart->Series(2).YValue(0), 17.5);
         b.clicar("lblEstado");

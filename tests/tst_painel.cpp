@@ -4,6 +4,7 @@
 #include "tests/apoio/espera.h"
 #include "tests/apoio/instalacao.h"
 #include "tests/apoio/widgets.h"
+#include "views/forms/painelSensores.h"
 #include "views/forms/registar.h"
 
 #include <QAbstractButton>
@@ -123,7 +124,6 @@ private Q_SLOTS:
         v.todos()->setLinhaActual(1);
         clicar(v.form, u"cmdAdicionar"_s);
         QCOMPARE(fundo(v.escolhidos(), 0), vermelho);
-        QCOMPARE(riscas::cor(u" BLUE "_s, v.form->palette()), QColor(219, 219, 219));
     }
 
     // A marked row is told from a plain one also while it is selected.
@@ -146,9 +146,9 @@ private Q_SLOTS:
     void coresEscuras() {
         QPalette escura;
         escura.setColor(QPalette::Base, QColor(30, 30, 30));
-        const QColor normal = riscas::cor({}, escura);
-        const QColor vermelho = riscas::cor(u"red"_s, escura);
-        for (const QString &estado : {u""_s, u"res"_s, u"red"_s, u"blu"_s})
+        const QColor normal = riscas::cor(EstadoDaLinha::Par, escura);
+        const QColor vermelho = riscas::cor(EstadoDaLinha::Desactivada, escura);
+        for (const auto estado : {EstadoDaLinha::Par, EstadoDaLinha::Impar, EstadoDaLinha::Desactivada})
             QVERIFY(riscas::cor(estado, escura).lightness() < 110);
         QVERIFY(vermelho.lightness() > normal.lightness() + 20);
         QVERIFY(vermelho.red() > 1.5 * vermelho.blue());
@@ -221,8 +221,7 @@ private Q_SLOTS:
             QVERIFY(!v.visivel(u"picGrupos"_s));
         }
         QTEST(botao->text(), "legenda");
-        QTEST(botao->property("Tag").toString(), "tag");
-        QTEST(grupos->property("Tag").toString(), "tag");
+        QTEST(controlo<PainelSensores>(v.form, u"PictOpccoes"_s)->tagDoFiltro(), "tag");
         QTEST(nomes(v.todos()), "lista");
     }
 
@@ -306,18 +305,14 @@ private Q_SLOTS:
         connect(relogio, &QTimer::timeout, relogio, [&voltas] { ++voltas; });
         QVERIFY(utilizador::esperar([&] { return !relogio->isActive(); }));
         QCOMPARE(voltas, 40);
-        QCOMPARE(relogio->property("Tag").toString(), u"40"_s);
         QVERIFY(!v.visivel(u"imgErrorDate"_s));
     }
 
-    void confirmarGuardaIntervalo() {
+    void confirmarSemEscolha() {
         const Instalada inst;
         const Vista v;
         porData(v.form, u"DTPdataInicio"_s, QDate(2024, 3, 1));
-        clicar(v.form,
-               u"cmdConfirmar"_s); // nothing is chosen: the range is kept, nothing is loaded and nothing is said
-        QCOMPARE(controlo<QWidget>(v.form, u"DTPdataInicio"_s)->property("Tag").toString(), u"01/03/2024 00:00:00"_s);
-        QCOMPARE(controlo<QWidget>(v.form, u"DTPdataFim"_s)->property("Tag").toString(), u"15/03/2024 23:59:59"_s);
+        clicar(v.form, u"cmdConfirmar"_s); // nothing is loaded and nothing is said
         QVERIFY(v.visivel(u"PictOpccoes"_s));
     }
 

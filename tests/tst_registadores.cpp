@@ -129,8 +129,8 @@ private Q_SLOTS:
         c.abrir(u"frmGraficoLoggers"_s);
         c.confirmar();
         QCOMPARE(c.chart().Series(0).y(), (std::vector<double>{4.5, 8, 2}));
-        QCOMPARE(c.chart().Series(0).PointColor(1), 255U);
-        QCOMPARE(c.chart().Series(0).PointColor(2), 16711680U);
+        QCOMPARE(c.chart().Series(0).estado(1), EstadoDoPonto::Acima);
+        QCOMPARE(c.chart().Series(0).estado(2), EstadoDoPonto::Abaixo);
         QCOMPARE(c.chart().Series(1).y(), (std::vector<double>{8, 8, 8}));
         QCOMPARE(controlo<QLabel>(c.form, u"lblMedia"_s)->text(), u"Média = 4,83 °C"_s);
         c.dialogos.responderGravar(c.ficheiro(u"m.csv"_s), u"GraphLoggers"_s);

@@ -46,10 +46,6 @@ using utilizador::controlo;
 
 namespace {
 
-constexpr quint32 vermelho = 255;
-constexpr quint32 verde = 65280;
-constexpr quint32 azul = 16711680;
-
 QString id(int n) {
     return u"28A00000000000%1"_s.arg(n, 2, 10, QChar(u'0'));
 }
@@ -151,9 +147,9 @@ private Q_SLOTS:
         QCOMPARE(barras.Count(), 2);
         QCOMPARE(barras.PointLabel(0), u"4 <> 5"_s);
         QCOMPARE(barras.YValue(0), 2.0);
-        QCOMPARE(barras.PointColor(0), azul);
+        QCOMPARE(barras.estado(0), EstadoDoPonto::Abaixo);
         QCOMPARE(barras.PointLabel(1), u"7,1 <> 8"_s);
-        QCOMPARE(barras.PointColor(1), vermelho);
+        QCOMPARE(barras.estado(1), EstadoDoPonto::Acima);
         QCOMPARE(controlo<QLabel>(c.form, u"lblTotal"_s)->text(), u"N° de Leituras = 3"_s);
         QVERIFY(qAbs(c.chart().Left().Maximum - 2.2) < 1e-9);
         QCOMPARE(modINI::GetSetting(u"Vistrel"_s, u"frmGraficoPrincipalHistogramaTemp"_s, u"Hist"_s), u"1,0"_s);
@@ -178,7 +174,7 @@ private Q_SLOTS:
         c.confirmar();
         QCOMPARE(c.chart().Series(0).Count(), 1);
         QCOMPARE(c.chart().Series(0).YValue(0), 2.0);
-        QCOMPARE(c.chart().Series(0).PointColor(0), verde);
+        QCOMPARE(c.chart().Series(0).estado(0), EstadoDoPonto::Normal);
     }
 
     void histogramaSemBarras_data() {

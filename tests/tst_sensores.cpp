@@ -69,9 +69,9 @@ private Q_SLOTS:
             QCOMPARE(grelha->celula(0, 2), QString());
             darNovoID(dialogo, 0, u"B2"_s);
             QCOMPARE(entradaDoMenu(dialogo, 2), u"Eliminar"_s);
-            QCOMPARE(grelha->estadoDaLinha(2), u"red"_s);
+            QCOMPARE(grelha->estadoDaLinha(2), EstadoDaLinha::PorEliminar);
             QCOMPARE(entradaDoMenu(dialogo, 2), u"Anular Eliminar"_s);
-            QVERIFY(grelha->estadoDaLinha(2) != u"red");
+            QVERIFY(grelha->estadoDaLinha(2) != EstadoDaLinha::PorEliminar);
             entradaDoMenu(dialogo, 2);
             QVERIFY(!controlo<QWidget>(dialogo, u"cmdConfirmar"_s)->isEnabled()); // what it does was not shown yet
             const QStringList esperado = {u"Temperaturas 3 3"_s, u"Sensores 0 2"_s};
@@ -105,9 +105,9 @@ private Q_SLOTS:
             auto *grelha = controlo<Grelha>(dialogo, u"grdSensores"_s);
             grelha->setFocus();
             tecla(grelha, Qt::Key_Delete);
-            QCOMPARE(grelha->estadoDaLinha(0), u"red"_s);
+            QCOMPARE(grelha->estadoDaLinha(0), EstadoDaLinha::PorEliminar);
             tecla(grelha, Qt::Key_Delete);
-            QVERIFY(grelha->estadoDaLinha(0) != u"red");
+            QVERIFY(grelha->estadoDaLinha(0) != EstadoDaLinha::PorEliminar);
             tecla(grelha, Qt::Key_Down);
             tecla(grelha, Qt::Key_Return);
             escrever(dialogo, u"txtEdit"_s, u"Z7"_s);
@@ -153,7 +153,7 @@ private Q_SLOTS:
             QVERIFY(QDir().rename(bd, bd + u"-fora"));
             clicar(dialogo, u"cmdConfirmar"_s);
             QVERIFY(QDir().rename(bd + u"-fora", bd));
-            QCOMPARE(controlo<Grelha>(dialogo, u"grdSensores"_s)->estadoDaLinha(0), u"red"_s);
+            QCOMPARE(controlo<Grelha>(dialogo, u"grdSensores"_s)->estadoDaLinha(0), EstadoDaLinha::PorEliminar);
         });
         QCOMPARE(contar(u"Temperaturas"_s, u"Sensor"_s, u"A1"_s), 3);
     }

@@ -2,6 +2,7 @@
 #include "data/ligacao.h"
 #include "tests/apoio/instalacao.h"
 #include "tests/apoio/tabela.h"
+#include "views/alarme.h"
 #include "views/familiaGraficos.h"
 #include "views/ilegiveis.h"
 #include "views/leituras.h"
@@ -104,30 +105,33 @@ private Q_SLOTS:
         QTEST(QString(lidos + (limites.ilegivel ? u" unreadable"_s : QString())), "esperado");
     }
 
-    void corDoPonto_data() {
-        QTest::addColumn<QString>("texto");
+    // The same value between the same limits is not the same to all three rules.
+    void alarmes_data() {
+        QTest::addColumn<double>("maximo");
+        QTest::addColumn<double>("minimo");
         QTest::addColumn<double>("valor");
-        QTest::addColumn<quint32>("cor");
-        const quint32 vermelho = 255;
-        const quint32 azul = 16711680;
-        const quint32 verde = 65280;
-        QTest::newRow("on the maximum") << u"30XXX5"_s << 30.0 << vermelho;
-        QTest::newRow("under the maximum") << u"30XXX5"_s << 29.9 << verde;
-        QTest::newRow("on the minimum") << u"30XXX5"_s << 5.0 << azul;
-        QTest::newRow("over the minimum") << u"30XXX5"_s << 5.1 << verde;
-        QTest::newRow("crossed limits: maximum wins") << u"5XXX30"_s << 10.0 << vermelho;
-        QTest::newRow("only maximum, over") << u"30XXXNA"_s << 31.0 << vermelho;
-        QTest::newRow("only maximum, under") << u"30XXXNA"_s << -80.0 << verde;
-        QTest::newRow("only minimum, under") << u"NAXXX5"_s << 5.0 << azul;
-        QTest::newRow("only minimum, over") << u"NAXXX5"_s << 500.0 << verde;
-        QTest::newRow("none") << u"NAXXXNA"_s << 500.0 << verde;
+        QTest::addColumn<QString>("esperado"); // of a reading, a bar, a sample
+        constexpr double nenhum = std::numeric_limits<double>::quiet_NaN();
+        QTest::newRow("on the maximum") << 30.0 << 5.0 << 30.0 << u"+++"_s;
+        QTest::newRow("under the maximum") << 30.0 << 5.0 << 29.9 << u"000"_s;
+        QTest::newRow("on the minimum") << 30.0 << 5.0 << 5.0 << u"---"_s;
+        QTest::newRow("over the minimum") << 30.0 << 5.0 << 5.1 << u"000"_s;
+        QTest::newRow("crossed limits") << 5.0 << 30.0 << 10.0 << u"+--"_s;
+        QTest::newRow("only maximum, on it") << 30.0 << nenhum << 30.0 << u"+++"_s;
+        QTest::newRow("only maximum, under") << 30.0 << nenhum << -80.0 << u"000"_s;
+        QTest::newRow("only minimum, on it") << nenhum << 5.0 << 5.0 << u"---"_s;
+        QTest::newRow("only minimum, over: the bar is lost") << nenhum << 5.0 << 500.0 << u"0 0"_s;
+        QTest::newRow("none") << nenhum << nenhum << 500.0 << u"000"_s;
     }
-
-    void corDoPonto() {
-        const Instalacao inst(Instalacao::Base::Nenhuma);
-        QFETCH(QString, texto);
+    void alarmes() {
+        QFETCH(double, maximo);
+        QFETCH(double, minimo);
         QFETCH(double, valor);
-        QTEST(cores::doPonto(lerLimites(texto), valor), "cor");
+        const auto sinal = [](std::optional<EstadoDoPonto> e) { return e ? u"0+-"_s.at(int(*e)) : QChar(u' '); };
+        const Limites limites{.maximo = maximo, .minimo = minimo};
+        const QChar letras[]{sinal(alarme::daLeitura(limites, valor)), sinal(alarme::doBalde(limites, valor)),
+                             sinal(alarme::daAmostra(maximo, minimo, valor))};
+        QTEST(QString(letras, 3), "esperado");
     }
 
     void media_data() {

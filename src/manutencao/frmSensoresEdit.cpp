@@ -196,13 +196,13 @@ void frmSensoresEdit::menuDaLinha(const QPoint &onde) {
 void frmSensoresEdit::alternarEliminacao(int linha) {
     if (m_ocupado)
         return;
-    m_grelha->setRowBackColor(linha, marcada(linha) ? QString() : u"red"_s);
+    m_grelha->setEstadoDaLinha(linha, marcada(linha) ? EstadoDaLinha::Par : EstadoDaLinha::PorEliminar);
     m_grelha->riscar();
     resumirDepois();
 }
 
 bool frmSensoresEdit::marcada(int linha) const {
-    return m_grelha->estadoDaLinha(linha) == u"red";
+    return m_grelha->estadoDaLinha(linha) == EstadoDaLinha::PorEliminar;
 }
 
 fusaoSensores::AlteracaoSensor frmSensoresEdit::alteracao(int linha) const {

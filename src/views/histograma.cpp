@@ -15,9 +15,6 @@ namespace histograma {
 
 namespace {
 
-constexpr quint32 vermelho = 255;
-constexpr quint32 verde = 65280;
-constexpr quint32 azul = 16711680;
 constexpr double desvio = 0.1;
 constexpr double menorIntervalo = desvio + 0.01;
 constexpr qint64 maximoDeBaldes = 2'000'000;
@@ -39,26 +36,26 @@ double comoTexto(double numero) {
                     .arg(modDoubleTratamento::NumeroParaTexto(intervalo), modDoubleTratamento::NumeroParaTexto(menor)));
 }
 
-struct Limites {
+struct Bordas {
     double baixo;
     double alto;
 };
 
 // The counting loop's bounds: x goes from minimum to maximum by repeated addition, with all its rounding.
-std::vector<Limites> limitesDosBaldes(double minimo, double maximo, double intervalo,
-                                      const std::function<void()> &passar) {
+std::vector<Bordas> bordasDosBaldes(double minimo, double maximo, double intervalo,
+                                    const std::function<void()> &passar) {
     if ((maximo - minimo) / intervalo > double(maximoDeBaldes))
         recusar(intervalo, std::ceil((maximo - minimo) / double(maximoDeBaldes) * 100) / 100);
-    std::vector<Limites> limites;
+    std::vector<Bordas> bordas;
     for (double x = minimo; x <= maximo; x += intervalo) {
         const double baixo = comoTexto(x);
-        limites.push_back({limites.empty() ? baixo : comoTexto(baixo + desvio), comoTexto(x + intervalo)});
-        if (passar && limites.size() % 4096 == 0)
+        bordas.push_back({bordas.empty() ? baixo : comoTexto(baixo + desvio), comoTexto(x + intervalo)});
+        if (passar && bordas.size() % 4096 == 0)
             passar();
         if (x + intervalo == x)
             break;
     }
-    return limites;
+    return bordas;
 }
 
 } // namespace
@@ -89,19 +86,8 @@ QStringList entradasDoCombo() {
     return entradas;
 }
 
-std::optional<quint32> corDoBalde(double baixo, std::optional<double> minimo, std::optional<double> maximo) {
-    if (minimo && baixo <= *minimo)
-        return azul;
-    if (minimo && !maximo)
-        return std::nullopt; // above a lone minimum: lost from the chart and from the total, as it always was
-    if (maximo && baixo >= *maximo)
-        return vermelho;
-    return verde;
-}
-
-std::vector<Balde> contar(std::span<const double> valores, double intervalo, std::optional<double> minimo,
-                          std::optional<double> maximo, const std::function<void()> &passar,
-                          const std::optional<Extremos> &extremos) {
+std::vector<Balde> contar(std::span<const double> valores, double intervalo, const Limites &limites,
+                          const std::function<void()> &passar, const std::optional<Extremos> &extremos) {
     double menor = INFINITY;
     double maior = -INFINITY;
     for (const double v : valores) {
@@ -112,9 +98,9 @@ std::vector<Balde> contar(std::span<const double> valores, double intervalo, std
         return {};
     menor = comoTexto(extremos ? extremos->menor : menor);
     maior = comoTexto(extremos ? extremos->maior : maior);
-    const std::vector<Limites> limites = limitesDosBaldes(menor, maior, intervalo, passar);
-    std::vector<qint64> totais(limites.size());
-    const auto ultimo = qint64(limites.size()) - 1;
+    const std::vector<Bordas> bordas = bordasDosBaldes(menor, maior, intervalo, passar);
+    std::vector<qint64> totais(bordas.size());
+    const auto ultimo = qint64(bordas.size()) - 1;
     for (size_t i = 0; i < valores.size(); ++i) {
         const double v = valores[i];
         if (std::isnan(v))
@@ -122,17 +108,17 @@ std::vector<Balde> contar(std::span<const double> valores, double intervalo, std
         // The sums drift by far less than a bucket, so the right one is the computed one or a neighbour.
         const auto perto = std::clamp(qint64((v - menor) / intervalo), qint64(0), ultimo);
         for (qint64 k = std::max<qint64>(0, perto - 1); k <= std::min(ultimo, perto + 1); ++k)
-            if (v >= limites[size_t(k)].baixo && v <= limites[size_t(k)].alto)
+            if (v >= bordas[size_t(k)].baixo && v <= bordas[size_t(k)].alto)
                 ++totais[size_t(k)];
         if (passar && i % valoresPorPasse == valoresPorPasse - 1)
             passar();
     }
     std::vector<Balde> baldes;
-    for (size_t k = 0; k < limites.size(); ++k) {
+    for (size_t k = 0; k < bordas.size(); ++k) {
         if (totais[k] == 0)
             continue;
-        if (const auto cor = corDoBalde(limites[k].baixo, minimo, maximo))
-            baldes.push_back({limites[k].baixo, limites[k].alto, totais[k], *cor});
+        if (const auto estado = alarme::doBalde(limites, bordas[k].baixo))
+            baldes.push_back({bordas[k].baixo, bordas[k].alto, totais[k], *estado});
     }
     return baldes;
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "views/alarme.h"
+
 #include <QString>
 
 #include <functional>
@@ -15,7 +17,7 @@ struct Balde {
     double baixo; // bounds as they travelled: 15 significant digits, closed on both sides
     double alto;
     qint64 total;
-    quint32 cor; // OLE number
+    EstadoDoPonto estado;
     QString rotulo() const;
 };
 
@@ -25,18 +27,14 @@ double lerIntervalo(const QString &texto);
 // The entries of the combo: "0.5", "1.0", ... "50.0".
 QStringList entradasDoCombo();
 
-// The colour of a bucket by its (nudged) lower bound; none when such a bucket is lost on purpose.
-std::optional<quint32> corDoBalde(double baixo, std::optional<double> minimo, std::optional<double> maximo);
-
-// Buckets with at least one value and a colour, in order. The first is [min, min + width], each further one starts
-// 0.1 above the shared edge, so that values between two buckets are counted nowhere. NaN values count nowhere.
-// passar is called now and then, so that events run. The buckets run from the least to the greatest value, or between
-// the extremes given, outside of which nothing counts.
+// Buckets with at least one value and a state (alarme::doBalde, by the nudged lower bound), in order. The first is
+// [min, min + width], each further one starts 0.1 above the shared edge, so that values between two buckets are counted
+// nowhere. NaN values count nowhere. passar is called now and then, so that events run. The buckets run from the least
+// to the greatest value, or between the extremes given, outside of which nothing counts.
 struct Extremos {
     double menor, maior;
 };
-std::vector<Balde> contar(std::span<const double> valores, double intervalo, std::optional<double> minimo,
-                          std::optional<double> maximo, const std::function<void()> &passar = {},
-                          const std::optional<Extremos> &extremos = {});
+std::vector<Balde> contar(std::span<const double> valores, double intervalo, const Limites &limites,
+                          const std::function<void()> &passar = {}, const std::optional<Extremos> &extremos = {});
 
 } // namespace histograma

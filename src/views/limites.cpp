@@ -38,11 +38,3 @@ const Limites &CacheLimites::de(const char *bytes, int tamanho) {
     }
     return m_limites;
 }
-
-quint32 cores::doPonto(const Limites &limites, double valor) {
-    if (limites.temMaximo() && limites.maximo <= valor)
-        return vermelho;
-    if (limites.temMinimo() && limites.minimo >= valor)
-        return azul;
-    return verde;
-}

@@ -7,8 +7,6 @@
 
 namespace {
 
-const QString estadoMarcado = u"red"_s;
-const QString estadoSimples = u"res"_s;
 const QString visto = u"✓"_s;
 
 } // namespace
@@ -26,19 +24,19 @@ ListaMarcada::ListaMarcada(const QString &nome, const QStringList &titulos) : Gr
 
 int ListaMarcada::juntar(const QStringList &celulas) {
     const int linha = adicionarLinha(QStringList{QString()} + celulas);
-    setRowBackColor(linha, estadoSimples);
+    setEstadoDaLinha(linha, EstadoDaLinha::Impar);
     return linha;
 }
 
 bool ListaMarcada::marcada(int linha) const {
-    return estadoDaLinha(linha) == estadoMarcado;
+    return estadoDaLinha(linha) == EstadoDaLinha::Marcada;
 }
 
 void ListaMarcada::marcar(int linha, bool sim) {
     if (marcada(linha) == sim)
         return;
     setCelula(linha, 0, sim ? visto : QString());
-    setRowBackColor(linha, sim ? estadoMarcado : estadoSimples);
+    setEstadoDaLinha(linha, sim ? EstadoDaLinha::Marcada : EstadoDaLinha::Impar);
     Q_EMIT mudou(linha);
 }
 

@@ -10,8 +10,10 @@
 #include "logger/numeros1921.h"
 #include "logger/prazos1921.h"
 #include "platform/chart/TChart.h"
+#include "platform/chart/cores.h"
 #include "platform/forms/grelha.h"
 #include "platform/forms/registoForms.h"
+#include "views/alarme.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -23,17 +25,6 @@
 #include <algorithm>
 
 namespace {
-
-// Rows of samples alternate; a run of alarms has the colour of its limit.
-const QString linhaPar = u"#fbf6ce"_s;
-const QString linhaImpar = u"#e1ede2"_s;
-const QString alarmeAlto = u"#ee9d89"_s;
-const QString alarmeBaixo = u"#7d8aaf"_s;
-
-// OLE colours of the chart.
-constexpr quint32 vermelho = 0xFF;
-constexpr quint32 azul = 0xFF0000;
-constexpr quint32 verde = 0x007000;
 
 constexpr int casasDaTemperatura = 3;
 constexpr int casasDoGrafico = 1;
@@ -243,13 +234,13 @@ void frmDS1921::mostrarAmostras(const std::vector<ControloDS1921::Linha> &linhas
 void frmDS1921::AdicionarLinha(int numero, const ControloDS1921::Linha &linha) {
     const int i = m_grdTemps->adicionarLinha({QString::number(numero), datas::textoDataHora(linha.data),
                                               numeros1921::formatar(linha.temperatura, casasDaTemperatura) + u"°C"});
-    m_grdTemps->setRowBackColor(i, i % 2 == 0 ? linhaPar : linhaImpar);
+    m_grdTemps->setEstadoDaLinha(i, i % 2 == 0 ? EstadoDaLinha::AmostraPar : EstadoDaLinha::AmostraImpar);
 }
 
 void frmDS1921::AdicionarLinhaAlarmes(const SequenciasAlarme::Sequencia &s) {
     const int i =
         m_grdAlarmes->adicionarLinha({datas::textoDataHora(s.primeira) + u" <> " + datas::textoDataHora(s.ultima)});
-    m_grdAlarmes->setRowBackColor(i, s.alta ? alarmeAlto : alarmeBaixo);
+    m_grdAlarmes->setEstadoDaLinha(i, s.alta ? EstadoDaLinha::AlarmeAcima : EstadoDaLinha::AlarmeAbaixo);
 }
 
 void frmDS1921::limparGrelhas() {
@@ -265,10 +256,9 @@ void frmDS1921::CarregarDados() {
         TSerie &sensor = m_chart->Series(0);
         TSerie &maximo = m_chart->Series(1);
         TSerie &minimo = m_chart->Series(2);
-        sensor.Color = verde;
-        sensor.ColorEachPoint = true;
-        maximo.Color = vermelho;
-        minimo.Color = azul;
+        sensor.Color = cores::amostras;
+        maximo.Color = cores::maximo;
+        minimo.Color = cores::minimo;
         for (TSerie *serie : {&sensor, &maximo, &minimo}) {
             serie->Clear();
             serie->Active = !LeiturasGrafico.empty();
@@ -278,10 +268,9 @@ void frmDS1921::CarregarDados() {
         for (const ControloDS1921::Linha &linha : LeiturasGrafico) {
             const double x = datas::segundosDe(linha.data);
             const double y = numeros1921::arredondar(linha.bruta, casasDoGrafico) + l.Calibracao;
-            const quint32 cor = y <= l.LimiteMinGlobal ? azul : y >= l.LimiteMaxGlobal ? vermelho : verde;
-            sensor.AddXY(x, y, {}, cor);
-            maximo.AddXY(x, l.LimiteMaxGlobal, {}, vermelho);
-            minimo.AddXY(x, l.LimiteMinGlobal, {}, azul);
+            sensor.AddXY(x, y, {}, alarme::daAmostra(l.LimiteMaxGlobal, l.LimiteMinGlobal, y));
+            maximo.AddXY(x, l.LimiteMaxGlobal, {});
+            minimo.AddXY(x, l.LimiteMinGlobal, {});
         }
         m_chart->anularZoom();
         m_chart->actualizar();

@@ -12,12 +12,6 @@ bool mostraSe(const QString &rotulo) {
     return !rotulo.isEmpty() && rotulo != QLatin1String(" ");
 }
 
-int distancia(quint32 a, quint32 b) {
-    const QColor p = corOLE(a);
-    const QColor q = corOLE(b);
-    return std::abs(p.red() - q.red()) + std::abs(p.green() - q.green()) + std::abs(p.blue() - q.blue());
-}
-
 } // namespace
 
 TSerie::TSerie(Estilo e) : estilo(e) {}
@@ -25,7 +19,6 @@ TSerie::TSerie(Estilo e) : estilo(e) {}
 void TSerie::Clear() {
     TSerie vazia(estilo);
     vazia.Active = Active;
-    vazia.ColorEachPoint = ColorEachPoint;
     vazia.traco = traco;
     vazia.Color = Color;
     vazia.Title = Title;
@@ -45,34 +38,16 @@ void TSerie::reservar(qsizetype pontos) {
     m_y.reserve(size_t(pontos));
 }
 
-qsizetype TSerie::Add(double y, const QString &rotulo, quint32 cor) {
-    return AddXY(double(Count()), y, rotulo, cor);
+qsizetype TSerie::Add(double y, const QString &rotulo, EstadoDoPonto estado) {
+    return AddXY(double(Count()), y, rotulo, estado);
 }
 
-quint8 TSerie::indiceDeCor(quint32 cor) {
-    qsizetype i = m_paleta.indexOf(cor);
-    if (i < 0 && m_paleta.size() < maximoDeIndices) {
-        i = m_paleta.size();
-        m_paleta.append(cor);
+void TSerie::juntarEstado(EstadoDoPonto estado) {
+    if (m_estados.empty()) {
+        m_estados.reserve(m_x.capacity());
+        m_estados.resize(m_x.size() - 1); // all normal
     }
-    if (i < 0)
-        i = std::min_element(m_paleta.cbegin(), m_paleta.cend(),
-                             [cor](quint32 a, quint32 b) { return distancia(a, cor) < distancia(b, cor); }) -
-            m_paleta.cbegin();
-    return quint8(i);
-}
-
-// The point before has another colour, or there is none.
-void TSerie::novaCor(quint32 cor) {
-    m_ultimaCor = cor;
-    const quint8 indice = indiceDeCor(cor);
-    if (m_cores.empty()) {
-        if (m_paleta.size() == 1)
-            return;
-        m_cores.reserve(m_x.capacity());
-        m_cores.resize(m_x.size() - 1); // all the first colour
-    }
-    m_cores.push_back(indice);
+    m_estados.push_back(estado);
 }
 
 void TSerie::juntarRotulo(const QString &rotulo) {
@@ -135,10 +110,6 @@ void TSerie::setPointLabel(qsizetype i, const QString &rotulo) {
         m_resumos[i / bloco].marcas += int(mostraSe(rotulo)) - int(antes);
 }
 
-quint32 TSerie::PointColor(qsizetype i) const {
-    return m_paleta[m_cores.empty() ? 0 : m_cores[size_t(i)]];
-}
-
 bool TSerie::temMarca(qsizetype i) const {
     return mostraSe(PointLabel(i));
 }
@@ -158,11 +129,11 @@ void TSerie::resumir() {
         r.menor = quint8(std::find(y, y + bloco, menor) - y);
         r.maior = quint8(std::find(y, y + bloco, maior) - y);
     }
-    if (m_cores.empty())
-        r.cores = 1;
+    if (m_estados.empty())
+        r.estados = 1;
     else
-        for (auto cor = m_cores.cbegin() + inicio; cor != m_cores.cend(); ++cor)
-            r.cores |= 1U << std::min<quint8>(*cor, 31);
+        for (auto estado = m_estados.cbegin() + inicio; estado != m_estados.cend(); ++estado)
+            r.estados |= quint8(1U << quint8(*estado));
     for (qsizetype k = proximaMarca(inicio, Count()); k < Count(); k = proximaMarca(k + 1, Count()))
         ++r.marcas;
     m_resumos.append(r);

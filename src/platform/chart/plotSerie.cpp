@@ -10,8 +10,6 @@ constexpr double espessura = 1.5;
 constexpr double espessuraAlarme = 2.2;
 constexpr double espacoParaMarcadores = 8; // pixels from point to point
 constexpr double raioDoMarcador = 2.6;
-constexpr quint32 vermelho = 255;
-constexpr quint32 azul = 16711680;
 
 // The distance that counts as a gap: several times the usual one.
 double lacunaDe(const TSerie &serie) {
@@ -138,27 +136,19 @@ QCPRange PlotSerie::getValueRange(bool &ha, QCP::SignDomain, const QCPRange &) c
 }
 
 QColor PlotSerie::corDaSerie() const {
-    return m_tema.legivel(corOLE(m_serie.Color));
+    return m_tema.doPonto(EstadoDoPonto::Normal, m_serie.Color);
 }
 
 QColor PlotSerie::corDoPonto(qsizetype i) const {
-    const bool cadaUm = m_serie.ColorEachPoint || m_serie.estilo == TSerie::Estilo::Barra;
-    return cadaUm ? m_tema.legivel(corOLE(m_serie.PointColor(i))) : corDaSerie();
+    return m_tema.doPonto(m_serie.estado(i), m_serie.Color);
 }
 
-PlotSerie::Forma PlotSerie::formaDe(quint32 cor) const {
-    const bool cadaUm = m_serie.ColorEachPoint || m_serie.estilo == TSerie::Estilo::Barra;
-    if (!cadaUm || cor == m_serie.Color)
-        return Forma::Circulo;
-    return cor == vermelho ? Forma::Cima : cor == azul ? Forma::Baixo : Forma::Circulo;
-}
-
-void PlotSerie::desenharMarcador(QPainter *pintor, QPointF p, double r, Forma forma) {
-    if (forma == Forma::Circulo) {
+void PlotSerie::desenharMarcador(QPainter *pintor, QPointF p, double r, Tema::Forma forma) {
+    if (forma == Tema::Forma::Circulo) {
         pintor->drawEllipse(p, r, r);
         return;
     }
-    const double s = forma == Forma::Cima ? -1 : 1;
+    const double s = forma == Tema::Forma::Cima ? -1 : 1;
     const double a = r * 1.45;
     const QPointF triangulo[] = {p + QPointF(0, s * a), p + QPointF(-a, -s * a * 0.7), p + QPointF(a, -s * a * 0.7)};
     pintor->drawPolygon(triangulo, 3);
@@ -190,13 +180,13 @@ void PlotSerie::desenharLinhas(QCPPainter *pintor) {
     redutor.reduzir(inicio, fim);
     auto &tracos = redutor.tracos();
 
-    // The usual colour lowest, the rarest on top.
+    // The usual state lowest, the rarest on top.
     std::vector<size_t> ordem(tracos.size());
     for (size_t c = 0; c < ordem.size(); ++c)
         ordem[c] = c;
     std::sort(ordem.begin(), ordem.end(), [&](size_t a, size_t b) {
-        if ((a == redutor.base()) != (b == redutor.base()))
-            return a == redutor.base();
+        if (const auto base = size_t(redutor.base()); (a == base) != (b == base))
+            return a == base;
         return tracos[a].peso > tracos[b].peso;
     });
 
@@ -204,9 +194,8 @@ void PlotSerie::desenharLinhas(QCPPainter *pintor) {
     pintor->setBrush(Qt::NoBrush);
     for (size_t c : ordem) {
         const Tracos &t = tracos[c];
-        const bool usual = !m_serie.ColorEachPoint || c == redutor.base();
-        const QColor cor =
-            m_serie.ColorEachPoint ? m_tema.legivel(corOLE(m_serie.paleta().value(qsizetype(c)))) : corDaSerie();
+        const bool usual = EstadoDoPonto(c) == redutor.base();
+        const QColor cor = m_tema.doPonto(EstadoDoPonto(c), m_serie.Color);
         QPen caneta(cor, usual ? espessura : espessuraAlarme, Qt::SolidLine, Qt::SquareCap, Qt::BevelJoin);
         if (m_serie.tracejada())
             tracejar(caneta, m_serie.traco);
@@ -220,7 +209,7 @@ void PlotSerie::desenharLinhas(QCPPainter *pintor) {
         pintor->setPen(Qt::NoPen);
         pintor->setBrush(cor);
         for (const QPointF &p : t.sozinhos)
-            desenharMarcador(pintor, p, espessura, Forma::Circulo);
+            desenharMarcador(pintor, p, espessura, Tema::Forma::Circulo);
         pintor->setBrush(Qt::NoBrush);
     }
     desenharMarcadores(pintor, inicio, fim);
@@ -233,7 +222,7 @@ void PlotSerie::desenharMarcadores(QCPPainter *pintor, qsizetype inicio, qsizety
         return;
     const double largura = mKeyAxis->axisRect()->width();
     const bool todos = largura / double(fim - inicio) >= espacoParaMarcadores;
-    const bool soAlarmes = !todos && m_tema.papel && m_serie.ColorEachPoint && m_serie.indicesDeCor();
+    const bool soAlarmes = !todos && m_tema.papel && m_serie.estados();
     if (!todos && !soAlarmes)
         return;
     constexpr double entreAlarmes = 11;
@@ -241,12 +230,12 @@ void PlotSerie::desenharMarcadores(QCPPainter *pintor, qsizetype inicio, qsizety
     pintor->setPen(QPen(m_tema.fundo, 0.8));
     for (qsizetype k = inicio; k < fim; ++k) {
         const qsizetype i = indiceDe(k);
-        const Forma forma = formaDe(m_serie.PointColor(i));
-        if (std::isnan(m_serie.YValue(i)) || (!todos && forma == Forma::Circulo))
+        const Tema::Forma forma = Tema::forma(m_serie.estado(i));
+        if (std::isnan(m_serie.YValue(i)) || (!todos && forma == Tema::Forma::Circulo))
             continue;
         const QPointF p = posicao(i);
         if (!todos) {
-            double &antes = ultimo[forma == Forma::Cima ? 0 : 1];
+            double &antes = ultimo[forma == Tema::Forma::Cima ? 0 : 1];
             if (p.x() - antes < entreAlarmes)
                 continue;
             antes = p.x();

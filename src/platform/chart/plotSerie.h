@@ -37,8 +37,7 @@ public:
     QCPRange getValueRange(bool &ha, QCP::SignDomain dominio = QCP::sdBoth,
                            const QCPRange &chaves = QCPRange()) const override;
 
-    enum class Forma { Circulo, Cima, Baixo };
-    static void desenharMarcador(QPainter *pintor, QPointF p, double raio, Forma forma);
+    static void desenharMarcador(QPainter *pintor, QPointF p, double raio, Tema::Forma forma);
 
 protected:
     void draw(QCPPainter *pintor) override;
@@ -51,7 +50,6 @@ private:
     void desenharBarra(QCPPainter *pintor, const QRectF &barra, qsizetype indice) const;
     Achado barraEm(const QPointF &posicao) const;
     QRectF barra(qsizetype indice) const;
-    Forma formaDe(quint32 cor) const;
 
     const TSerie &m_serie;
     const Tema &m_tema;

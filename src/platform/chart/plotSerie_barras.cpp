@@ -1,4 +1,4 @@
-// Bars: one at each x, from 0, each in its own colour.
+// Bars: one at each x, from 0, each in the colour of its state.
 #include "platform/chart/plotSerie.h"
 
 #include "core/modDoubleTratamento.h"
@@ -67,9 +67,9 @@ void PlotSerie::desenharBarra(QCPPainter *pintor, const QRectF &area, qsizetype 
     pintor->setPen(Qt::NoPen);
     pintor->setBrush(misturar(cor, m_tema.fundo, 0.15));
     pintor->drawRect(b);
-    const Forma forma = formaDe(m_serie.PointColor(i));
-    if (m_tema.papel && forma != Forma::Circulo) { // told apart without colours
-        pintor->setBrush(QBrush(Qt::white, forma == Forma::Cima ? Qt::BDiagPattern : Qt::FDiagPattern));
+    const Tema::Forma forma = Tema::forma(m_serie.estado(i));
+    if (m_tema.papel && forma != Tema::Forma::Circulo) { // told apart without colours
+        pintor->setBrush(QBrush(Qt::white, forma == Tema::Forma::Cima ? Qt::BDiagPattern : Qt::FDiagPattern));
         pintor->drawRect(b);
     }
     if (b.width() >= 4) {

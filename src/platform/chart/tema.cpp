@@ -1,5 +1,7 @@
 #include "platform/chart/tema.h"
 
+#include "platform/chart/cores.h"
+
 #include <QFontInfo>
 
 #include <cmath>
@@ -58,6 +60,19 @@ Tema Tema::doPapel(const QFont &fonte) {
     t.realce = Qt::black;
     t.papel = true;
     return t;
+}
+
+QColor Tema::doPonto(EstadoDoPonto estado, quint32 corDaSerie) const {
+    const quint32 ole = estado == EstadoDoPonto::Acima    ? cores::maximo
+                        : estado == EstadoDoPonto::Abaixo ? cores::minimo
+                                                          : corDaSerie;
+    return legivel(QColor(int(ole & 0xFF), int((ole >> 8) & 0xFF), int((ole >> 16) & 0xFF)));
+}
+
+Tema::Forma Tema::forma(EstadoDoPonto estado) {
+    return estado == EstadoDoPonto::Acima    ? Forma::Cima
+           : estado == EstadoDoPonto::Abaixo ? Forma::Baixo
+                                             : Forma::Circulo;
 }
 
 QColor Tema::legivel(const QColor &cor) const {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/estadoDoPonto.h"
+
 #include <QColor>
 #include <QFont>
 #include <QHash>
@@ -9,6 +11,11 @@
 struct Tema {
     static Tema doEcra(const QPalette &paleta, const QFont &fonte);
     static Tema doPapel(const QFont &fonte);
+
+    // What a point looks like, by its state; normal ones have the colour of their series, told by its OLE number.
+    enum class Forma { Circulo, Cima, Baixo };
+    QColor doPonto(EstadoDoPonto estado, quint32 corDaSerie) const;
+    static Forma forma(EstadoDoPonto estado);
 
     // The colour itself where it can be told from the background, else the nearest lighter or darker one.
     QColor legivel(const QColor &cor) const;

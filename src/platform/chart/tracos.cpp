@@ -6,7 +6,7 @@
 
 namespace {
 
-constexpr double alturaMinima = 4; // pixels of an unusual colour in a crowded column
+constexpr double alturaMinima = 4; // pixels of an unusual state in a crowded column
 constexpr qsizetype poucos = 3;    // points in a column that are drawn one by one
 
 // Cuts a segment to a rectangle; false when nothing of it lies inside.
@@ -54,11 +54,8 @@ void Tracos::segmento(QPointF a, QPointF b, const QRectF &limite) {
 
 Redutor::Redutor(const TSerie &serie, const Escala &escala, double lacuna)
     : m_serie(serie), m_escala(escala), m_lacuna(lacuna), m_ordem(serie.ordem()), m_x(serie.x().data()),
-      m_y(serie.y().data()), m_cores(serie.ColorEachPoint ? serie.indicesDeCor() : nullptr),
-      m_total(m_ordem ? m_ordem->size() : serie.Count()),
-      m_tracos(serie.ColorEachPoint ? size_t(std::max<qsizetype>(1, serie.paleta().size())) : 1) {
-    if (serie.ColorEachPoint)
-        m_base = quint8(std::max<qsizetype>(0, serie.paleta().indexOf(serie.Color)));
+      m_y(serie.y().data()), m_estados(serie.estados()), m_base(serie.usual()),
+      m_total(m_ordem ? m_ordem->size() : serie.Count()), m_tracos(m_estados ? estadosDoPonto.size() : 1) {
     m_usadas.reserve(m_tracos.size());
 }
 
@@ -106,29 +103,29 @@ bool Redutor::lacunaAntes(qsizetype k) const {
     return antes || depois;
 }
 
-void Redutor::comecar(QPointF p, quint8 cor) {
+void Redutor::comecar(QPointF p, EstadoDoPonto estado) {
     quebrar();
     m_anterior = p;
-    m_corAnterior = cor;
+    m_anteriorEra = estado;
     m_tem = m_so = true;
 }
 
 void Redutor::quebrar() {
     if (m_tem && m_so)
-        m_tracos[m_corAnterior].sozinhos.push_back(m_anterior);
+        tracosDe(m_anteriorEra).sozinhos.push_back(m_anterior);
     m_tem = m_so = false;
 }
 
-void Redutor::ligar(QPointF p, quint8 cor) {
+void Redutor::ligar(QPointF p, EstadoDoPonto estado) {
     if (m_serie.estilo == TSerie::Estilo::Degrau) {
         const QPointF canto(p.x(), m_anterior.y());
-        m_tracos[m_corAnterior].segmento(m_anterior, canto, m_escala.limite);
-        m_tracos[cor].segmento(canto, p, m_escala.limite);
+        tracosDe(m_anteriorEra).segmento(m_anterior, canto, m_escala.limite);
+        tracosDe(estado).segmento(canto, p, m_escala.limite);
     } else {
-        m_tracos[cor].segmento(m_anterior, p, m_escala.limite);
+        tracosDe(estado).segmento(m_anterior, p, m_escala.limite);
     }
     m_anterior = p;
-    m_corAnterior = cor;
+    m_anteriorEra = estado;
     m_so = false;
 }
 
@@ -138,8 +135,8 @@ void Redutor::ponto(qsizetype k) {
         quebrar();
         return;
     }
-    const quint8 c = cor(k);
-    ++m_tracos[c].peso;
+    const EstadoDoPonto c = estado(k);
+    ++tracosDe(c).peso;
     const QPointF p(m_escala.px(x(k)), m_escala.py(valor));
     if (m_tem && !lacunaAntes(k))
         ligar(p, c);
@@ -147,8 +144,8 @@ void Redutor::ponto(qsizetype k) {
         comecar(p, c);
 }
 
-void Redutor::estender(quint8 cor, double y, qsizetype pontos) {
-    Extensao &e = extensao(cor);
+void Redutor::estender(EstadoDoPonto estado, double y, qsizetype pontos) {
+    Extensao &e = extensao(estado);
     if (y < e.menor)
         e.menor = y;
     if (y > e.maior)
@@ -161,7 +158,7 @@ void Redutor::cobrirUmPorUm(qsizetype k, qsizetype fim) {
     double anterior = y(k - 1);
     for (; k < fim; ++k) {
         const double v = y(k);
-        Extensao &e = extensao(cor(k));
+        Extensao &e = extensao(estado(k));
         const double menor = anterior < v ? anterior : v;
         const double maior = anterior > v ? anterior : v;
         e.menor = menor < e.menor ? menor : e.menor;
@@ -171,14 +168,14 @@ void Redutor::cobrirUmPorUm(qsizetype k, qsizetype fim) {
     }
 }
 
-// A whole block of one colour is covered by its summary.
+// A whole block of one state is covered by its summary.
 void Redutor::cobrirBloco(qsizetype k) {
     const TSerie::Resumo &r = m_serie.resumos()[k / TSerie::bloco];
-    const bool umaCor = !m_cores || (std::popcount(r.cores) == 1 && r.cores < (1U << 31));
-    if (!umaCor) {
+    const bool umSo = !m_estados || std::popcount(r.estados) == 1;
+    if (!umSo) {
         cobrirUmPorUm(k, k + TSerie::bloco);
     } else if (r.comValores) {
-        const quint8 c = cor(k);
+        const EstadoDoPonto c = estado(k);
         estender(c, m_y[k + r.menor], TSerie::bloco);
         estender(c, m_y[k + r.maior], 0);
         if (!std::isnan(m_y[k]))
@@ -188,7 +185,7 @@ void Redutor::cobrirBloco(qsizetype k) {
 
 void Redutor::cobrir(qsizetype i, qsizetype j) {
     constexpr qsizetype bloco = TSerie::bloco;
-    estender(cor(i), y(i), 1);
+    estender(estado(i), y(i), 1);
     qsizetype k = i + 1;
     while (k < j) {
         if (m_ordem) {
@@ -220,18 +217,18 @@ void Redutor::coluna(qsizetype i, qsizetype j, double xc) {
     }
     const QPointF primeiro(xc, m_escala.py(y(i)));
     if (solto)
-        comecar(primeiro, cor(i));
+        comecar(primeiro, estado(i));
     else
-        ligar(primeiro, cor(i));
+        ligar(primeiro, estado(i));
 
     cobrir(i, j);
-    for (quint8 c : m_usadas) {
-        const Extensao e = std::exchange(m_extensoes[c], {});
+    for (const EstadoDoPonto c : m_usadas) {
+        const Extensao e = std::exchange(m_extensoes[size_t(c)], {});
         if (!(e.menor <= e.maior))
             continue;
         double cima = m_escala.py(e.maior);
         double baixo = m_escala.py(e.menor);
-        m_tracos[c].peso += e.pontos;
+        tracosDe(c).peso += e.pontos;
         if (c != m_base && baixo - cima < alturaMinima) {
             const double meio = (cima + baixo) / 2;
             cima = meio - alturaMinima / 2;
@@ -239,12 +236,12 @@ void Redutor::coluna(qsizetype i, qsizetype j, double xc) {
         }
         if (baixo - cima < 0.01)
             continue;
-        m_tracos[c].segmento({xc, cima}, {xc, baixo}, m_escala.limite);
+        tracosDe(c).segmento({xc, cima}, {xc, baixo}, m_escala.limite);
         m_so = false;
     }
     m_usadas.clear();
     m_anterior = {xc, m_escala.py(y(j - 1))};
-    m_corAnterior = cor(j - 1);
+    m_anteriorEra = estado(j - 1);
     if (acabaEmFalta)
         quebrar();
 }

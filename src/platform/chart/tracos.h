@@ -9,12 +9,12 @@
 #include <cmath>
 #include <vector>
 
-// The strokes of one colour, in pixels.
+// The strokes of the points of one state, in pixels.
 struct Tracos {
     std::vector<QPointF> pontos;   // of all polylines, one after the other
     std::vector<size_t> inicios;   // where each begins
     std::vector<QPointF> sozinhos; // points that no line reaches
-    qint64 peso = 0;               // points in this colour
+    qint64 peso = 0;               // points in this state
 
     void segmento(QPointF a, QPointF b, const QRectF &limite);
 };
@@ -29,7 +29,7 @@ struct Escala {
 };
 
 // Turns the points of a series into strokes. Where several points share a column of pixels, only what they cover is
-// kept, for each colour.
+// kept, for each state.
 class Redutor {
 public:
     Redutor(const TSerie &serie, const Escala &escala, double lacuna);
@@ -39,9 +39,9 @@ public:
     // Places in the order of x.
     double x(qsizetype k) const { return m_x[indice(k)]; }
     double y(qsizetype k) const { return m_y[indice(k)]; }
-    quint8 cor(qsizetype k) const { return m_cores ? m_cores[indice(k)] : m_base; }
+    EstadoDoPonto estado(qsizetype k) const { return m_estados ? m_estados[indice(k)] : m_base; }
     qsizetype indice(qsizetype k) const { return m_ordem ? qsizetype((*m_ordem)[k]) : k; }
-    quint8 base() const { return m_base; } // the usual colour; all others show above it
+    EstadoDoPonto base() const { return m_base; } // the usual state; all others show above it
 
 private:
     void ponto(qsizetype k);
@@ -49,11 +49,11 @@ private:
     void cobrir(qsizetype i, qsizetype j);
     void cobrirUmPorUm(qsizetype k, qsizetype fim);
     void cobrirBloco(qsizetype k);
-    void estender(quint8 cor, double y, qsizetype pontos);
+    void estender(EstadoDoPonto estado, double y, qsizetype pontos);
     qsizetype fimDaColuna(qsizetype i, qsizetype fim, double limite) const;
     bool lacunaAntes(qsizetype k) const;
-    void comecar(QPointF p, quint8 cor);
-    void ligar(QPointF p, quint8 cor);
+    void comecar(QPointF p, EstadoDoPonto estado);
+    void ligar(QPointF p, EstadoDoPonto estado);
     void quebrar();
 
     const TSerie &m_serie;
@@ -62,15 +62,15 @@ private:
     const QList<quint32> *m_ordem;
     const double *m_x;
     const double *m_y;
-    const quint8 *m_cores;
-    quint8 m_base = 0;
+    const EstadoDoPonto *m_estados;
+    EstadoDoPonto m_base;
     qsizetype m_total;
     std::vector<Tracos> m_tracos;
 
     bool m_tem = false; // there is a point to go on from
     bool m_so = false;  // and no stroke has reached it
     QPointF m_anterior;
-    quint8 m_corAnterior = 0;
+    EstadoDoPonto m_anteriorEra = EstadoDoPonto::Normal;
 
     struct Extensao {
         double menor = std::numeric_limits<double>::infinity();
@@ -78,13 +78,14 @@ private:
         qint64 pontos = 0;
         bool usada = false;
     };
-    Extensao &extensao(quint8 cor) {
-        Extensao &e = m_extensoes[cor];
+    Tracos &tracosDe(EstadoDoPonto estado) { return m_tracos[size_t(estado)]; }
+    Extensao &extensao(EstadoDoPonto estado) {
+        Extensao &e = m_extensoes[size_t(estado)];
         if (!e.usada)
-            m_usadas.push_back(cor);
+            m_usadas.push_back(estado);
         e.usada = true;
         return e;
     }
-    std::array<Extensao, 256> m_extensoes;
-    std::vector<quint8> m_usadas;
+    std::array<Extensao, estadosDoPonto.size()> m_extensoes;
+    std::vector<EstadoDoPonto> m_usadas;
 };

@@ -15,25 +15,31 @@
 
 namespace {
 
-struct CorDeEstado {
-    QStringView estado;
-    QRgb cor;
-};
-constexpr CorDeEstado coresDeEstado[] = {
-    {u"res", qRgb(234, 242, 235)}, {u"red", qRgb(238, 156, 136)}, {u"blu", qRgb(219, 219, 219)}};
-constexpr QRgb outraCor = qRgb(253, 251, 232);
-
-const QString &vermelho() {
-    static const QString estado = u"red"_s;
-    return estado;
+// On a light screen.
+constexpr QRgb corClara(EstadoDaLinha estado) {
+    switch (estado) {
+    case EstadoDaLinha::Par:
+        return qRgb(253, 251, 232);
+    case EstadoDaLinha::Impar:
+        return qRgb(234, 242, 235);
+    case EstadoDaLinha::Marcada:
+    case EstadoDaLinha::PorEliminar:
+    case EstadoDaLinha::Desactivada:
+        return qRgb(238, 156, 136);
+    case EstadoDaLinha::AmostraPar:
+        return qRgb(251, 246, 206);
+    case EstadoDaLinha::AmostraImpar:
+        return qRgb(225, 237, 226);
+    case EstadoDaLinha::AlarmeAcima:
+        return qRgb(238, 157, 137);
+    case EstadoDaLinha::AlarmeAbaixo:
+        return qRgb(125, 138, 175);
+    }
+    return {};
 }
 
-QColor corClara(const QString &estado) {
-    const QString inicio = estado.trimmed().left(3).toLower();
-    for (const CorDeEstado &c : coresDeEstado)
-        if (inicio == c.estado)
-            return QColor(c.cor);
-    return estado.startsWith(u'#') ? QColor(estado) : QColor(outraCor);
+constexpr bool daRisca(EstadoDaLinha estado) {
+    return estado == EstadoDaLinha::Par || estado == EstadoDaLinha::Impar;
 }
 
 bool escura(const QPalette &paleta) {
@@ -54,16 +60,12 @@ QColor escurecer(const QColor &clara) {
 
 namespace riscas {
 
-QString trocar(const QString &estado) {
-    return estado.isEmpty() ? u"res"_s : QString();
-}
-
-QColor cor(const QString &estado, const QPalette &paleta) {
+QColor cor(EstadoDaLinha estado, const QPalette &paleta) {
     const QColor clara = corClara(estado);
     return escura(paleta) ? escurecer(clara) : clara;
 }
 
-QColor corSeleccionada(const QString &estado, const QPalette &paleta) {
+QColor corSeleccionada(EstadoDaLinha estado, const QPalette &paleta) {
     constexpr float quaseBranca = 0.85f;
     const QColor clara = corClara(estado);
     float h = 0;
@@ -81,7 +83,7 @@ class ModeloGrelha : public QAbstractTableModel {
 public:
     struct Linha {
         QStringList celulas;
-        QString estado;
+        EstadoDaLinha estado = EstadoDaLinha::Par;
     };
 
     explicit ModeloGrelha(Grelha *vista) : QAbstractTableModel(vista), m_vista(vista) {}
@@ -137,7 +139,7 @@ public:
         linhas[linha].celulas[coluna] = texto;
         Q_EMIT dataChanged(index(linha, coluna), index(linha, coluna));
     }
-    void setEstado(int linha, const QString &estado) {
+    void setEstado(int linha, EstadoDaLinha estado) {
         if (linhas[linha].estado == estado)
             return;
         linhas[linha].estado = estado;
@@ -250,23 +252,23 @@ void Grelha::alinharADireita(int coluna) {
     m_modelo->colunasADireita.insert(coluna);
 }
 
-void Grelha::setRowBackColor(int linha, const QString &estado) {
+void Grelha::setEstadoDaLinha(int linha, EstadoDaLinha estado) {
     m_modelo->setEstado(linha, estado);
 }
 
-QString Grelha::estadoDaLinha(int linha) const {
+EstadoDaLinha Grelha::estadoDaLinha(int linha) const {
     return m_modelo->linhas[linha].estado;
 }
 
-QString Grelha::riscar() {
-    QString estado = riscas::par;
+EstadoDaLinha Grelha::riscar() {
+    EstadoDaLinha risca = EstadoDaLinha::Par;
     for (int i = 0; i < linhas(); ++i) {
-        if (estadoDaLinha(i) == vermelho())
+        if (!daRisca(estadoDaLinha(i)))
             continue;
-        setRowBackColor(i, estado);
-        estado = riscas::trocar(estado);
+        setEstadoDaLinha(i, risca);
+        risca = riscas::trocar(risca);
     }
-    return estado;
+    return risca;
 }
 
 void Grelha::keyboardSearch(const QString &procurado) {

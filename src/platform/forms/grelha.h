@@ -5,6 +5,19 @@
 
 class ModeloGrelha;
 
+// What a row is. Rows of the first two alternate; what else there is stands out, and the stripes go past it.
+enum class EstadoDaLinha {
+    Par,
+    Impar,
+    Marcada,     // ticked
+    PorEliminar, // goes with the next save
+    Desactivada, // a sensor that is switched off
+    AmostraPar,  // samples of a logger button, in stripes of their own
+    AmostraImpar,
+    AlarmeAcima, // a run of such samples beyond a limit
+    AlarmeAbaixo,
+};
+
 // A read-only list of text columns with a state for each row, which stripes it or marks it. Activating a row, by a
 // double click or Enter, asks for it. Typing finds the next row that holds the text.
 class Grelha : public QTableView {
@@ -24,11 +37,10 @@ public:
     void removerLinha(int linha);
     void alinharADireita(int coluna); // for numbers; its title too
 
-    // A state counts by its first three letters: "res", "red", "blu", anything else; "#rrggbb" is a colour itself.
-    void setRowBackColor(int linha, const QString &estado);
-    QString estadoDaLinha(int linha) const;
+    void setEstadoDaLinha(int linha, EstadoDaLinha estado);
+    EstadoDaLinha estadoDaLinha(int linha) const;
     // Makes the stripes regular again; gives back the state of the next row.
-    QString riscar();
+    EstadoDaLinha riscar();
 
     void keyboardSearch(const QString &procurado) override;
 
@@ -46,10 +58,11 @@ private:
 };
 
 namespace riscas {
-inline const QString par;
-QString trocar(const QString &estado); // "" and "res" in turn
-QColor cor(const QString &estado, const QPalette &paleta);
+constexpr EstadoDaLinha trocar(EstadoDaLinha risca) {
+    return risca == EstadoDaLinha::Par ? EstadoDaLinha::Impar : EstadoDaLinha::Par;
+}
+QColor cor(EstadoDaLinha estado, const QPalette &paleta);
 // What a row that stands out looks like while it is selected: its own colour, stronger. Invalid for a mere stripe,
 // which takes the palette's.
-QColor corSeleccionada(const QString &estado, const QPalette &paleta);
+QColor corSeleccionada(EstadoDaLinha estado, const QPalette &paleta);
 } // namespace riscas

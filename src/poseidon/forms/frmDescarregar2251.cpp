@@ -404,7 +404,7 @@ void frmDescarregar2251::ActDesactMediasEApagarLog(bool activar) {
     bool numero = false;
     if (mostrar)
         m_lista.linha(linha).NLEITURAS.toInt(&numero);
-    m_txtNMedias->setProperty("Tag", mostrar ? linha : 0);
+    m_linhaDasMedias = mostrar ? linha : 0;
     m_txtNMedias->setText(!mostrar ? QString() : numero ? m_lista.linha(linha).NLEITURAS : u"1"_s);
     m_chkClearMemory->setChecked(mostrar && m_lista.linha(linha).BLNERASELOG == u"1");
     for (QWidget *w : {static_cast<QWidget *>(m_lblNLeituras), static_cast<QWidget *>(m_txtNMedias),
@@ -414,7 +414,7 @@ void frmDescarregar2251::ActDesactMediasEApagarLog(bool activar) {
 }
 
 void frmDescarregar2251::txtNMedias_LostFocus() {
-    const int linha = m_txtNMedias->property("Tag").toInt();
+    const int linha = m_linhaDasMedias;
     if (linha <= 0)
         return;
     const QString lido = QString::number(std::max(m_txtNMedias->text().toInt(), 1));

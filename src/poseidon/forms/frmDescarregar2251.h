@@ -89,6 +89,7 @@ private:
     QPushButton *m_cmdPesquisar = nullptr, *m_cmdConectar = nullptr;
     QPushButton *m_cmdDescarregar = nullptr, *m_cmdActualizar = nullptr;
     QLineEdit *m_txtTexto = nullptr, *m_txtNMedias = nullptr;
+    int m_linhaDasMedias = 0; // whose number stands in m_txtNMedias; 0: none
     QLabel *m_imgPesquisa = nullptr, *m_imgConnect = nullptr;
     QLabel *m_lblNLeituras = nullptr, *m_lblMedias = nullptr, *m_lblClearMemory = nullptr;
     QLabel *m_lblInfo = nullptr, *m_lblInfoDesc = nullptr, *m_lblPormenor = nullptr;

@@ -113,7 +113,7 @@ QVariant ModeloDispositivos::data(const QModelIndex &i, int papel) const {
     case Qt::DecorationRole:
         return icone(l, coluna);
     case Qt::BackgroundRole:
-        return riscas::cor(i.row() % 2 == 0 ? riscas::par : riscas::trocar(riscas::par), paleta);
+        return riscas::cor(i.row() % 2 == 0 ? EstadoDaLinha::Par : EstadoDaLinha::Impar, paleta);
     case Qt::ForegroundRole:
         if (const Edicao e = m_editadas.value(celula(numero, coluna)); e.difere && e.antes != texto(l, coluna, numero))
             return QColor(paleta.color(QPalette::Base).lightness() < 128 ? corDeAlteradaNoEscuro : corDeAlterada);
@@ -177,7 +177,6 @@ QWidget *DelegadoDispositivos::createEditor(QWidget *pai, const QStyleOptionView
     auto *txtEdit = new QLineEdit(pai);
     txtEdit->setObjectName(u"txtEdit"_s);
     txtEdit->setFrame(false);
-    txtEdit->setProperty("Tag", i.column() + 1);
     txtEdit->setAccessibleName(i.model()->headerData(i.column(), Qt::Horizontal, Qt::DisplayRole).toString());
     if (Coluna(i.column() + 1) == Coluna::PORTA) {
         static const QRegularExpression algarismos(u"[0-9]{0,5}"_s);

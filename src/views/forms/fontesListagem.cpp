@@ -70,9 +70,9 @@ PainelDispositivos::PainelDispositivos(const QString &form, QWidget *pai)
 void PainelDispositivos::encher() {
     Rotina("frmListagemAlarmesMask.CarregarListaGeral", [this] {
         const QList<dispositivos::Dispositivo> lista = dispositivos::listar(Vigia(this));
-        QString estado;
+        EstadoDaLinha estado = EstadoDaLinha::Par;
         const auto juntar = [&](const QString &ip, const QString &nome) {
-            m_grdDispositivos->setRowBackColor(m_grdDispositivos->adicionarLinha({ip, nome}), estado);
+            m_grdDispositivos->setEstadoDaLinha(m_grdDispositivos->adicionarLinha({ip, nome}), estado);
             estado = riscas::trocar(estado);
         };
         juntar(dispositivos::todos.toString(), texto(u"All"_s, u"Todos"_s));

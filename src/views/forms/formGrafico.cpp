@@ -5,6 +5,7 @@
 #include "core/modTraducoes.h"
 #include "core/rotina.h"
 #include "platform/chart/TChart.h"
+#include "platform/chart/cores.h"
 #include "platform/forms/registoForms.h"
 #include "views/forms/formOpccoesPontos.h"
 #include "views/notas.h"

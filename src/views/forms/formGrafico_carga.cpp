@@ -8,6 +8,8 @@
 #include "core/modTraducoes.h"
 #include "core/rotina.h"
 #include "platform/chart/TChart.h"
+#include "platform/chart/cores.h"
+#include "views/alarme.h"
 
 #include <QLabel>
 
@@ -49,7 +51,6 @@ void FormGrafico::esvaziar() {
         chart().Series(i).Clear();
         chart().Series(i).Active = false;
     }
-    chart().Series(serieLeituras).ColorEachPoint = false;
     chart().Bottom().Visible = false;
     mostrarMedia(std::nullopt);
 }
@@ -84,12 +85,11 @@ double FormGrafico::AdicionarValorAoGrafico(const Escolha &escolha) {
         const QStringView formLimites = m_membro.formLimites.isEmpty() ? m_membro.form : m_membro.formLimites;
         const QString seccao = modTraducoes::seccaoDe(formLimites.toString());
         maximo.Title = modTraducoes::texto(seccao, u"Max"_s, u"Max"_s);
-        maximo.Color = cores::vermelho;
+        maximo.Color = cores::maximo;
         minimo.Title = modTraducoes::texto(seccao, u"Min"_s, u"Min"_s);
-        minimo.Color = cores::azul;
+        minimo.Color = cores::minimo;
         leituras.Title = escolha.nome;
-        leituras.Color = cores::verde;
-        leituras.ColorEachPoint = true;
+        leituras.Color = cores::leituras;
         // The limit lines bear the sensor too: a click on one leads to the sensor's reading.
         for (TSerie *serie : {&leituras, &maximo, &minimo}) {
             serie->Name = u'A' + escolha.textoDaChave();
@@ -98,12 +98,12 @@ double FormGrafico::AdicionarValorAoGrafico(const Escolha &escolha) {
         const Vigia vigia(this);
         const PedidoLeituras pedido{m_membro.tabela, escolha.chave, m_mostrado.intervalo(), true, &m_ilegiveis};
         const double media = m_membro.ler(pedido, [&](const Leitura &l) {
-            leituras.AddXY(l.data, l.valor, l.comNota ? marca : semMarca, cores::doPonto(l.limites, l.valor));
+            leituras.AddXY(l.data, l.valor, l.comNota ? marca : semMarca, alarme::daLeitura(l.limites, l.valor));
             if (!std::isnan(l.valor)) {
                 if (l.limites.temMaximo())
-                    maximo.AddXY(l.data, l.limites.maximo, semRotulo, cores::vermelho);
+                    maximo.AddXY(l.data, l.limites.maximo, semRotulo);
                 if (l.limites.temMinimo())
-                    minimo.AddXY(l.data, l.limites.minimo, semRotulo, cores::azul);
+                    minimo.AddXY(l.data, l.limites.minimo, semRotulo);
             }
             vigia.passarLinha();
             pararSePedido();
@@ -132,7 +132,7 @@ double FormGrafico::ConfigurarGraficoComSeries(const Escolha &escolha) {
         const Vigia vigia(this);
         const PedidoLeituras pedido{m_membro.tabela, escolha.chave, m_mostrado.intervalo(), false, &m_ilegiveis};
         const double media = m_membro.ler(pedido, [&](const Leitura &l) {
-            serie.AddXY(l.data, l.valor, l.comNota ? marca : semMarca, cor);
+            serie.AddXY(l.data, l.valor, l.comNota ? marca : semMarca);
             vigia.passarLinha();
             pararSePedido();
         });

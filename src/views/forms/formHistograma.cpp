@@ -13,6 +13,7 @@
 #include "data/ligacao.h"
 #include "data/recordset.h"
 #include "platform/chart/TChart.h"
+#include "platform/chart/cores.h"
 #include "views/forms/saidaGrafico.h"
 #include "views/impressao.h"
 
@@ -96,13 +97,11 @@ bool FormHistograma::carregar(const Vigia &vigia) {
     m_regra = regraDe(seleccao.last().chave);
     const std::vector<double> valores = lerValores(vigia);
     m_lidos = valores.size();
-    const auto opcional = [](double l) { return std::isnan(l) ? std::optional<double>() : std::optional(l); };
     const auto passar = [&] {
         vigia.passar();
         pararSePedido();
     };
-    mostrarBaldes(histograma::contar(valores, m_intervalo, opcional(m_regra.limites.minimo),
-                                     opcional(m_regra.limites.maximo), passar, extremosDe(seleccao)));
+    mostrarBaldes(histograma::contar(valores, m_intervalo, m_regra.limites, passar, extremosDe(seleccao)));
     return true;
 }
 
@@ -210,12 +209,12 @@ void FormHistograma::mostrarBaldes(const std::vector<histograma::Balde> &baldes)
     double total = 0;
     double maior = 0;
     for (const histograma::Balde &balde : baldes) {
-        barras.Add(double(balde.total), balde.rotulo(), balde.cor);
+        barras.Add(double(balde.total), balde.rotulo(), balde.estado);
         total += double(balde.total);
         maior = std::max(maior, double(balde.total));
     }
     barras.Active = true;
-    barras.ColorEachPoint = true;
+    barras.Color = cores::leituras;
     TEixo &esquerdo = chart().Left();
     esquerdo.Automatic = false;
     esquerdo.Minimum = 0;

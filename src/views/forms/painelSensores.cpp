@@ -20,7 +20,6 @@ constexpr int larguraGrupos = 3885; // twips
 constexpr int alturaGrupos = 3165;
 constexpr int letrasDoGrupo = 60;
 constexpr int larguraColunaId = 110; // pixels
-const QString estadoVermelho = u"red"_s;
 
 int larguraDoId(const QWidget *w) {
     const int texto = w->fontMetrics().horizontalAdvance(QString(sensores::tamanhoDoId, u'0')) + 14;
@@ -43,7 +42,6 @@ void PainelSensores::criarListas() {
     m_cmdGrupos->setObjectName(u"cmdGrupos"_s);
     m_cmdGrupos->setText(texto(u"Grupos.Caption"_s, u"Todos os Sensores"_s));
     m_cmdGrupos->setAccessibleName(m_cmdGrupos->text());
-    m_cmdGrupos->setProperty("Tag", sensores::tagTodos.toString());
     m_cmdGrupos->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     m_cmdGrupos->setArrowType(Qt::DownArrow);
     m_cmdGrupos->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
@@ -143,13 +141,12 @@ void PainelSensores::encher(const QString &tag) {
     const QList<Sensor> lista = sensores::listar(*m_config.regra, tag, Vigia(this));
     m_grdSensoresAll->limpar();
     m_grdSensoresSel->limpar();
-    m_grdGrupos->setProperty("Tag", tag);
     for (const Sensor &sensor : lista) {
         const int linha = m_grdSensoresAll->adicionarLinha({sensor.id, sensor.nome});
         if (sensor.desactivado) {
-            m_grdSensoresAll->setRowBackColor(linha, estadoVermelho);
+            m_grdSensoresAll->setEstadoDaLinha(linha, EstadoDaLinha::Desactivada);
         } else {
-            m_grdSensoresAll->setRowBackColor(linha, m_estadoAll);
+            m_grdSensoresAll->setEstadoDaLinha(linha, m_estadoAll);
             m_estadoAll = riscas::trocar(m_estadoAll);
         }
     }
@@ -163,7 +160,7 @@ void PainelSensores::CarregaListaGrupos() {
         int actual = 0;
         for (const Filtro &filtro : filtros) {
             const int linha = m_grdGrupos->adicionarLinha({filtro.tag, filtro.texto});
-            m_grdGrupos->setRowBackColor(linha, m_estadoAll);
+            m_grdGrupos->setEstadoDaLinha(linha, m_estadoAll);
             m_estadoAll = riscas::trocar(m_estadoAll);
             if (filtro.tag == tagDoFiltro())
                 actual = linha;
@@ -217,7 +214,7 @@ void PainelSensores::grdGrupos_RequestEdit(int linha) {
     const QString grupo = textoMostrado::linha(m_grdGrupos->celula(linha, 1), letrasDoGrupo);
     m_cmdGrupos->setText(QString(grupo).replace(u"&"_s, u"&&"_s));
     m_cmdGrupos->setAccessibleName(grupo);
-    m_cmdGrupos->setProperty("Tag", tag);
+    m_filtro = tag;
     const Vigia vigia(this);
     CarregarListaGeral(tag);
     if (vigia.vivo())
@@ -233,21 +230,21 @@ bool PainelSensores::eventFilter(QObject *objecto, QEvent *evento) {
     return PainelVista::eventFilter(objecto, evento);
 }
 
-void PainelSensores::mover(Grelha *de, Grelha *para, QString &estadoDe, QString &estadoPara, int linha) {
-    const QString estado = de->estadoDaLinha(linha);
+void PainelSensores::mover(Grelha *de, Grelha *para, EstadoDaLinha &estadoDe, EstadoDaLinha &estadoPara, int linha) {
+    const EstadoDaLinha estado = de->estadoDaLinha(linha);
     const int nova = para->adicionarLinha({de->celula(linha, 0), de->celula(linha, 1)});
-    para->setRowBackColor(nova, estado == estadoVermelho ? estado : estadoPara);
+    para->setEstadoDaLinha(nova, estado == EstadoDaLinha::Desactivada ? estado : estadoPara);
     de->removerLinha(linha);
     estadoDe = de->riscar();
     estadoPara = para->riscar();
     para->setLinhaActual(nova);
 }
 
-void PainelSensores::moverTodas(Grelha *de, Grelha *para, QString &estadoDe, QString &estadoPara) {
+void PainelSensores::moverTodas(Grelha *de, Grelha *para, EstadoDaLinha &estadoDe, EstadoDaLinha &estadoPara) {
     for (int linha = 0; linha < de->linhas(); ++linha) {
         const int nova = para->adicionarLinha({de->celula(linha, 0), de->celula(linha, 1)});
-        if (de->estadoDaLinha(linha) == estadoVermelho)
-            para->setRowBackColor(nova, estadoVermelho);
+        if (de->estadoDaLinha(linha) == EstadoDaLinha::Desactivada)
+            para->setEstadoDaLinha(nova, EstadoDaLinha::Desactivada);
     }
     de->limpar();
     estadoDe = de->riscar();
@@ -288,10 +285,6 @@ QString PainelSensores::descricao(const QString &inicio, const QString &fim) con
     const int linhas = m_grdSensoresSel->linhas();
     const QString unico = linhas == 1 ? sensores::idDe(m_grdSensoresSel->celula(0, 0)) : QString();
     return impressao::descricao(tagDoFiltro(), unico, inicio, fim, m_config.semMac);
-}
-
-QString PainelSensores::tagDoFiltro() const {
-    return m_cmdGrupos->property("Tag").toString();
 }
 
 QWidget *PainelSensores::primeiroControlo() const {

@@ -1,9 +1,8 @@
 #pragma once
 
+#include "platform/forms/grelha.h"
 #include "views/forms/painelVista.h"
 #include "views/sensores.h"
-
-class Grelha;
 
 // What the panel needs to know of its view.
 struct ConfigPainel {
@@ -27,7 +26,7 @@ public:
     void EliminarSondaSelAll();
 
     QList<Escolha> escolhas() const override; // in the order of adding
-    QString tagDoFiltro() const;
+    QString tagDoFiltro() const { return m_filtro; }
 
 protected:
     QString descricao(const QString &inicio, const QString &fim) const override;
@@ -45,8 +44,8 @@ private:
     void grdGrupos_RequestEdit(int linha);
     void fecharGrupos();
     void encher(const QString &tag);
-    void mover(Grelha *de, Grelha *para, QString &estadoDe, QString &estadoPara, int linha);
-    void moverTodas(Grelha *de, Grelha *para, QString &estadoDe, QString &estadoPara);
+    void mover(Grelha *de, Grelha *para, EstadoDaLinha &estadoDe, EstadoDaLinha &estadoPara, int linha);
+    void moverTodas(Grelha *de, Grelha *para, EstadoDaLinha &estadoDe, EstadoDaLinha &estadoPara);
 
     ConfigPainel m_config;
     QString m_textoTodos;
@@ -55,8 +54,9 @@ private:
     Grelha *m_grdGrupos;
     QToolButton *m_cmdGrupos;
     QFrame *m_picGrupos;
-    QString m_estadoAll; // stripe of the next row of grdSensoresAll and grdGrupos
-    QString m_estadoSel; // and of grdSensoresSel
+    EstadoDaLinha m_estadoAll{}; // stripe of the next row of grdSensoresAll and grdGrupos
+    EstadoDaLinha m_estadoSel{}; // and of grdSensoresSel
+    QString m_filtro = sensores::tagTodos.toString();
     bool m_aEncher = false;
     QString m_tagPendente;
 };

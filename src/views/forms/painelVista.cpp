@@ -225,21 +225,17 @@ void PainelVista::cmdConfirmar_Click() {
     m_timerErrorDate->stop();
     m_imgErrorDate->hide();
     if (modMain::VerificaDatas(textoInicio(), textoFim()) == u"TRUE") {
-        m_dataInicio->setProperty("Tag", textoInicio());
-        m_dataFim->setProperty("Tag", textoFim());
         if (comSeleccao())
             Q_EMIT carregar();
     } else {
-        m_timerErrorDate->setProperty("Tag", u"0"_s);
+        m_piscadelas = 0;
         m_timerErrorDate->start();
     }
 }
 
 void PainelVista::TimerErrorDate_Timer() {
-    const int vezes = m_timerErrorDate->property("Tag").toString().toInt() + 1;
-    m_timerErrorDate->setProperty("Tag", QString::number(vezes));
     m_imgErrorDate->setVisible(m_imgErrorDate->isHidden());
-    if (vezes >= piscadelas) {
+    if (++m_piscadelas >= piscadelas) {
         m_imgErrorDate->hide();
         m_timerErrorDate->stop();
     }

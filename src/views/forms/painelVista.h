@@ -102,5 +102,6 @@ private:
     QTimeEdit *m_horaFim;
     QLabel *m_imgErrorDate;
     QTimer *m_timerErrorDate;
+    int m_piscadelas = 0;
     QVariantAnimation *m_deslize;
 };
