@@ -1,13 +1,7 @@
-#include "core/datas.h"
-#include "core/falha.h"
 #include "core/modDoubleTratamento.h"
-#include "data/ligacao.h"
-#include "data/recordset.h"
 #include "tests/apoio/instalacao.h"
 #include "views/familiaHistogramas.h"
 #include "views/histograma.h"
-
-#include <QTest>
 
 #include <cmath>
 
@@ -106,19 +100,17 @@ private Q_SLOTS:
     }
 
     void cores_data() {
-        QTest::addColumn<double>("baixo");
-        QTest::addColumn<double>("minimo");
-        QTest::addColumn<double>("maximo");
-        QTest::addColumn<int>("cor"); // -1: lost
-        QTest::newRow("on the minimum") << 5.0 << 5.0 << 30.0 << 16711680;
-        QTest::newRow("minimum before maximum") << 40.0 << 50.0 << 30.0 << 16711680;
-        QTest::newRow("on the maximum") << 30.0 << 5.0 << 30.0 << 255;
-        QTest::newRow("between") << 5.1 << 5.0 << 30.0 << 65280;
-        QTest::newRow("lone minimum, above: lost") << 5.1 << 5.0 << nenhum << -1;
-        QTest::newRow("lone minimum, below") << 4.0 << 5.0 << nenhum << 16711680;
-        QTest::newRow("lone maximum, reached") << 30.0 << nenhum << 30.0 << 255;
-        QTest::newRow("lone maximum, below") << 29.9 << nenhum << 30.0 << 65280;
-        QTest::newRow("no limits") << 0.0 << nenhum << nenhum << 65280;
+        // cor: -1: lost
+        const Tabela<double, double, double, int> caso("baixo", "minimo", "maximo", "cor");
+        caso("on the minimum", 5.0, 5.0, 30.0, 16711680);
+        caso("minimum before maximum", 40.0, 50.0, 30.0, 16711680);
+        caso("on the maximum", 30.0, 5.0, 30.0, 255);
+        caso("between", 5.1, 5.0, 30.0, 65280);
+        caso("lone minimum, above: lost", 5.1, 5.0, nenhum, -1);
+        caso("lone minimum, below", 4.0, 5.0, nenhum, 16711680);
+        caso("lone maximum, reached", 30.0, nenhum, 30.0, 255);
+        caso("lone maximum, below", 29.9, nenhum, 30.0, 65280);
+        caso("no limits", 0.0, nenhum, nenhum, 65280);
     }
     void cores() {
         QFETCH(const double, baixo);
@@ -146,15 +138,15 @@ private Q_SLOTS:
     }
 
     void intervaloEscrito_data() {
-        QTest::addColumn<QString>("texto");
-        QTest::addColumn<double>("valor"); // 0: refused
-        QTest::newRow("point") << u"0.5"_s << 0.5;
-        QTest::newRow("comma") << u" 1,5 "_s << 1.5;
-        QTest::newRow("sign dropped") << u"-2"_s << 2.0;
-        QTest::newRow("zero would never end") << u"0,0"_s << 0.0;
-        QTest::newRow("empty") << QString() << 0.0;
-        QTest::newRow("word") << u"meio"_s << 0.0;
-        QTest::newRow("infinite") << u"inf"_s << 0.0;
+        // valor: 0: refused
+        const Tabela<QString, double> caso("texto", "valor");
+        caso("point", u"0.5"_s, 0.5);
+        caso("comma", u" 1,5 "_s, 1.5);
+        caso("sign dropped", u"-2"_s, 2.0);
+        caso("zero would never end", u"0,0"_s, 0.0);
+        caso("empty", {}, 0.0);
+        caso("word", u"meio"_s, 0.0);
+        caso("infinite", u"inf"_s, 0.0);
     }
     void intervaloEscrito() {
         QFETCH(const QString, texto);

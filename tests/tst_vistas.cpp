@@ -1,15 +1,11 @@
 #include "core/datas.h"
-#include "data/ligacao.h"
 #include "tests/apoio/instalacao.h"
-#include "tests/apoio/tabela.h"
 #include "views/familiaGraficos.h"
 #include "views/ilegiveis.h"
 #include "views/leituras.h"
 #include "views/notas.h"
 #include "views/periodos.h"
 #include "views/sensores.h"
-
-#include <QTest>
 
 namespace {
 
@@ -54,20 +50,20 @@ class tst_vistas : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void regraDoTipo_data() {
-        QTest::addColumn<QString>("tipo");
-        QTest::addColumn<QString>("aceites"); // of T H P D
-        QTest::newRow("C") << u"P 1250C"_s << u"T"_s;
-        QTest::newRow("blank at the end") << u"P 1250% "_s << u"H"_s;
-        QTest::newRow("sens-ui volts") << u"P 1250V"_s << QString();
-        QTest::newRow("sens-ui amperes") << u"P 1250A"_s << QString();
-        QTest::newRow("pressure of a device") << u"P 1250K"_s << u"P"_s;
-        QTest::newRow("dew point of a device") << u"P 1250D"_s << u"D"_s;
+        // aceites: of T H P D
+        const Tabela<QString, QString> caso("tipo", "aceites");
+        caso("C", u"P 1250C"_s, u"T"_s);
+        caso("blank at the end", u"P 1250% "_s, u"H"_s);
+        caso("sens-ui volts", u"P 1250V"_s, {});
+        caso("sens-ui amperes", u"P 1250A"_s, {});
+        caso("pressure of a device", u"P 1250K"_s, u"P"_s);
+        caso("dew point of a device", u"P 1250D"_s, u"D"_s);
         // Only those whole types are kept from temperatures: another one that ends alike passes both.
-        QTest::newRow("other pressure") << u"K"_s << u"TP"_s;
-        QTest::newRow("other dew point") << u"HX D"_s << u"TD"_s;
-        QTest::newRow("volts with a blank") << u"P 1250V "_s << u"T"_s;
-        QTest::newRow("small k") << u"P 1250k"_s << u"T"_s;
-        QTest::newRow("empty") << QString() << u"T"_s;
+        caso("other pressure", u"K"_s, u"TP"_s);
+        caso("other dew point", u"HX D"_s, u"TD"_s);
+        caso("volts with a blank", u"P 1250V "_s, u"T"_s);
+        caso("small k", u"P 1250k"_s, u"T"_s);
+        caso("empty", {}, u"T"_s);
     }
 
     void regraDoTipo() {
@@ -80,19 +76,18 @@ private Q_SLOTS:
     }
 
     void limites_data() {
-        QTest::addColumn<QString>("texto");
-        QTest::addColumn<QString>("esperado");
-        QTest::newRow("both") << u"30XXX5"_s << u"30|5"_s;
-        QTest::newRow("comma and point") << u"30,5XXX-2.25"_s << u"30.5|-2.25"_s;
-        QTest::newRow("blanks") << u" 30 XXX NA "_s << u"30|-"_s;
-        QTest::newRow("none") << u"NAXXXNA"_s << u"-|-"_s;
-        QTest::newRow("empty parts") << u"XXX"_s << u"-|-"_s;
-        QTest::newRow("no separator") << u"30"_s << u"-|-"_s;
-        QTest::newRow("small separator") << u"30xxx5"_s << u"-|-"_s;
-        QTest::newRow("empty") << QString() << u"-|-"_s;
-        QTest::newRow("more parts") << u"30XXX5XXX99"_s << u"30|5"_s;
-        QTest::newRow("no number") << u"30XXXcinco"_s << u"30|- unreadable"_s;
-        QTest::newRow("no numbers") << u"trintaXXXcinco"_s << u"-|- unreadable"_s;
+        const Tabela<QString, QString> caso("texto", "esperado");
+        caso("both", u"30XXX5"_s, u"30|5"_s);
+        caso("comma and point", u"30,5XXX-2.25"_s, u"30.5|-2.25"_s);
+        caso("blanks", u" 30 XXX NA "_s, u"30|-"_s);
+        caso("none", u"NAXXXNA"_s, u"-|-"_s);
+        caso("empty parts", u"XXX"_s, u"-|-"_s);
+        caso("no separator", u"30"_s, u"-|-"_s);
+        caso("small separator", u"30xxx5"_s, u"-|-"_s);
+        caso("empty", {}, u"-|-"_s);
+        caso("more parts", u"30XXX5XXX99"_s, u"30|5"_s);
+        caso("no number", u"30XXXcinco"_s, u"30|- unreadable"_s);
+        caso("no numbers", u"trintaXXXcinco"_s, u"-|- unreadable"_s);
     }
 
     void limites() {
@@ -105,22 +100,20 @@ private Q_SLOTS:
     }
 
     void corDoPonto_data() {
-        QTest::addColumn<QString>("texto");
-        QTest::addColumn<double>("valor");
-        QTest::addColumn<quint32>("cor");
+        const Tabela<QString, double, quint32> caso("texto", "valor", "cor");
         const quint32 vermelho = 255;
         const quint32 azul = 16711680;
         const quint32 verde = 65280;
-        QTest::newRow("on the maximum") << u"30XXX5"_s << 30.0 << vermelho;
-        QTest::newRow("under the maximum") << u"30XXX5"_s << 29.9 << verde;
-        QTest::newRow("on the minimum") << u"30XXX5"_s << 5.0 << azul;
-        QTest::newRow("over the minimum") << u"30XXX5"_s << 5.1 << verde;
-        QTest::newRow("crossed limits: maximum wins") << u"5XXX30"_s << 10.0 << vermelho;
-        QTest::newRow("only maximum, over") << u"30XXXNA"_s << 31.0 << vermelho;
-        QTest::newRow("only maximum, under") << u"30XXXNA"_s << -80.0 << verde;
-        QTest::newRow("only minimum, under") << u"NAXXX5"_s << 5.0 << azul;
-        QTest::newRow("only minimum, over") << u"NAXXX5"_s << 500.0 << verde;
-        QTest::newRow("none") << u"NAXXXNA"_s << 500.0 << verde;
+        caso("on the maximum", u"30XXX5"_s, 30.0, vermelho);
+        caso("under the maximum", u"30XXX5"_s, 29.9, verde);
+        caso("on the minimum", u"30XXX5"_s, 5.0, azul);
+        caso("over the minimum", u"30XXX5"_s, 5.1, verde);
+        caso("crossed limits: maximum wins", u"5XXX30"_s, 10.0, vermelho);
+        caso("only maximum, over", u"30XXXNA"_s, 31.0, vermelho);
+        caso("only maximum, under", u"30XXXNA"_s, -80.0, verde);
+        caso("only minimum, under", u"NAXXX5"_s, 5.0, azul);
+        caso("only minimum, over", u"NAXXX5"_s, 500.0, verde);
+        caso("none", u"NAXXXNA"_s, 500.0, verde);
     }
 
     void corDoPonto() {
@@ -131,15 +124,13 @@ private Q_SLOTS:
     }
 
     void media_data() {
-        QTest::addColumn<QVariantList>("valores");
-        QTest::addColumn<double>("esperada");
-        QTest::addColumn<int>("pontos");
-        QTest::newRow("numbers") << QVariantList{1.0, 2.0, 6.0} << 3.0 << 3;
-        QTest::newRow("comma, point and number") << QVariantList{u"1,5"_s, u"2.5"_s, 5.0} << 3.0 << 3;
-        QTest::newRow("ND does not weigh") << QVariantList{10.0, u"ND"_s, 20.0} << 15.0 << 3;
-        QTest::newRow("Null does not weigh") << QVariantList{10.0, QVariant(), 20.0} << 15.0 << 3;
-        QTest::newRow("only ND") << QVariantList{u"ND"_s, u" nd "_s} << 0.0 << 2;
-        QTest::newRow("nothing") << QVariantList{} << 0.0 << 0;
+        const Tabela<QVariantList, double, int> caso("valores", "esperada", "pontos");
+        caso("numbers", {1.0, 2.0, 6.0}, 3.0, 3);
+        caso("comma, point and number", {u"1,5"_s, u"2.5"_s, 5.0}, 3.0, 3);
+        caso("ND does not weigh", {10.0, u"ND"_s, 20.0}, 15.0, 3);
+        caso("Null does not weigh", {10.0, {}, 20.0}, 15.0, 3);
+        caso("only ND", {u"ND"_s, u" nd "_s}, 0.0, 2);
+        caso("nothing", {}, 0.0, 0);
     }
 
     void media() {
@@ -215,14 +206,13 @@ private Q_SLOTS:
     }
 
     void sensoresPorFiltro_data() {
-        QTest::addColumn<QString>("tag");
-        QTest::addColumn<QStringList>("ids");
-        QTest::newRow("all") << u"0"_s << QStringList{u"a"_s, u"b"_s, u"c"_s, u"d"_s};
-        QTest::newRow("group") << u"7"_s << QStringList{u"b"_s, u"d"_s};
-        QTest::newRow("unit, both leading digits") << u"#P#10.0.0.1"_s << QStringList{u"a"_s, u"b"_s};
-        QTest::newRow("unit with a quote") << u"#P#o'unit"_s << QStringList{u"d"_s};
-        QTest::newRow("no such group") << u"8"_s << QStringList();
-        QTest::newRow("not quite a unit") << u"#P#"_s << QStringList();
+        const Tabela<QString, QStringList> caso("tag", "ids");
+        caso("all", u"0"_s, {u"a"_s, u"b"_s, u"c"_s, u"d"_s});
+        caso("group", u"7"_s, {u"b"_s, u"d"_s});
+        caso("unit, both leading digits", u"#P#10.0.0.1"_s, {u"a"_s, u"b"_s});
+        caso("unit with a quote", u"#P#o'unit"_s, {u"d"_s});
+        caso("no such group", u"8"_s, {});
+        caso("not quite a unit", u"#P#"_s, {});
     }
 
     void sensoresPorFiltro() {
@@ -257,29 +247,6 @@ private Q_SLOTS:
         for (const Filtro &f : sensores::listarFiltros(u"Todos"_s, Vigia(&dono)))
             obtidos.append(f.tag + u'=' + f.texto);
         QCOMPARE(obtidos, QStringList({u"0=Todos"_s, u"#P#10.0.0.1=Cave"_s, u"3=Câmaras"_s}));
-    }
-
-    void notaDeUmaLeitura_data() {
-        QTest::addColumn<QString>("escrita");
-        QTest::addColumn<QString>("guardada");
-        QTest::addColumn<QString>("mostrada");
-        QTest::newRow("text") << u"porta aberta"_s << u"porta aberta"_s << u"porta aberta"_s;
-        QTest::newRow("blanks cut") << u"  a b  "_s << u"a b"_s << u"a b"_s;
-        QTest::newRow("erased") << QString() << u" "_s << QString();
-        QTest::newRow("only blanks") << u"   "_s << u" "_s << QString();
-        QTest::newRow("quote") << u"it's"_s << u"it's"_s << u"it's"_s;
-    }
-
-    void notaDeUmaLeitura() {
-        const Instalacao inst;
-        inst.leituras(u"Humidade"_s, sensorA, {{u"2024-03-10 10:00:01"_s, 50.0}, {u"2024-03-10 10:00:02"_s, 51.0}});
-        QFETCH(QString, escrita);
-        const notas::Lugar onde = lugar(u"Humidade", instante(u"2024-03-10 10:00:02"_s));
-        QCOMPARE(notas::gravar(*notas::procurar(onde), notas::paraGuardar(escrita)), Resultado::Gravada);
-        QTEST(inst.linha(u"SELECT flag FROM Humidade WHERE Percentagem = 51"_s).value(0).toString(), "guardada");
-        QCOMPARE(inst.linha(u"SELECT flag FROM Humidade WHERE Percentagem = 50"_s).value(0).toString(), u" "_s);
-        QTEST(notas::paraMostrar(notas::texto(*notas::procurar(onde))), "mostrada");
-        QVERIFY(!notas::procurar(lugar(u"Humidade", instante(u"2024-03-10 10:00:03"_s))));
     }
 
     // Two readings of one sensor in the same second: the note is that of the first stored, each time, unless the value
@@ -337,14 +304,12 @@ private Q_SLOTS:
     }
 
     void periodosDoMenu_data() {
-        QTest::addColumn<int>("qual");
-        QTest::addColumn<QDate>("hoje");
-        QTest::addColumn<QDate>("inicio");
-        QTest::newRow("today") << 0 << QDate(2024, 3, 1) << QDate(2024, 3, 1);
-        QTest::newRow("seven days over a leap day") << 1 << QDate(2024, 3, 1) << QDate(2024, 2, 24);
-        QTest::newRow("thirty days") << 2 << QDate(2024, 3, 30) << QDate(2024, 3, 1);
-        QTest::newRow("month") << 3 << QDate(2024, 2, 29) << QDate(2024, 2, 1);
-        QTest::newRow("thirteen months from a leap day") << 4 << QDate(2024, 3, 31) << QDate(2023, 2, 28);
+        const Tabela<int, QDate, QDate> caso("qual", "hoje", "inicio");
+        caso("today", 0, QDate(2024, 3, 1), QDate(2024, 3, 1));
+        caso("seven days over a leap day", 1, QDate(2024, 3, 1), QDate(2024, 2, 24));
+        caso("thirty days", 2, QDate(2024, 3, 30), QDate(2024, 3, 1));
+        caso("month", 3, QDate(2024, 2, 29), QDate(2024, 2, 1));
+        caso("thirteen months from a leap day", 4, QDate(2024, 3, 31), QDate(2023, 2, 28));
     }
 
     void periodosDoMenu() {
