@@ -1,17 +1,8 @@
 #include "core/CRijndael.h"
-#include "core/estado.h"
-#include "core/falha.h"
 #include "core/modEncriptPrincipal.h"
-#include "core/modINI.h"
 #include "core/modPassWord.h"
 #include "tests/apoio/instalacao.h"
 #include "tests/apoio/ouro.h"
-#include "tests/apoio/tabela.h"
-
-#include <QDir>
-#include <QFile>
-#include <QRandomGenerator>
-#include <QTest>
 
 namespace {
 
