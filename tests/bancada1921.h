@@ -1,16 +1,11 @@
 #pragma once
 
-#include "core/estado.h"
 #include "logger/forms/registar.h"
 #include "platform/forms/grelha.h"
 #include "platform/forms/registoForms.h"
 #include "tests/apoio/botaoDeTeste.h"
 #include "tests/apoio/instalacao.h"
 #include "tests/apoio/widgets.h"
-
-#include <QLineEdit>
-#include <QPointer>
-#include <QTest>
 
 // What the assistant is given.
 struct Programa {

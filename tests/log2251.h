@@ -1,7 +1,5 @@
 #pragma once
 
-#include "data/ligacao.h"
-#include "data/recordset.h"
 #include "poseidon/modTratamentoDados2251.h"
 #include "tests/apoio/instalacao.h"
 

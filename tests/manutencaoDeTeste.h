@@ -1,17 +1,10 @@
 #pragma once
 
-#include "core/estado.h"
-#include "core/modINI.h"
 #include "manutencao/registar.h"
 #include "platform/forms/registoForms.h"
 #include "shell/frmMain.h"
 #include "tests/apoio/instalacao.h"
 #include "tests/apoio/widgets.h"
-
-#include <QDialog>
-#include <QPointer>
-#include <QTest>
-#include <QTimer>
 
 // A dialog as the menu opens it: the body works in it while it is open, and closes it at the end.
 inline void comDialogo(const QString &nome, const std::function<void(QDialog *)> &corpo) {

@@ -1,19 +1,9 @@
-#include "core/modINI.h"
 #include "logger/forms/registarAjuda.h"
 #include "platform/forms/registoForms.h"
 #include "shell/frmMain.h"
 #include "tests/apoio/botaoDeTeste.h"
 #include "tests/apoio/instalacao.h"
-#include "tests/apoio/tabela.h"
 #include "tests/apoio/widgets.h"
-
-#include <QComboBox>
-#include <QLineEdit>
-#include <QListWidget>
-#include <QPointer>
-#include <QProgressBar>
-#include <QPushButton>
-#include <QTest>
 
 namespace {
 
@@ -159,24 +149,6 @@ private Q_SLOTS:
         QCOMPARE(m.caixas(), QStringList(3, QString()));
         QCOMPARE(Mesa::guardados(), QStringList(4, u"7"_s)); // nothing was learnt, nothing is forgotten
         QVERIFY(m.form->isEnabled());
-    }
-
-    // From the menu, with the main window closed to the user for the length of the search.
-    void pelaJanelaPrincipal() {
-        Mesa m;
-        m.leitor.fazer(u"A"_s);
-        m.instalacao.abrirBase();
-        frmMain principal;
-        utilizador::mostrar(&principal);
-        utilizador::accao(&principal, u"Ajuda"_s);
-        m.form = utilizador::form(u"frmAjuda"_s);
-        QVERIFY(m.form && principal.isAncestorOf(m.form));
-        m.aoTentar = [&] { QVERIFY(!principal.isEnabled()); };
-        m.pesquisar();
-        QVERIFY(principal.isEnabled() && m.form->isEnabled());
-        QCOMPARE(m.caixas()[1], u"3"_s);
-        utilizador::clicar(m.form, u"cmd1Wire"_s);
-        QTRY_VERIFY(!m.form);
     }
 
     // Closed in the middle of a search: nothing is saved, nothing is reported.

@@ -1,11 +1,6 @@
-#include "core/modINI.h"
 #include "data/modCompactRepairDB.h"
 #include "data/modMain.h"
 #include "tests/apoio/instalacao.h"
-#include "tests/apoio/tabela.h"
-#include "tests/falhaDe.h"
-
-#include <QDir>
 
 using Base = Instalacao::Base;
 
@@ -78,18 +73,6 @@ private Q_SLOTS:
         QVERIFY(QDir(inst.pastaINI()).removeRecursively());
         QVERIFY(modMain::carregaGlobaisBD());
         QCOMPARE(estado().CaminhoBD, modMain::caminhoBDPorOmissao());
-    }
-
-    void reabreNoCaminhoNovo() {
-        Instalacao inst;
-        const QString nova = inst.ficheiro(u"nova"_s);
-        inst.criarBase(nova);
-        inst.sensor({u"S1"_s, u"Antiga"_s});
-        QVERIFY(carregar(nova));
-        QCOMPARE(estado().CaminhoBD, nova);
-        QCOMPARE(contar(cnBD(), u"Sensores"_s), 0);
-        QVERIFY(carregar(inst.caminhoBD()));
-        QCOMPARE(contar(cnBD(), u"Sensores"_s), 1);
     }
 
     void verificaDatas_data() {

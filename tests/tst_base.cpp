@@ -1,11 +1,7 @@
 #include "data/esquema.h"
 #include "tests/apoio/filho.h"
 #include "tests/apoio/instalacao.h"
-#include "tests/apoio/tabela.h"
 #include "tests/falhaDe.h"
-
-#include <QDir>
-#include <QElapsedTimer>
 
 #include <sys/stat.h>
 
@@ -117,17 +113,19 @@ private Q_SLOTS:
         inst.reiniciar();
         permitir(inst.ficheiro(u"."_s), 0755);
         permitir(inst.ficheiro(u"BD"_s), 0555);
+        permitir(inst.pastaINI(), 0777);
         const QString sinal = inst.ficheiro(u"sinal"_s);
         Filho leitor(
             [&]() -> QByteArray {
                 Ligacao bd;
                 bd.abrir(inst.caminhoBD());
                 const QByteArray r = QByteArray::number(contar(bd, u"Sensores"_s));
+                dar(inst.ficheiro(u"definicoes/lido"_s));
                 esperarPor(sinal);
                 return r + ' ' + QByteArray::number(contar(bd, u"Sensores"_s));
             },
             Filho::Quem::Ninguem);
-        QTest::qSleep(100);
+        esperarPor(inst.ficheiro(u"definicoes/lido"_s));
         permitir(inst.ficheiro(u"BD"_s), 0755);
         Ligacao servico;
         servico.abrir(inst.caminhoBD());
@@ -160,23 +158,6 @@ private Q_SLOTS:
         QVERIFY2(so.contains(u"bloqueada por outro programa"_s), qUtf8Printable(so));
         outro.fechar();
         ligacaoPartilhada().abrir(inst.caminhoBD());
-    }
-
-    void doisEscritores() {
-        const Instalacao inst;
-        const auto escrever = [&](const QString &sensor) {
-            Ligacao bd;
-            bd.abrir(inst.caminhoBD());
-            return falhaDe([&] {
-                       for (int i = 0; i < 300; ++i)
-                           bd.executar(u"INSERT INTO Medias (Sensor) VALUES (?)"_s, {sensor});
-                   })
-                .descricao.toUtf8();
-        };
-        Filho servico([&] { return escrever(u"S1"_s); });
-        QCOMPARE(escrever(u"S2"_s), "");
-        QCOMPARE(servico.esperar(), "");
-        QCOMPARE(contar(cnBD(), u"Medias"_s), 600);
     }
 
     void examinadaComOutraAberta_data() {

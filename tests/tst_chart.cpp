@@ -14,12 +14,11 @@ private Q_SLOTS:
     }
 
     void seriesGuardamPontos_data() {
-        QTest::addColumn<int>("estados");
-        QTest::addColumn<int>("rotulos");
-        QTest::newRow("all alike") << 1 << 1;
-        QTest::newRow("few") << 3 << 2;
-        QTest::newRow("as many as have numbers") << 3 << 256;
-        QTest::newRow("a text each") << 2 << 2000;
+        const Tabela<int, int> caso("estados", "rotulos");
+        caso("all alike", 1, 1);
+        caso("few", 3, 2);
+        caso("as many as have numbers", 3, 256);
+        caso("a text each", 2, 2000);
     }
     void seriesGuardamPontos() {
         QFETCH(int, estados);
@@ -56,13 +55,12 @@ private Q_SLOTS:
 
     // What the strokes of a column of pixels cover is what its points cover, however the points are stored.
     void colunasCobremOsSeusPontos_data() {
-        QTest::addColumn<int>("pontos");
-        QTest::addColumn<int>("cadaEstado"); // another state after so many points
-        QTest::addColumn<bool>("baralhado");
-        QTest::newRow("blocks") << 300000 << 100000 << false;
-        QTest::newRow("mixed blocks") << 300000 << 37 << false;
-        QTest::newRow("each its own") << 20000 << 1 << false;
-        QTest::newRow("shuffled") << 20000 << 7 << true;
+        // cadaEstado: another state after so many points
+        const Tabela<int, int, bool> caso("pontos", "cadaEstado", "baralhado");
+        caso("blocks", 300000, 100000, false);
+        caso("mixed blocks", 300000, 37, false);
+        caso("each its own", 20000, 1, false);
+        caso("shuffled", 20000, 7, true);
     }
     void colunasCobremOsSeusPontos() {
         QFETCH(int, pontos);
@@ -108,13 +106,12 @@ private Q_SLOTS:
     }
 
     void umAlarmeNumaMultidao_data() {
-        QTest::addColumn<int>("alarme");
-        QTest::addColumn<double>("acima");
-        QTest::newRow("none") << -1 << 0.0;
-        QTest::newRow("far out") << 65000 << 9.0;
-        QTest::newRow("hidden among the others") << 65100 << 0.0;
-        QTest::newRow("first") << 0 << 0.0;
-        QTest::newRow("last") << 199999 << 0.0;
+        const Tabela<int, double> caso("alarme", "acima");
+        caso("none", -1, 0.0);
+        caso("far out", 65000, 9.0);
+        caso("hidden among the others", 65100, 0.0);
+        caso("first", 0, 0.0);
+        caso("last", 199999, 0.0);
     }
     void umAlarmeNumaMultidao() {
         QFETCH(int, alarme);
@@ -136,12 +133,12 @@ private Q_SLOTS:
     }
 
     void faltas_data() {
-        QTest::addColumn<bool>("comND"); // NaN, or no points at all
-        QTest::addColumn<int>("pontos");
-        QTest::newRow("ND, few") << true << 60;
-        QTest::newRow("ND, crowded") << true << 60000;
-        QTest::newRow("no readings, few") << false << 60;
-        QTest::newRow("no readings, crowded") << false << 60000;
+        // comND: NaN, or no points at all
+        const Tabela<bool, int> caso("comND", "pontos");
+        caso("ND, few", true, 60);
+        caso("ND, crowded", true, 60000);
+        caso("no readings, few", false, 60);
+        caso("no readings, crowded", false, 60000);
     }
     void faltas() {
         QFETCH(bool, comND);

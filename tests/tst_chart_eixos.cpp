@@ -2,8 +2,7 @@
 #include "core/estado.h"
 #include "platform/chart/graduacao.h"
 #include "platform/chart/tema.h"
-
-#include <QTest>
+#include "tests/apoio/tabela.h"
 
 #include <cmath>
 #include <random>
@@ -45,9 +44,9 @@ private Q_SLOTS:
 
     // Whatever is shown, however wide, in any locale: readable labels, in order, on round times.
     void rotulosNaoSeTocam_data() {
-        QTest::addColumn<QString>("locale");
+        const Tabela<QString> caso("locale");
         for (const char *l : {"pt_PT", "en_US", "de_DE", "ja_JP", "ar_EG"})
-            QTest::newRow(l) << QString::fromLatin1(l);
+            caso(l, QString::fromLatin1(l));
     }
     void rotulosNaoSeTocam() {
         QFETCH(QString, locale);
@@ -77,35 +76,26 @@ private Q_SLOTS:
     }
 
     void passosDoCalendario_data() {
-        QTest::addColumn<QString>("de");
-        QTest::addColumn<QString>("ate");
-        QTest::addColumn<double>("largura");
-        QTest::addColumn<double>("incremento");
-        QTest::addColumn<QStringList>("esperado"); // the first marks
-        QTest::addColumn<QString>("rotulo");       // of the first
-        QTest::newRow("seconds, zoomed in")
-            << u"2024-03-05 10:00:58"_s << u"2024-03-05 10:01:18"_s << 500. << 60.
-            << QStringList{u"2024-03-05 10:01:00"_s, u"2024-03-05 10:01:05"_s} << u"10:01:00\n05/03/2024"_s;
-        QTest::newRow("not finer than a minute")
-            << u"2024-03-05 10:00:00"_s << u"2024-03-05 10:02:30"_s << 3000. << 60.
-            << QStringList{u"2024-03-05 10:00:00"_s, u"2024-03-05 10:01:00"_s} << u"10:00\n05/03/2024"_s;
-        QTest::newRow("quarters of an hour")
-            << u"2024-03-05 10:05:00"_s << u"2024-03-05 12:05:00"_s << 900. << 60.
-            << QStringList{u"2024-03-05 10:15:00"_s, u"2024-03-05 10:30:00"_s} << u"10:15\n05/03/2024"_s;
-        QTest::newRow("days") << u"2024-02-26 10:00:00"_s << u"2024-03-04 10:00:00"_s << 500. << 60.
-                              << QStringList{u"2024-02-27 00:00:00"_s, u"2024-02-28 00:00:00"_s,
-                                             u"2024-02-29 00:00:00"_s, u"2024-03-01 00:00:00"_s}
-                              << u"27 fev.\n2024"_s;
-        QTest::newRow("weeks begin on Mondays")
-            << u"2024-01-03 00:00:00"_s << u"2024-03-03 00:00:00"_s << 700. << 60.
-            << QStringList{u"2024-01-08 00:00:00"_s, u"2024-01-15 00:00:00"_s} << u"8 jan.\n2024"_s;
-        QTest::newRow("months") << u"2023-11-15 00:00:00"_s << u"2024-11-20 00:00:00"_s << 700. << 60.
-                                << QStringList{u"2023-12-01 00:00:00"_s, u"2024-01-01 00:00:00"_s} << u"dez.\n2023"_s;
-        QTest::newRow("quarters of a year")
-            << u"2021-02-15 00:00:00"_s << u"2024-11-20 00:00:00"_s << 900. << 60.
-            << QStringList{u"2021-04-01 00:00:00"_s, u"2021-07-01 00:00:00"_s} << u"abr.\n2021"_s;
-        QTest::newRow("years") << u"2009-02-15 00:00:00"_s << u"2024-11-20 00:00:00"_s << 900. << 60.
-                               << QStringList{u"2010-01-01 00:00:00"_s, u"2011-01-01 00:00:00"_s} << u"2010"_s;
+        // esperado: the first marks; rotulo: of the first
+        const Tabela<QString, QString, double, double, QStringList, QString> caso("de", "ate", "largura", "incremento",
+                                                                                  "esperado", "rotulo");
+        caso("seconds, zoomed in", u"2024-03-05 10:00:58"_s, u"2024-03-05 10:01:18"_s, 500., 60.,
+             {u"2024-03-05 10:01:00"_s, u"2024-03-05 10:01:05"_s}, u"10:01:00\n05/03/2024"_s);
+        caso("not finer than a minute", u"2024-03-05 10:00:00"_s, u"2024-03-05 10:02:30"_s, 3000., 60.,
+             {u"2024-03-05 10:00:00"_s, u"2024-03-05 10:01:00"_s}, u"10:00\n05/03/2024"_s);
+        caso("quarters of an hour", u"2024-03-05 10:05:00"_s, u"2024-03-05 12:05:00"_s, 900., 60.,
+             {u"2024-03-05 10:15:00"_s, u"2024-03-05 10:30:00"_s}, u"10:15\n05/03/2024"_s);
+        caso("days", u"2024-02-26 10:00:00"_s, u"2024-03-04 10:00:00"_s, 500., 60.,
+             {u"2024-02-27 00:00:00"_s, u"2024-02-28 00:00:00"_s, u"2024-02-29 00:00:00"_s, u"2024-03-01 00:00:00"_s},
+             u"27 fev.\n2024"_s);
+        caso("weeks begin on Mondays", u"2024-01-03 00:00:00"_s, u"2024-03-03 00:00:00"_s, 700., 60.,
+             {u"2024-01-08 00:00:00"_s, u"2024-01-15 00:00:00"_s}, u"8 jan.\n2024"_s);
+        caso("months", u"2023-11-15 00:00:00"_s, u"2024-11-20 00:00:00"_s, 700., 60.,
+             {u"2023-12-01 00:00:00"_s, u"2024-01-01 00:00:00"_s}, u"dez.\n2023"_s);
+        caso("quarters of a year", u"2021-02-15 00:00:00"_s, u"2024-11-20 00:00:00"_s, 900., 60.,
+             {u"2021-04-01 00:00:00"_s, u"2021-07-01 00:00:00"_s}, u"abr.\n2021"_s);
+        caso("years", u"2009-02-15 00:00:00"_s, u"2024-11-20 00:00:00"_s, 900., 60.,
+             {u"2010-01-01 00:00:00"_s, u"2011-01-01 00:00:00"_s}, u"2010"_s);
     }
     void passosDoCalendario() {
         QFETCH(QString, de);
@@ -133,25 +123,17 @@ private Q_SLOTS:
     }
 
     void valores_data() {
-        QTest::addColumn<double>("minimo");
-        QTest::addColumn<double>("maximo");
-        QTest::addColumn<double>("altura");
-        QTest::addColumn<double>("incremento");
-        QTest::addColumn<QVector<QString>>("rotulos");
-        QTest::newRow("whole") << 1. << 40. << 250. << 0. << QVector<QString>{u"5"_s,  u"10"_s, u"15"_s, u"20"_s,
-                                                                              u"25"_s, u"30"_s, u"35"_s, u"40"_s};
-        QTest::newRow("below zero, local separator")
-            << -0.5 << 0.6 << 200. << 0.
-            << QVector<QString>{u"-0,4"_s, u"-0,2"_s, u"0,0"_s, u"0,2"_s, u"0,4"_s, u"0,6"_s};
-        QTest::newRow("not finer than the increment")
-            << 0. << 3.2 << 900. << 1. << QVector<QString>{u"0"_s, u"1"_s, u"2"_s, u"3"_s};
-        QTest::newRow("a free increment")
-            << 0. << 1. << 400. << 0.25 << QVector<QString>{u"0,00"_s, u"0,25"_s, u"0,50"_s, u"0,75"_s, u"1,00"_s};
-        QTest::newRow("zoomed in further than the increment")
-            << 20.1 << 20.9 << 150. << 1. << QVector<QString>{u"20,2"_s, u"20,4"_s, u"20,6"_s, u"20,8"_s};
-        QTest::newRow("large, no exponent")
-            << 0. << 3e6 << 120. << 0. << QVector<QString>{u"0"_s, u"1000000"_s, u"2000000"_s, u"3000000"_s};
-        QTest::newRow("nothing") << 5. << 5. << 120. << 0. << QVector<QString>{};
+        const Tabela<double, double, double, double, QVector<QString>> caso("minimo", "maximo", "altura", "incremento",
+                                                                            "rotulos");
+        caso("whole", 1., 40., 250., 0., {u"5"_s, u"10"_s, u"15"_s, u"20"_s, u"25"_s, u"30"_s, u"35"_s, u"40"_s});
+        caso("below zero, local separator", -0.5, 0.6, 200., 0.,
+             {u"-0,4"_s, u"-0,2"_s, u"0,0"_s, u"0,2"_s, u"0,4"_s, u"0,6"_s});
+        caso("not finer than the increment", 0., 3.2, 900., 1., {u"0"_s, u"1"_s, u"2"_s, u"3"_s});
+        caso("a free increment", 0., 1., 400., 0.25, {u"0,00"_s, u"0,25"_s, u"0,50"_s, u"0,75"_s, u"1,00"_s});
+        caso("zoomed in further than the increment", 20.1, 20.9, 150., 1.,
+             {u"20,2"_s, u"20,4"_s, u"20,6"_s, u"20,8"_s});
+        caso("large, no exponent", 0., 3e6, 120., 0., {u"0"_s, u"1000000"_s, u"2000000"_s, u"3000000"_s});
+        caso("nothing", 5., 5., 120., 0., {});
     }
     void valores() {
         QFETCH(double, minimo);

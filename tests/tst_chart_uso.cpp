@@ -1,4 +1,5 @@
 #include "tests/apoio/espera.h"
+#include "tests/apoio/tabela.h"
 #include "tests/cenaChart.h"
 
 #include <QContextMenuEvent>
@@ -194,11 +195,11 @@ private Q_SLOTS:
     }
 
     void poucosPontos_data() {
-        QTest::addColumn<QList<double>>("valores");
-        QTest::newRow("none") << QList<double>{};
-        QTest::newRow("one") << QList<double>{4};
-        QTest::newRow("two alike") << QList<double>{4, 4};
-        QTest::newRow("one between ND") << QList<double>{semValor, 4, semValor};
+        const Tabela<QList<double>> caso("valores");
+        caso("none", {});
+        caso("one", {4});
+        caso("two alike", {4, 4});
+        caso("one between ND", {semValor, 4, semValor});
     }
     void poucosPontos() {
         QFETCH(QList<double>, valores);

@@ -1,11 +1,8 @@
 #include "platform/onewire/pesquisaRom.h"
 #include "platform/onewire/registos1921.h"
-#include "simulator/botao/transporteVirtual.h"
 #include "tests/apoio/botaoDeTeste.h"
 #include "tests/apoio/discoCheio.h"
 #include "tests/apoio/instalacao.h"
-
-#include <QtTest>
 
 #include <algorithm>
 #include <ranges>
@@ -161,38 +158,6 @@ private Q_SLOTS:
         QCOMPARE(chip.ler(0x214) & 0x60, 0x40);
         QCOMPARE(chip.ler(0x1000), primeiro); // the log is not cleared, nor are the limits and the lifetime counter
         QVERIFY(chip.ler(0x20C) == simulador::codigoDe(Variante::G, 50) && chip.ler(0x21D) >= 10);
-    }
-
-    void alarmesEHistograma() {
-        ChipDS1921 chip(BotaoDeTeste::rom(Variante::G));
-        // Hot for two minutes of every five; after 400 minutes cold for good.
-        int minuto = -1;
-        chip.temperatura = [&](qint64) { return ++minuto >= 400 ? -10.0 : minuto % 5 < 2 ? 60.0 : 20.0; };
-        chip.iniciar(1, 0, false, 0, 50);
-        chip.andar(60'000LL * 1000);
-        QCOMPARE(chip.contador(), 1000U);
-        const auto alarme = [&](int e) { // where it began, and how long it lasted
-            return std::pair(chip.ler(e) | chip.ler(e + 1) << 8, int(chip.ler(e + 3)));
-        };
-        QCOMPARE(alarme(0x250), std::pair(1, 2));
-        QCOMPARE(alarme(0x27C), std::pair(56, 2));    // the twelfth run; the others have no room
-        QCOMPARE(alarme(0x220), std::pair(401, 255)); // a run that outlasts its byte goes on in the next slot
-        QCOMPARE(alarme(0x228), std::pair(911, 90));
-        QCOMPARE(chip.ler(0x214) & 0x06, 0x06);
-        const auto bin = [&](double graus) {
-            const int e = 0x800 + 2 * (simulador::codigoDe(Variante::G, graus) >> 2);
-            return chip.ler(e) | chip.ler(e + 1) << 8;
-        };
-        QVERIFY(bin(60) == 160 && bin(20) == 240 && bin(-10) == 600);
-        // Kept and taken up again, it is the same chip.
-        ChipDS1921 outro(chip.rom());
-        QVERIFY(outro.repor(chip.guardar()));
-        for (int e = 0; e < ChipDS1921::tamanho; ++e)
-            QCOMPARE(outro.ler(e), chip.ler(e));
-        outro.andar(60'000);
-        QCOMPARE(outro.contador(), 1001U);
-        chip.andar(60'000LL * 70'000);
-        QCOMPARE(bin(-10), 65535); // full is full
     }
 };
 

@@ -1,26 +1,7 @@
-#include "core/estado.h"
-#include "core/modINI.h"
 #include "core/modPassWord.h"
-#include "data/ligacao.h"
 #include "manutencao/linguas.h"
 #include "platform/chart/TChart.h"
-#include "platform/forms/grelha.h"
-#include "platform/forms/registoForms.h"
-#include "tests/apoio/espera.h"
-#include "tests/apoio/tabela.h"
 #include "tests/manutencaoDeTeste.h"
-#include "views/forms/registar.h"
-
-#include <QComboBox>
-#include <QDir>
-#include <QDirIterator>
-#include <QFile>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPointer>
-#include <QTabWidget>
-#include <QTest>
-#include <QTimer>
 
 using namespace utilizador;
 
@@ -67,13 +48,14 @@ private Q_SLOTS:
         estado().ObjectivoPassWord = qint16(objectivo);
         estado().EliminarConfirmado = true; // left over from another time
         QString aberto;
-        if (!abre.isEmpty())
-            QTimer::singleShot(50, qApp, [&] {
-                if (QWidget *outro = registoForms().form(abre)) {
-                    aberto = abre;
-                    outro->close();
-                }
-            });
+        QTimer atento;
+        connect(&atento, &QTimer::timeout, qApp, [&] {
+            if (QWidget *outro = abre.isEmpty() ? nullptr : registoForms().form(abre)) {
+                aberto = abre;
+                outro->close();
+            }
+        });
+        atento.start(1);
         bool aindaAberto = false;
         comDialogo(u"frmPassWord"_s, [&](QDialog *dialogo) {
             const QPointer<QDialog> vigiado = dialogo;
@@ -210,22 +192,6 @@ private Q_SLOTS:
                  qPrintable(inst.dialogos.textos.constLast()));
     }
 
-    // However long a message is, all of its lines are seen.
-    void mensagemInteira() {
-        Programa programa;
-        comDialogo(u"frmConfiguracoes"_s, [&](QDialog *dialogo) {
-            dialogo->resize(dialogo->minimumSizeHint());
-            auto *etiqueta = controlo<QLabel>(dialogo, u"lblEstadoCaminhoBD"_s);
-            escrever(dialogo, u"txtCaminhoBD"_s, u"/uma/pasta-que/"_s + QString(300, u'n') + u"/Não há.mdb"_s);
-            QTRY_VERIFY(etiqueta->text().startsWith(u"✗ "));
-            QTRY_VERIFY(etiqueta->height() >= etiqueta->heightForWidth(etiqueta->width()));
-            QVERIFY(etiqueta->heightForWidth(etiqueta->width()) > 3 * etiqueta->fontMetrics().height());
-            for (const QString &outra : {u"lblEstadoCaminhoImagens"_s, u"lblEstadoINI_Path"_s})
-                QVERIFY(!controlo<QLabel>(dialogo, outra)->geometry().intersects(etiqueta->geometry()));
-            QVERIFY(dialogo->height() >= dialogo->minimumSizeHint().height());
-        });
-    }
-
     void estadoDosCaminhos_data() {
         // caminho: below the temporary folder, unless it begins with a sign
         const Tabela<QString, QString, QString> caso("campo", "caminho", "estado");
@@ -300,35 +266,6 @@ private Q_SLOTS:
         });
         QCOMPARE(cnBD().caminho(), inst.caminhoBD());
         QVERIFY(estado().BDLigada);
-    }
-
-    // A chart that is opened afterwards draws what the other database holds.
-    void graficoDepoisDaTroca() {
-        Programa programa;
-        Instalacao &inst = programa.instalacao;
-        registarVistas(registoForms());
-        comSensores(inst, 3);
-        const QString outra = inst.ficheiro(u"Outra.mdb"_s);
-        cnBD().executar(u"PRAGMA wal_checkpoint(TRUNCATE)"_s); // all of it into the file itself
-        QVERIFY(QFile::copy(inst.caminhoBD(), outra));
-        inst.leituras(u"Temperaturas"_s, u"A1"_s, u"2024-03-15 05:00:00"_s, 300, {1, 2, 3, 4});
-        inst.dialogos.esperarMensagem(u"Dados Alterados Com Sucesso"_s);
-        inst.dialogos.esperarMensagem(u"Dados Alterados Com Sucesso"_s);
-        for (const auto &[caminho, pontos] : {std::pair(outra, 3), std::pair(inst.caminhoBD(), 7)}) {
-            comDialogo(u"frmConfiguracoes"_s, [&](QDialog *dialogo) {
-                escrever(dialogo, u"txtCaminhoImagens"_s, inst.ficheiro(u"saida"_s));
-                escrever(dialogo, u"txtCaminhoBD"_s, caminho);
-                clicar(dialogo, u"cmdConcluirDados"_s);
-            });
-            const QPointer<QWidget> form = registoForms().abrir(u"frmGraficoPrincipalTemp"_s);
-            deixarPassar(50);
-            controlo<Grelha>(form, u"grdSensoresAll"_s)->setLinhaActual(0);
-            clicar(form, u"cmdAdicionar"_s);
-            clicar(form, u"cmdConfirmar"_s);
-            QTRY_COMPARE(controlo<TChart>(form, u"TChart"_s)->Series(0).Count(), pontos);
-            form->parentWidget()->close();
-            QTRY_VERIFY(!form);
-        }
     }
 
     void escolherCaminhos() {

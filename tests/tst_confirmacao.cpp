@@ -1,5 +1,4 @@
 #include "tests/apoio/instalacao.h"
-#include "tests/apoio/tabela.h"
 #include "tests/falhaDe.h"
 
 #include <atomic>

@@ -1,8 +1,5 @@
 #include "tests/apoio/instalacao.h"
-#include "tests/apoio/tabela.h"
 #include "tests/falhaDe.h"
-
-#include <QFileInfo>
 
 #include <cmath>
 

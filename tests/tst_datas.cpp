@@ -1,8 +1,5 @@
 #include "core/datas.h"
 #include "tests/apoio/instalacao.h"
-#include "tests/apoio/tabela.h"
-
-#include <QTest>
 
 #include <cmath>
 

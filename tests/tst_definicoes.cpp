@@ -1,13 +1,8 @@
-#include "core/falha.h"
 #include "core/ficheiroInteiro.h"
-#include "core/modINI.h"
 #include "core/perfil.h"
 #include "tests/apoio/discoCheio.h"
 #include "tests/apoio/filho.h"
 #include "tests/apoio/instalacao.h"
-#include "tests/apoio/tabela.h"
-
-#include <QDir>
 
 #include <fcntl.h>
 #include <sys/file.h>

@@ -5,12 +5,8 @@
 #include "poseidon/listaPoseidons.h"
 #include "poseidon/reposicao2251.h"
 #include "tests/apoio/espera.h"
-#include "tests/apoio/tabela.h"
 #include "tests/log2251.h"
 #include "tests/unidadesDeTeste.h"
-
-#include <QDirIterator>
-#include <QSignalSpy>
 
 using listaPoseidons::Lista;
 using simulador::Defeito;

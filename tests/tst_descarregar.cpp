@@ -1,5 +1,4 @@
 // The list of units as a user works it, with virtual units behind.
-#include "data/ligacao.h"
 #include "platform/forms/registoForms.h"
 #include "poseidon/descarga/logBruto.h"
 #include "poseidon/forms/frmDescarregar2251.h"
@@ -8,16 +7,6 @@
 #include "tests/apoio/widgets.h"
 #include "tests/log2251.h"
 #include "tests/unidadesDeTeste.h"
-
-#include <QAction>
-#include <QCheckBox>
-#include <QDesktopServices>
-#include <QDirIterator>
-#include <QLabel>
-#include <QLineEdit>
-#include <QMenu>
-#include <QPointer>
-#include <QProgressBar>
 
 using simulador::Defeito;
 using simulador::Defeitos;

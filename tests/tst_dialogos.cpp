@@ -1,21 +1,14 @@
-#include "data/ligacao.h"
 #include "platform/forms/dialogosQt.h"
 #include "platform/forms/registoForms.h"
 #include "tests/apoio/espera.h"
 #include "tests/apoio/filho.h"
 #include "tests/apoio/instalacao.h"
-#include "tests/apoio/tabela.h"
 
 #include <QAbstractButton>
 #include <QApplication>
-#include <QDir>
-#include <QDirIterator>
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QMessageBox>
-#include <QRegularExpression>
-#include <QTest>
-#include <QTimer>
 #include <QTreeView>
 
 #include <fcntl.h>
@@ -63,12 +56,11 @@ class tst_dialogos : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void perguntas_data() {
-        QTest::addColumn<int>("tecla");
-        QTest::addColumn<bool>("sim");
-        QTest::newRow("Enter") << int(Qt::Key_Return) << false;
-        QTest::newRow("Space") << int(Qt::Key_Space) << false;
-        QTest::newRow("Escape") << int(Qt::Key_Escape) << false;
-        QTest::newRow("over to Yes") << int(Qt::Key_Tab) << true;
+        const Tabela<int, bool> caso("tecla", "sim");
+        caso("Enter", int(Qt::Key_Return), false);
+        caso("Space", int(Qt::Key_Space), false);
+        caso("Escape", int(Qt::Key_Escape), false);
+        caso("over to Yes", int(Qt::Key_Tab), true);
     }
     // Nothing is destroyed by a key that was meant for something else.
     void perguntas() {
@@ -100,9 +92,9 @@ private Q_SLOTS:
     }
 
     void cadeadosDaBase_data() {
-        QTest::addColumn<bool>("pasta");
-        QTest::newRow("file") << false;
-        QTest::newRow("folder") << true;
+        const Tabela<bool> caso("pasta");
+        caso("file", false);
+        caso("folder", true);
     }
     // Looking for a file in the database's folder leaves the database as it is: open, and known to be.
     void cadeadosDaBase() {

@@ -3,10 +3,7 @@
 #include "data/copiaDatada.h"
 #include "tests/apoio/filho.h"
 #include "tests/apoio/instalacao.h"
-#include "tests/apoio/tabela.h"
 #include "tests/falhaDe.h"
-
-#include <QDir>
 
 namespace {
 

@@ -1,11 +1,7 @@
-#include "core/falha.h"
 #include "platform/onewire/DS1921.h"
 #include "platform/onewire/tmex.h"
 #include "tests/apoio/botaoDeTeste.h"
 #include "tests/apoio/instalacao.h"
-#include "tests/apoio/tabela.h"
-
-#include <QtTest>
 
 using simulador::DefeitosBotao;
 using simulador::Variante;

@@ -1,13 +1,7 @@
-#include "core/estado.h"
-#include "data/ligacao.h"
-#include "data/recordset.h"
 #include "poseidon/listaPoseidons.h"
 #include "poseidon/modHwGroup.h"
 #include "poseidon/modPoseidons.h"
 #include "tests/apoio/instalacao.h"
-#include "tests/apoio/tabela.h"
-
-#include <QTest>
 
 using namespace modPoseidons;
 

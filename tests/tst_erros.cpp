@@ -1,13 +1,7 @@
-#include "core/estado.h"
 #include "core/eventos.h"
-#include "core/falha.h"
 #include "core/modErros.h"
-#include "core/modINI.h"
 #include "core/rotina.h"
 #include "tests/apoio/instalacao.h"
-#include "tests/apoio/tabela.h"
-
-#include <QDir>
 
 #include <new>
 

@@ -1,57 +1,18 @@
 // Sens-UI channels, inputs and outputs, conditions.
-#include "core/datas.h"
-#include "data/ligacao.h"
 #include "devicestate/condicoes.h"
 #include "devicestate/entradas.h"
+#include "devicestate/familiaSensUI.h"
 #include "devicestate/forms/listaMarcada.h"
 #include "devicestate/forms/registar.h"
 #include "devicestate/modSensUI.h"
-#include "platform/chart/TChart.h"
-#include "platform/forms/registoForms.h"
-#include "platform/report/JanelaRelatorio.h"
-#include "tests/apoio/espera.h"
-#include "tests/apoio/instalacao.h"
-#include "tests/apoio/tabela.h"
-#include "tests/apoio/widgets.h"
-
-#include <QAction>
-#include <QApplication>
-#include <QDateEdit>
-#include <QLabel>
-#include <QPlainTextEdit>
-#include <QPointer>
-#include <QPushButton>
-#include <QTableView>
-#include <QTest>
-
-#include <cmath>
+#include "tests/apoio/cenaVista.h"
 
 namespace {
 
-using utilizador::clicar;
-using utilizador::controlo;
-
-const QString dia = u"2024-03-15 "_s;
 const QString leiturasSensUI = u"SensUI_Leituras"_s;
 
-struct Cena : Instalacao {
-    Cena() {
-        relogio(u"2024-03-15 12:00:00"_s);
-        registoForms().dono = &principal;
-        principal.show();
-        registarEstados(registoForms());
-    }
-    ~Cena() { delete form; }
-    void abrir(const QString &nome) {
-        delete form;
-        form = registoForms().abrir(nome);
-        utilizador::mostrar(form);
-        deixarPassar(20);
-    }
-    void confirmar() {
-        clicar(form, u"cmdConfirmar"_s);
-        QVERIFY(utilizador::esperar([this] { return principal.isEnabled(); }));
-    }
+struct Cena : CenaVista {
+    Cena() : CenaVista(registarEstados) {}
     ListaMarcada &lista(const QString &nome) const { return *controlo<ListaMarcada>(form, nome); }
     void marcar(const QString &nome, int linha) const {
         lista(nome).setLinhaActual(linha);
@@ -63,37 +24,6 @@ struct Cena : Instalacao {
             achados.append(lista(nome).texto(i, coluna));
         return achados;
     }
-    TChart &chart() const { return *controlo<TChart>(form, u"TChart"_s); }
-    // Opens the form of a point, writes its note and concludes.
-    void notar(const QString &pontos, int serie, int indice, const QString &nota) {
-        Q_EMIT chart().OnClickSeries(serie, indice, Qt::LeftButton, Qt::NoModifier, QPoint(-1000, -1000));
-        QWidget *aberto = registoForms().form(pontos);
-        QVERIFY2(aberto, qPrintable(pontos));
-        controlo<QPlainTextEdit>(aberto, u"txtObservacoes"_s)->setPlainText(nota);
-        controlo<QPlainTextEdit>(aberto, u"txtObservacoes"_s)->document()->setModified(true);
-        clicar(aberto, u"cmdConcluir"_s);
-    }
-    // A text in the heading of the form's report.
-    QString impresso(const QString &controlo) {
-        clicar(form, u"cmdImprimir"_s);
-        for (QWidget *topo : QApplication::topLevelWidgets())
-            if (auto *janela = qobject_cast<JanelaRelatorio *>(topo); janela && janela->isVisible()) {
-                const QString texto = janela->relatorio().Sections(u"Section4"_s)->controlo(controlo)->Caption;
-                janela->close();
-                return texto;
-            }
-        return {};
-    }
-    QByteArray exportarCSV() {
-        const QString caminho = ficheiro(u"saida.csv"_s);
-        dialogos.responderGravar(caminho);
-        dialogos.esperarMensagem(u"sucesso"_s);
-        form->findChild<QAction *>(u"mnuExportCSV"_s)->trigger();
-        return lerFicheiro(caminho);
-    }
-
-    QWidget principal;
-    QPointer<QWidget> form;
 };
 
 QList<double> alturas(const TSerie &serie) {
@@ -136,6 +66,19 @@ private Q_SLOTS:
         QCOMPARE(QList<double>(d.ident.begin(), d.ident.end()), numeros);
         QTEST(d.limites.maximo, "maximo");
         QTEST(d.limites.minimo, "minimo");
+    }
+
+    // Each form of points writes to the table of its chart.
+    void familia() {
+        QList<MembroGrafico> graficos(familiaSensUI::graficos().begin(), familiaSensUI::graficos().end());
+        for (const entradas::Especie &e : entradas::especies())
+            graficos.append(e.grafico);
+        for (const condicoes::Especie &e : condicoes::especies())
+            graficos.append(e.grafico);
+        for (const MembroGrafico &m : std::as_const(graficos)) {
+            QCOMPARE(m.pontos->tabela, m.tabela.nome);
+            QCOMPARE(m.pontos->grafico, m.form);
+        }
     }
 
     // Only voltages and currents, of a unit whatever the digit before its address.
@@ -196,51 +139,9 @@ private Q_SLOTS:
         c.abrir(u"frmGraficoHistogramaSensUI"_s);
         clicar(c.form, u"cmdAdicionar"_s);
         c.confirmar();
-        QCOMPARE(controlo<QLabel>(c.form, u"lblTotal"_s)->text(), u"N° de Leituras = 2"_s);
+        QCOMPARE(c.legenda(u"lblTotal"_s), u"N° de Leituras = 2"_s);
         QCOMPARE(c.impresso(u"lblSensores"_s), u"Sensores: Nível [0-10 m]"_s);
         QVERIFY(c.impresso(u"lblDescricao"_s).startsWith(u"Poseidon: 127.0.0.5 - Cave  "));
-    }
-
-    void notasSensUI_data() {
-        const Tabela<QString, QString, QString> caso("sufixo", "tabela", "outra");
-        caso("all", u""_s, leiturasSensUI, u"SensUI_LeiturasPull"_s);
-        caso("pull", u"Pull"_s, u"SensUI_LeiturasPull"_s, leiturasSensUI);
-    }
-    // Each form writes to the table of its chart.
-    void notasSensUI() {
-        QFETCH(const QString, sufixo);
-        QFETCH(const QString, tabela);
-        QFETCH(const QString, outra);
-        Cena c;
-        c.sensor({u"28A0000000000001"_s, u"Nível"_s, u"P 1250V"_s});
-        for (const QString &t : {tabela, outra})
-            c.leituras(t, u"28A0000000000001"_s, {{dia + u"01:00:00", 5, u" "_s, u" "_s}});
-        c.abrir(u"frmGraficoSensUI"_s + sufixo);
-        clicar(c.form, u"cmdAdicionar"_s);
-        c.confirmar();
-        QVERIFY(!c.chart().Series(0).temMarca(0)); // a lone blank is no mark
-        c.notar(u"frmOpccoesPontosSensUI"_s + sufixo, 0, 0, u"vista"_s);
-        QVERIFY(c.chart().Series(0).temMarca(0));
-        QCOMPARE(c.linha(u"SELECT flag FROM "_s + tabela), QVariantList({u"vista"_s}));
-        QCOMPARE(c.linha(u"SELECT flag FROM "_s + outra), QVariantList({u" "_s}));
-    }
-
-    void saidas() {
-        Cena c;
-        c.executar(
-            u"INSERT INTO PoseidonOutputs (PoseidonIP, OutputNum, Descricao) VALUES ('127.0.0.2', 2, 'Sirene')"_s);
-        c.executar(u"INSERT INTO REGISTO_Outputs VALUES ('127.0.0.2', 2, '2024-03-15 08:00:00', 'True', ' ')"_s);
-        c.abrir(u"frmGraficoOutputs"_s);
-        c.marcar(u"grdDispositivos"_s, 0);
-        const QAbstractItemModel &canais = *c.lista(u"grdInputs"_s).model();
-        QCOMPARE(canais.headerData(1, Qt::Horizontal).toString(), u"Num"_s);
-        QCOMPARE(canais.headerData(2, Qt::Horizontal).toString(), u"Outputs Name"_s);
-        c.marcar(u"grdInputs"_s, 0);
-        c.confirmar();
-        QCOMPARE(c.chart().Series(3).Title, u"Sirene"_s);
-        QCOMPARE(c.exportarCSV(), QByteArray("15/03/2024 08:00:00;127.0.0.2;2;1\r\n"));
-        c.notar(u"frmOpccoesPontosOutputs"_s, 3, 0, u"teste"_s);
-        QCOMPARE(c.linha(u"SELECT flag FROM REGISTO_Outputs"_s), QVariantList({u"teste"_s}));
     }
 
     void listasDeCanais() {

@@ -1,14 +1,9 @@
 #include "core/datas.h"
-#include "core/falha.h"
-#include "data/ligacao.h"
 #include "tests/apoio/discoCheio.h"
 #include "tests/apoio/instalacao.h"
 #include "tests/apoio/ouro.h"
 #include "views/exportacao.h"
 #include "views/ilegiveis.h"
-
-#include <QFile>
-#include <QTest>
 
 #include <cerrno>
 #include <cstring>
@@ -31,9 +26,9 @@ class TesteExportacao : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void bytes_data() {
-        QTest::addColumn<QString>("ouro");
-        QTest::newRow("pt_PT") << u"medias-virgula.csv"_s;
-        QTest::newRow("en_GB") << u"medias-ponto.csv"_s;
+        const Tabela<QString> caso("ouro");
+        caso("pt_PT", u"medias-virgula.csv"_s);
+        caso("en_GB", u"medias-ponto.csv"_s);
     }
     void bytes() {
         QFETCH(const QString, ouro);

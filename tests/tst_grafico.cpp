@@ -1,11 +1,5 @@
-#include "core/estado.h"
-#include "core/modINI.h"
 #include "platform/chart/cores.h"
-#include "tests/apoio/tabela.h"
 #include "tests/cenaGrafico.h"
-
-#include <QDateEdit>
-#include <QTimer>
 
 #include <cmath>
 
@@ -55,7 +49,7 @@ private Q_SLOTS:
         QCOMPARE(g.chart().Left().Minimum, 1.0); // not the settings' 0
         QCOMPARE(g.chart().Left().Maximum, 40.0);
         QVERIFY(!g.chart().Bottom().Visible);
-        QVERIFY(!controlo<QWidget>(g.form, u"cmdImprimir"_s)->isEnabled());
+        QVERIFY(!g.permitido(u"cmdImprimir"_s));
     }
 
     void umSensor() {
@@ -83,11 +77,11 @@ private Q_SLOTS:
         for (int i = 0; i < 3; ++i)
             QCOMPARE(c.Series(i).Name.right(16), id(1));
         QCOMPARE(g.media(), u"Média = 35,68 °C"_s);
-        QVERIFY(!controlo<QWidget>(g.form, u"PictOpccoes"_s)->isVisible());
+        QVERIFY(!g.visivel(u"PictOpccoes"_s));
         QVERIFY(c.isVisible());
-        QVERIFY(!controlo<QWidget>(g.form, u"TChartBackGround"_s)->isVisible());
+        QVERIFY(!g.visivel(u"TChartBackGround"_s));
         QVERIFY(g.principal.isEnabled());
-        QVERIFY(controlo<QWidget>(g.form, u"cmdImprimir"_s)->isEnabled());
+        QVERIFY(g.permitido(u"cmdImprimir"_s));
         QVERIFY(!registoForms().form(u"frmEsperaPraCriarGrafico"_s));
     }
 
@@ -153,41 +147,19 @@ private Q_SLOTS:
         QTEST(g.chart().aviso(), "aviso");
         QTEST(g.chart().accessibleDescription(), "aviso");
         for (const QString &botao : {u"cmdImprimir"_s, u"cmdExport"_s})
-            QCOMPARE(controlo<QWidget>(g.form, botao)->isEnabled(), pontos > 0);
+            QCOMPARE(g.permitido(botao), pontos > 0);
         inst.leituras(u"Temperaturas"_s, id(2), {{dia + u"10:00:00"_s, 4}});
         g.carregar({2});
         QCOMPARE(g.chart().aviso(), QString());
-        QVERIFY(controlo<QWidget>(g.form, u"cmdExport"_s)->isEnabled());
-    }
-
-    void media_data() {
-        QTest::addColumn<QList<double>>("valores");
-        QTest::addColumn<QString>("legenda");
-        QTest::newRow("half to even") << QList<double>{0.125} << u"Média = 0,12 °C"_s;
-        QTest::newRow("half to even, up") << QList<double>{0.135} << u"Média = 0,14 °C"_s;
-        QTest::newRow("never minus nought") << QList<double>{-0.001} << u"Média = 0 °C"_s;
-        QTest::newRow("exactly nought is not shown") << QList<double>{-1, 1} << QString();
-        QTest::newRow("no noughts behind") << QList<double>{21.5} << u"Média = 21,5 °C"_s;
-    }
-
-    void media() {
-        const Instalada inst;
-        QFETCH(QList<double>, valores);
-        inst.leituras(u"Temperaturas"_s, id(1), dia + u"10:00:00"_s, 60, valores);
-        const Grafico g;
-        g.carregar({1});
-        QTEST(g.media(), "legenda");
+        QVERIFY(g.permitido(u"cmdExport"_s));
     }
 
     void eixos_data() {
-        QTest::addColumn<QString>("form");
-        QTest::addColumn<QString>("tipo");
-        QTest::addColumn<double>("minimo");
-        QTest::addColumn<double>("maximo");
-        QTest::newRow("limits included") << graficoTemp << u"P 1250C"_s << 5.0 - 4 << 30.0 + 4;
-        QTest::newRow("humidity") << u"frmGraficoPrincipalHumidade"_s << u"P 1250%"_s << 0.0 << 100.0;
-        QTest::newRow("humidity pulled") << u"frmGraficoPrincipalHumidadePull"_s << u"P 1250%"_s << 0.0 << 100.0;
-        QTest::newRow("pressure") << u"frmGraficoPrincipalPressao"_s << u"K"_s << 1.0 << 34.0;
+        const Tabela<QString, QString, double, double> caso("form", "tipo", "minimo", "maximo");
+        caso("limits included", graficoTemp, u"P 1250C"_s, 5.0 - 4, 30.0 + 4);
+        caso("humidity", u"frmGraficoPrincipalHumidade"_s, u"P 1250%"_s, 0.0, 100.0);
+        caso("humidity pulled", u"frmGraficoPrincipalHumidadePull"_s, u"P 1250%"_s, 0.0, 100.0);
+        caso("pressure", u"frmGraficoPrincipalPressao"_s, u"K"_s, 1.0, 34.0);
     }
 
     void eixos() {
@@ -220,28 +192,13 @@ private Q_SLOTS:
         QCOMPARE(g.chart().aviso(), QString());
     }
 
-    // Averages have two decimals wherever they are read.
-    void casasDasMedias() {
-        const Instalada inst;
-        inst.leituras(u"Medias"_s, id(1), {{dia + u"10:00:00"_s, 21.5}});
-        const Grafico g(u"frmGraficoPrincipal"_s);
-        g.carregar({1});
-        QTest::keyClick(&g.chart(), Qt::Key_Right);
-        QVERIFY2(g.chart().accessibleDescription().contains(u"21,50 °C"),
-                 qPrintable(g.chart().accessibleDescription()));
-        g.clicarPonto(0, 0);
-        QWidget *ponto = registoForms().form(u"frmOpccoesMediasPontos"_s);
-        QCOMPARE(controlo<QLineEdit>(ponto, u"txtTemperatura"_s)->text(), u"21,50"_s);
-        ponto->close();
-    }
-
     void actualizarGrafico() {
         const Instalada inst;
         const Grafico g;
-        g.form->ActualizarGrafico();
+        qobject_cast<FormGrafico *>(g.form)->ActualizarGrafico();
         QCOMPARE(g.chart().Left().Minimum, 0.0);
         modINI::SaveSetting(u"Vistrel"_s, u"GRAFICOPRINCIPAL"_s, u"LimitesTemperaturasMin"_s, u"-20,5"_s);
-        g.form->ActualizarGrafico();
+        qobject_cast<FormGrafico *>(g.form)->ActualizarGrafico();
         QCOMPARE(g.chart().Left().Minimum, -20.5);
         QCOMPARE(g.chart().Left().Increment, 1.0);
     }
@@ -260,6 +217,9 @@ private Q_SLOTS:
         QCOMPARE(g.chart().Series(3).Count(), 2);
         g.carregar({1}); // and back to the three that stand
         QCOMPARE(g.chart().SeriesCount(), 3);
+        inst.executar(u"UPDATE Temperaturas SET Temperatura = -20 WHERE Temperatura = 10"_s);
+        g.carregar({1});
+        QCOMPARE(g.media(), QString()); // of one sensor, exactly nought is not shown
     }
 
     void fecharDuranteCarga() {
@@ -293,26 +253,23 @@ private Q_SLOTS:
         QVERIFY(chegou);
         QCOMPARE(g.chart().Series(0).Count(), 0); // no part of a range is shown as the whole
         QCOMPARE(g.media(), QString());
-        QVERIFY(!controlo<QWidget>(g.form, u"cmdImprimir"_s)->isEnabled());
+        QVERIFY(!g.permitido(u"cmdImprimir"_s));
         QVERIFY(g.principal.isEnabled());
-        QVERIFY(controlo<QWidget>(g.form, u"PictOpccoes"_s)->isVisible());
+        QVERIFY(g.visivel(u"PictOpccoes"_s));
         QVERIFY(g.chart().isVisible());
         g.carregar({2}); // and it works again
-        QVERIFY(!controlo<QWidget>(g.form, u"PictOpccoes"_s)->isVisible());
+        QVERIFY(!g.visivel(u"PictOpccoes"_s));
     }
 
     void falhas_data() {
-        QTest::addColumn<QString>("estrago");
-        QTest::addColumn<QString>("relato");
-        QTest::addColumn<int>("pontos");
-        QTest::addColumn<QString>("media");
+        const Tabela<QString, QString, int, QString> caso("estrago", "relato", "pontos", "media");
         const QString qual =
             u"de fora: 1. O primeiro: tabela Temperaturas, sensor %1, data 2024-03-15 10:04:00, \"%2\""_s;
-        QTest::newRow("a limit that is none") << u"UPDATE Temperaturas SET Observacoes = 'trintaXXX5' WHERE rowid = 5"_s
-                                              << qual.arg(id(1), u"trintaXXX5"_s) << 5 << u"Média = 30 °C"_s;
-        QTest::newRow("a value that is none") << u"UPDATE Temperaturas SET Temperatura = 'abc' WHERE rowid = 5"_s
-                                              << qual.arg(id(1), u"abc"_s) << 4 << u"Média = 25 °C"_s;
-        QTest::newRow("no table") << u"DROP TABLE Temperaturas"_s << u"Temperaturas"_s << 0 << QString();
+        caso("a limit that is none", u"UPDATE Temperaturas SET Observacoes = 'trintaXXX5' WHERE rowid = 5"_s,
+             qual.arg(id(1), u"trintaXXX5"_s), 5, u"Média = 30 °C"_s);
+        caso("a value that is none", u"UPDATE Temperaturas SET Temperatura = 'abc' WHERE rowid = 5"_s,
+             qual.arg(id(1), u"abc"_s), 4, u"Média = 25 °C"_s);
+        caso("no table", u"DROP TABLE Temperaturas"_s, u"Temperaturas"_s, 0, {});
     }
 
     // What can be read stays, the failure is told once, everything works again.
@@ -332,22 +289,6 @@ private Q_SLOTS:
         QVERIFY(g.chart().isVisible());
         QVERIFY(g.principal.isEnabled());
         QVERIFY(!registoForms().form(u"frmEsperaPraCriarGrafico"_s));
-    }
-
-    void cliqueEmLimite() {
-        const Instalada inst;
-        inst.leituras(u"Temperaturas"_s, id(1),
-                      {{dia + u"10:00:00"_s, 10.0}, {dia + u"10:05:00"_s, 11.0, u"30XXX5"_s}});
-        const Grafico g;
-        g.carregar({1});
-        g.clicarPonto(2, 0);
-        QCOMPARE(controlo<QLineEdit>(g.pontos(), u"txtTemperatura"_s)->text(), u"5"_s); // the line's own data
-        QCOMPARE(controlo<QLineEdit>(g.pontos(), u"txtSensor"_s)->text(), id(1));
-        QTest::keyClicks(controlo<QPlainTextEdit>(g.pontos(), u"txtObservacoes"_s), u"baixo"_s);
-        clicar(g.pontos(), u"cmdConcluir"_s);
-        QCOMPARE(inst.linha(u"SELECT flag FROM Temperaturas WHERE Temperatura = 11"_s).value(0).toString(), u"baixo"_s);
-        QCOMPARE(g.chart().Series(2).PointLabel(0), u"!"_s);
-        QCOMPARE(rotulosDe(g.chart().Series(0)), QStringList({u" "_s, u"!"_s}));
     }
 
     void tamanhoMinimo() {

@@ -1,7 +1,5 @@
 #include "tests/log2251.h"
 
-#include <QTest>
-
 using namespace log2251;
 
 class tst_gravacao2251 : public QObject {

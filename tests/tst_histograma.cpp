@@ -1,13 +1,7 @@
-#include "core/datas.h"
-#include "core/falha.h"
 #include "core/modDoubleTratamento.h"
-#include "data/ligacao.h"
-#include "data/recordset.h"
 #include "tests/apoio/instalacao.h"
 #include "views/familiaHistogramas.h"
 #include "views/histograma.h"
-
-#include <QTest>
 
 #include <cmath>
 
@@ -118,15 +112,15 @@ private Q_SLOTS:
     }
 
     void intervaloEscrito_data() {
-        QTest::addColumn<QString>("texto");
-        QTest::addColumn<double>("valor"); // 0: refused
-        QTest::newRow("point") << u"0.5"_s << 0.5;
-        QTest::newRow("comma") << u" 1,5 "_s << 1.5;
-        QTest::newRow("sign dropped") << u"-2"_s << 2.0;
-        QTest::newRow("zero would never end") << u"0,0"_s << 0.0;
-        QTest::newRow("empty") << QString() << 0.0;
-        QTest::newRow("word") << u"meio"_s << 0.0;
-        QTest::newRow("infinite") << u"inf"_s << 0.0;
+        // valor: 0: refused
+        const Tabela<QString, double> caso("texto", "valor");
+        caso("point", u"0.5"_s, 0.5);
+        caso("comma", u" 1,5 "_s, 1.5);
+        caso("sign dropped", u"-2"_s, 2.0);
+        caso("zero would never end", u"0,0"_s, 0.0);
+        caso("empty", {}, 0.0);
+        caso("word", u"meio"_s, 0.0);
+        caso("infinite", u"inf"_s, 0.0);
     }
     void intervaloEscrito() {
         QFETCH(const QString, texto);

@@ -1,11 +1,7 @@
-#include "data/ligacao.h"
 #include "poseidon/documentoSetup.h"
 #include "poseidon/importacao.h"
 #include "poseidon/listaPoseidons.h"
-#include "tests/apoio/tabela.h"
 #include "tests/log2251.h"
-
-#include <QTest>
 
 using namespace importacao;
 using log2251::conteudo;

@@ -1,7 +1,5 @@
-#include "core/estado.h"
 #include "core/eventos.h"
 #include "core/modErros.h"
-#include "core/modINI.h"
 #include "platform/forms/registoForms.h"
 #include "shell/apresentadorQt.h"
 #include "shell/arranque.h"
@@ -10,16 +8,6 @@
 #include "tests/apoio/espera.h"
 #include "tests/apoio/instalacao.h"
 #include "tests/apoio/widgets.h"
-
-#include <QDialog>
-#include <QFile>
-#include <QLabel>
-#include <QMdiSubWindow>
-#include <QMenu>
-#include <QMenuBar>
-#include <QPushButton>
-#include <QTest>
-#include <QTimer>
 
 namespace {
 
@@ -73,12 +61,10 @@ private Q_SLOTS:
     }
 
     void base_data() {
-        QTest::addColumn<QByteArray>("bytes"); // Null: no file
-        QTest::addColumn<QString>("mensagem");
-        QTest::addColumn<QString>("relato"); // what the error dialog says, and goes on saying
-        QTest::newRow("missing") << QByteArray() << u"AVISO: Base de Dados Inexistente.\n\"%1\"\nDeseja escolher"_s
-                                 << QString();
-        QTest::newRow("no database") << QByteArray("plain text") << QString() << u"modMain.carregaGlobaisBD"_s;
+        // bytes: Null: no file; relato: what the error dialog says, and goes on saying
+        const Tabela<QByteArray, QString, QString> caso("bytes", "mensagem", "relato");
+        caso("missing", QByteArray(), u"AVISO: Base de Dados Inexistente.\n\"%1\"\nDeseja escolher"_s, {});
+        caso("no database", QByteArray("plain text"), {}, u"modMain.carregaGlobaisBD"_s);
     }
     // The shell comes up all the same; the first cause stays in sight, also after the splash, its first owner, is gone.
     void base() {
@@ -159,26 +145,6 @@ private Q_SLOTS:
         QCOMPARE(instalacao.dialogos.textos.size(), 1);
     }
 
-    // A dialog over everything must not take the error dialog along when it closes.
-    void erroSobreDialogoModal() {
-        Instalacao instalacao;
-        estado().ambiente.apresentador = &m_apresentador;
-        const std::unique_ptr<frmMain> principal = modMain::Main();
-        auto *modal = new QDialog(principal.get());
-        modal->setAttribute(Qt::WA_DeleteOnClose);
-        const QPointer<QDialog> vigiado = modal;
-        QTimer::singleShot(0, modal, [&] {
-            modErros::TratarErro(u"frmTeste.Primeiro"_s, u"falhou"_s, u"5"_s);
-            vigiado->reject();
-        });
-        modal->exec();
-        QVERIFY(vigiado.isNull());
-        QVERIFY(erroVisivel());
-        QCOMPARE(erroVisivel()->parentWidget(), principal.get());
-        utilizador::tecla(erroVisivel(), Qt::Key_Escape);
-        QVERIFY(!erroVisivel());
-    }
-
     // The configuration dialog changes the language while the click that opened it is still being handled.
     void linguaMudaDentroDeUmaEscolha() {
         Instalacao instalacao;
@@ -215,24 +181,11 @@ private Q_SLOTS:
         QVERIFY(!registoForms().activo(u"frmConfiguracoes"_s));
     }
 
-    // The entry for the button works without any adapter; the form itself says what is missing.
-    void registadorPeloMenu() {
-        Instalacao instalacao;
-        const std::unique_ptr<frmMain> principal = modMain::Main();
-        utilizador::accao(principal.get(), u"DLoggerDownload"_s);
-        QWidget *form = utilizador::form(u"frmDS1921"_s);
-        QVERIFY(form && form->isVisible());
-        instalacao.dialogos.esperarMensagem(u"DS1921 não encontrado"_s);
-        utilizador::clicar(form, u"cmdLer"_s);
-        utilizador::accao(principal.get(), u"DLoggerDownload"_s); // comes to the front
-        QCOMPARE(utilizador::form(u"frmDS1921"_s), form);
-    }
-
     // Title and icon of the frame are the form's; the frame goes with it, whoever of the two is closed.
     void molduraSegueOForm_data() {
-        QTest::addColumn<bool>("peloForm");
-        QTest::newRow("the form closes itself") << true;
-        QTest::newRow("the frame is closed") << false;
+        const Tabela<bool> caso("peloForm");
+        caso("the form closes itself", true);
+        caso("the frame is closed", false);
     }
     void molduraSegueOForm() {
         QFETCH(const bool, peloForm);
@@ -261,10 +214,10 @@ private Q_SLOTS:
 
     // No window lies on another, though charts keep a least size.
     void mosaico_data() {
-        QTest::addColumn<int>("quantas");
-        QTest::newRow("one") << 1;
-        QTest::newRow("as many as fit") << 4;
-        QTest::newRow("more") << 7;
+        const Tabela<int> caso("quantas");
+        caso("one", 1);
+        caso("as many as fit", 4);
+        caso("more", 7);
     }
     void mosaico() {
         QFETCH(const int, quantas);
@@ -292,14 +245,12 @@ private Q_SLOTS:
     }
 
     void textosDoQt_data() {
-        QTest::addColumn<QString>("lingua");
-        QTest::addColumn<QString>("sim");
-        QTest::addColumn<QString>("nome");
-        QTest::newRow("Portuguese, not as in Brazil") << u"PT"_s << u"&Sim"_s << u"&Nome do ficheiro:"_s;
-        QTest::newRow("as in Brazil") << u"BR"_s << u"&Sim"_s << u"&Nome do arquivo:"_s;
-        QTest::newRow("Czech by its country") << u"CZ"_s << u"&Ano"_s << u"Název &souboru:"_s;
-        QTest::newRow("by language") << u"de"_s << u"&Ja"_s << u"Datei&name:"_s;
-        QTest::newRow("unknown") << u"XX"_s << u"&Yes"_s << u"File &name:"_s;
+        const Tabela<QString, QString, QString> caso("lingua", "sim", "nome");
+        caso("Portuguese, not as in Brazil", u"PT"_s, u"&Sim"_s, u"&Nome do ficheiro:"_s);
+        caso("as in Brazil", u"BR"_s, u"&Sim"_s, u"&Nome do arquivo:"_s);
+        caso("Czech by its country", u"CZ"_s, u"&Ano"_s, u"Název &souboru:"_s);
+        caso("by language", u"de"_s, u"&Ja"_s, u"Datei&name:"_s);
+        caso("unknown", u"XX"_s, u"&Yes"_s, u"File &name:"_s);
     }
     // Each after another one: nothing of the language before may stay.
     void textosDoQt() {

@@ -3,8 +3,6 @@
 #include "tests/apoio/instalacao.h"
 #include "tests/falhaDe.h"
 
-#include <QTest>
-
 class TstInsercao : public QObject {
     Q_OBJECT
 private Q_SLOTS:

@@ -1,6 +1,4 @@
-#include "core/estado.h"
 #include "core/modErros.h"
-#include "core/modINI.h"
 #include "platform/forms/icones.h"
 #include "platform/forms/lugar.h"
 #include "platform/forms/registoForms.h"
@@ -9,46 +7,8 @@
 #include "tests/apoio/instalacao.h"
 #include "tests/apoio/widgets.h"
 
-#include <QApplication>
-#include <QDialog>
-#include <QLabel>
-#include <QMdiArea>
-#include <QMdiSubWindow>
-#include <QPushButton>
-#include <QTest>
-#include <QTimer>
-
 #include <sys/wait.h>
 #include <unistd.h>
-
-// Windows: their remembered places, modal ones, the error dialog, the icons.
-class tst_janelas : public QObject {
-    Q_OBJECT
-private Q_SLOTS:
-    void init() { m_paleta = QApplication::palette(); }
-    void cleanup() { QApplication::setPalette(m_paleta); }
-
-    void reporLugar_data();
-    void reporLugar();
-    void guardarLugar_data();
-    void guardarLugar();
-    void lugarNaAreaDeTrabalho();
-    void lugarMaximizadoNaoConta();
-    void modalRegressaDepoisDeFechar_data();
-    void modalRegressaDepoisDeFechar();
-    void erroUmaSoJanela();
-    void erroDetalhes();
-    void erroFecha_data();
-    void erroFecha();
-    void erroTraduzido();
-    void erroSobreJanelaModal_data();
-    void erroSobreJanelaModal();
-    void encerrar();
-    void iconesSeguemAPaleta();
-
-private:
-    QPalette m_paleta;
-};
 
 namespace {
 
@@ -75,280 +35,225 @@ struct Janelas {
 
 } // namespace
 
-void tst_janelas::reporLugar_data() {
-    QTest::addColumn<QStringList>("guardado"); // TOP, LEFT, WIDTH, HEIGHT in twips
-    QTest::addColumn<int>("largura");          // of the rule
-    QTest::addColumn<int>("altura");
-    QTest::addColumn<QRect>("esperado"); // on an area of 800 x 600; the form is designed 300 x 200
-    QTest::newRow("nothing stored") << QStringList() << 0 << 0 << QRect(0, 0, 300, 200);
-    QTest::newRow("nothing stored, own size") << QStringList() << 10500 << 6615 << QRect(0, 0, 700, 441);
-    QTest::newRow("place only") << QStringList{u"750"_s, u"1500"_s, u"9000"_s, u"9000"_s} << 0 << 0
-                                << QRect(100, 50, 300, 200);
-    QTest::newRow("all") << QStringList{u"750"_s, u"1500"_s, u"6000"_s, u"4500"_s} << 10500 << 6615
-                         << QRect(100, 50, 400, 300);
-    QTest::newRow("the width of listings is never read")
-        << QStringList{u"0"_s, u"0"_s, u"6000"_s, u"4500"_s} << 0 << 7785 << QRect(0, 0, 300, 300);
-    QTest::newRow("no numbers") << QStringList{u"x"_s, u""_s, u"abc"_s, u"9e99"_s} << 6000 << 4500
-                                << QRect(0, 0, 400, 300);
-    QTest::newRow("beyond the area") << QStringList{u"90000"_s, u"90000"_s} << 0 << 0 << QRect(719, 519, 300, 200);
-    QTest::newRow("above and left of it")
-        << QStringList{u"-90000"_s, u"-90000"_s} << 0 << 0 << QRect(-220, 0, 300, 200);
-    QTest::newRow("larger than the area")
-        << QStringList{u"0"_s, u"0"_s, u"90000"_s, u"90000"_s} << 6000 << 4500 << QRect(0, 0, 800, 600);
-}
+// Windows: their remembered places, modal ones, the error dialog, the icons.
+class tst_janelas : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void init() { m_paleta = QApplication::palette(); }
+    void cleanup() { QApplication::setPalette(m_paleta); }
 
-void tst_janelas::reporLugar() {
-    QFETCH(QStringList, guardado);
-    QFETCH(int, largura);
-    QFETCH(int, altura);
-    QFETCH(QRect, esperado);
-    const Instalacao instalacao(Instalacao::Base::Nenhuma);
-    escreverLugar(u"Vistrel"_s, u"frmX"_s, guardado);
-    QWidget area;
-    area.resize(800, 600);
-    auto *form = new QWidget(&area);
-    form->resize(300, 200);
-    auto *alojada = new QMdiSubWindow(&area);
-    alojada->setWidget(form);
-    alojada->resize(300, 200);
-    lugar::repor(form, {u"frmX"_s, {}, largura, altura});
-    QCOMPARE(alojada->geometry(), esperado);
-}
+    void reporLugar_data() {
+        // guardado: TOP, LEFT, WIDTH, HEIGHT in twips; largura: of the rule; esperado: on an area of 800 x 600; the
+        // form is designed 300 x 200
+        const Tabela<QStringList, int, int, QRect> caso("guardado", "largura", "altura", "esperado");
+        caso("nothing stored", {}, 0, 0, QRect(0, 0, 300, 200));
+        caso("nothing stored, own size", {}, 10500, 6615, QRect(0, 0, 700, 441));
+        caso("place only", {u"750"_s, u"1500"_s, u"9000"_s, u"9000"_s}, 0, 0, QRect(100, 50, 300, 200));
+        caso("all", {u"750"_s, u"1500"_s, u"6000"_s, u"4500"_s}, 10500, 6615, QRect(100, 50, 400, 300));
+        caso("the width of listings is never read", {u"0"_s, u"0"_s, u"6000"_s, u"4500"_s}, 0, 7785,
+             QRect(0, 0, 300, 300));
+        caso("no numbers", {u"x"_s, u""_s, u"abc"_s, u"9e99"_s}, 6000, 4500, QRect(0, 0, 400, 300));
+        caso("beyond the area", {u"90000"_s, u"90000"_s}, 0, 0, QRect(719, 519, 300, 200));
+        caso("above and left of it", {u"-90000"_s, u"-90000"_s}, 0, 0, QRect(-220, 0, 300, 200));
+        caso("larger than the area", {u"0"_s, u"0"_s, u"90000"_s, u"90000"_s}, 6000, 4500, QRect(0, 0, 800, 600));
+    }
 
-void tst_janelas::guardarLugar_data() {
-    QTest::addColumn<QString>("ficheiro");
-    QTest::addColumn<int>("altura");
-    QTest::addColumn<QByteArray>("escrito");
-    QTest::newRow("place only") << QString() << 0 << QByteArray("frmXTOP=450\r\nfrmXLEFT=300\r\n");
-    QTest::newRow("with size") << QString() << 6615
-                               << QByteArray("frmXTOP=450\r\nfrmXLEFT=300\r\nfrmXWIDTH=6000\r\nfrmXHEIGHT=4500\r\n");
-    QTest::newRow("in another file") << u"Outro"_s << 0 << QByteArray("frmXTOP=450\r\nfrmXLEFT=300\r\n");
-}
+    void reporLugar() {
+        QFETCH(QStringList, guardado);
+        QFETCH(int, largura);
+        QFETCH(int, altura);
+        QFETCH(QRect, esperado);
+        const Instalacao instalacao(Instalacao::Base::Nenhuma);
+        escreverLugar(u"Vistrel"_s, u"frmX"_s, guardado);
+        QWidget area;
+        area.resize(800, 600);
+        auto *form = new QWidget(&area);
+        form->resize(300, 200);
+        auto *alojada = new QMdiSubWindow(&area);
+        alojada->setWidget(form);
+        alojada->resize(300, 200);
+        lugar::repor(form, {u"frmX"_s, {}, largura, altura});
+        QCOMPARE(alojada->geometry(), esperado);
+    }
 
-void tst_janelas::guardarLugar() {
-    QFETCH(QString, ficheiro);
-    QFETCH(int, altura);
-    QFETCH(QByteArray, escrito);
-    const Instalacao instalacao(Instalacao::Base::Nenhuma);
-    QWidget form;
-    form.setGeometry(20, 30, 400, 300);
-    lugar::guardar(&form, {u"frmX"_s, ficheiro, 0, altura});
-    const QString caminho = instalacao.pastaINI() + u'/' + (ficheiro.isEmpty() ? u"Vistrel"_s : ficheiro) + u".ini"_s;
-    QCOMPARE(Instalacao::lerFicheiro(caminho), QByteArray("[FORMS]\r\n") + escrito);
-}
+    // Through the work area: the place is that of the window around the form.
+    void lugarNaAreaDeTrabalho() {
+        class FormComLugar : public QWidget {
+        protected:
+            void showEvent(QShowEvent *) override {
+                if (!std::exchange(m_reposto, true))
+                    lugar::repor(this, {u"frmX"_s, {}, 6000, 4500});
+            }
+            void closeEvent(QCloseEvent *) override { lugar::guardar(this, {u"frmX"_s, {}, 6000, 4500}); }
 
-// Through the work area: the place is that of the window around the form.
-void tst_janelas::lugarNaAreaDeTrabalho() {
-    class FormComLugar : public QWidget {
-    protected:
-        void showEvent(QShowEvent *) override {
-            if (!std::exchange(m_reposto, true))
-                lugar::repor(this, {u"frmX"_s, {}, 6000, 4500});
-        }
-        void closeEvent(QCloseEvent *) override { lugar::guardar(this, {u"frmX"_s, {}, 6000, 4500}); }
+        private:
+            bool m_reposto = false;
+        };
+        Janelas janelas;
+        registoForms().registar(u"frmX"_s, [](QWidget *) { return new FormComLugar; });
+        escreverLugar(u"Vistrel"_s, u"frmX"_s, {u"900"_s, u"1350"_s});
+        QWidget *janela = registoForms().abrir(u"frmX"_s)->parentWidget();
+        QCOMPARE(janela->geometry(), QRect(90, 60, 400, 300));
+        janela->setGeometry(40, 50, 420, 310);
+        janela->close();
+        janela = registoForms().abrir(u"frmX"_s)->parentWidget();
+        QCOMPARE(janela->geometry(), QRect(40, 50, 420, 310));
 
-    private:
-        bool m_reposto = false;
-    };
-    Janelas janelas;
-    registoForms().registar(u"frmX"_s, [](QWidget *) { return new FormComLugar; });
-    escreverLugar(u"Vistrel"_s, u"frmX"_s, {u"900"_s, u"1350"_s});
-    QWidget *janela = registoForms().abrir(u"frmX"_s)->parentWidget();
-    QCOMPARE(janela->geometry(), QRect(90, 60, 400, 300));
-    janela->setGeometry(40, 50, 420, 310);
-    janela->close();
-    janela = registoForms().abrir(u"frmX"_s)->parentWidget();
-    QCOMPARE(janela->geometry(), QRect(40, 50, 420, 310));
+        // Beside a maximised one the next comes up maximised; its own place is kept for later.
+        registoForms().registar(u"frmY"_s, [](QWidget *) { return new FormComLugar; });
+        janela->showMaximized();
+        QWidget *outra = registoForms().abrir(u"frmY"_s)->parentWidget();
+        QVERIFY(outra->isMaximized() && !janela->isMaximized());
+        QCOMPARE(outra->size(), outra->parentWidget()->size());
+        outra->showNormal();
+        QCOMPARE(outra->geometry(), QRect(40, 50, 420, 310));
+    }
 
-    // Beside a maximised one the next comes up maximised; its own place is kept for later.
-    registoForms().registar(u"frmY"_s, [](QWidget *) { return new FormComLugar; });
-    janela->showMaximized();
-    QWidget *outra = registoForms().abrir(u"frmY"_s)->parentWidget();
-    QVERIFY(outra->isMaximized() && !janela->isMaximized());
-    QCOMPARE(outra->size(), outra->parentWidget()->size());
-    outra->showNormal();
-    QCOMPARE(outra->geometry(), QRect(40, 50, 420, 310));
-}
+    void lugarMaximizadoNaoConta() {
+        const Instalacao instalacao(Instalacao::Base::Nenhuma);
+        escreverLugar(u"Vistrel"_s, u"frmX"_s, {u"750"_s, u"1500"_s, u"6000"_s, u"4500"_s});
+        QWidget form;
+        form.setWindowState(Qt::WindowMaximized);
+        lugar::guardar(&form, {u"frmX"_s, {}, 6000, 4500});
+        QCOMPARE(modINI::GetSetting(u"Vistrel"_s, u"FORMS"_s, u"frmXWIDTH"_s), u"6000"_s);
+    }
 
-void tst_janelas::lugarMaximizadoNaoConta() {
-    const Instalacao instalacao(Instalacao::Base::Nenhuma);
-    escreverLugar(u"Vistrel"_s, u"frmX"_s, {u"750"_s, u"1500"_s, u"6000"_s, u"4500"_s});
-    QWidget form;
-    form.setWindowState(Qt::WindowMaximized);
-    lugar::guardar(&form, {u"frmX"_s, {}, 6000, 4500});
-    QCOMPARE(modINI::GetSetting(u"Vistrel"_s, u"FORMS"_s, u"frmXWIDTH"_s), u"6000"_s);
-}
-
-void tst_janelas::modalRegressaDepoisDeFechar_data() {
-    QTest::addColumn<bool>("dialogo");
-    QTest::newRow("dialog") << true;
-    QTest::newRow("plain window") << false;
-}
-
-void tst_janelas::modalRegressaDepoisDeFechar() {
-    QFETCH(bool, dialogo);
-    Janelas janelas;
-    bool fechada = false;
-    const auto fabrica = [&](QWidget *dono) {
-        QWidget *w = dialogo ? new QDialog(dono) : new QWidget(dono, Qt::Dialog);
-        QTimer::singleShot(30, w, [&fechada, w] {
-            fechada = w->isModal() && registoForms().activo(u"frmX"_s);
-            w->close();
-        });
-        return w;
-    };
-    registoForms().registar(u"frmX"_s, fabrica, RegistoForms::Modo::Modal);
-    registoForms().abrir(u"frmX"_s);
-    QVERIFY(fechada);
-    QVERIFY(!registoForms().activo(u"frmX"_s));
-    QVERIFY(utilizador::esperar([] { return !utilizador::form(u"frmX"_s); }));
-}
-
-void tst_janelas::erroUmaSoJanela() {
-    Janelas janelas;
-    QApplication::setOverrideCursor(Qt::WaitCursor); // as a routine that failed left it
-    modErros::TratarErro(u"frmX.Primeira"_s, u"a descrição"_s, u"13"_s);
-    QWidget *erro = utilizador::form(u"frmErro"_s);
-    QVERIFY(erro && erro->isVisible());
-    QVERIFY(!erro->isModal());
-    QCOMPARE(erro->parentWidget(), &janelas.shell);
-    QVERIFY(!QApplication::overrideCursor());
-    QCOMPARE(textoDoErro().value(1), u"Fonte.....: frmX.Primeira"_s);
-
-    modErros::TratarErro(u"frmX.Segunda"_s, u"outra"_s, u"5"_s);
-    QCOMPARE(textoDoErro().value(1), u"Fonte.....: frmX.Primeira"_s);
-
-    utilizador::clicar(erro, u"cmdContinuar"_s);
-    QVERIFY(!registoForms().activo(u"frmErro"_s));
-    modErros::TratarErro(u"frmX.Terceira"_s, u"outra"_s, u"5"_s);
-    QVERIFY(registoForms().activo(u"frmErro"_s));
-    QCOMPARE(utilizador::controlo<QLabel>(registoForms().form(u"frmErro"_s), u"lblDetalhe"_s)
-                 ->text()
-                 .section(u"\r\n"_s, 1, 1),
-             u"Fonte.....: frmX.Terceira"_s);
-}
-
-void tst_janelas::erroDetalhes() {
-    Janelas janelas;
-    modErros::TratarErro(u"frmX.Y"_s, u"a descrição"_s, u"13"_s);
-    QWidget *erro = utilizador::form(u"frmErro"_s);
-    const auto *botao = utilizador::controlo<QPushButton>(erro, u"cmdDetalhe"_s);
-    const auto *detalhe = utilizador::controlo<QLabel>(erro, u"lblDetalhe"_s);
-    const int fechada = erro->height();
-    QVERIFY(fechada >= lugar::pixeis(2310));
-    QVERIFY(!detalhe->isVisible());
-    const auto *frase = utilizador::controlo<QLabel>(erro, u"lblFrase"_s);
-    QVERIFY(frase->isVisible() && frase->visibleRegion().boundingRect() == frase->rect());
-    QCOMPARE(frase->text(), u"a descrição"_s);
-    QCOMPARE(botao->text(), u"Detalhes >>>"_s);
-    utilizador::clicar(erro, u"cmdDetalhe"_s);
-    QVERIFY(detalhe->isVisible());
-    QCOMPARE(botao->text(), u"<<< Esconder"_s);
-    QVERIFY(erro->height() >= lugar::pixeis(4305));
-    utilizador::clicar(erro, u"cmdDetalhe"_s);
-    QVERIFY(!detalhe->isVisible());
-    QCOMPARE(erro->height(), fechada);
-}
-
-void tst_janelas::erroFecha_data() {
-    QTest::addColumn<int>("tecla");
-    QTest::newRow("Escape") << int(Qt::Key_Escape);
-    QTest::newRow("Return, on the button to go on") << int(Qt::Key_Return);
-}
-
-void tst_janelas::erroFecha() {
-    QFETCH(int, tecla);
-    Janelas janelas;
-    modErros::TratarErro(u"frmX.Y"_s, u"d"_s, u"1"_s);
-    QPointer<QWidget> erro = utilizador::form(u"frmErro"_s);
-    utilizador::tecla(erro, tecla);
-    QVERIFY(utilizador::esperar([&] { return erro.isNull(); }));
-    QVERIFY(janelas.shell.isVisible());
-}
-
-void tst_janelas::erroTraduzido() {
-    Janelas janelas;
-    janelas.instalacao.ficheiroLingua(u"EN"_s, {{u"frmErro"_s, u"frmErro.Caption"_s, u"Error"_s},
-                                                {u"frmErro"_s, u"cmdDetalhe2.Caption"_s, u"<<< Hide"_s}});
-    janelas.instalacao.usarLingua(u"EN"_s);
-    modErros::TratarErro(u"frmX.Y"_s, u"d"_s, u"77"_s);
-    QWidget *erro = utilizador::form(u"frmErro"_s);
-    QCOMPARE(erro->windowTitle(), u"Error"_s);
-    utilizador::clicar(erro, u"cmdDetalhe"_s);
-    QCOMPARE(utilizador::controlo<QPushButton>(erro, u"cmdDetalhe"_s)->text(), u"<<< Hide"_s);
-    QCOMPARE(utilizador::controlo<QPushButton>(erro, u"cmdContinuar"_s)->text(), u"Continuar"_s);
-}
-
-void tst_janelas::erroSobreJanelaModal_data() {
-    QTest::addColumn<bool>("antes");
-    QTest::newRow("while it is open") << false;
-    QTest::newRow("while it loads") << true;
-}
-
-// A failure around a modal window can still be read and answered.
-void tst_janelas::erroSobreJanelaModal() {
-    QFETCH(const bool, antes);
-    Janelas janelas;
-    QDialog modal(&janelas.shell);
-    modal.setModal(true);
-    const auto falhar = [] { modErros::TratarErro(u"frmX.Y"_s, u"d"_s, u"1"_s); };
-    if (antes)
-        falhar();
-    QTimer::singleShot(20, &modal, [&] {
-        const auto fechar = qScopeGuard([&] { modal.accept(); });
-        if (!antes)
-            falhar();
+    void erroUmaSoJanela() {
+        Janelas janelas;
+        QApplication::setOverrideCursor(Qt::WaitCursor); // as a routine that failed left it
+        modErros::TratarErro(u"frmX.Primeira"_s, u"a descrição"_s, u"13"_s);
         QWidget *erro = utilizador::form(u"frmErro"_s);
-        QVERIFY(utilizador::esperar([&] { return erro->parentWidget() == &modal; }));
+        QVERIFY(erro && erro->isVisible());
+        QVERIFY(!erro->isModal());
+        QCOMPARE(erro->parentWidget(), &janelas.shell);
+        QVERIFY(!QApplication::overrideCursor());
+        QCOMPARE(textoDoErro().value(1), u"Fonte.....: frmX.Primeira"_s);
+
+        modErros::TratarErro(u"frmX.Segunda"_s, u"outra"_s, u"5"_s);
+        QCOMPARE(textoDoErro().value(1), u"Fonte.....: frmX.Primeira"_s);
+
         utilizador::clicar(erro, u"cmdContinuar"_s);
         QVERIFY(!registoForms().activo(u"frmErro"_s));
-        QVERIFY(modal.isVisible());
-    });
-    QCOMPARE(modal.exec(), int(QDialog::Accepted));
-}
-
-void tst_janelas::encerrar() {
-    Janelas janelas;
-    modErros::TratarErro(u"frmX.Y"_s, u"d"_s, u"1"_s);
-    QWidget *erro = utilizador::form(u"frmErro"_s);
-    constexpr int aindaViva = 77;
-    const pid_t pid = ::fork();
-    if (pid == 0) {
-        utilizador::clicar(erro, u"cmdEncerrar"_s);
-        ::_exit(aindaViva);
+        modErros::TratarErro(u"frmX.Terceira"_s, u"outra"_s, u"5"_s);
+        QVERIFY(registoForms().activo(u"frmErro"_s));
+        QCOMPARE(utilizador::controlo<QLabel>(registoForms().form(u"frmErro"_s), u"lblDetalhe"_s)
+                     ->text()
+                     .section(u"\r\n"_s, 1, 1),
+                 u"Fonte.....: frmX.Terceira"_s);
     }
-    int estadoFinal = 0;
-    QCOMPARE(::waitpid(pid, &estadoFinal, 0), pid);
-    QVERIFY(WIFEXITED(estadoFinal));
-    QVERIFY(WEXITSTATUS(estadoFinal) != aindaViva);
-    QVERIFY(erro->isVisible()); // here it was only looked at
-}
 
-void tst_janelas::iconesSeguemAPaleta() {
-    const auto cores = [](const QIcon &icone, QIcon::Mode modo) {
-        const QImage imagem = icone.pixmap(QSize(48, 48), 1, modo).toImage();
-        int claros = 0;
-        int escuros = 0;
-        for (int y = 0; y < imagem.height(); ++y)
-            for (int x = 0; x < imagem.width(); ++x)
-                if (qAlpha(imagem.pixel(x, y)) > 200)
-                    ++(QColor(imagem.pixel(x, y)).lightness() > 127 ? claros : escuros);
-        return claros + escuros == 0 ? u"nothing"_s : claros > escuros ? u"light"_s : u"dark"_s;
-    };
-    const QIcon botao = icones::icone(u"temperatura"_s);
-    const QIcon menu = icones::icone(u"temperatura"_s, icones::Uso::Menu);
-    QPalette p = m_paleta;
-    p.setColor(QPalette::WindowText, Qt::black);
-    p.setColor(QPalette::HighlightedText, Qt::white);
-    QApplication::setPalette(p);
-    QCOMPARE(cores(botao, QIcon::Normal), u"dark"_s);
-    QCOMPARE(cores(botao, QIcon::Active), u"dark"_s);
-    QCOMPARE(cores(menu, QIcon::Active), u"light"_s);
-    p.setColor(QPalette::WindowText, Qt::white);
-    QApplication::setPalette(p);
-    QCOMPARE(cores(botao, QIcon::Normal), u"light"_s);
-    QVERIFY(icones::icone(u"nenhum"_s).isNull());
-}
+    void erroDetalhes() {
+        Janelas janelas;
+        modErros::TratarErro(u"frmX.Y"_s, u"a descrição"_s, u"13"_s);
+        QWidget *erro = utilizador::form(u"frmErro"_s);
+        const auto *botao = utilizador::controlo<QPushButton>(erro, u"cmdDetalhe"_s);
+        const auto *detalhe = utilizador::controlo<QLabel>(erro, u"lblDetalhe"_s);
+        const int fechada = erro->height();
+        QVERIFY(fechada >= lugar::pixeis(2310));
+        QVERIFY(!detalhe->isVisible());
+        const auto *frase = utilizador::controlo<QLabel>(erro, u"lblFrase"_s);
+        QVERIFY(frase->isVisible() && frase->visibleRegion().boundingRect() == frase->rect());
+        QCOMPARE(frase->text(), u"a descrição"_s);
+        QCOMPARE(botao->text(), u"Detalhes >>>"_s);
+        utilizador::clicar(erro, u"cmdDetalhe"_s);
+        QVERIFY(detalhe->isVisible());
+        QCOMPARE(botao->text(), u"<<< Esconder"_s);
+        QVERIFY(erro->height() >= lugar::pixeis(4305));
+        utilizador::clicar(erro, u"cmdDetalhe"_s);
+        QVERIFY(!detalhe->isVisible());
+        QCOMPARE(erro->height(), fechada);
+    }
+
+    void erroFecha_data() {
+        const Tabela<int> caso("tecla");
+        caso("Escape", int(Qt::Key_Escape));
+        caso("Return, on the button to go on", int(Qt::Key_Return));
+    }
+
+    void erroFecha() {
+        QFETCH(int, tecla);
+        Janelas janelas;
+        modErros::TratarErro(u"frmX.Y"_s, u"d"_s, u"1"_s);
+        QPointer<QWidget> erro = utilizador::form(u"frmErro"_s);
+        utilizador::tecla(erro, tecla);
+        QVERIFY(utilizador::esperar([&] { return erro.isNull(); }));
+        QVERIFY(janelas.shell.isVisible());
+    }
+
+    void erroSobreJanelaModal_data() {
+        const Tabela<bool> caso("antes");
+        caso("while it is open", false);
+        caso("while it loads", true);
+    }
+
+    // A failure around a modal window can still be read and answered.
+    void erroSobreJanelaModal() {
+        QFETCH(const bool, antes);
+        Janelas janelas;
+        QDialog modal(&janelas.shell);
+        modal.setModal(true);
+        const auto falhar = [] { modErros::TratarErro(u"frmX.Y"_s, u"d"_s, u"1"_s); };
+        if (antes)
+            falhar();
+        QTimer::singleShot(20, &modal, [&] {
+            const auto fechar = qScopeGuard([&] { modal.accept(); });
+            if (!antes)
+                falhar();
+            QWidget *erro = utilizador::form(u"frmErro"_s);
+            QVERIFY(utilizador::esperar([&] { return erro->parentWidget() == &modal; }));
+            utilizador::clicar(erro, u"cmdContinuar"_s);
+            QVERIFY(!registoForms().activo(u"frmErro"_s));
+            QVERIFY(modal.isVisible());
+        });
+        QCOMPARE(modal.exec(), int(QDialog::Accepted));
+    }
+
+    void encerrar() {
+        Janelas janelas;
+        modErros::TratarErro(u"frmX.Y"_s, u"d"_s, u"1"_s);
+        QWidget *erro = utilizador::form(u"frmErro"_s);
+        constexpr int aindaViva = 77;
+        const pid_t pid = ::fork();
+        if (pid == 0) {
+            utilizador::clicar(erro, u"cmdEncerrar"_s);
+            ::_exit(aindaViva);
+        }
+        int estadoFinal = 0;
+        QCOMPARE(::waitpid(pid, &estadoFinal, 0), pid);
+        QVERIFY(WIFEXITED(estadoFinal));
+        QVERIFY(WEXITSTATUS(estadoFinal) != aindaViva);
+        QVERIFY(erro->isVisible()); // here it was only looked at
+    }
+
+    void iconesSeguemAPaleta() {
+        const auto cores = [](const QIcon &icone, QIcon::Mode modo) {
+            const QImage imagem = icone.pixmap(QSize(48, 48), 1, modo).toImage();
+            int claros = 0;
+            int escuros = 0;
+            for (int y = 0; y < imagem.height(); ++y)
+                for (int x = 0; x < imagem.width(); ++x)
+                    if (qAlpha(imagem.pixel(x, y)) > 200)
+                        ++(QColor(imagem.pixel(x, y)).lightness() > 127 ? claros : escuros);
+            return claros + escuros == 0 ? u"nothing"_s : claros > escuros ? u"light"_s : u"dark"_s;
+        };
+        const QIcon botao = icones::icone(u"temperatura"_s);
+        const QIcon menu = icones::icone(u"temperatura"_s, icones::Uso::Menu);
+        QPalette p = m_paleta;
+        p.setColor(QPalette::WindowText, Qt::black);
+        p.setColor(QPalette::HighlightedText, Qt::white);
+        QApplication::setPalette(p);
+        QCOMPARE(cores(botao, QIcon::Normal), u"dark"_s);
+        QCOMPARE(cores(botao, QIcon::Active), u"dark"_s);
+        QCOMPARE(cores(menu, QIcon::Active), u"light"_s);
+        p.setColor(QPalette::WindowText, Qt::white);
+        QApplication::setPalette(p);
+        QCOMPARE(cores(botao, QIcon::Normal), u"light"_s);
+        QVERIFY(icones::icone(u"nenhum"_s).isNull());
+    }
+
+private:
+    QPalette m_paleta;
+};
 
 QTEST_MAIN(tst_janelas)
 #include "tst_janelas.moc"

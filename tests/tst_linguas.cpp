@@ -1,4 +1,3 @@
-#include "core/estado.h"
 #include "core/modErros.h"
 #include "core/perfil.h"
 #include "devicestate/condicoes.h"
@@ -16,16 +15,6 @@
 #include "tests/apoio/widgets.h"
 #include "views/familiaGraficos.h"
 #include "views/forms/formOpccoesPontos.h"
-
-#include <QApplication>
-#include <QDirIterator>
-#include <QFileInfo>
-#include <QMenu>
-#include <QMenuBar>
-#include <QPointer>
-#include <QRegularExpression>
-#include <QTest>
-#include <QTimer>
 
 #include <typeinfo>
 
@@ -178,6 +167,7 @@ class tst_linguas : public QObject {
 private Q_SLOTS:
     void initTestCase() {
         m_usados = textosUsados();
+        QVERIFY2(m_usados.size() > 1000, qPrintable(QString::number(m_usados.size()))); // the sources were understood
         QDirIterator it(pastaFontes, {u"*.cpp"_s, u"*.h"_s}, QDir::Files, QDirIterator::Subdirectories);
         while (it.hasNext())
             m_fontes += lerTexto(it.next());
@@ -191,30 +181,10 @@ private Q_SLOTS:
         }
     }
 
-    // What no form asks for while it opens has to be found where it stands.
-    void fontes_data() {
-        QTest::addColumn<QString>("codigo");
-        const auto caso = [](const char *nome, const QString &codigo) { QTest::newRow(nome) << codigo; };
-        caso("section named", u"f(modTraducoes::texto(u\"S\"_s, u\"K\"_s,\n u\"a \"_s\n \"b\"));"_s);
-        caso("section in a constant",
-             u"const QString seccaoMain = u\"S\"_s;\nmodTraducoes::texto(seccaoMain, u\"K\"_s, "
-             "u\"a b\"_s);"_s);
-        const QString funcao = u"(const QString &chave, const QString &omissao) {\n"
-                               "    return modTraducoes::texto(u\"S\"_s, chave, omissao);\n}\n"_s;
-        caso("function of the file", u"QString traducao"_s + funcao + u"x = traducao(u\"K\"_s, u\"a b\"_s) + y;");
-        caso("lambda", u"const auto linha = []"_s + funcao + u"x = linha(u\"K\"_s, u\"a b\"_s) + y;");
-    }
-    void fontes() {
-        QFETCH(const QString, codigo);
-        Textos achados;
-        juntarDirectos(codigo, achados);
-        QCOMPARE(achados.value({u"S"_s, u"K"_s}), u"a b"_s);
-    }
-
     void completa_data() {
-        QTest::addColumn<QString>("codigo");
+        const Tabela<QString> caso("codigo");
         for (const QString &codigo : codigos)
-            QTest::newRow(qPrintable(codigo)) << codigo;
+            caso(qPrintable(codigo), codigo);
     }
     // Missing and empty keys; placeholders and outer blanks as in the program's own text.
     void completa() {

@@ -1,12 +1,6 @@
 #include "core/datas.h"
-#include "core/estado.h"
-#include "core/falha.h"
-#include "data/ligacao.h"
 #include "tests/apoio/instalacao.h"
-#include "tests/apoio/tabela.h"
 #include "views/familiaListagens.h"
-
-#include <QTest>
 
 namespace {
 
@@ -33,14 +27,13 @@ class TesteListagem : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void filtros_data() {
-        QTest::addColumn<bool>("soComNota");
-        QTest::addColumn<bool>("soMedias");
-        QTest::addColumn<QStringList>("valores"); // newest first
-        QTest::newRow("all") << false << false << QStringList{u"50"_s, u"40"_s, u"30"_s, u"20"_s, u"10"_s};
+        // valores: newest first
+        const Tabela<bool, bool, QStringList> caso("soComNota", "soMedias", "valores");
+        caso("all", false, false, {u"50"_s, u"40"_s, u"30"_s, u"20"_s, u"10"_s});
         // One blank counts as filled, nothing and Null do not.
-        QTest::newRow("notes") << true << false << QStringList{u"50"_s, u"30"_s, u"10"_s};
-        QTest::newRow("averages") << false << true << QStringList{u"50"_s, u"40"_s};
-        QTest::newRow("both") << true << true << QStringList{u"50"_s};
+        caso("notes", true, false, {u"50"_s, u"30"_s, u"10"_s});
+        caso("averages", false, true, {u"50"_s, u"40"_s});
+        caso("both", true, true, {u"50"_s});
     }
     void filtros() {
         QFETCH(const bool, soComNota);
@@ -236,22 +229,6 @@ private Q_SLOTS:
         QCOMPARE(QSet<QString>(valores.begin(), valores.end()).size(), linhas);
         QCOMPARE(coluna(modelo, 4).mid(0, 3), QStringList({u"nota 0"_s, u"nota 1"_s, u"nota 2"_s}));
         QCOMPARE(instalacao.linha(u"SELECT COUNT(*) FROM Medias WHERE flag LIKE 'nota _'"_s), QVariantList({3}));
-    }
-
-    // Few notes among many rows: pages are cut by rows read, too.
-    void filtroRaro() {
-        Instalacao instalacao;
-        QList<double> valores;
-        for (int i = 0; i < 70000; ++i)
-            valores.append(i);
-        instalacao.leituras(u"Temperaturas"_s, u"S1"_s, u"2026-01-01 00:00:00"_s, 60, valores);
-        instalacao.executar(
-            u"UPDATE Temperaturas SET flag = CASE WHEN Temperatura IN (3, 4, 30000, 69000) THEN 'n' END"_s);
-        ModeloListagem modelo;
-        modelo.abrir(
-            listagens::consulta(membro(u"frmListagemObservacoesTemp"), {{desde, ate}, {{u"S1"_s}}, true, false}));
-        QTRY_VERIFY(modelo.contado());
-        QCOMPARE(coluna(modelo, 2), QStringList({u"69000"_s, u"30000"_s, u"4"_s, u"3"_s}));
     }
 
     void falhas() {

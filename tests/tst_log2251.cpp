@@ -1,8 +1,5 @@
 #include "core/modDoubleTratamento.h"
-#include "tests/apoio/tabela.h"
 #include "tests/log2251.h"
-
-#include <QTest>
 
 using namespace log2251;
 using namespace modTratamentoDados2251;

@@ -1,9 +1,6 @@
 #include "core/datas.h"
-#include "core/modINI.h"
 #include "platform/chart/TChart.h"
 #include "tests/bancada1921.h"
-
-#include <QTimeEdit>
 
 using simulador::Variante;
 
@@ -205,26 +202,6 @@ private Q_SLOTS:
         b.clicar("cmdLer"); // the grids are empty now
         QVERIFY(!b.permitido("lblGrafico") && !b.permitido("cmdGrafico"));
         QCOMPARE(sensor.Count(), qsizetype(0));
-    }
-
-    void linguas() {
-        Bancada b;
-        delete b.form;
-        b.instalacao.ficheiroLingua(u"EN"_s, {{u"DSfrmDS1921"_s, u"lblEstado.Caption"_s, u"State"_s},
-                                              {u"DSfrmDS1921"_s, u"Message10"_s, u"Active"_s},
-                                              {u"DSfrmDS1921"_s, u"NConf"_s, u"No"_s}});
-        b.instalacao.usarLingua(u"EN"_s);
-        b.instalacao.locale(u"en_US"_s);
-        b.abrir();
-        QCOMPARE(b.texto("lblEstado"), u"State"_s);
-        b.instalacao.dialogos.responderPergunta(true, u"todas as leituras serão alarmes"_s);
-        b.descarregar(30, {.calibracao = u"-0.5"_s, .minimo = u"8.0"_s, .maximo = u"8.0"_s}); // equal limits pass
-        QCOMPARE(b.texto("txtEstadoMissao"), u"Active"_s);
-        QCOMPARE(b.texto("txtRollOverExecuted"), u"No"_s);
-        QCOMPARE(b.texto("txtAcertoTemp"), u"-0.5"_s);
-        QCOMPARE(b.texto("cboLimMax"), u"8.0"_s);
-        QCOMPARE(b.um(u"SELECT DISTINCT Max FROM DS1921"_s).toDouble(), 8.0);
-        QCOMPARE(b.um(u"SELECT DataProg FROM DS1921head"_s).toString(), u"2026-03-02 09:01:00"_s);
     }
 
     void lugarGuardado() {

@@ -1,9 +1,5 @@
 #include "platform/onewire/barramento.h"
-#include "tests/apoio/tabela.h"
 #include "tests/bancada1921.h"
-
-#include <QComboBox>
-#include <QTimer>
 
 using simulador::DefeitosBotao;
 using Campo = int DefeitosBotao::*;
@@ -48,29 +44,6 @@ void formatar(const Bancada &b) {
 class tst_logger_falhas : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void semBotao_data() {
-        const Tabela<bool, QString> caso("semAdaptador", "noLeitor");
-        caso("no adapter", true, u"A"_s);
-        caso("nothing on the reader", false, {});
-        caso("another family", false, u"T"_s);
-    }
-    void semBotao() {
-        QFETCH(bool, semAdaptador);
-        QFETCH(QString, noLeitor);
-        Bancada b;
-        b.descarregar();
-        b.leitor.fazer(u"T"_s, simulador::fazerRom(0x28, 77, 0));
-        b.leitor.por({noLeitor});
-        b.leitor.semAdaptador = semAdaptador;
-        for (const char *botao : {"cmdLer", "cmdLerDados"}) {
-            b.instalacao.dialogos.esperarMensagem(u"DS1921 não encontrado"_s);
-            b.clicar(botao);
-            b.instalacao.verificar();
-            semNada(b);
-        }
-        QCOMPARE(b.linhas(), 11);
-    }
-
     // Whatever page cannot be read, the mission stays as it is and nothing is stored or asked.
     void leituraPerdida_data() {
         const Tabela<QString, Campo, int> caso("botao", "defeito", "quando");
@@ -99,6 +72,7 @@ private Q_SLOTS:
         b.leitor.defeitos() = {}; // it was only lost for a moment
         b.clicar("cmdLerDados");
         QCOMPARE(b.linhas(), 41);
+        QCOMPARE(b.texto("lblResumo"), u"Amostras lidas: 41; guardadas agora: 30"_s);
         QVERIFY(b.permitido("cmdPararMissao"));
     }
 
@@ -295,16 +269,23 @@ private Q_SLOTS:
         b.clicar("cmdLer");
         nomear(b);
         b.leitor.semAdaptador = true;
-        QTimer::singleShot(700, b.form, [] { utilizador::clicar(nullptr, u"cmdCancelar"_s); });
-        b.clicar("cmdConcluir");
-        bool mostrada = false;
-        QTimer::singleShot(700, b.form, [&] {
-            mostrada = utilizador::form(u"frmEsperaLogger"_s)->isVisible();
-            b.leitor.semAdaptador = false;
+        int mostrada = 0;
+        QTimer atento;
+        connect(&atento, &QTimer::timeout, b.form, [&] {
+            const QWidget *espera = utilizador::form(u"frmEsperaLogger"_s);
+            if (!espera || !espera->isVisible())
+                return;
             QVERIFY(!b.leitor.chip().missao());
+            if (++mostrada == 1)
+                utilizador::clicar(espera, u"cmdCancelar"_s);
+            else
+                b.leitor.semAdaptador = false;
         });
+        atento.start(1);
         b.clicar("cmdConcluir");
-        QVERIFY(mostrada);
+        QCOMPARE(mostrada, 1);
+        b.clicar("cmdConcluir");
+        QVERIFY(mostrada > 1);
         QVERIFY(b.leitor.chip().missao());
         QCOMPARE(b.texto("txtEstadoMissao"), u"Atraso Activo"_s);
     }

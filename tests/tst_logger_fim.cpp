@@ -1,16 +1,8 @@
 #include "core/datas.h"
-#include "core/modINI.h"
-#include "data/ligacao.h"
-#include "data/recordset.h"
 #include "logger/controloDS1921.h"
 #include "platform/onewire/portos.h"
 #include "tests/apoio/leitorSerie.h"
-#include "tests/apoio/tabela.h"
 #include "tests/bancada1921.h"
-
-#include <QDialog>
-#include <QTimeEdit>
-#include <QTimer>
 
 #include <cmath>
 
@@ -179,16 +171,15 @@ private Q_SLOTS:
         QVERIFY(b.leitor.chip().ler(0x20) != 0);
         auto *senha = utilizador::controlo<QLineEdit>(b.form, u"txtPass"_s);
         const auto palavra = [&](const QString &texto) {
-            b.form->activateWindow();     // a slow action has shown its own window
             b.clicar("lblNumeroMissoes"); // empties the box
-            QTRY_VERIFY(senha->hasFocus());
+            QTRY_COMPARE(b.form->focusWidget(), senha);
             QTest::keyClicks(senha, texto);
         };
         palavra(u"quintais"_s);
         b.instalacao.dialogos.responderPergunta(false, u"Formatar Registador?"_s);
         palavra(u"QUINTAL"_s);
         QVERIFY(b.leitor.chip().missao());
-        QTRY_VERIFY(b.controlo("cmdLer")->hasFocus());
+        QTRY_COMPARE(b.form->focusWidget(), b.controlo("cmdLer"));
         b.instalacao.dialogos.responderPergunta(true, u"Formatar Registador?"_s);
         palavra(u"quinTAL"_s);
         QVERIFY(!b.leitor.chip().missao());
@@ -216,7 +207,7 @@ private Q_SLOTS:
         QCOMPARE(b.form->windowTitle(), u"Registador"_s);
         QCOMPARE(b.texto("txtEstadoMissao"), QString());
         QVERIFY(b.permitido("cmdLer") && b.permitido("cmdLerDados") && !b.permitido("cmdConcluir"));
-        QTRY_VERIFY(b.controlo("cmdLer")->hasFocus());
+        QTRY_COMPARE(b.form->focusWidget(), b.controlo("cmdLer"));
         b.instalacao.dialogos.responderPergunta(true, u"Versão antiga detectada"_s);
         b.clicar("cmdLer");
         QCOMPARE(int(b.leitor.chip().ler(32)), 0);

@@ -1,16 +1,6 @@
-#include "core/eventos.h"
 #include "manutencao/registar.h"
 #include "platform/onewire/barramento.h"
-#include "tests/apoio/tabela.h"
 #include "tests/bancada1921.h"
-
-#include <QAbstractItemView>
-#include <QComboBox>
-#include <QDateEdit>
-#include <QDialog>
-#include <QProgressBar>
-#include <QTimer>
-#include <QToolTip>
 
 using simulador::DefeitosBotao;
 using simulador::Variante;
@@ -242,43 +232,6 @@ private Q_SLOTS:
         }
         b.escrever("txtDescricaoRegistador", u"€ 5"_s);
         QCOMPARE(caixa->text(), u" 5"_s);
-    }
-
-    void formulario() {
-        Bancada b;
-        b.clicar("cmdLer");
-        for (int passo = 0; passo < 3; ++passo)
-            b.clicar("cmdAvancar");
-        auto *lista = utilizador::controlo<QComboBox>(b.form, u"cboIntervaloLeitura"_s);
-        lista->showPopup();
-        QVERIFY(lista->view()->isVisible());
-        const int linha = lista->view()->sizeHintForRow(0);
-        QVERIFY2(lista->view()->viewport()->height() / linha <= 16,
-                 qPrintable(QString::number(lista->view()->viewport()->height() / linha)));
-        lista->hidePopup();
-
-        b.descarregar(101);
-        b.andar(300);
-        QList<int> partes;
-        bool ligada = false;
-        QString dito;
-        b.leitor.aoAbrir = [&](qint16, qint16) {
-            const QWidget *espera = utilizador::form(u"frmEsperaLogger"_s);
-            auto *barra = espera ? espera->findChild<QProgressBar *>(u"ProgressBarEspera"_s) : nullptr;
-            if (!barra || std::exchange(ligada, true))
-                return;
-            QObject::connect(barra, &QProgressBar::valueChanged, b.form, [&partes, &dito, barra] {
-                partes.append(barra->value() * 100 / std::max(barra->maximum(), 1));
-                dito = barra->text();
-            });
-        };
-        b.clicar("cmdLerDados");
-        b.leitor.aoAbrir = nullptr;
-        QVERIFY(!partes.isEmpty() && partes.last() == 100);
-        QCOMPARE(dito, u"100%"_s);
-        QCOMPARE(b.texto("lblResumo"), u"Amostras lidas: 41; guardadas agora: 30"_s);
-        const auto alinhamento = b.amostras()->model()->index(0, 2).data(Qt::TextAlignmentRole).toInt();
-        QVERIFY(alinhamento & Qt::AlignRight);
     }
 };
 

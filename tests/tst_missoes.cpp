@@ -1,10 +1,7 @@
-#include "data/ligacao.h"
 #include "logger/missoes.h"
 #include "logger/prazos1921.h"
 #include "logger/sequenciasAlarme.h"
 #include "tests/apoio/instalacao.h"
-
-#include <QTest>
 
 namespace {
 
@@ -136,14 +133,6 @@ private Q_SLOTS:
         };
         for (const auto &[comeca, minutos] : casos)
             QCOMPARE(prazos1921::minutosAte(inicio.addSecs(45), instante(comeca)), minutos);
-    }
-
-    void fimPrevisto() {
-        const QString comeco = u"02/03/2026 09:00:00"_s;
-        QCOMPARE(prazos1921::DataFimPrevista(comeco, u"10"_s), u"16/03/2026 14:20:00"_s);
-        QCOMPARE(prazos1921::DataFimPrevista(comeco, u"0"_s), comeco);
-        for (const QString &ilegivel : {QString(), u"amanhã"_s})
-            QCOMPARE(prazos1921::DataFimPrevista(ilegivel, u"10"_s), QString());
     }
 
     // Runs are written as their first and last sample; A is above, B below.

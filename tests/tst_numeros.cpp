@@ -1,11 +1,6 @@
-#include "core/falha.h"
 #include "core/modDoubleTratamento.h"
 #include "tests/apoio/instalacao.h"
-#include "tests/apoio/tabela.h"
 #include "tests/falhaDe.h"
-
-#include <QRandomGenerator>
-#include <QTest>
 
 #include <cmath>
 

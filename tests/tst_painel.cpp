@@ -1,46 +1,21 @@
-#include "core/literais.h"
-#include "platform/forms/grelha.h"
-#include "platform/forms/registoForms.h"
-#include "tests/apoio/espera.h"
-#include "tests/apoio/instalacao.h"
-#include "tests/apoio/widgets.h"
-#include "views/forms/painelSensores.h"
-#include "views/forms/registar.h"
-
-#include <QAbstractButton>
-#include <QCalendarWidget>
-#include <QDateEdit>
-#include <QLabel>
-#include <QPointer>
-#include <QTest>
-#include <QTimer>
+#include "tests/cenaGrafico.h"
 
 namespace {
 
-using utilizador::clicar;
-using utilizador::controlo;
-
-const QString graficoTemp = u"frmGraficoPrincipalTemp"_s;
-
-// A view as the menu opens it, over four sensors, the second one deactivated.
-struct Vista {
-    explicit Vista(const QString &nome = graficoTemp) {
-        registarVistas(registoForms());
-        form = registoForms().abrir(nome);
-        utilizador::mostrar(form);
+// A view that has the keyboard, over four sensors, the second one deactivated.
+struct Painel : Vista {
+    explicit Painel(const QString &nome = graficoTemp) : Vista(registarVistas) {
+        abrir(nome);
         form->activateWindow();
         if (!QTest::qWaitForWindowActive(form))
             utilizador::desistir(nome + u" is not active");
     }
-    ~Vista() { delete form; }
     Grelha *todos() const { return controlo<Grelha>(form, u"grdSensoresAll"_s); }
     Grelha *escolhidos() const { return controlo<Grelha>(form, u"grdSensoresSel"_s); }
-    bool visivel(const QString &nome) const { return controlo<QWidget>(form, nome)->isVisible(); }
-    QPointer<QWidget> form;
 };
 
-struct Instalada : Instalacao {
-    Instalada() {
+struct QuatroSensores : Instalacao {
+    QuatroSensores() {
         sensores({{u"28A0000000000001"_s, u"Cave"_s, u"P 1250C"_s, u"SIM"_s, 1, u"POSEIDON"_s, u"110.0.0.1"_s},
                   {u"28A0000000000002"_s, u"Sótão"_s, u"P 1250C"_s, u"NAO"_s, 1, u"POSEIDON"_s, u"210.0.0.1"_s},
                   {u"28A0000000000003"_s, u"Arca"_s, u"P 1250C"_s, u"SIM"_s, 2, u"POSEIDON"_s, u"210.0.0.2"_s},
@@ -77,9 +52,9 @@ class tst_painel : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void abrePorSi() {
-        const Instalada inst;
+        const QuatroSensores inst;
         inst.usarLingua(u"CZ"_s);
-        const Vista v;
+        const Painel v;
         QVERIFY(v.visivel(u"PictOpccoes"_s));
         QVERIFY(!v.visivel(u"picGrupos"_s));
         QCOMPARE(controlo<QDateEdit>(v.form, u"DTPdataInicio"_s)->date(), QDate(2024, 3, 15));
@@ -94,8 +69,8 @@ private Q_SLOTS:
 
     // With the Tab key as with the eye, from above to below.
     void ordemDoFoco() {
-        const Instalada inst;
-        const Vista v(u"frmGraficoPrincipalHistograma"_s);
+        const QuatroSensores inst;
+        const Painel v(u"frmGraficoPrincipalHistograma"_s);
         QCOMPARE(QApplication::focusWidget(), v.todos()); // where the choice begins
         clicar(v.form, u"cmdOpccoes"_s);
         clicar(v.form, u"cmdOpccoes"_s);
@@ -112,8 +87,8 @@ private Q_SLOTS:
     }
 
     void listaECores() {
-        const Instalada inst;
-        const Vista v;
+        const QuatroSensores inst;
+        const Painel v;
         QCOMPARE(nomes(v.todos()), QStringList({u"Cave"_s, u"Sótão"_s, u"Arca"_s, u"Forno d'Ar"_s}));
         const QColor creme(253, 251, 232);
         const QColor verde(234, 242, 235);
@@ -124,22 +99,6 @@ private Q_SLOTS:
         v.todos()->setLinhaActual(1);
         clicar(v.form, u"cmdAdicionar"_s);
         QCOMPARE(fundo(v.escolhidos(), 0), vermelho);
-    }
-
-    // A marked row is told from a plain one also while it is selected.
-    void marcaNaSeleccao() {
-        const Instalada inst;
-        const Vista v;
-        utilizador::mostrar(v.form);
-        const auto pintado = [&](int linha) {
-            v.todos()->setLinhaActual(linha);
-            const QRect celula = v.todos()->visualRect(v.todos()->model()->index(linha, 1));
-            return v.todos()->viewport()->grab(celula).toImage().pixelColor(celula.width() - 3, celula.height() / 2);
-        };
-        const QColor simples = pintado(0);
-        const QColor marcada = pintado(1);
-        QVERIFY2(marcada.red() > 1.5 * marcada.blue() && marcada != QColor(238, 156, 136), qPrintable(marcada.name()));
-        QVERIFY(simples.red() < simples.blue());
     }
 
     // On a dark palette the rows must be dark, keep their order of standing out, and let light text be read.
@@ -155,8 +114,8 @@ private Q_SLOTS:
     }
 
     void moverComRato() {
-        const Instalada inst;
-        const Vista v;
+        const QuatroSensores inst;
+        const Painel v;
         duploClique(v.todos(), 2);
         duploClique(v.todos(), 0);
         QCOMPARE(nomes(v.escolhidos()), QStringList({u"Arca"_s, u"Cave"_s})); // in order of adding
@@ -167,8 +126,8 @@ private Q_SLOTS:
     }
 
     void moverComTeclado() {
-        const Instalada inst;
-        const Vista v;
+        const QuatroSensores inst;
+        const Painel v;
         v.todos()->setFocus();
         QTest::keyClick(v.todos(), Qt::Key_Down);
         QTest::keyClick(v.todos(), Qt::Key_Return);
@@ -181,8 +140,8 @@ private Q_SLOTS:
     }
 
     void moverTodos() {
-        const Instalada inst;
-        const Vista v;
+        const QuatroSensores inst;
+        const Painel v;
         v.todos()->setLinhaActual(3);
         clicar(v.form, u"cmdAdicionar"_s);
         clicar(v.form, u"cmdAdicionarAll"_s);
@@ -197,19 +156,16 @@ private Q_SLOTS:
     }
 
     void filtrar_data() {
-        QTest::addColumn<int>("linha"); // of the drop-down: all, one unit, two groups
-        QTest::addColumn<QString>("legenda");
-        QTest::addColumn<QString>("tag");
-        QTest::addColumn<QStringList>("lista");
-        QTest::newRow("unit") << 1 << u"Cave"_s << u"#P#10.0.0.1"_s << QStringList{u"Cave"_s, u"Sótão"_s};
-        QTest::newRow("group") << 3 << u"Armazém"_s << u"2"_s << QStringList{u"Arca"_s, u"Forno d'Ar"_s};
-        QTest::newRow("all") << 0 << u"Todos os Sensores"_s << u"0"_s
-                             << QStringList{u"Cave"_s, u"Sótão"_s, u"Arca"_s, u"Forno d'Ar"_s};
+        // linha: of the drop-down: all, one unit, two groups
+        const Tabela<int, QString, QString, QStringList> caso("linha", "legenda", "tag", "lista");
+        caso("unit", 1, u"Cave"_s, u"#P#10.0.0.1"_s, {u"Cave"_s, u"Sótão"_s});
+        caso("group", 3, u"Armazém"_s, u"2"_s, {u"Arca"_s, u"Forno d'Ar"_s});
+        caso("all", 0, u"Todos os Sensores"_s, u"0"_s, {u"Cave"_s, u"Sótão"_s, u"Arca"_s, u"Forno d'Ar"_s});
     }
 
     void filtrar() {
-        const Instalada inst;
-        const Vista v;
+        const QuatroSensores inst;
+        const Painel v;
         QFETCH(int, linha);
         auto *botao = controlo<QAbstractButton>(v.form, u"cmdGrupos"_s);
         auto *grupos = controlo<Grelha>(v.form, u"grdGrupos"_s);
@@ -226,8 +182,8 @@ private Q_SLOTS:
     }
 
     void filtroEsvaziaEscolha() {
-        const Instalada inst;
-        const Vista v;
+        const QuatroSensores inst;
+        const Painel v;
         clicar(v.form, u"cmdAdicionarAll"_s);
         clicar(v.form, u"cmdGrupos"_s);
         auto *grupos = controlo<Grelha>(v.form, u"grdGrupos"_s);
@@ -237,8 +193,8 @@ private Q_SLOTS:
     }
 
     void gruposComTeclado() {
-        const Instalada inst;
-        const Vista v;
+        const QuatroSensores inst;
+        const Painel v;
         auto *botao = controlo<QWidget>(v.form, u"cmdGrupos"_s);
         botao->setFocus();
         QTest::keyClick(botao, Qt::Key_Space);
@@ -254,8 +210,8 @@ private Q_SLOTS:
     }
 
     void falhaMantemListas() {
-        Instalada inst;
-        const Vista v;
+        QuatroSensores inst;
+        const Painel v;
         clicar(v.form, u"cmdGrupos"_s);
         inst.executar(u"ALTER TABLE Sensores RENAME TO Outros"_s);
         inst.executar(u"ALTER TABLE Poseidons RENAME TO Outras"_s);
@@ -266,15 +222,14 @@ private Q_SLOTS:
     }
 
     void intervaloErrado_data() {
-        QTest::addColumn<QDate>("fim");
-        QTest::addColumn<QTime>("horaFim");
-        QTest::newRow("equal") << QDate(2024, 3, 15) << QTime(0, 0, 0);
-        QTest::newRow("before") << QDate(2024, 3, 14) << QTime(23, 59, 59);
+        const Tabela<QDate, QTime> caso("fim", "horaFim");
+        caso("equal", QDate(2024, 3, 15), QTime(0, 0, 0));
+        caso("before", QDate(2024, 3, 14), QTime(23, 59, 59));
     }
 
     void intervaloErrado() {
-        const Instalada inst;
-        const Vista v;
+        const QuatroSensores inst;
+        const Painel v;
         QFETCH(QDate, fim);
         QFETCH(QTime, horaFim);
         porData(v.form, u"DTPdataFim"_s, fim);
@@ -294,8 +249,8 @@ private Q_SLOTS:
     }
 
     void marcaParaEmQuarenta() {
-        const Instalada inst;
-        const Vista v;
+        const QuatroSensores inst;
+        const Painel v;
         porData(v.form, u"DTPdataFim"_s, QDate(2024, 3, 1));
         clicar(v.form, u"cmdConfirmar"_s);
         auto *relogio = controlo<QTimer>(v.form, u"TimerErrorDate"_s);
@@ -309,16 +264,16 @@ private Q_SLOTS:
     }
 
     void confirmarSemEscolha() {
-        const Instalada inst;
-        const Vista v;
+        const QuatroSensores inst;
+        const Painel v;
         porData(v.form, u"DTPdataInicio"_s, QDate(2024, 3, 1));
         clicar(v.form, u"cmdConfirmar"_s); // nothing is loaded and nothing is said
         QVERIFY(v.visivel(u"PictOpccoes"_s));
     }
 
     void periodo() {
-        const Instalada inst;
-        const Vista v;
+        const QuatroSensores inst;
+        const Painel v;
         controlo<QTimeEdit>(v.form, u"DTPhoraInicio"_s)->setTime(QTime(7, 0));
         utilizador::accao(v.form, u"mnuEsteMes"_s);
         QCOMPARE(controlo<QDateEdit>(v.form, u"DTPdataInicio"_s)->date(), QDate(2024, 3, 1));
@@ -327,8 +282,8 @@ private Q_SLOTS:
     }
 
     void procurarAoEscrever() {
-        const Instalada inst;
-        const Vista v;
+        const QuatroSensores inst;
+        const Painel v;
         v.todos()->setFocus();
         QTest::keyClicks(v.todos(), u"rno"_s);
         QCOMPARE(v.todos()->linhaActual(), 3);
@@ -338,8 +293,8 @@ private Q_SLOTS:
     }
 
     void opccoes() {
-        const Instalada inst;
-        const Vista v;
+        const QuatroSensores inst;
+        const Painel v;
         auto *botao = controlo<QAbstractButton>(v.form, u"cmdOpccoes"_s);
         const int aberta = botao->width();
         clicar(v.form, u"cmdGrupos"_s);
@@ -354,30 +309,6 @@ private Q_SLOTS:
         QVERIFY(utilizador::esperar([&] { return !v.visivel(u"PictOpccoes"_s); }));
         QTest::keyClick(v.form, Qt::Key_F4);
         QVERIFY(utilizador::esperar([&] { return v.visivel(u"PictOpccoes"_s); }));
-    }
-
-    void legendasTraduzidas() {
-        const Instalada inst;
-        const QString seccao = u"VISTREL_frmGraficoPrincipalHumidadePull"_s;
-        inst.ficheiroLingua(u"EN"_s,
-                            {{seccao, u"frmGraficoPrincipalHumidayruredePull.Caption"_s, u"Humidity, pulled"_s},
-                             {seccao, u"frmGraficoPrincipalHumidadePull.Caption"_s, u"never read"_s},
-                             {seccao, u"Opccoes.Caption"_s, u"Options"_s},
-                             {seccao, u"Grupos.Caption"_s, u"All sensors"_s},
-                             {seccao, u"Sel.Caption"_s, u"Chosen"_s},
-                             {seccao, u"lblInicio.Caption"_s, u"From:"_s},
-                             {seccao, u"lblFim.Caption"_s, u"To:"_s},
-                             {seccao, u"cmdConfirmar.Caption"_s, u"Confirm"_s}});
-        inst.usarLingua(u"EN"_s);
-        const Vista v(u"frmGraficoPrincipalHumidadePull"_s);
-        QCOMPARE(v.form->windowTitle(), u"Humidity, pulled"_s);
-        QCOMPARE(controlo<QAbstractButton>(v.form, u"cmdOpccoes"_s)->text(), u"Options"_s);
-        QCOMPARE(controlo<QAbstractButton>(v.form, u"cmdGrupos"_s)->text(), u"All sensors"_s);
-        QCOMPARE(controlo<QLabel>(v.form, u"Sel"_s)->text(), u"Chosen"_s);
-        QCOMPARE(controlo<QLabel>(v.form, u"lblInicio"_s)->text(), u"From:"_s);
-        QCOMPARE(controlo<QLabel>(v.form, u"lblFim"_s)->text(), u"To:"_s);
-        QCOMPARE(controlo<QAbstractButton>(v.form, u"cmdConfirmar"_s)->text(), u"Confirm"_s);
-        QCOMPARE(controlo<QWidget>(v.form, u"cmdConfirmar"_s)->accessibleName(), u"Confirm"_s);
     }
 };
 

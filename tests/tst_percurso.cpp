@@ -1,8 +1,6 @@
 // Every entry of the menu as a user goes through it: open, choose, confirm, export, print, close.
 #include "core/modErros.h"
-#include "core/modINI.h"
 #include "core/perfil.h"
-#include "data/ligacao.h"
 #include "demo/gerador.h"
 #include "devicestate/forms/listaMarcada.h"
 #include "platform/chart/TChart.h"
@@ -16,19 +14,7 @@
 #include "shell/menu.h"
 #include "tests/apoio/espera.h"
 #include "tests/apoio/hostil.h"
-#include "tests/apoio/instalacao.h"
 #include "tests/apoio/widgets.h"
-
-#include <QAbstractButton>
-#include <QAction>
-#include <QApplication>
-#include <QDateEdit>
-#include <QFileInfo>
-#include <QMdiSubWindow>
-#include <QPointer>
-#include <QTableView>
-#include <QTest>
-#include <QTimer>
 
 namespace {
 
@@ -193,13 +179,11 @@ class TestePercurso : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void menu_data() {
-        QTest::addColumn<bool>("cheia");
-        QTest::addColumn<QString>("antes");
-        QTest::addColumn<bool>("deFora");
-        QTest::newRow("full database") << true << QString() << false;
-        QTest::newRow("without the optional table") << true << u"DROP TABLE MaskListaAlarmes"_s << false;
-        QTest::newRow("empty database") << false << QString() << false;
-        QTest::newRow("names and notes that an attacker wrote") << true << QString() << true;
+        const Tabela<bool, QString, bool> caso("cheia", "antes", "deFora");
+        caso("full database", true, {}, false);
+        caso("without the optional table", true, u"DROP TABLE MaskListaAlarmes"_s, false);
+        caso("empty database", false, {}, false);
+        caso("names and notes that an attacker wrote", true, {}, true);
     }
     void menu() {
         QFETCH(const bool, cheia);

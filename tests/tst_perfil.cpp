@@ -2,8 +2,6 @@
 #include "core/perfil.h"
 #include "tests/apoio/tabela.h"
 
-#include <QTest>
-
 namespace {
 
 const auto ausente = u"(absent)"_s;

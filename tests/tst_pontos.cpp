@@ -1,10 +1,4 @@
-#include "data/ligacao.h"
-#include "tests/apoio/tabela.h"
 #include "tests/cenaGrafico.h"
-
-#include <QDialog>
-#include <QLineEdit>
-#include <QPlainTextEdit>
 
 // The form of a chart's points.
 class tst_pontos : public QObject {
@@ -38,14 +32,11 @@ private Q_SLOTS:
     }
 
     void notas_data() {
-        QTest::addColumn<int>("serie"); // that is clicked; 2 is the lower limit
-        QTest::addColumn<QString>("escrita");
-        QTest::addColumn<bool>("desistir");
-        QTest::addColumn<QString>("fica");
-        QTest::addColumn<QString>("marca");
-        QTest::newRow("given up") << 0 << u"outra"_s << true << u"velha"_s << u"!"_s;
-        QTest::newRow("erased") << 0 << QString() << false << u" "_s << u" "_s;
-        QTest::newRow("erased through a limit") << 2 << QString() << false << u" "_s << u" "_s;
+        // serie: that is clicked; 2 is the lower limit
+        const Tabela<int, QString, bool, QString, QString> caso("serie", "escrita", "desistir", "fica", "marca");
+        caso("given up", 0, u"outra"_s, true, u"velha"_s, u"!"_s);
+        caso("erased", 0, {}, false, u" "_s, u" "_s);
+        caso("erased through a limit", 2, {}, false, u" "_s, u" "_s);
     }
 
     void notas() {
@@ -157,6 +148,20 @@ private Q_SLOTS:
         g.pontos()->close();
     }
 
+    // Averages have two decimals wherever they are read.
+    void casasDasMedias() {
+        const Instalada inst;
+        inst.leituras(u"Medias"_s, id(1), {{dia + u"10:00:00"_s, 21.5}});
+        const Grafico g(u"frmGraficoPrincipal"_s);
+        g.carregar({1});
+        QTest::keyClick(&g.chart(), Qt::Key_Right);
+        QVERIFY(g.chart().accessibleDescription().contains(u"21,50 °C"));
+        g.clicarPonto(0, 0);
+        QWidget *ponto = registoForms().form(u"frmOpccoesMediasPontos"_s);
+        QCOMPARE(controlo<QLineEdit>(ponto, u"txtTemperatura"_s)->text(), u"21,50"_s);
+        ponto->close();
+    }
+
     void botaoDireito() {
         const Instalada inst;
         inst.leituras(u"Temperaturas"_s, id(1), {{dia + u"10:00:00"_s, 10.0}});
@@ -165,44 +170,6 @@ private Q_SLOTS:
         g.clicarPonto(0, 0, Qt::RightButton);
         QVERIFY(!g.pontos());
         QVERIFY(utilizador::esperar([&] { return g.chart().ZoomEnable(); }));
-    }
-
-    void membrosDePontos_data() {
-        QTest::addColumn<QString>("grafico");
-        QTest::addColumn<QString>("tipo");
-        QTest::addColumn<QString>("form");
-        QTest::addColumn<QString>("etiqueta");
-        QTest::addColumn<QString>("legenda");
-        QTest::newRow("head") << u"frmGraficoPrincipal"_s << u"P 1250C"_s << u"frmOpccoesMediasPontos"_s << u"lblTemp"_s
-                              << u"Temperatura"_s;
-        QTest::newRow("dew point") << u"frmGraficoPrincipalDPCPull"_s << u"D"_s << u"frmOpccoesDPCPontosPull"_s
-                                   << u"lblTemp"_s << u"P. Orvalho"_s;
-        QTest::newRow("pressure") << u"frmGraficoPrincipalPressao"_s << u"K"_s << u"frmOpccoesPressaoPontos"_s
-                                  << u"lblTemp"_s << u"Pressão"_s;
-        // Its texts are those of the sibling that is not pulled.
-        QTest::newRow("humidity pulled") << u"frmGraficoPrincipalHumidadePull"_s << u"P 1250%"_s
-                                         << u"frmOpccoesHumidadePontosPull"_s << u"lblHum"_s << u"Humidity"_s;
-    }
-
-    void membrosDePontos() {
-        QFETCH(QString, grafico);
-        QFETCH(QString, tipo);
-        QFETCH(QString, form);
-        QFETCH(QString, etiqueta);
-        const Instalada inst(1, tipo);
-        inst.ficheiroLingua(u"EN"_s, {{u"VISTREL_frmOpccoesHumidadePontos"_s, u"lblHum.Caption"_s, u"Humidity"_s}});
-        inst.usarLingua(u"EN"_s);
-        const QString tabela = membroGrafico(grafico)->tabela.nome.toString();
-        inst.leituras(tabela, id(1), {{dia + u"10:00:00"_s, 10.0}});
-        const Grafico g(grafico);
-        g.carregar({1});
-        g.clicarPonto(0, 0);
-        QWidget *p = registoForms().form(form);
-        QVERIFY(p);
-        QTEST(controlo<QLabel>(p, etiqueta)->text(), "legenda");
-        QTest::keyClicks(controlo<QPlainTextEdit>(p, u"txtObservacoes"_s), u"nota"_s);
-        clicar(p, u"cmdConcluir"_s);
-        QCOMPARE(inst.linha(u"SELECT flag FROM "_s + tabela).value(0).toString(), u"nota"_s);
     }
 };
 

@@ -1,47 +1,18 @@
 // The views of stored missions.
-#include "core/estado.h"
-#include "core/modINI.h"
 #include "core/modPassWord.h"
-#include "data/ligacao.h"
-#include "data/recordset.h"
 #include "logger/views/forms/painelMissoes.h"
 #include "logger/views/forms/registar.h"
 #include "logger/views/listaMissoes.h"
-#include "platform/chart/TChart.h"
-#include "platform/forms/grelha.h"
-#include "platform/forms/registoForms.h"
-#include "platform/report/JanelaRelatorio.h"
-#include "tests/apoio/espera.h"
-#include "tests/apoio/instalacao.h"
-#include "tests/apoio/tabela.h"
-#include "tests/apoio/widgets.h"
-
-#include <QAction>
-#include <QApplication>
-#include <QCheckBox>
-#include <QComboBox>
-#include <QDateEdit>
-#include <QLabel>
-#include <QPlainTextEdit>
-#include <QPointer>
-#include <QPushButton>
-#include <QRadioButton>
-#include <QTableView>
-#include <QTest>
-#include <QTimeEdit>
+#include "tests/apoio/cenaVista.h"
 
 namespace {
-
-using utilizador::clicar;
-using utilizador::controlo;
 
 const ChaveMissao evora{u"21A"_s, u"Vacinas"_s, u"Évora d'Oriente"_s, u"0001"_s};
 const ChaveMissao faro{u"21A"_s, u"Vacinas"_s, u"Faro"_s, u"0002"_s};
 const ChaveMissao museu{u"21B"_s, u"Museu"_s, u"Reservas"_s, u"0001"_s};
 
-struct Cena : Instalacao {
-    Cena() {
-        relogio(u"2024-03-15 12:00:00"_s);
+struct Cena : CenaVista {
+    Cena() : CenaVista(registarVistasDosRegistadores) {
         cabeca(evora, u"2024-03-01 10:00:00"_s, u"2024-03-10 10:00:00"_s, u"C"_s);
         cabeca(faro, u"2024-03-05 10:00:00"_s, u"2024-03-15 11:59:59"_s, u"NC"_s);
         cabeca(museu, u"2024-03-03 10:00:00"_s, u"2024-03-15 12:00:01"_s, u"NC"_s);
@@ -49,11 +20,7 @@ struct Cena : Instalacao {
         amostra(evora, u"2024-03-01 11:00:00"_s, 8, u"TRUE"_s, u"aberta"_s);
         amostra(evora, u"2024-03-02 10:00:00"_s, 2, u"TRUE"_s, u""_s);
         amostra(faro, u"2024-03-01 10:00:00"_s, 30, u"TRUE"_s, u"outra"_s);
-        registoForms().dono = &principal;
-        principal.show();
-        registarVistasDosRegistadores(registoForms());
     }
-    ~Cena() { delete form; }
     void cabeca(const ChaveMissao &m, const QString &inicio, const QString &fim, const QString &flag) const {
         executar(u"INSERT INTO DS1921head VALUES (?, ?, ?, ?, ?, ?, 8, 2, ?, '0')"_s,
                  m.valores() + QVariantList{inicio, fim, flag});
@@ -63,19 +30,8 @@ struct Cena : Instalacao {
         executar(u"INSERT INTO DS1921 VALUES (?, ?, ?, ?, ?, ?, 8, 2, ?, ?)"_s,
                  m.valores() + QVariantList{data, valor, alarme, nota});
     }
-    void abrir(const QString &nome) {
-        delete form;
-        form = registoForms().abrir(nome);
-        utilizador::mostrar(form);
-        deixarPassar(20);
-    }
-    void confirmar() {
-        clicar(form, u"cmdConfirmar"_s);
-        QVERIFY(utilizador::esperar([this] { return principal.isEnabled(); }));
-    }
     Grelha &registadores() const { return *controlo<Grelha>(form, u"grdSensoresAll"_s); }
     Grelha &missoes() const { return *controlo<Grelha>(form, u"grdSensoresMissao"_s); }
-    TChart &chart() const { return *controlo<TChart>(form, u"TChart"_s); }
     QString intervalo() const {
         const auto *painel = form->findChild<PainelVista *>();
         return painel->textoInicio() + u" - " + painel->textoFim();
@@ -91,9 +47,6 @@ struct Cena : Instalacao {
     void passWord(const QString &cifrada) const {
         modINI::SaveSetting(estado().NomePrograma, u"CONFIGURACOES"_s, u"PWD"_s, cifrada);
     }
-
-    QWidget principal;
-    QPointer<QWidget> form;
 };
 
 QVariantList cheia(int cabecas, int amostras) {
@@ -111,12 +64,12 @@ private Q_SLOTS:
         QCOMPARE(c.registadores().linhas(), 2);
         QCOMPARE(c.missoes().linhas(), 2);
         QCOMPARE(c.intervalo(), u"01/03/2024 10:00:00 - 02/03/2024 10:00:00"_s);
-        QVERIFY(!controlo<QLabel>(c.form, u"lblSemDados"_s)->isVisible());
+        QVERIFY(!c.visivel(u"lblSemDados"_s));
         c.missoes().setLinhaActual(1);
         QCOMPARE(c.intervalo(), u"01/03/2024 10:00:00 - 01/03/2024 10:00:01"_s);
         c.registadores().setLinhaActual(1);
         QCOMPARE(c.missoes().linhas(), 1);
-        QVERIFY(controlo<QLabel>(c.form, u"lblSemDados"_s)->isVisible()); // never downloaded
+        QVERIFY(c.visivel(u"lblSemDados"_s)); // never downloaded
         QCOMPARE(c.intervalo(), u"01/03/2024 10:00:00 - 01/03/2024 10:00:01"_s);
         // A name stands there once with each button that bears it, and a button once under each name.
         c.cabeca({u"21B"_s, u"Vacinas"_s, u"Reservas"_s, u"0001"_s}, {}, {}, u"C"_s);
@@ -132,7 +85,7 @@ private Q_SLOTS:
         QCOMPARE(c.chart().Series(0).estado(1), EstadoDoPonto::Acima);
         QCOMPARE(c.chart().Series(0).estado(2), EstadoDoPonto::Abaixo);
         QCOMPARE(c.chart().Series(1).y(), (std::vector<double>{8, 8, 8}));
-        QCOMPARE(controlo<QLabel>(c.form, u"lblMedia"_s)->text(), u"Média = 4,83 °C"_s);
+        QCOMPARE(c.legenda(u"lblMedia"_s), u"Média = 4,83 °C"_s);
         c.dialogos.responderGravar(c.ficheiro(u"m.csv"_s), u"GraphLoggers"_s);
         c.dialogos.esperarMensagem(u"sucesso"_s);
         c.form->findChild<QAction *>(u"mnuExportCSV"_s)->trigger();
@@ -158,7 +111,7 @@ private Q_SLOTS:
         controlo<QDateEdit>(c.form, u"DTPdataFim"_s)->setDate(QDate(2024, 3, 1));
         controlo<QTimeEdit>(c.form, u"DTPHoraFim"_s)->setTime(QTime(23, 0));
         c.confirmar();
-        QCOMPARE(controlo<QLabel>(c.form, u"lblTotal"_s)->text(), u"N° de Leituras = 2"_s);
+        QCOMPARE(c.legenda(u"lblTotal"_s), u"N° de Leituras = 2"_s);
         QCOMPARE(c.chart().Series(0).PointLabel(0), u"2 <> 6"_s);
         QCOMPARE(c.chart().Series(0).PointLabel(1), u"6,1 <> 10"_s);
     }
@@ -233,7 +186,7 @@ private Q_SLOTS:
         QVERIFY(c.principal.isEnabled());
         // What is gone is drawn and printed no more.
         QCOMPARE(c.chart().Series(0).Count(), eliminada ? 0 : 3);
-        QCOMPARE(controlo<QPushButton>(c.form, u"cmdImprimir"_s)->isEnabled(), !eliminada);
+        QCOMPARE(c.permitido(u"cmdImprimir"_s), !eliminada);
         if (!eliminada)
             return;
         // The next one is chosen; with the last one the logger goes, and nothing is chosen for the user.
@@ -250,19 +203,6 @@ private Q_SLOTS:
         QCOMPARE(c.linhas(museu), cheia(1, 0));
         QTest::keyClick(&c.registadores(), Qt::Key_Down);
         QCOMPARE(c.form->findChild<PainelMissoes *>()->missao(), museu);
-    }
-
-    // Neither table loses a row when the second statement fails.
-    void eliminarQueFalha() {
-        Cena c;
-        c.passWord({});
-        c.executar(u"CREATE TRIGGER recusa BEFORE DELETE ON DS1921head BEGIN SELECT RAISE(ABORT, 'recusado'); END"_s);
-        c.abrir(u"frmGraficoLoggers"_s);
-        c.dialogos.responderPergunta(true);
-        c.erros.esperar(u"EliminarMissaoDef"_s);
-        clicar(c.form, u"cmdEliminar"_s);
-        QCOMPARE(c.linhas(evora), cheia(1, 3));
-        QVERIFY(c.principal.isEnabled());
     }
 
     void ordens_data() {

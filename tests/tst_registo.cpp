@@ -1,12 +1,5 @@
-#include "core/estado.h"
-#include "core/modINI.h"
-#include "data/ligacao.h"
 #include "data/modMain.h"
-#include "data/recordset.h"
 #include "tests/apoio/instalacao.h"
-#include "tests/apoio/tabela.h"
-
-#include <QFileInfo>
 
 class tst_registo : public QObject {
     Q_OBJECT

@@ -2,11 +2,7 @@
 #include "logger/numeros1921.h"
 #include "logger/registoDS1921.h"
 #include "tests/apoio/instalacao.h"
-#include "tests/apoio/tabela.h"
 #include "tests/falhaDe.h"
-
-#include <QRandomGenerator>
-#include <QTest>
 
 #include <cmath>
 
@@ -122,12 +118,6 @@ private Q_SLOTS:
         for (const int tamanho : tamanhos)
             paginas.push_back({tamanho, QString(28, u'a') + QChar(char16_t(paginas.size() + 2)) + QChar(u'\0')});
         QTEST(registoInteiro(paginas), "inteiro");
-    }
-
-    void depoisDoUltimoNumero() {
-        const std::pair<int, QString> casos[] = {{0, u"0001"_s}, {1, u"0002"_s}, {9998, u"9999"_s}, {9999, u"0001"_s}};
-        for (const auto &[guardado, seguinte] : casos)
-            QCOMPARE(numeroDeMissao(numeroSeguinte(guardado)), seguinte);
     }
 
     void registos() {

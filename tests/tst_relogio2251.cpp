@@ -1,9 +1,5 @@
-#include "core/literais.h"
 #include "poseidon/relogio2251.h"
 #include "tests/apoio/instalacao.h"
-#include "tests/apoio/tabela.h"
-
-#include <QTest>
 
 using namespace relogio2251;
 
@@ -82,16 +78,6 @@ private Q_SLOTS:
             QCOMPARE(dita.texto, texto);
             QCOMPARE(dita.critica, critica);
         }
-    }
-
-    void pergunta() {
-        Instalacao inst(Instalacao::Base::Nenhuma);
-        inst.ficheiroLingua(u"EN"_s, {{u"frmDescarregar2251"_s, u"ErrDH4"_s, u"Go on?"_s}});
-        inst.usarLingua(u"EN"_s);
-        QCOMPARE(perguntaDoAcerto(u"Museu (10.0.0.7:80)"_s),
-                 u"ATENÇÃO,\nSe actualizar a data/hora todas as leituras guardadas\n"
-                 "na memória do dispositivo serão eliminadas.\nDispositivo: Museu (10.0.0.7:80)\nGo on?"_s);
-        QCOMPARE(mensagemDoAcerto({}).texto, u"Erro desconhecido ao actualizar a data\\hora"_s);
     }
 };
 

@@ -1,17 +1,8 @@
 // Histograms, listings, export and printing, worked as a user works them.
 #include "core/datas.h"
-#include "core/falha.h"
-#include "core/modINI.h"
-#include "data/ligacao.h"
-#include "platform/chart/TChart.h"
-#include "platform/forms/grelha.h"
-#include "platform/forms/registoForms.h"
-#include "platform/report/JanelaRelatorio.h"
-#include "tests/apoio/espera.h"
-#include "tests/apoio/instalacao.h"
+#include "tests/apoio/cenaVista.h"
+#include "tests/apoio/discoCheio.h"
 #include "tests/apoio/ouro.h"
-#include "tests/apoio/tabela.h"
-#include "tests/apoio/widgets.h"
 #include "views/familiaHistogramas.h"
 #include "views/familiaListagens.h"
 #include "views/forms/desenhosDeRelatorios.h"
@@ -19,30 +10,8 @@
 #include "views/forms/registar.h"
 #include "views/impressao.h"
 
-#include <QAction>
-#include <QApplication>
-#include <QCheckBox>
-#include <QClipboard>
-#include <QComboBox>
-#include <QDateEdit>
-#include <QFileInfo>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPointer>
 #include <QPrintDialog>
 #include <QPrinter>
-#include <QProcess>
-#include <QPushButton>
-#include <QRegularExpression>
-#include <QStandardPaths>
-#include <QTableView>
-#include <QTest>
-
-#include <csignal>
-#include <sys/resource.h>
-
-using utilizador::clicar;
-using utilizador::controlo;
 
 namespace {
 
@@ -51,20 +20,14 @@ QString id(int n) {
 }
 
 // An installation with sensors and a view on it.
-struct Cena : Instalacao {
-    explicit Cena(const QString &form, const QString &tipo = u"P 1250C"_s) : m_nome(form) {
-        relogio(u"2024-03-15 12:00:00"_s);
+struct Cena : CenaVista {
+    explicit Cena(const QString &nome, const QString &tipo = u"P 1250C"_s) : CenaVista(registarVistas), m_nome(nome) {
         sensor({id(1), u"Câmara \"1\"; fria"_s, tipo});
         sensor({id(2), u"Arca 2"_s, tipo});
         executar(u"INSERT INTO Poseidons (PoseidonIP, Nome, Mac) VALUES ('127.0.0.2', 'Unidade', '00:0A')"_s);
     }
     void abrir(int sensores) {
-        registoForms().dono = &principal;
-        principal.show();
-        registarVistas(registoForms());
-        form = registoForms().abrir(m_nome);
-        utilizador::mostrar(form);
-        deixarPassar(20);
+        Vista::abrir(m_nome);
         for (int i = 0; i < sensores; ++i)
             clicar(form, u"cmdAdicionar"_s);
     }
@@ -75,19 +38,6 @@ struct Cena : Instalacao {
         QCOMPARE(grupos->celula(1, 0), u"#P#127.0.0.2"_s);
         grupos->setLinhaActual(1);
         QTest::keyClick(grupos, Qt::Key_Return);
-    }
-    void confirmar() {
-        clicar(form, u"cmdConfirmar"_s);
-        QVERIFY(utilizador::esperar([this] { return principal.isEnabled(); }));
-    }
-    TChart &chart() const { return *controlo<TChart>(form, u"TChart"_s); }
-    QTableView &grelha() const { return *controlo<QTableView>(form, u"DataGrid"_s); }
-    QString celula(int linha, int coluna) const { return grelha().model()->index(linha, coluna).data().toString(); }
-    JanelaRelatorio *previsao(const QString &relatorio) const {
-        for (QWidget *topo : QApplication::topLevelWidgets())
-            if (auto *janela = qobject_cast<JanelaRelatorio *>(topo); janela && janela->objectName() == relatorio)
-                return janela;
-        return nullptr;
     }
     // The text of the printed pages, as a reader of PDF files finds it.
     QString textoImpresso(const QString &relatorio) {
@@ -112,10 +62,6 @@ struct Cena : Instalacao {
         texto.replace(QRegularExpression(u" {2,}"_s), u"  "_s).replace(QRegularExpression(u"\\n{2,}"_s), u"\n"_s);
         return diferencaDoOuro(relatorio + u".txt", texto.toUtf8());
     }
-    ~Cena() { delete form; }
-
-    QWidget principal;
-    QPointer<QWidget> form;
 
 private:
     QString m_nome;
@@ -132,15 +78,20 @@ private Q_SLOTS:
         QVERIFY2(!QStandardPaths::findExecutable(u"pdftotext"_s).isEmpty(), "pdftotext (poppler-utils) is missing");
     }
 
-    // The limits are those of the first record stored of the last sensor chosen; later ones count nothing.
+    // The limits are those of the first record stored of the last sensor chosen; later ones count nothing. What cannot
+    // be read makes no bar and moves no bound.
     void histograma() {
         Cena c(u"frmGraficoPrincipalHistogramaTemp"_s);
         c.leituras(temperaturas, id(1), {{u"2024-03-15 01:00:00"_s, 4, u"99XXX98"_s}, {u"2024-03-15 02:00:00"_s, 5}});
         c.leituras(temperaturas, id(2),
                    {{u"2023-01-01 00:00:00"_s, 1, u" 7 XXX 4,2 "_s},
                     {u"2024-03-15 03:00:00"_s, u"ND"_s, u"1XXX0"_s},
-                    {u"2024-03-15 04:00:00"_s, u"7,5"_s, QVariant()}});
+                    {u"2024-03-15 04:00:00"_s, u"7,5"_s, QVariant()},
+                    {u"2024-03-15 05:00:00"_s, u"abc"_s},
+                    {u"2024-03-15 06:00:00"_s, HUGE_VAL}});
         c.abrir(2);
+        c.erros.esperar(
+            u"de fora: 2. O primeiro: tabela Temperaturas, sensor %1, data 2024-03-15 05:00:00, \"abc\""_s.arg(id(2)));
         controlo<QComboBox>(c.form, u"cboIntervaloHistograma"_s)->setCurrentText(u"1,0"_s);
         c.confirmar();
         const TSerie &barras = c.chart().Series(0);
@@ -150,7 +101,7 @@ private Q_SLOTS:
         QCOMPARE(barras.estado(0), EstadoDoPonto::Abaixo);
         QCOMPARE(barras.PointLabel(1), u"7,1 <> 8"_s);
         QCOMPARE(barras.estado(1), EstadoDoPonto::Acima);
-        QCOMPARE(controlo<QLabel>(c.form, u"lblTotal"_s)->text(), u"N° de Leituras = 3"_s);
+        QCOMPARE(c.legenda(u"lblTotal"_s), u"N° de Leituras = 3"_s);
         QVERIFY(qAbs(c.chart().Left().Maximum - 2.2) < 1e-9);
         QCOMPARE(modINI::GetSetting(u"Vistrel"_s, u"frmGraficoPrincipalHistogramaTemp"_s, u"Hist"_s), u"1,0"_s);
         clicar(c.form, u"cmdImprimir"_s);
@@ -174,7 +125,6 @@ private Q_SLOTS:
         c.confirmar();
         QCOMPARE(c.chart().Series(0).Count(), 1);
         QCOMPARE(c.chart().Series(0).YValue(0), 2.0);
-        QCOMPARE(c.chart().Series(0).estado(0), EstadoDoPonto::Normal);
     }
 
     void histogramaSemBarras_data() {
@@ -191,11 +141,11 @@ private Q_SLOTS:
         c.abrir(1);
         c.confirmar();
         QCOMPARE(c.chart().Series(0).Count(), 0);
-        QCOMPARE(controlo<QLabel>(c.form, u"lblTotal"_s)->text(), QString());
+        QCOMPARE(c.legenda(u"lblTotal"_s), QString());
         QTEST(c.chart().aviso(), "aviso");
         QCOMPARE(c.chart().rodape(), QString());
         for (const QString &botao : {u"cmdImprimir"_s, u"cmdJPG"_s})
-            QVERIFY(!controlo<QWidget>(c.form, botao)->isEnabled());
+            QVERIFY(!c.permitido(botao));
     }
 
     void intervaloRecusado_data() {
@@ -221,7 +171,7 @@ private Q_SLOTS:
         c.confirmar();
         QVERIFY(c.principal.isEnabled());
         QCOMPARE(c.chart().Series(0).Count(), 1);
-        QVERIFY(controlo<QWidget>(c.form, u"PictOpccoes"_s)->isVisible());
+        QVERIFY(c.visivel(u"PictOpccoes"_s));
         QCOMPARE(modINI::GetSetting(u"Vistrel"_s, u"frmGraficoPrincipalHistogramaTemp"_s, u"Hist"_s), u"0,11"_s);
     }
 
@@ -232,7 +182,7 @@ private Q_SLOTS:
         const QString mudaram = u" Os limites mudaram dentro do intervalo escolhido."_s;
         caso("as they were", u"30XXX5"_s, u" 30,0 XXX5.0"_s, de + u"máximo 30, mínimo 5"_s + desde);
         caso("others", u"30XXX5"_s, u"30XXX6"_s, de + u"máximo 30, mínimo 5"_s + desde + mudaram);
-        caso("none at first", QVariant(), u"30XXXNA"_s, de + u"máximo NA, mínimo NA"_s + desde + mudaram);
+        caso("none at first", {}, u"30XXXNA"_s, de + u"máximo NA, mínimo NA"_s + desde + mudaram);
         caso("what is none", u"30XXX5"_s, u"trintaXXX5"_s, de + u"máximo 30, mínimo 5"_s + desde);
     }
     // The limits that the colours follow, since when, and whether those of the range are others.
@@ -245,41 +195,6 @@ private Q_SLOTS:
         c.abrir(1);
         c.confirmar();
         QTEST(c.chart().rodape(), "frase");
-    }
-
-    void todosAbrem_data() {
-        QTest::addColumn<QString>("form");
-        for (const MembroHistograma &m : familiaHistogramas())
-            QTest::newRow(m.form.toUtf8().constData()) << m.form.toString();
-        for (const MembroListagem &m : familiaListagens())
-            QTest::newRow(m.form.toUtf8().constData()) << m.form.toString();
-    }
-    // Titles come from the form's own key, the row of all sensors in three of them from that of another; an empty range
-    // neither reports nor lets print.
-    void todosAbrem() {
-        QFETCH(const QString, form);
-        static const QHash<QString, QString> alheios{
-            {u"frmListagemObservacoesHumidade"_s, u"frmGraficoHistogramaSensUIPull"_s},
-            {u"frmListagemObservacoesHumidadePull"_s, u"frmGraficoHistogramaSensUIPull"_s},
-            {u"frmListagemAlarmesHum"_s, u"frmListagemObservacoesTemp"_s}};
-        Cena c(form, u"C"_s);
-        for (const QString &tipo : {u"P 1250%"_s, u"K"_s, u"D"_s})
-            c.sensor({u"28B000000000000"_s + tipo.right(1), tipo, tipo});
-        c.ficheiroLingua(u"XX"_s, {{u"VISTREL_"_s + form, form + u".Caption", u"Title in XX"_s},
-                                   {u"VISTREL_"_s + alheios.value(form, form), u"Grupos.Caption"_s, u"All in XX"_s}});
-        c.usarLingua(u"XX"_s);
-        estado().Lingua = u"XX"_s;
-        c.abrir(0);
-        QCOMPARE(c.form->windowTitle(), u"Title in XX"_s);
-        if (auto *grupos = c.form->findChild<Grelha *>(u"grdGrupos"_s)) {
-            clicar(c.form, u"cmdGrupos"_s);
-            QCOMPARE(grupos->celula(0, 1), u"All in XX"_s);
-            clicar(c.form, u"cmdGrupos"_s);
-            clicar(c.form, u"cmdAdicionarAll"_s);
-        }
-        c.confirmar();
-        if (form.startsWith(u"frmListagem"))
-            QVERIFY(!controlo<QPushButton>(c.form, u"cmdImprimir"_s)->isEnabled());
     }
 
     void listagem() {
@@ -341,9 +256,9 @@ private Q_SLOTS:
     }
 
     void listagemDaUnidade_data() {
-        QTest::addColumn<QString>("relatorio");
-        QTest::newRow("frmListagemObservacoesTemp") << u"DataReportListagemTemp"_s;
-        QTest::newRow("frmListagemAlarmesMediasTemp") << u"DataReportAlarmes"_s;
+        const Tabela<QString> caso("relatorio");
+        caso("frmListagemObservacoesTemp", u"DataReportListagemTemp"_s);
+        caso("frmListagemAlarmesMediasTemp", u"DataReportAlarmes"_s);
     }
     // Several sensors under the filter of a unit: its head, not only the dates, and those below where they do not fit.
     void listagemDaUnidade() {
@@ -503,15 +418,12 @@ private Q_SLOTS:
         clicar(c.form, u"cmdImprimir"_s);
         const QString pdf = c.ficheiro(u"velho.pdf"_s);
         Instalacao::escreverFicheiro(pdf, "velho");
-        std::signal(SIGXFSZ, SIG_IGN);
-        rlimit antes{};
-        getrlimit(RLIMIT_FSIZE, &antes);
-        const rlimit pouco{4000, antes.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &pouco);
         c.dialogos.responderGravar(pdf, u"2024/3/15/Listagem de Descrições de Temperatura.pdf"_s);
         c.erros.esperar(u"velho.pdf"_s);
-        c.previsao(u"DataReportListagemTemp"_s)->findChild<QAction *>(u"cmdPDF"_s)->trigger();
-        setrlimit(RLIMIT_FSIZE, &antes);
+        {
+            const DiscoCheio cheio(4000);
+            c.previsao(u"DataReportListagemTemp"_s)->findChild<QAction *>(u"cmdPDF"_s)->trigger();
+        }
         QCOMPARE(Instalacao::lerFicheiro(pdf), QByteArray("velho"));
     }
 
@@ -524,18 +436,23 @@ private Q_SLOTS:
         utilizador::tecla(&c.grelha(), Qt::Key_C, Qt::ControlModifier);
         QCOMPARE(QApplication::clipboard()->text().count(u'\n'), 60000);
         QAbstractItemView::EditTriggers durante = QAbstractItemView::AllEditTriggers;
-        QTimer::singleShot(60, &c.principal, [&c, &durante] {
+        std::function<void(QAction *)> aMeio = [&](QAction *parar) {
             durante = c.grelha().editTriggers();
-            if (auto *janela = c.previsao(u"DataReportListagemTemp"_s))
-                if (auto *parar = janela->findChild<QAction *>(u"cmdParar"_s))
-                    parar->trigger();
+            parar->trigger();
+        };
+        QTimer atento;
+        connect(&atento, &QTimer::timeout, &c.principal, [&] {
+            const auto *janela = c.previsao(u"DataReportListagemTemp"_s);
+            if (auto *parar = janela ? janela->findChild<QAction *>(u"cmdParar"_s) : nullptr)
+                aMeio(parar);
         });
+        atento.start(1);
         clicar(c.form, u"cmdImprimir"_s);
         QVERIFY(utilizador::esperar([&c] { return !c.previsao(u"DataReportListagemTemp"_s); }));
         QCOMPARE(durante, QAbstractItemView::NoEditTriggers); // no note under the open cursor
         QVERIFY(c.grelha().editTriggers().testFlag(QAbstractItemView::DoubleClicked));
         // Closed while its pages are made: the listing's end ends them.
-        QTimer::singleShot(60, &c.principal, [&c] { delete c.form; });
+        aMeio = [&c](QAction *) { delete c.form; };
         controlo<QPushButton>(c.form, u"cmdImprimir"_s)->click();
         QVERIFY(utilizador::esperar([&c] { return !c.previsao(u"DataReportListagemTemp"_s); }));
     }
@@ -571,7 +488,7 @@ private Q_SLOTS:
         Cena c(u"frmGraficoPrincipalPressao"_s, u"K"_s);
         c.leituras(u"Pressao"_s, id(1), {{u"2024-03-15 01:00:00"_s, 101.3, u"105XXXNA"_s}});
         c.abrir(1);
-        QVERIFY(!controlo<QPushButton>(c.form, u"cmdExport"_s)->isEnabled());
+        QVERIFY(!c.permitido(u"cmdExport"_s));
         c.confirmar();
         const QString csv = c.ficheiro(u"p.csv"_s);
         c.dialogos.responderGravar(csv, u"2024/3/15/GraphTemp12-00-00.csv"_s);
@@ -669,11 +586,11 @@ private Q_SLOTS:
     }
 
     void lugarDaListagem_data() {
-        QTest::addColumn<QString>("lugar");
+        const Tabela<QString> caso("lugar");
         const QString partilhado = u"frmListagemAlarmesMediasTemp"_s;
         for (const QString &form : {partilhado, u"frmListagemAlarmesPressao"_s, u"frmListagemAlarmesDPC"_s})
-            QTest::newRow(qPrintable(form)) << partilhado;
-        QTest::newRow("frmListagemAlarmesHum") << u"frmListagemAlarmesHum"_s;
+            caso(qPrintable(form), partilhado);
+        caso("frmListagemAlarmesHum", u"frmListagemAlarmesHum"_s);
     }
     // The height comes back, the width is the design's; three listings share one place.
     void lugarDaListagem() {
@@ -685,6 +602,8 @@ private Q_SLOTS:
         c.abrir(0);
         QCOMPARE(c.form->height(), 600);
         QVERIFY(c.form->width() >= 700);
+        c.confirmar();
+        QVERIFY(!c.permitido(u"cmdImprimir"_s)); // there is nothing to print
         c.form->close();
         QVERIFY(modINI::GetSetting(u"Vistrel"_s, u"FORMS"_s, lugar + u"WIDTH") != u"1500"_s);
         QCOMPARE(modINI::GetSetting(u"Vistrel"_s, u"FORMS"_s, form + u"TOP").isEmpty(), form != lugar);

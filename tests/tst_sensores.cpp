@@ -1,14 +1,5 @@
-#include "data/ligacao.h"
-#include "data/recordset.h"
 #include "platform/forms/grelha.h"
 #include "tests/manutencaoDeTeste.h"
-
-#include <QDir>
-#include <QHelpEvent>
-#include <QLabel>
-#include <QLineEdit>
-#include <QMenu>
-#include <QToolTip>
 
 using namespace utilizador;
 

@@ -1,5 +1,3 @@
-#include "core/falha.h"
-#include "core/modINI.h"
 #include "platform/onewire/DS1921.h"
 #include "platform/onewire/crc.h"
 #include "platform/onewire/memoria1921.h"
@@ -14,11 +12,7 @@
 #include "tests/apoio/instalacao.h"
 #include "tests/apoio/leitorSerie.h"
 
-#include <QDir>
-#include <QProcess>
-#include <QStandardPaths>
 #include <QTcpServer>
-#include <QtTest>
 
 #include <unistd.h>
 

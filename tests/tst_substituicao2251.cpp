@@ -1,17 +1,8 @@
 // What a log does to what the tables hold already, and how it is brought back.
-#include "core/falha.h"
-#include "core/modINI.h"
 #include "poseidon/reposicao2251.h"
 #include "poseidon/substituidas2251.h"
 #include "tests/apoio/filho.h"
-#include "tests/apoio/tabela.h"
 #include "tests/log2251.h"
-
-#include <QDir>
-#include <QFile>
-#include <QRandomGenerator>
-#include <QSet>
-#include <QTest>
 
 #include <csignal>
 #include <unistd.h>

@@ -1,19 +1,12 @@
 // The terminal as a user works it, with a server that keeps what it receives.
-#include "core/estado.h"
 #include "platform/forms/registoForms.h"
 #include "poseidon/forms/registar.h"
 #include "tests/apoio/espera.h"
 #include "tests/apoio/widgets.h"
 #include "tests/log2251.h"
 
-#include <QLineEdit>
-#include <QPlainTextEdit>
-#include <QPointer>
-#include <QPushButton>
-#include <QSignalSpy>
 #include <QTcpServer>
 #include <QTcpSocket>
-#include <QTest>
 
 using utilizador::clicar;
 using utilizador::controlo;

@@ -1,11 +1,6 @@
-#include "core/estado.h"
-#include "core/modINI.h"
 #include "core/modTraducoes.h"
 #include "core/textoMostrado.h"
 #include "tests/apoio/instalacao.h"
-
-#include <QRegularExpression>
-#include <QTest>
 
 class tst_traducoes : public QObject {
     Q_OBJECT
@@ -42,15 +37,14 @@ private Q_SLOTS:
     }
 
     void mostrado_data() {
-        QTest::addColumn<QString>("texto");
-        QTest::addColumn<QString>("linha");
-        QTest::newRow("as it is") << u"<b>Sala & 1</b> 😀"_s << u"<b>Sala & 1</b> 😀"_s;
-        QTest::newRow("line ends") << u"a\r\nb\nc\rd"_s << u"a↵b↵c↵d"_s;
-        QTest::newRow("controls") << u"a\tb\x1b[m\u0085"_s << u"a b�[m↵"_s;
-        QTest::newRow("directions") << u"\u202egnp\u200f"_s << u"�gnp�"_s;
-        QTest::newRow("halves") << QString(QChar(0xdc00) + u"x"_s + QChar(0xd800)) << u"�x�"_s;
-        QTest::newRow("long") << QString(30, u'W') << QString(QString(19, u'W') + u'…');
-        QTest::newRow("no half is left") << QString(QString(18, u'W') + u"😀😀"_s) << QString(QString(18, u'W') + u'…');
+        const Tabela<QString, QString> caso("texto", "linha");
+        caso("as it is", u"<b>Sala & 1</b> 😀"_s, u"<b>Sala & 1</b> 😀"_s);
+        caso("line ends", u"a\r\nb\nc\rd"_s, u"a↵b↵c↵d"_s);
+        caso("controls", u"a\tb\x1b[m\u0085"_s, u"a b�[m↵"_s);
+        caso("directions", u"\u202egnp\u200f"_s, u"�gnp�"_s);
+        caso("halves", QString(QChar(0xdc00) + u"x"_s + QChar(0xd800)), u"�x�"_s);
+        caso("long", QString(30, u'W'), QString(QString(19, u'W') + u'…'));
+        caso("no half is left", QString(QString(18, u'W') + u"😀😀"_s), QString(QString(18, u'W') + u'…'));
     }
     void mostrado() {
         QFETCH(const QString, texto);
@@ -60,14 +54,12 @@ private Q_SLOTS:
     }
 
     void nomesDosMeses_data() {
-        QTest::addColumn<QString>("lingua");
-        QTest::addColumn<QString>("sistema");
-        QTest::addColumn<QString>("locale");
-        QTest::newRow("a system without a language") << u"PT"_s << u"C"_s << u"pt_PT"_s;
-        QTest::newRow("by the country") << u"CZ"_s << u"C"_s << u"cs_CZ"_s;
-        QTest::newRow("the system speaks another") << u"EN"_s << u"pt_PT"_s << u"en_US"_s;
-        QTest::newRow("the system speaks it its own way") << u"EN"_s << u"en_GB"_s << u"en_GB"_s;
-        QTest::newRow("of no known language") << u"XX"_s << u"C"_s << u"pt_PT"_s;
+        const Tabela<QString, QString, QString> caso("lingua", "sistema", "locale");
+        caso("a system without a language", u"PT"_s, u"C"_s, u"pt_PT"_s);
+        caso("by the country", u"CZ"_s, u"C"_s, u"cs_CZ"_s);
+        caso("the system speaks another", u"EN"_s, u"pt_PT"_s, u"en_US"_s);
+        caso("the system speaks it its own way", u"EN"_s, u"en_GB"_s, u"en_GB"_s);
+        caso("of no known language", u"XX"_s, u"C"_s, u"pt_PT"_s);
     }
     void nomesDosMeses() {
         QFETCH(const QString, lingua);

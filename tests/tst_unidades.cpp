@@ -1,5 +1,3 @@
-#include "core/estado.h"
-#include "core/falha.h"
 #include "platform/unit/Consola.h"
 #include "platform/unit/KVsocket.h"
 #include "platform/unit/UdpSetup.h"
@@ -8,14 +6,9 @@
 #include "platform/unit/telnet.h"
 #include "tests/apoio/espera.h"
 #include "tests/apoio/instalacao.h"
-#include "tests/apoio/tabela.h"
 #include "tests/unidadesDeTeste.h"
 
 #include <QNetworkDatagram>
-#include <QProcess>
-#include <QRegularExpression>
-#include <QSignalSpy>
-#include <QTcpServer>
 #include <QTcpSocket>
 #include <QUdpSocket>
 
@@ -158,10 +151,9 @@ private Q_SLOTS:
     }
 
     void pesquisaTardia_data() {
-        QTest::addColumn<bool>("tardia");
-        QTest::addColumn<QStringList>("achadas");
-        QTest::newRow("in time") << false << QStringList{u"127.0.0.2"_s};
-        QTest::newRow("to the search before") << true << QStringList();
+        const Tabela<bool, QStringList> caso("tardia", "achadas");
+        caso("in time", false, {u"127.0.0.2"_s});
+        caso("to the search before", true, {});
     }
     // A unit that answers the second search of the two: with the mark of that one, or still with that of the first.
     void pesquisaTardia() {
@@ -195,11 +187,9 @@ private Q_SLOTS:
 
     void pesquisaInundada() {
         Busca busca({{Defeito::BuscaInundacao}, {}}, 600);
-        MedidorDeParagens paragens;
         const QStringList encontradas = busca.procurar();
         QCOMPARE(encontradas.count(u"127.0.0.3"_s), 1);
         QCOMPARE(encontradas.count(u"127.0.0.2"_s), 32);
-        QVERIFY2(paragens.maior() < paragemMaxima, qPrintable(QString::number(paragens.maior())));
     }
 
     void pesquisaDestruidaNoTratamento() {

@@ -1,15 +1,9 @@
 #include "platform/unit/PosLog.h"
 #include "platform/unit/espera.h"
-#include "tests/apoio/discoCheio.h"
 #include "tests/apoio/espera.h"
 #include "tests/apoio/instalacao.h"
-#include "tests/apoio/tabela.h"
 #include "tests/unidadesDeTeste.h"
 
-#include <QBuffer>
-#include <QFile>
-#include <QSignalSpy>
-#include <QTcpServer>
 #include <QTcpSocket>
 
 using simulador::Defeito;
@@ -198,33 +192,6 @@ private Q_SLOTS:
         QCOMPARE(Descarga(*unidade).correr(), -1); // somebody else has read more meanwhile
         QCOMPARE(outro.apagar(), int(PosLog::apagamento));
         QVERIFY(unidade->registo().quantos() > 2);
-    }
-
-    void apagadoFicaApagado() {
-        m_instalacao->relogio(u"2026-03-01 10:00:00"_s);
-        simulador::Definicao guardada = definicao();
-        guardada.ficheiroEstado = m_instalacao->ficheiro(u"unidades/a.json"_s);
-        guardada.acertoMinutos = -21;
-        auto unidade = ligarUnidade(guardada);
-        Descarga d(*unidade);
-        QVERIFY(d.log->apagar());
-        QCOMPARE(unidade->registo().quantos(), qint64(0));
-        QVERIFY(d.log->apagar()); // an empty memory is no failure
-        QCOMPARE(d.correr(), -1);
-        QCOMPARE(d.log->numeroDeRegistos(), 0);
-        unidade->registo().acertar(QDateTime(QDate(2026, 3, 1), QTime(10, 5), Qt::UTC));
-        m_instalacao->relogio(u"2026-03-01 10:05:30"_s);
-        const QByteArray guardado = Instalacao::lerFicheiro(guardada.ficheiroEstado);
-        {
-            const DiscoCheio cheio(4);
-            QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"a\\.json"_s));
-            unidade->registo().acertar(QDateTime(QDate(2026, 3, 2), QTime(10, 5), Qt::UTC));
-        }
-        QCOMPARE(Instalacao::lerFicheiro(guardada.ficheiroEstado), guardado);
-        unidade.reset();
-        unidade = ligarUnidade(guardada);
-        QCOMPARE(unidade->registo().quantos(), qint64(1));
-        QCOMPARE(unidade->registo().relogio(), QDateTime(QDate(2026, 3, 1), QTime(10, 10, 30), Qt::UTC));
     }
 
     void apagarRecusado() {

@@ -1,7 +1,5 @@
 #include "core/datas.h"
-#include "data/ligacao.h"
 #include "tests/apoio/instalacao.h"
-#include "tests/apoio/tabela.h"
 #include "views/alarme.h"
 #include "views/familiaGraficos.h"
 #include "views/ilegiveis.h"
@@ -9,8 +7,6 @@
 #include "views/notas.h"
 #include "views/periodos.h"
 #include "views/sensores.h"
-
-#include <QTest>
 
 namespace {
 
@@ -55,20 +51,20 @@ class tst_vistas : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void regraDoTipo_data() {
-        QTest::addColumn<QString>("tipo");
-        QTest::addColumn<QString>("aceites"); // of T H P D
-        QTest::newRow("C") << u"P 1250C"_s << u"T"_s;
-        QTest::newRow("blank at the end") << u"P 1250% "_s << u"H"_s;
-        QTest::newRow("sens-ui volts") << u"P 1250V"_s << QString();
-        QTest::newRow("sens-ui amperes") << u"P 1250A"_s << QString();
-        QTest::newRow("pressure of a device") << u"P 1250K"_s << u"P"_s;
-        QTest::newRow("dew point of a device") << u"P 1250D"_s << u"D"_s;
+        // aceites: of T H P D
+        const Tabela<QString, QString> caso("tipo", "aceites");
+        caso("C", u"P 1250C"_s, u"T"_s);
+        caso("blank at the end", u"P 1250% "_s, u"H"_s);
+        caso("sens-ui volts", u"P 1250V"_s, {});
+        caso("sens-ui amperes", u"P 1250A"_s, {});
+        caso("pressure of a device", u"P 1250K"_s, u"P"_s);
+        caso("dew point of a device", u"P 1250D"_s, u"D"_s);
         // Only those whole types are kept from temperatures: another one that ends alike passes both.
-        QTest::newRow("other pressure") << u"K"_s << u"TP"_s;
-        QTest::newRow("other dew point") << u"HX D"_s << u"TD"_s;
-        QTest::newRow("volts with a blank") << u"P 1250V "_s << u"T"_s;
-        QTest::newRow("small k") << u"P 1250k"_s << u"T"_s;
-        QTest::newRow("empty") << QString() << u"T"_s;
+        caso("other pressure", u"K"_s, u"TP"_s);
+        caso("other dew point", u"HX D"_s, u"TD"_s);
+        caso("volts with a blank", u"P 1250V "_s, u"T"_s);
+        caso("small k", u"P 1250k"_s, u"T"_s);
+        caso("empty", {}, u"T"_s);
     }
 
     void regraDoTipo() {
@@ -81,19 +77,18 @@ private Q_SLOTS:
     }
 
     void limites_data() {
-        QTest::addColumn<QString>("texto");
-        QTest::addColumn<QString>("esperado");
-        QTest::newRow("both") << u"30XXX5"_s << u"30|5"_s;
-        QTest::newRow("comma and point") << u"30,5XXX-2.25"_s << u"30.5|-2.25"_s;
-        QTest::newRow("blanks") << u" 30 XXX NA "_s << u"30|-"_s;
-        QTest::newRow("none") << u"NAXXXNA"_s << u"-|-"_s;
-        QTest::newRow("empty parts") << u"XXX"_s << u"-|-"_s;
-        QTest::newRow("no separator") << u"30"_s << u"-|-"_s;
-        QTest::newRow("small separator") << u"30xxx5"_s << u"-|-"_s;
-        QTest::newRow("empty") << QString() << u"-|-"_s;
-        QTest::newRow("more parts") << u"30XXX5XXX99"_s << u"30|5"_s;
-        QTest::newRow("no number") << u"30XXXcinco"_s << u"30|- unreadable"_s;
-        QTest::newRow("no numbers") << u"trintaXXXcinco"_s << u"-|- unreadable"_s;
+        const Tabela<QString, QString> caso("texto", "esperado");
+        caso("both", u"30XXX5"_s, u"30|5"_s);
+        caso("comma and point", u"30,5XXX-2.25"_s, u"30.5|-2.25"_s);
+        caso("blanks", u" 30 XXX NA "_s, u"30|-"_s);
+        caso("none", u"NAXXXNA"_s, u"-|-"_s);
+        caso("empty parts", u"XXX"_s, u"-|-"_s);
+        caso("no separator", u"30"_s, u"-|-"_s);
+        caso("small separator", u"30xxx5"_s, u"-|-"_s);
+        caso("empty", {}, u"-|-"_s);
+        caso("more parts", u"30XXX5XXX99"_s, u"30|5"_s);
+        caso("no number", u"30XXXcinco"_s, u"30|- unreadable"_s);
+        caso("no numbers", u"trintaXXXcinco"_s, u"-|- unreadable"_s);
     }
 
     void limites() {
@@ -107,21 +102,19 @@ private Q_SLOTS:
 
     // The same value between the same limits is not the same to all three rules.
     void alarmes_data() {
-        QTest::addColumn<double>("maximo");
-        QTest::addColumn<double>("minimo");
-        QTest::addColumn<double>("valor");
-        QTest::addColumn<QString>("esperado"); // of a reading, a bar, a sample
         constexpr double nenhum = std::numeric_limits<double>::quiet_NaN();
-        QTest::newRow("on the maximum") << 30.0 << 5.0 << 30.0 << u"+++"_s;
-        QTest::newRow("under the maximum") << 30.0 << 5.0 << 29.9 << u"000"_s;
-        QTest::newRow("on the minimum") << 30.0 << 5.0 << 5.0 << u"---"_s;
-        QTest::newRow("over the minimum") << 30.0 << 5.0 << 5.1 << u"000"_s;
-        QTest::newRow("crossed limits") << 5.0 << 30.0 << 10.0 << u"+--"_s;
-        QTest::newRow("only maximum, on it") << 30.0 << nenhum << 30.0 << u"+++"_s;
-        QTest::newRow("only maximum, under") << 30.0 << nenhum << -80.0 << u"000"_s;
-        QTest::newRow("only minimum, on it") << nenhum << 5.0 << 5.0 << u"---"_s;
-        QTest::newRow("only minimum, over: the bar is lost") << nenhum << 5.0 << 500.0 << u"0 0"_s;
-        QTest::newRow("none") << nenhum << nenhum << 500.0 << u"000"_s;
+        // esperado: of a reading, a bar, a sample
+        const Tabela<double, double, double, QString> caso("maximo", "minimo", "valor", "esperado");
+        caso("on the maximum", 30.0, 5.0, 30.0, u"+++"_s);
+        caso("under the maximum", 30.0, 5.0, 29.9, u"000"_s);
+        caso("on the minimum", 30.0, 5.0, 5.0, u"---"_s);
+        caso("over the minimum", 30.0, 5.0, 5.1, u"000"_s);
+        caso("crossed limits", 5.0, 30.0, 10.0, u"+--"_s);
+        caso("only maximum, on it", 30.0, nenhum, 30.0, u"+++"_s);
+        caso("only maximum, under", 30.0, nenhum, -80.0, u"000"_s);
+        caso("only minimum, on it", nenhum, 5.0, 5.0, u"---"_s);
+        caso("only minimum, over: the bar is lost", nenhum, 5.0, 500.0, u"0 0"_s);
+        caso("none", nenhum, nenhum, 500.0, u"000"_s);
     }
     void alarmes() {
         QFETCH(double, maximo);
@@ -135,15 +128,13 @@ private Q_SLOTS:
     }
 
     void media_data() {
-        QTest::addColumn<QVariantList>("valores");
-        QTest::addColumn<double>("esperada");
-        QTest::addColumn<int>("pontos");
-        QTest::newRow("numbers") << QVariantList{1.0, 2.0, 6.0} << 3.0 << 3;
-        QTest::newRow("comma, point and number") << QVariantList{u"1,5"_s, u"2.5"_s, 5.0} << 3.0 << 3;
-        QTest::newRow("ND does not weigh") << QVariantList{10.0, u"ND"_s, 20.0} << 15.0 << 3;
-        QTest::newRow("Null does not weigh") << QVariantList{10.0, QVariant(), 20.0} << 15.0 << 3;
-        QTest::newRow("only ND") << QVariantList{u"ND"_s, u" nd "_s} << 0.0 << 2;
-        QTest::newRow("nothing") << QVariantList{} << 0.0 << 0;
+        const Tabela<QVariantList, double, int> caso("valores", "esperada", "pontos");
+        caso("numbers", {1.0, 2.0, 6.0}, 3.0, 3);
+        caso("comma, point and number", {u"1,5"_s, u"2.5"_s, 5.0}, 3.0, 3);
+        caso("ND does not weigh", {10.0, u"ND"_s, 20.0}, 15.0, 3);
+        caso("Null does not weigh", {10.0, {}, 20.0}, 15.0, 3);
+        caso("only ND", {u"ND"_s, u" nd "_s}, 0.0, 2);
+        caso("nothing", {}, 0.0, 0);
     }
 
     void media() {
@@ -222,14 +213,13 @@ private Q_SLOTS:
     }
 
     void sensoresPorFiltro_data() {
-        QTest::addColumn<QString>("tag");
-        QTest::addColumn<QStringList>("ids");
-        QTest::newRow("all") << u"0"_s << QStringList{u"a"_s, u"b"_s, u"c"_s, u"d"_s};
-        QTest::newRow("group") << u"7"_s << QStringList{u"b"_s, u"d"_s};
-        QTest::newRow("unit, both leading digits") << u"#P#10.0.0.1"_s << QStringList{u"a"_s, u"b"_s};
-        QTest::newRow("unit with a quote") << u"#P#o'unit"_s << QStringList{u"d"_s};
-        QTest::newRow("no such group") << u"8"_s << QStringList();
-        QTest::newRow("not quite a unit") << u"#P#"_s << QStringList();
+        const Tabela<QString, QStringList> caso("tag", "ids");
+        caso("all", u"0"_s, {u"a"_s, u"b"_s, u"c"_s, u"d"_s});
+        caso("group", u"7"_s, {u"b"_s, u"d"_s});
+        caso("unit, both leading digits", u"#P#10.0.0.1"_s, {u"a"_s, u"b"_s});
+        caso("unit with a quote", u"#P#o'unit"_s, {u"d"_s});
+        caso("no such group", u"8"_s, {});
+        caso("not quite a unit", u"#P#"_s, {});
     }
 
     void sensoresPorFiltro() {
@@ -264,29 +254,6 @@ private Q_SLOTS:
         for (const Filtro &f : sensores::listarFiltros(u"Todos"_s, Vigia(&dono)))
             obtidos.append(f.tag + u'=' + f.texto);
         QCOMPARE(obtidos, QStringList({u"0=Todos"_s, u"#P#10.0.0.1=Cave"_s, u"3=Câmaras"_s}));
-    }
-
-    void notaDeUmaLeitura_data() {
-        QTest::addColumn<QString>("escrita");
-        QTest::addColumn<QString>("guardada");
-        QTest::addColumn<QString>("mostrada");
-        QTest::newRow("text") << u"porta aberta"_s << u"porta aberta"_s << u"porta aberta"_s;
-        QTest::newRow("blanks cut") << u"  a b  "_s << u"a b"_s << u"a b"_s;
-        QTest::newRow("erased") << QString() << u" "_s << QString();
-        QTest::newRow("only blanks") << u"   "_s << u" "_s << QString();
-        QTest::newRow("quote") << u"it's"_s << u"it's"_s << u"it's"_s;
-    }
-
-    void notaDeUmaLeitura() {
-        const Instalacao inst;
-        inst.leituras(u"Humidade"_s, sensorA, {{u"2024-03-10 10:00:01"_s, 50.0}, {u"2024-03-10 10:00:02"_s, 51.0}});
-        QFETCH(QString, escrita);
-        const notas::Lugar onde = lugar(u"Humidade", instante(u"2024-03-10 10:00:02"_s));
-        QCOMPARE(notas::gravar(*notas::procurar(onde), notas::paraGuardar(escrita)), Resultado::Gravada);
-        QTEST(inst.linha(u"SELECT flag FROM Humidade WHERE Percentagem = 51"_s).value(0).toString(), "guardada");
-        QCOMPARE(inst.linha(u"SELECT flag FROM Humidade WHERE Percentagem = 50"_s).value(0).toString(), u" "_s);
-        QTEST(notas::paraMostrar(notas::texto(*notas::procurar(onde))), "mostrada");
-        QVERIFY(!notas::procurar(lugar(u"Humidade", instante(u"2024-03-10 10:00:03"_s))));
     }
 
     // Two readings of one sensor in the same second: the note is that of the first stored, each time, unless the value
@@ -344,14 +311,12 @@ private Q_SLOTS:
     }
 
     void periodosDoMenu_data() {
-        QTest::addColumn<int>("qual");
-        QTest::addColumn<QDate>("hoje");
-        QTest::addColumn<QDate>("inicio");
-        QTest::newRow("today") << 0 << QDate(2024, 3, 1) << QDate(2024, 3, 1);
-        QTest::newRow("seven days over a leap day") << 1 << QDate(2024, 3, 1) << QDate(2024, 2, 24);
-        QTest::newRow("thirty days") << 2 << QDate(2024, 3, 30) << QDate(2024, 3, 1);
-        QTest::newRow("month") << 3 << QDate(2024, 2, 29) << QDate(2024, 2, 1);
-        QTest::newRow("thirteen months from a leap day") << 4 << QDate(2024, 3, 31) << QDate(2023, 2, 28);
+        const Tabela<int, QDate, QDate> caso("qual", "hoje", "inicio");
+        caso("today", 0, QDate(2024, 3, 1), QDate(2024, 3, 1));
+        caso("seven days over a leap day", 1, QDate(2024, 3, 1), QDate(2024, 2, 24));
+        caso("thirty days", 2, QDate(2024, 3, 30), QDate(2024, 3, 1));
+        caso("month", 3, QDate(2024, 2, 29), QDate(2024, 2, 1));
+        caso("thirteen months from a leap day", 4, QDate(2024, 3, 31), QDate(2023, 2, 28));
     }
 
     void periodosDoMenu() {

@@ -9,8 +9,6 @@
 #include <QHelpEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <QRegularExpression>
-#include <QTest>
 #include <QToolTip>
 
 namespace {

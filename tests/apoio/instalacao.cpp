@@ -1,15 +1,9 @@
 #include "tests/apoio/instalacao.h"
 
 #include "core/datas.h"
-#include "core/estado.h"
-#include "core/modINI.h"
 #include "core/perfil.h"
 #include "data/esquema.h"
-#include "data/ligacao.h"
 #include "data/modMain.h"
-
-#include <QDir>
-#include <QFile>
 
 #include <sqlite3.h>
 

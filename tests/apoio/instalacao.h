@@ -1,10 +1,13 @@
 #pragma once
 
+#include "core/estado.h"
+#include "core/falha.h"
 #include "core/literais.h"
+#include "core/modINI.h"
+#include "data/ligacao.h"
+#include "data/recordset.h"
 #include "tests/apoio/duplos.h"
-
-#include <QTemporaryDir>
-#include <QVariant>
+#include "tests/apoio/tabela.h"
 
 // One installation in a temporary folder: the program's folder, the settings folder that its Kelvark.ini names, and,
 // if wanted, an empty database, opened as the program opens it. The state of the process is made anew before and

@@ -3,6 +3,6 @@
 #include <QByteArray>
 #include <QString>
 
-// Compares with a golden file of tests/ouro. Empty when they are equal; otherwise what to print: a diff, and where the
-// present bytes were left, to take the golden file's place when the change is meant.
+// Compares with a golden file of tests/ouro. Empty when they are equal; otherwise a diff to print. With VISTREL_OURO
+// set the present bytes take the golden file's place; packaging/refazer-ouro.sh does it and shows what changed.
 QByteArray diferencaDoOuro(const QString &nome, const QByteArray &bytes);

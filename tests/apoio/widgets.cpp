@@ -2,13 +2,7 @@
 
 #include "core/literais.h"
 
-#include <QAbstractButton>
-#include <QAction>
-#include <QApplication>
-#include <QComboBox>
-#include <QLineEdit>
 #include <QTest>
-#include <QTextEdit>
 
 namespace {
 

@@ -1,11 +1,8 @@
 #pragma once
 
-#include <QString>
-#include <QWidget>
+#include <QtWidgets>
 
 #include <functional>
-
-class QAction;
 
 // What a user does with a form. Controls are found by their names in the form (or anywhere when the form is null);
 // a control that is missing, hidden or disabled when it is used ends the test with its name.
@@ -25,8 +22,8 @@ void accao(const QWidget *janela, const QString &chave);                        
 
 // The loaded form of that name, or null; hosted ones included.
 QWidget *form(const QString &nome);
-// Lets events run until the condition holds; false after the time.
-bool esperar(const std::function<bool()> &condicao, int ms = 5000);
+// Lets events run until the condition holds; false after the time, which only ends a test that fails.
+bool esperar(const std::function<bool()> &condicao, int ms = 60000);
 // Shows and waits until it can be worked with.
 void mostrar(QWidget *form);
 
