@@ -5,8 +5,8 @@ add_compile_definitions(QT_NO_CAST_FROM_BYTEARRAY QT_NO_FOREACH QT_NO_KEYWORDS Q
                         QT_DISABLE_DEPRECATED_BEFORE=0x060400)
 
 if(VISTREL_SANITIZE)
-  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
-  add_link_options(-fsanitize=address,undefined)
+  add_compile_options(-fsanitize=${VISTREL_SANITIZE} -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=${VISTREL_SANITIZE})
 endif()
 
 find_program(VISTREL_CCACHE ccache)

@@ -1,5 +1,9 @@
+#include "core/eventos.h"
+#include "data/comando.h"
 #include "tests/apoio/instalacao.h"
 #include "tests/falhaDe.h"
+
+#include <QTimer>
 
 #include <atomic>
 
@@ -84,6 +88,43 @@ private Q_SLOTS:
         QCOMPARE(guardadas(), linhas);
         apagar(u"1 = 1"_s);
         QCOMPARE(guardadas(), 0);
+    }
+
+    void deOutraJanela_data() {
+        const Tabela<QString> caso("como");
+        for (const QString &como : {u"statement"_s, u"command"_s, u"batch"_s, u"script"_s})
+            caso(qPrintable(como), como);
+    }
+    // What a user does while events run within a batch is neither part of it nor lost with it: it is refused.
+    void deOutraJanela() {
+        QFETCH(QString, como);
+        const Instalacao inst;
+        const QString alteracao = u"DELETE FROM Medias WHERE Sensor = 'S7'"_s;
+        Comando comando(cnBD(), alteracao);
+        const auto alterar = [&] {
+            if (como == u"statement")
+                cnBD().executar(alteracao);
+            else if (como == u"command")
+                comando.executar();
+            else if (como == u"script")
+                cnBD().executarGuiao(alteracao);
+            else
+                apagar(u"Sensor = 'S7'"_s);
+        };
+        Resultado recusa;
+        {
+            Transaccao transaccao(cnBD());
+            encher();
+            QTimer::singleShot(0, [&] { recusa = falhaDe(alterar); });
+            forcarEventos();
+            QCOMPARE(guardadas(), linhas);
+            transaccao.confirmar();
+        }
+        QVERIFY2(recusa.descricao.contains(u"não foi gravada"), qPrintable(recusa.descricao));
+        QCOMPARE(guardadas(), linhas);
+        QTimer::singleShot(0, [&] { alterar(); });
+        forcarEventos();
+        QCOMPARE(guardadas(), linhas - 1);
     }
 
     void recusada() {

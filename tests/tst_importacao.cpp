@@ -270,6 +270,12 @@ private Q_SLOTS:
         QVERIFY(carregar(u"Cave"_s, documento(canal(u"1"_s, u"C"_s, u"Sala"_s))).importado);
         QCOMPARE(conteudo(u"SELECT Nome, Porta FROM Poseidons"_s), QStringList(u"Cave|82"_s));
         QCOMPARE(descricoes(), QStringList(u"Sala"_s));
+        // The list shows 15 characters of a name; what it cut does not replace the whole.
+        const QString inteiro = u"Frigoríficos do Laboratório"_s;
+        cnBD().executar(u"UPDATE Poseidons SET Nome = ?"_s, {inteiro});
+        for (const QString &nome : {inteiro.left(15), inteiro.right(15)})
+            carregar(nome, documento({}));
+        QCOMPARE(conteudo(u"SELECT Nome FROM Poseidons"_s), QStringList(inteiro));
     }
 
     void lista() {

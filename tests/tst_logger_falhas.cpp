@@ -1,6 +1,8 @@
 #include "platform/onewire/barramento.h"
 #include "tests/bancada1921.h"
 
+#include <QJsonObject>
+
 using simulador::DefeitosBotao;
 using Campo = int DefeitosBotao::*;
 
@@ -126,6 +128,23 @@ private Q_SLOTS:
         }
     }
 
+    // Samples without a start have no date: none is stored, and they are not offered to be wiped.
+    void semInicio() {
+        Bancada b;
+        b.programar();
+        b.andar(101);
+        QJsonObject chip = b.leitor.chip().guardar();
+        QByteArray memoria = qUncompress(QByteArray::fromBase64(chip.value(u"memoria").toString().toLatin1()));
+        memoria.replace(0x215, 5, QByteArray(5, '\xFF')); // the time stamp of the mission
+        chip[u"memoria"_s] = QString::fromLatin1(qCompress(memoria).toBase64());
+        QVERIFY(b.leitor.chip().repor(chip));
+        b.instalacao.dialogos.esperarMensagem(u"não diz quando a missão começou"_s);
+        b.clicar("cmdLerDados");
+        b.instalacao.verificar();
+        QCOMPARE(b.linhas(), 0);
+        QVERIFY(b.leitor.chip().missao() && !b.permitido("cmdPararMissao") && !b.permitido("lblResultados"));
+    }
+
     // What is about to be destroyed is the button that was read, and as it was read.
     void trocadoAntesDeDestruir_data() {
         const Tabela<QString, bool, QString> caso("accao", "lidoEmMissao", "mensagem");
@@ -247,6 +266,8 @@ private Q_SLOTS:
         comDefeito(b, defeito, quando, "cmdConcluir");
         const QStringList ditos = b.instalacao.dialogos.textos + b.instalacao.erros.mensagens;
         QVERIFY(b.leitor.chip().missao() || !ditos.isEmpty());
+        const bool foi = defeito == &DefeitosBotao::retirar || defeito == &DefeitosBotao::adaptadorFora;
+        QVERIFY2(!foi || b.leitor.chip().missao() || ditos.size() == 1, qPrintable(ditos.join(u'|')));
         if (defeito == &DefeitosBotao::copiaRecusada)
             QVERIFY(!b.leitor.chip().missao() && ditos.filter(u"erro ao tentar escrever"_s).size() == 1);
         if (b.leitor.chip().missao())

@@ -12,6 +12,7 @@
 
 #include <QPrintDialog>
 #include <QPrinter>
+#include <QScrollArea>
 
 namespace {
 
@@ -407,6 +408,30 @@ private Q_SLOTS:
                  qPrintable(caixas));
         QVERIFY(caixas.contains(u">1001<"_s));
         janela->close();
+    }
+
+    // The keys turn pages wherever the keyboard is, the scroll area included, and the usual one closes the window.
+    void teclasDaPrevisao() {
+        Cena c(u"frmListagemObservacoesTemp"_s);
+        c.leituras(temperaturas, id(1), u"2024-03-15 00:00:00"_s, 60, QList<double>(300, 4.5));
+        c.abrir(1);
+        c.confirmar();
+        clicar(c.form, u"cmdImprimir"_s);
+        QPointer<JanelaRelatorio> janela = c.previsao(u"DataReportListagemTemp"_s);
+        QVERIFY(QTest::qWaitForWindowActive(janela));
+        auto *pagina = janela->findChild<QSpinBox *>(u"pagina"_s);
+        auto *rolo = janela->findChild<QScrollArea *>();
+        janela->findChild<QComboBox *>(u"zoom"_s)->setCurrentIndex(5); // larger than the window
+        rolo->setFocus();
+        const int ultima = pagina->maximum();
+        QVERIFY(ultima > 2);
+        for (const auto &[tecla, fica] :
+             {std::pair(Qt::Key_PageDown, 2), {Qt::Key_End, ultima}, {Qt::Key_PageUp, ultima - 1}, {Qt::Key_Home, 1}}) {
+            QTest::keyClick(rolo, tecla);
+            QCOMPARE(pagina->value(), fica);
+        }
+        QTest::keyClick(rolo, Qt::Key_F4, Qt::ControlModifier);
+        QVERIFY(utilizador::esperar([&] { return !janela; }));
     }
 
     // What a full disk takes of it does not replace the file that stood there.

@@ -1,5 +1,5 @@
+#include "core/espera.h"
 #include "platform/unit/KVsocket.h"
-#include "platform/unit/espera.h"
 #include "platform/unit/leitorHttp.h"
 #include "platform/unit/texto.h"
 #include "tests/apoio/instalacao.h"

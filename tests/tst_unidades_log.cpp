@@ -1,5 +1,5 @@
+#include "core/espera.h"
 #include "platform/unit/PosLog.h"
-#include "platform/unit/espera.h"
 #include "tests/apoio/espera.h"
 #include "tests/apoio/instalacao.h"
 #include "tests/unidadesDeTeste.h"

@@ -24,10 +24,28 @@ qint64 &ultimaVolta() {
     return instante;
 }
 
+int &profundidade() {
+    thread_local int voltas = 0;
+    return voltas;
+}
+
 } // namespace
 
+int profundidadeDosEventos() {
+    return profundidade();
+}
+
+void correrEventos(bool adormecer) {
+    struct Volta {
+        Volta() { ++profundidade(); }
+        ~Volta() { --profundidade(); }
+    };
+    const Volta volta;
+    QCoreApplication::processEvents(adormecer ? QEventLoop::WaitForMoreEvents : QEventLoop::AllEvents);
+}
+
 void forcarEventos() {
-    QCoreApplication::processEvents();
+    correrEventos();
     ultimaVolta() = agoraNs();
 }
 

@@ -6,6 +6,11 @@
 // loop at most once in about 15 ms. A forced pass always turns the loop.
 void passarEventos();
 void forcarEventos();
+// How many turns of the loop run within each other at this moment: whoever began something at a lower number waits
+// further down for this one to end.
+int profundidadeDosEventos();
+// One turn of the loop, counted; with <adormecer> it sleeps until something happens.
+void correrEventos(bool adormecer = false);
 
 // The slice of a loop that gives way to the events by itself: a time, or a number of rows where a test wants it so.
 class Fatia {

@@ -68,6 +68,7 @@ qint64 Comando::executar() {
     sqlite3 *bd = m_motor->bd.getHandle();
     if (m_emTransaccao && (m_motor->transaccoes == 0 || sqlite3_get_autocommit(bd) != 0))
         Motor::falharAnulada();
+    m_motor->exigirSemPasso();
     const bool sozinho = sqlite3_get_autocommit(bd) != 0;
     if (sozinho)
         m_motor->exigirNoLugar();

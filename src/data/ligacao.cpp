@@ -1,6 +1,7 @@
 #include "data/ligacao.h"
 
 #include "core/datas.h"
+#include "core/eventos.h"
 #include "core/falha.h"
 #include "core/literais.h"
 #include "core/modTraducoes.h"
@@ -159,6 +160,13 @@ void Motor::exigirNoLugar() {
     throw Falha(erros::falhaDoFicheiro, textoDeTrocada(caminho));
 }
 
+void Motor::exigirSemPasso() const {
+    if (transaccoes > 0 && profundidadeDosEventos() > profundidade)
+        throw Falha(erros::falhaDoFicheiro,
+                    texto(u"BDEmPasso"_s, u"Estão a ser guardados outros dados, e esta alteração não foi gravada. "
+                                          "Repita-a quando esse trabalho terminar."_s));
+}
+
 void Motor::falharAnulada() {
     throw Falha(erros::falhaDoFicheiro,
                 texto(u"BDAnulada"_s, u"A alteração foi anulada pela base de dados; nada foi gravado."_s));
@@ -179,6 +187,14 @@ sqlite3_stmt *Motor::preparar(const QString &sql, const Parametros &valores) {
         sqlite3_finalize(instrucao);
         throw Falha(erros::chamadaInvalida,
                     u"A consulta não é uma só instrução com %1 valores: %2"_s.arg(valores.size()).arg(sql.left(200)));
+    }
+    if (sqlite3_stmt_readonly(instrucao) == 0) {
+        try {
+            exigirSemPasso();
+        } catch (...) {
+            sqlite3_finalize(instrucao);
+            throw;
+        }
     }
     int posicao = 0;
     for (const QVariant &valor : valores) {
@@ -316,6 +332,7 @@ qint64 Ligacao::executar(const QString &sql, const Parametros &valores) {
 
 void Ligacao::executarGuiao(const QString &sql) {
     motor().exigirNoLugar();
+    motor().exigirSemPasso();
     const int codigo = motor().executarDirecto(sql.toUtf8());
     if (codigo != SQLITE_OK)
         motor().falhar(codigo, sql);
@@ -323,9 +340,12 @@ void Ligacao::executarGuiao(const QString &sql) {
 }
 
 Transaccao::Transaccao(Ligacao &ligacao) : m_ligacao(ligacao) {
+    m_ligacao.motor().exigirSemPasso();
     int &nivel = m_ligacao.motor().transaccoes;
-    if (nivel == 0)
+    if (nivel == 0) {
         m_ligacao.motor().executarDirecto(memoriaParaEscrever);
+        m_ligacao.motor().profundidade = profundidadeDosEventos();
+    }
     // The outermost one takes the write lock at once, so that it cannot fail half way for want of it.
     m_ligacao.executar(nivel == 0 ? u"BEGIN IMMEDIATE"_s : u"SAVEPOINT n%1"_s.arg(nivel));
     ++nivel;

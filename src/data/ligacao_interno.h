@@ -21,7 +21,8 @@ struct Motor {
     bool soLeitura = false;
     bool imutavel = false; // read without locks, since no log can be made beside the file
     int transaccoes = 0;
-    QString exame; // findings of the check, made once
+    int profundidade = 0; // of the events in which the outermost transaction began
+    QString exame;        // findings of the check, made once
     std::optional<LugarDoFicheiro> lugar;
     bool avisada = false;           // the user knows that the file is no longer in its place
     std::optional<Recolha> recolha; // only where this process may write; gone before the connection
@@ -32,6 +33,10 @@ struct Motor {
         if (emConfirmacao.load(std::memory_order_acquire)) // asked for every row, where wait() alone is dear
             emConfirmacao.wait(true);
     }
+
+    // Before everything that writes: what the user does while events run within a transaction is not part of it, and
+    // would be undone with it. It cannot wait either, since the transaction goes on only when it has ended.
+    void exigirSemPasso() const;
 
     // Around everything that writes: what goes into a file that has lost its name must not pass for stored.
     void exigirNoLugar();

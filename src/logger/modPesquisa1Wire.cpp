@@ -3,7 +3,6 @@
 #include "core/literais.h"
 #include "core/modINI.h"
 #include "platform/onewire/barramento.h"
-#include "platform/onewire/espera.h"
 #include "platform/onewire/tmex.h"
 
 #include <QStringList>

@@ -26,6 +26,12 @@ QString nomeDoModelo(int codigo) {
     return modHwGroup::BuscaDescricaoDeDispositivoPorCodigo(codigo);
 }
 
+// The list holds a name as a search or a document gives it, cut; a longer one in the table is the same name, whole.
+bool eInicioOuFim(const QString &daLista, const QString &guardado) {
+    return daLista.size() == listaPoseidons::maximoDoNome &&
+           (guardado.startsWith(daLista) || guardado.endsWith(daLista));
+}
+
 } // namespace
 
 namespace listaPoseidons {
@@ -146,7 +152,7 @@ void AdicionarBDPoseidons(const Registo &r) {
                     "VistrelS, ApagarLog, NLeiturasM) VALUES (?,?,0,?,?,?,?,?,1,?,?,?)"_s,
                     {r.ip, r.nome, r.modelo, r.mac, r.porta, r.udp.trimmed() == u"R" ? u"MAN"_s : u"AUT"_s, tempoLimite,
                      r.vistrelS, r.apagar, r.nLeituras});
-    else if (*nome != r.nome)
+    else if (*nome != r.nome && !eInicioOuFim(r.nome, *nome))
         bd.executar(u"UPDATE Poseidons SET Nome = ? WHERE PoseidonIP = ?"_s, {r.nome, r.ip});
 }
 

@@ -78,7 +78,8 @@ struct Registo {
     bool apagar = false;
     int nLeituras = 1;
 };
-// A unit that the table lacks is added; of one that it has only a changed name is stored. Throws Falha.
+// A unit that the table lacks is added; of one that it has only a changed name is stored, and
+// none that is cut from the stored one. Throws Falha.
 void AdicionarBDPoseidons(const Registo &registo);
 
 // True when the table holds the address, listed or not. Throws Falha.

@@ -41,7 +41,7 @@ void frmIconCompactarErepararBD::mostrarAteAcabar() {
     setModal(true);
     show();
     while (isVisible())
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        correrEventos(true);
 }
 
 void frmIconCompactarErepararBD::TimerEspera_Timer() {

@@ -8,10 +8,6 @@
 
 namespace {
 
-QByteArray fonte(const MembroGrafico &grafico, const char *rotina) {
-    return grafico.form.toUtf8() + '.' + rotina;
-}
-
 int larguraDoTexto(const QWidget *w, const QString &texto) {
     return w->fontMetrics().horizontalAdvance(texto) + 16;
 }
@@ -37,8 +33,7 @@ PainelCanais::PainelCanais(const entradas::Especie &especie, QWidget *pai)
 }
 
 void PainelCanais::CarregarListaGeral() {
-    const QByteArray rotina = fonte(m_especie.grafico, "CarregarListaGeral");
-    Rotina(rotina.constData(), [this] {
+    Rotina(m_especie.grafico.form, "CarregarListaGeral", [this] {
         for (const entradas::Canal &d : entradas::dispositivos(m_especie, Vigia(this)))
             if (!VerificarSeIPjaEstaNaLista(d.ip))
                 m_grdDispositivos->juntar({d.ip, d.nome});
@@ -54,8 +49,7 @@ bool PainelCanais::VerificarSeIPjaEstaNaLista(const QString &ip) const {
 }
 
 void PainelCanais::CarregarListaGeral_Canais(const QString &ip) {
-    const QByteArray rotina = fonte(m_especie.grafico, "CarregarListaGeral_Canais");
-    Rotina(rotina.constData(), [&] {
+    Rotina(m_especie.grafico.form, "CarregarListaGeral_Canais", [&] {
         for (const entradas::Canal &c : entradas::canais(m_especie, ip, Vigia(this))) {
             m_canais->juntar({c.numero, c.nome});
             m_ipsDosCanais.append(c.ip);
@@ -102,8 +96,7 @@ PainelCondicoes::PainelCondicoes(const condicoes::Especie &especie, QWidget *pai
 }
 
 void PainelCondicoes::CarregarListaGeral() {
-    const QByteArray rotina = fonte(m_especie.grafico, "CarregarListaGeral");
-    Rotina(rotina.constData(), [this] {
+    Rotina(m_especie.grafico.form, "CarregarListaGeral", [this] {
         for (const Escolha &condicao : condicoes::listar(m_especie, Vigia(this)))
             m_grdCondicoes->juntar({condicao.chave.first(), condicao.nome});
         m_grdCondicoes->setLinhaActual(0);

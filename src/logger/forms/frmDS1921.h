@@ -107,7 +107,7 @@ private:
     // frmDS1921_leitura.cpp
     void cmdLer_Click();
     void cmdLerDados_Click();
-    bool lerRegistador(bool comDados);
+    bool lerRegistador(bool comDados, bool falhaDita = false);
     void mostrarRegisto();
     void BuscarDadosPeloObjecto();
     void acabarLeitura(bool comDados);

@@ -343,9 +343,10 @@ void frmDS1921::cmdConcluir_Click() {
               if (!verificarPrograma() || !aceitarAlarmes() || !confirmarPrograma())
                   return;
               m_porEscrever = digitado();
-              if (passo("frmDS1921.ActualizarIbutton", [this] { return ActualizarIbutton(); }))
+              const bool escrito = passo("frmDS1921.ActualizarIbutton", [this] { return ActualizarIbutton(); });
+              if (escrito)
                   m_porEscrever.reset();
-              lerRegistador(false);
+              lerRegistador(false, !escrito);
           });
 }
 

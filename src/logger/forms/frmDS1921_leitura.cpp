@@ -83,7 +83,8 @@ void frmDS1921::lerAmostras() {
 }
 
 // False: there is nothing to go on with. Only a record that was wholly read, and the state of the same button, are.
-bool frmDS1921::lerRegistador(bool comDados) {
+// Where a failure was told already, one message is enough for a button that has gone.
+bool frmDS1921::lerRegistador(bool comDados, bool falhaDita) {
     for (QPushButton *botao : {m_cmdPararMissao, m_cmdLer, m_cmdLerDados})
         botao->setEnabled(false);
     limparGrelhas();
@@ -92,14 +93,16 @@ bool frmDS1921::lerRegistador(bool comDados) {
     using Memoria = ControloDS1921::Memoria;
     if (memoria < Memoria::Incompleta) {
         esquecerRegistador();
-        avisar(memoria == Memoria::Perdida ? contactoPerdido() : texto(u"NE"_s, u"DS1921 não encontrado"_s));
+        if (!falhaDita)
+            avisar(memoria == Memoria::Perdida ? contactoPerdido() : texto(u"NE"_s, u"DS1921 não encontrado"_s));
         return false;
     }
     if (memoria == Memoria::Lida)
         mostrarRegisto();
     BuscarDadosPeloObjecto();
     if (!m_logica->lido()) {
-        avisar(contactoPerdido());
+        if (!falhaDita)
+            avisar(contactoPerdido());
         return false;
     }
     if (memoria == Memoria::Ilegivel) {

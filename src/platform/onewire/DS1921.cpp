@@ -3,7 +3,7 @@
 #include "core/estado.h"
 #include "core/falha.h"
 #include "core/literais.h"
-#include "platform/onewire/espera.h"
+#include "platform/onewire/barramento.h"
 #include "platform/onewire/registos1921.h"
 #include "platform/onewire/sessao.h"
 

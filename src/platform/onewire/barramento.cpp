@@ -1,5 +1,6 @@
 #include "platform/onewire/barramento.h"
 
+#include "core/espera.h"
 #include "platform/onewire/portos.h"
 
 #include <utility>
@@ -21,6 +22,20 @@ ComPassagem::ComPassagem(std::function<void()> passar)
 
 ComPassagem::~ComPassagem() {
     barramento().passar = std::move(m_anterior);
+}
+
+void passar() {
+    // A copy: what runs may put another one in its place.
+    if (const auto correr = barramento().passar)
+        correr();
+}
+
+void esperar(int ms) {
+    esperarAte(ms, [] { return false; });
+}
+
+bool esperarAte(int ms, const std::function<bool()> &condicao) {
+    return espera::ate(passar, ms, condicao);
 }
 
 } // namespace onewire

@@ -35,6 +35,11 @@ public:
 
 Barramento &barramento(); // kept in Estado, made on first use
 
+// Waits of the bus: Barramento::passar runs meanwhile, so windows stay painted and the user can go away.
+void passar();
+void esperar(int ms);
+bool esperarAte(int ms, const std::function<bool()> &condicao); // true as soon as it holds
+
 // For the length of a user's action: what runs within the waits.
 class ComPassagem {
 public:

@@ -1,9 +1,9 @@
 #include "platform/onewire/memoria1921.h"
 
 #include "core/falha.h"
+#include "platform/onewire/barramento.h"
 #include "platform/onewire/causas.h"
 #include "platform/onewire/crc.h"
-#include "platform/onewire/espera.h"
 
 #include <QString>
 #include <QStringBuilder>

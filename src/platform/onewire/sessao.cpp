@@ -1,7 +1,7 @@
 #include "platform/onewire/sessao.h"
 
 #include "core/falha.h"
-#include "platform/onewire/espera.h"
+#include "platform/onewire/barramento.h"
 #include "platform/onewire/portos.h"
 
 namespace onewire {

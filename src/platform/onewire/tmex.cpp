@@ -1,7 +1,7 @@
 #include "platform/onewire/tmex.h"
 
 #include "core/falha.h"
-#include "platform/onewire/espera.h"
+#include "platform/onewire/barramento.h"
 #include "platform/onewire/memoria1921.h"
 #include "platform/onewire/pesquisaRom.h"
 #include "platform/onewire/registos1921.h"

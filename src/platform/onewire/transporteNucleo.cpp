@@ -3,8 +3,8 @@
 #include "core/falha.h"
 #include "core/literais.h"
 #include "core/modTraducoes.h"
+#include "platform/onewire/barramento.h"
 #include "platform/onewire/crc.h"
-#include "platform/onewire/espera.h"
 #include "platform/onewire/pesquisaRom.h"
 
 #include <QFile>

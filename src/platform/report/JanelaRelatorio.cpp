@@ -21,6 +21,7 @@
 #include <QPrinter>
 #include <QProgressBar>
 #include <QScrollArea>
+#include <QShortcut>
 #include <QSpinBox>
 #include <QStyle>
 #include <QToolBar>
@@ -72,6 +73,9 @@ JanelaRelatorio::JanelaRelatorio(std::unique_ptr<DataReport> relatorio, const QS
     m_rolo->setBackgroundRole(QPalette::Mid);
     m_rolo->setAlignment(Qt::AlignCenter);
     m_rolo->setWidget(m_folha);
+    m_rolo->installEventFilter(this);
+    connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_F4), this), &QShortcut::activated, this,
+            &JanelaRelatorio::close);
     auto *coluna = new QVBoxLayout(this);
     coluna->setContentsMargins(0, 0, 0, 0);
     coluna->setSpacing(0);
@@ -297,22 +301,40 @@ void JanelaRelatorio::pedirPDF() {
     });
 }
 
-void JanelaRelatorio::keyPressEvent(QKeyEvent *evento) {
-    switch (evento->key()) {
+bool JanelaRelatorio::folhear(int tecla) {
+    switch (tecla) {
     case Qt::Key_PageUp:
-        return irPara(m_folha->pagina - 1);
+        irPara(m_folha->pagina - 1);
+        break;
     case Qt::Key_PageDown:
-        return irPara(m_folha->pagina + 1);
+        irPara(m_folha->pagina + 1);
+        break;
     case Qt::Key_Home:
-        return irPara(0);
+        irPara(0);
+        break;
     case Qt::Key_End:
-        return irPara(m_relatorio->paginas() - 1);
-    case Qt::Key_Escape:
-        close();
-        return;
+        irPara(m_relatorio->paginas() - 1);
+        break;
     default:
-        QWidget::keyPressEvent(evento);
+        return false;
     }
+    return true;
+}
+
+void JanelaRelatorio::keyPressEvent(QKeyEvent *evento) {
+    if (folhear(evento->key()))
+        return;
+    if (evento->key() == Qt::Key_Escape)
+        close();
+    else
+        QWidget::keyPressEvent(evento);
+}
+
+// The scroll area would take these keys for itself; within a large page it has the arrows and the wheel.
+bool JanelaRelatorio::eventFilter(QObject *objecto, QEvent *evento) {
+    if (objecto == m_rolo && evento->type() == QEvent::KeyPress)
+        return folhear(static_cast<QKeyEvent *>(evento)->key());
+    return QWidget::eventFilter(objecto, evento);
 }
 
 void JanelaRelatorio::resizeEvent(QResizeEvent *evento) {

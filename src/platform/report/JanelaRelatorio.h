@@ -36,6 +36,7 @@ public:
 
 protected:
     void keyPressEvent(QKeyEvent *evento) override;
+    bool eventFilter(QObject *objecto, QEvent *evento) override;
     void resizeEvent(QResizeEvent *evento) override;
     void closeEvent(QCloseEvent *evento) override;
 
@@ -43,6 +44,7 @@ private:
     void construirBarra();
     bool preparar();
     void irPara(int pagina);
+    bool folhear(int tecla); // false: the key turns no page
     void ajustarFolha();
     void imprimir();
     void pedirPDF();

@@ -1,9 +1,9 @@
 #include "platform/unit/KVsocket.h"
 
+#include "core/espera.h"
 #include "core/falha.h"
 #include "core/literais.h"
 #include "core/modTraducoes.h"
-#include "platform/unit/espera.h"
 #include "platform/unit/leitorHttp.h"
 #include "platform/unit/texto.h"
 

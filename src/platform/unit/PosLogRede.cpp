@@ -1,5 +1,5 @@
+#include "core/espera.h"
 #include "core/literais.h"
-#include "platform/unit/espera.h"
 #include "platform/unit/linhas.h"
 #include "platform/unit/protocolo.h"
 #include "platform/unit/rede.h"

@@ -1,8 +1,8 @@
 #include "platform/unit/rede.h"
 
+#include "core/espera.h"
 #include "core/estado.h"
 #include "core/modINI.h"
-#include "platform/unit/espera.h"
 #include "platform/unit/protocolo.h"
 
 #include <QHostInfo>

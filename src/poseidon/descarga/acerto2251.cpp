@@ -1,10 +1,10 @@
 #include "poseidon/descarga/acerto2251.h"
 
+#include "core/espera.h"
 #include "core/estado.h"
 #include "core/falha.h"
 #include "platform/unit/Consola.h"
 #include "platform/unit/PosLog.h"
-#include "platform/unit/espera.h"
 #include "platform/unit/rede.h"
 #include "poseidon/descarga/descarga2251.h"
 #include "poseidon/modPoseidons.h"

@@ -123,8 +123,7 @@ notas::Lugar FormGrafico::lugarDe(int serie, int indice) const {
 }
 
 QString FormGrafico::notaDe(int serie, int indice) const {
-    const QByteArray nome = fonte("notaDe");
-    return Rotina(nome.constData(), [&] {
+    return Rotina(objectName(), "notaDe", [&] {
         const auto linha = notas::procurar(lugarDe(serie, indice));
         return linha ? notas::paraMostrar(notas::texto(*linha)).trimmed() : QString();
     });

@@ -76,8 +76,7 @@ bool FormGrafico::carregarSeleccao(const Vigia &vigia) {
 }
 
 double FormGrafico::AdicionarValorAoGrafico(const Escolha &escolha) {
-    const QByteArray nome = fonte("AdicionarValorAoGrafico");
-    return Rotina(nome.constData(), [&] {
+    return Rotina(objectName(), "AdicionarValorAoGrafico", [&] {
         chart().Bottom().Visible = true;
         TSerie &leituras = chart().Series(serieLeituras);
         TSerie &maximo = chart().Series(serieMaximo);
@@ -114,8 +113,7 @@ double FormGrafico::AdicionarValorAoGrafico(const Escolha &escolha) {
 }
 
 double FormGrafico::ConfigurarGraficoComSeries(const Escolha &escolha) {
-    const QByteArray nome = fonte("ConfigurarGraficoComSeries");
-    return Rotina(nome.constData(), [&] {
+    return Rotina(objectName(), "ConfigurarGraficoComSeries", [&] {
         chart().Bottom().Visible = true;
         chart().Series(serieLeituras).Name = u"A1"_s;
         for (int i = 0; i < seriesFixas; ++i)

@@ -43,8 +43,7 @@ void FormGrafico::criarSaidas() {
 }
 
 void FormGrafico::cmdImprimir_Click() {
-    const QByteArray nome = fonte("cmdImprimir_Click");
-    Rotina(nome.constData(), [this] {
+    Rotina(objectName(), "cmdImprimir_Click", [this] {
         saidaGrafico::Pagina pagina;
         pagina.relatorio = u"DataReportGraficoPrincipal"_s;
         pagina.titulo = texto(u"PrintTitle"_s, m_membro.tituloImpressao.toString()) + sufixoZoom();
@@ -56,14 +55,13 @@ void FormGrafico::cmdImprimir_Click() {
 }
 
 void FormGrafico::mnuExportJPG_Click() {
-    const QByteArray nome = fonte("mnuExportJPG_Click");
-    Rotina(nome.constData(), [this] { saidaGrafico::exportarJPG(chart(), m_membro.baseJPG.toString()); });
+    Rotina(objectName(), "mnuExportJPG_Click",
+           [this] { saidaGrafico::exportarJPG(chart(), m_membro.baseJPG.toString()); });
 }
 
 // Always the whole range that is drawn, whatever the zoom.
 void FormGrafico::mnuExportCSV_Click() {
-    const QByteArray nome = fonte("mnuExportCSV_Click");
-    Rotina(nome.constData(), [this] {
+    Rotina(objectName(), "mnuExportCSV_Click", [this] {
         Dialogos *dialogos = estado().ambiente.dialogos;
         const QString proposto = modMain::CriarCaminhoCSV(m_membro.baseCSV.toString());
         const QString caminho =
@@ -76,7 +74,7 @@ void FormGrafico::mnuExportCSV_Click() {
         if (vigia.vivo())
             m_emCarga = false;
         if (linhas && vigia.vivo())
-            m_ilegiveis.relatar(fonte("ExportarCSV").constData());
+            m_ilegiveis.relatar(fonteDeErros(objectName(), "ExportarCSV").constData());
         if (!linhas)
             dialogos->mensagem(modTraducoes::texto(seccaoMain, u"ExportError"_s, u"Erro ao Exportar..."_s));
         else if (*linhas == 0)
@@ -89,8 +87,7 @@ void FormGrafico::mnuExportCSV_Click() {
 
 // How many lines were written; nothing of a stopped or failed export.
 std::optional<qint64> FormGrafico::ExportarCSV(const QString &caminho) {
-    const QByteArray nome = fonte("ExportarCSV");
-    return Rotina(nome.constData(), [&]() -> std::optional<qint64> {
+    return Rotina(objectName(), "ExportarCSV", [&]() -> std::optional<qint64> {
         m_emCarga = true;
         m_parar = false;
         m_ilegiveis = {};

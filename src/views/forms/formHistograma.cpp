@@ -66,8 +66,7 @@ void FormHistograma::criarFaixaDoIntervalo() {
 }
 
 void FormHistograma::CarregarCombos() {
-    const QByteArray nome = fonte("CarregarCombos");
-    Rotina(nome.constData(), [this] {
+    Rotina(objectName(), "CarregarCombos", [this] {
         m_cboIntervalo->clear();
         m_cboIntervalo->addItems(histograma::entradasDoCombo());
         m_cboIntervalo->setCurrentText(
@@ -227,8 +226,7 @@ void FormHistograma::mostrarBaldes(const std::vector<histograma::Balde> &baldes)
 }
 
 void FormHistograma::cmdImprimir_Click() {
-    const QByteArray nome = fonte("cmdImprimir_Click");
-    Rotina(nome.constData(), [this] {
+    Rotina(objectName(), "cmdImprimir_Click", [this] {
         saidaGrafico::Pagina pagina;
         pagina.relatorio = u"DataReportHistogramaPrincipal"_s;
         pagina.titulo = texto(u"PrintTitle"_s, m_membro.tituloImpressao.toString()) + sufixoZoom();
@@ -240,6 +238,5 @@ void FormHistograma::cmdImprimir_Click() {
 }
 
 void FormHistograma::cmdJPG_Click() {
-    const QByteArray nome = fonte("cmdJPG_Click");
-    Rotina(nome.constData(), [this] { saidaGrafico::exportarJPG(chart(), m_membro.baseJPG.toString()); });
+    Rotina(objectName(), "cmdJPG_Click", [this] { saidaGrafico::exportarJPG(chart(), m_membro.baseJPG.toString()); });
 }

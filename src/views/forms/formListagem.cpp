@@ -94,10 +94,6 @@ FormListagem::FormListagem(const MembroListagem &membro, std::unique_ptr<FonteLi
 
 FormListagem::~FormListagem() = default;
 
-QByteArray FormListagem::fonteDeErros(const char *rotina) const {
-    return m_membro.form.toUtf8() + '.' + rotina;
-}
-
 void FormListagem::criarGrelha() {
     m_grelha->setObjectName(u"DataGrid"_s);
     m_grelha->setAccessibleName(windowTitle());
@@ -154,9 +150,8 @@ void FormListagem::aplicarColunas() {
 }
 
 void FormListagem::CarregarDadosNaGrelha() {
-    const QByteArray nome = fonteDeErros("CarregarDadosNaGrelha");
     const Vigia vigia(this);
-    Rotina(nome.constData(), [this] {
+    Rotina(objectName(), "CarregarDadosNaGrelha", [this] {
         m_modelo.fechar();
         m_mostrado = m_painel->confirmado();
         m_modelo.abrir(m_fonte->consulta());
@@ -199,8 +194,7 @@ QItemSelectionRange FormListagem::areaEscolhida() const {
 // The selection as tabbed text, as tables are pasted everywhere, its notes at full length: all of it, or nothing when
 // the user stops.
 void FormListagem::copiar() {
-    const QByteArray nome = fonteDeErros("copiar");
-    Rotina(nome.constData(), [this] {
+    Rotina(objectName(), "copiar", [this] {
         QItemSelectionRange area = areaEscolhida();
         if (!area.isValid())
             return;
@@ -240,8 +234,7 @@ bool FormListagem::eventFilter(QObject *objecto, QEvent *evento) {
 }
 
 void FormListagem::cmdImprimir_Click() {
-    const QByteArray nome = fonteDeErros("cmdImprimir_Click");
-    Rotina(nome.constData(), [this] {
+    Rotina(objectName(), "cmdImprimir_Click", [this] {
         if (m_modelo.vazio())
             return;
         std::unique_ptr<DataReport> relatorio = criarRelatorio(m_membro.relatorio.toString());

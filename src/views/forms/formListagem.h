@@ -44,7 +44,6 @@ private:
     void copiar();
     void mostrarTotal();
     void cmdImprimir_Click();
-    QByteArray fonteDeErros(const char *rotina) const;
 
     const MembroListagem &m_membro;
     std::unique_ptr<FonteListagem> m_fonte;

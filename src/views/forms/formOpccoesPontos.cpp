@@ -42,10 +42,6 @@ QString FormOpccoesPontos::texto(const QString &chave, const QString &omissao) c
     return modTraducoes::texto(modTraducoes::seccaoDe(form.toString()), chave, omissao);
 }
 
-QByteArray FormOpccoesPontos::fonte(const char *rotina) const {
-    return m_membro.form.toUtf8() + '.' + rotina;
-}
-
 QLineEdit *FormOpccoesPontos::criarCampo(const QString &nome, const QString &conteudo) {
     auto *campo = new QLineEdit(textoMostrado::linha(conteudo));
     campo->setObjectName(nome);
@@ -105,8 +101,7 @@ void FormOpccoesPontos::montar() {
 
 // A point without its reading leaves the box empty.
 void FormOpccoesPontos::CarregarDescricao() {
-    const QByteArray nome = fonte("CarregarDescricao");
-    Rotina(nome.constData(), [this] {
+    Rotina(m_membro.form, "CarregarDescricao", [this] {
         m_linha = notas::procurar({m_membro.tabela, m_ponto.colunaData, m_membro.chave, m_ponto.chave,
                                    datas::lerDataHora(m_data->text()), m_ponto.colunaValor, m_ponto.eDoPonto});
         m_observacoes->setPlainText(m_linha ? notas::paraMostrar(notas::texto(*m_linha)) : QString());
@@ -117,8 +112,7 @@ void FormOpccoesPontos::CarregarDescricao() {
 
 // Stays open when the note could not be stored, so that the text is not lost.
 void FormOpccoesPontos::cmdConcluir_Click() {
-    const QByteArray nome = fonte("cmdConcluir_Click");
-    Rotina(nome.constData(), [this] {
+    Rotina(m_membro.form, "cmdConcluir_Click", [this] {
         const QString escrita = m_observacoes->toPlainText();
         if (escrita == m_mostrada)
             return accept();

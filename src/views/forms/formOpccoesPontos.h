@@ -23,7 +23,6 @@ protected:
 private:
     QLineEdit *criarCampo(const QString &nome, const QString &texto);
     QString texto(const QString &chave, const QString &omissao) const;
-    QByteArray fonte(const char *rotina) const;
     void montar();
     void CarregarDescricao();
     void cmdConcluir_Click();

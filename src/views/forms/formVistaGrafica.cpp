@@ -48,14 +48,9 @@ FormVistaGrafica::FormVistaGrafica(const Config &config, const FabricaPainel &fa
     connect(m_chart, &TChart::OnUndoZoom, this, [this] { m_sufixoZoom.clear(); });
 }
 
-QByteArray FormVistaGrafica::fonte(const char *rotina) const {
-    return objectName().toUtf8() + '.' + rotina;
-}
-
 // All members share the settings of temperatures.
 void FormVistaGrafica::ActualizarGrafico() {
-    const QByteArray nome = fonte("ActualizarGrafico");
-    Rotina(nome.constData(), [this] {
+    Rotina(objectName(), "ActualizarGrafico", [this] {
         const auto ler = [](const QString &chave, const QString &omissao) {
             const QString lido = modINI::GetSetting(estado().NomePrograma, u"GRAFICOPRINCIPAL"_s,
                                                     u"LimitesTemperaturas" + chave, omissao);
@@ -78,9 +73,8 @@ void FormVistaGrafica::CarregarDadosDeSeriesSelleccionadas() {
     m_parar = false;
     m_ilegiveis = {};
     const Vigia vigia(this);
-    const QByteArray nome = fonte("CarregarDadosDeSeriesSelleccionadas");
     bool comecada = false;
-    Rotina(nome.constData(), [&] {
+    Rotina(objectName(), "CarregarDadosDeSeriesSelleccionadas", [&] {
         preparar();
         Confirmado pedido = m_painel->confirmado();
         comecada = true;
@@ -99,7 +93,7 @@ void FormVistaGrafica::CarregarDadosDeSeriesSelleccionadas() {
     if (comecada)
         terminarCarga();
     if (!m_parar)
-        m_ilegiveis.relatar(nome.constData());
+        m_ilegiveis.relatar(fonteDeErros(objectName(), "CarregarDadosDeSeriesSelleccionadas").constData());
 }
 
 // What a stopped load has read is a part that nobody asked for: it goes, and the choice is offered again.

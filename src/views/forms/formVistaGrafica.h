@@ -19,8 +19,6 @@ protected:
     FormVistaGrafica(const Config &config, const FabricaPainel &fabrica, QWidget *pai);
     static Config configDe(QStringView form, QStringView chaveTitulo, QStringView titulo, Exportacao exportacao);
 
-    // For reports: the form's name, a dot, the routine.
-    QByteArray fonte(const char *rotina) const;
     // What has to be right before anything of the present drawing goes; may throw.
     virtual void preparar() {}
     // Reads what was confirmed into the emptied chart; may throw. It stops by passar() once the user wants so. False:

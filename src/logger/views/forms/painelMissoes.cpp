@@ -63,10 +63,6 @@ PainelMissoes::PainelMissoes(const ConfigMissoes &config, QWidget *pai)
     CarregarListaGeral();
 }
 
-QByteArray PainelMissoes::fonte(const char *rotina) const {
-    return m_config.form.toUtf8() + '.' + rotina;
-}
-
 void PainelMissoes::criarListas() {
     m_grdSensoresAll = new Grelha(u"grdSensoresAll"_s);
     m_grdSensoresAll->setColunas({texto(u"Grupos.Caption"_s, u"ID"_s), texto(u"NomeS.Caption"_s, u"Nome Sensor"_s)});
@@ -121,8 +117,7 @@ void PainelMissoes::criarEliminar() {
 }
 
 void PainelMissoes::CarregarListaGeral() {
-    const QByteArray rotina = fonte("CarregarListaGeral");
-    Rotina(rotina.constData(), [this] {
+    Rotina(m_config.form, "CarregarListaGeral", [this] {
         const QList<familiaLoggers::Registador> lista = familiaLoggers::registadores(Vigia(this));
         m_grdSensoresMissao->limpar();
         m_grdSensoresAll->limpar();
@@ -134,8 +129,7 @@ void PainelMissoes::CarregarListaGeral() {
 }
 
 void PainelMissoes::grdSensoresAll_SelectionChange() {
-    const QByteArray rotina = fonte("grdSensoresAll_SelectionChange");
-    Rotina(rotina.constData(), [this] {
+    Rotina(m_config.form, "grdSensoresAll_SelectionChange", [this] {
         const int linha = m_grdSensoresAll->currentIndex().row();
         m_grdSensoresMissao->limpar();
         if (linha < 0)
@@ -155,8 +149,7 @@ void PainelMissoes::grdSensoresAll_SelectionChange() {
 }
 
 void PainelMissoes::grdSensoresMissao_SelectionChange() {
-    const QByteArray rotina = fonte("grdSensoresMissao_SelectionChange");
-    Rotina(rotina.constData(), [this] {
+    Rotina(m_config.form, "grdSensoresMissao_SelectionChange", [this] {
         if (m_grdSensoresMissao->currentIndex().row() < 0)
             return;
         const auto intervalo = familiaLoggers::intervaloDe(missao());
@@ -214,8 +207,7 @@ QList<Escolha> PainelMissoes::escolhas() const {
 }
 
 void PainelMissoes::cmdEliminar_Click() {
-    const QByteArray rotina = fonte("cmdEliminar_Click");
-    Rotina(rotina.constData(), [this] {
+    Rotina(m_config.form, "cmdEliminar_Click", [this] {
         Dialogos *dialogos = estado().ambiente.dialogos;
         const ChaveMissao chave = missao();
         if (!chave.completa() || !dialogos)
@@ -239,8 +231,7 @@ void PainelMissoes::cmdEliminar_Click() {
 
 // The one that was named in the question, whatever is chosen by now.
 void PainelMissoes::EliminarMissaoDef(const ChaveMissao &chave) {
-    const QByteArray rotina = fonte("EliminarMissaoDef");
-    Rotina(rotina.constData(), [&, this] {
+    Rotina(m_config.form, "EliminarMissaoDef", [&, this] {
         const bool escolhida = missao() == chave;
         missoes::EliminarMissao(chave);
         Q_EMIT retirada({chave.LoggerID, chave.Nomelogger, chave.DescricaoMissao, chave.Nmissao});

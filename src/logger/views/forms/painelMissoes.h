@@ -38,7 +38,6 @@ private:
     void grdSensoresMissao_SelectionChange();
     void avisarSemDados(bool avisar);
     void TimerDadosErro_Timer();
-    QByteArray fonte(const char *rotina) const;
 
     ConfigMissoes m_config;
     Grelha *m_grdSensoresAll;

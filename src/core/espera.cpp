@@ -1,10 +1,14 @@
-#include "platform/unit/espera.h"
+#include "core/espera.h"
 
+#include "core/eventos.h"
 #include "core/falha.h"
 
-#include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QPointer>
+#include <QThread>
 #include <QTimer>
+
+#include <algorithm>
 
 namespace espera {
 
@@ -19,7 +23,7 @@ bool ate(QObject *dono, int ms, const std::function<bool()> &condicao) {
     while (!condicao()) {
         if (relogio.elapsed() >= ms)
             return false;
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        correrEventos(true);
         if (!vivo)
             throw Interrompido();
         if (!acordar.isActive() && relogio.elapsed() < ms)
@@ -30,6 +34,22 @@ bool ate(QObject *dono, int ms, const std::function<bool()> &condicao) {
 
 void pausar(QObject *dono, int ms) {
     ate(dono, ms, [] { return false; });
+}
+
+bool ate(const std::function<void()> &passar, int ms, const std::function<bool()> &condicao) {
+    constexpr qint64 fatia = 10; // ms between two looks
+    QElapsedTimer relogio;
+    relogio.start();
+    for (;;) {
+        if (passar)
+            passar();
+        if (condicao())
+            return true;
+        const qint64 resta = ms - relogio.elapsed();
+        if (resta <= 0)
+            return false;
+        QThread::msleep(unsigned(std::min(resta, fatia)));
+    }
 }
 
 } // namespace espera
