@@ -1,6 +1,7 @@
 #include "views/estados.h"
 
 #include "core/literais.h"
+#include "data/dialecto.h"
 #include "data/ligacao.h"
 #include "data/recordset.h"
 
@@ -13,8 +14,9 @@ enum Coluna { colData, colValor, colFlag, colNumero };
 
 Recordset consultar(const PedidoLeituras &pedido) {
     const TabelaLeituras &t = pedido.tabela;
-    const QString sql = u"SELECT "_s + t.data + u", " + t.valor + u", flag, rowid FROM " + t.nome + u" WHERE " +
-                        t.data + u" BETWEEN ? AND ? AND " + escolhas::condicao(t.chave) + u" ORDER BY " + t.data;
+    const QString sql = u"SELECT "_s + t.data + u", " + t.valor + u", flag, " + dialecto::ordem + u" FROM " + t.nome +
+                        u" WHERE " + t.data + u" BETWEEN ? AND ? AND " + escolhas::condicao(t.chave) + u" ORDER BY " +
+                        t.data;
     return cnBD().consultar(sql, QVariantList{pedido.intervalo.inicio, pedido.intervalo.fim} +
                                      escolhas::valores(pedido.chave));
 }

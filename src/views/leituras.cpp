@@ -3,6 +3,7 @@
 #include "core/datas.h"
 #include "core/literais.h"
 #include "core/modDoubleTratamento.h"
+#include "data/dialecto.h"
 #include "data/ligacao.h"
 #include "data/recordset.h"
 #include "views/ilegiveis.h"
@@ -62,9 +63,9 @@ void OrdemDeEscrita::despejar() {
 double lerLeituras(const PedidoLeituras &pedido, const AoLer &aoLer) {
     const TabelaLeituras &t = pedido.tabela;
     const QString limitesOuNada = pedido.comLimites ? u", " + t.limites.toString() : QString();
-    const QString sql = u"SELECT "_s + t.data + u", " + t.valor + u", flag, rowid" + limitesOuNada + u" FROM " +
-                        t.nome + u" WHERE " + t.data + u" BETWEEN ? AND ? AND " + escolhas::condicao(t.chave) +
-                        u" ORDER BY " + t.data;
+    const QString sql = u"SELECT "_s + t.data + u", " + t.valor + u", flag, " + dialecto::ordem + limitesOuNada +
+                        u" FROM " + t.nome + u" WHERE " + t.data + u" BETWEEN ? AND ? AND " +
+                        escolhas::condicao(t.chave) + u" ORDER BY " + t.data;
     Recordset rs = cnBD().consultar(sql, QVariantList{pedido.intervalo.inicio, pedido.intervalo.fim} +
                                              escolhas::valores(pedido.chave));
     OrdemDeEscrita ordem(aoLer);
