@@ -1,6 +1,7 @@
 // A million readings of one sensor among twenty, read as a chart reads them, against a bare loop over the engine's C
 // interface that runs the same query and fills two vectors.
 #include "benchmarks/medidas.h"
+#include "benchmarks/sqlite/nu.h"
 #include "core/datas.h"
 #include "core/falha.h"
 #include "core/literais.h"
@@ -17,8 +18,6 @@
 #include <QTemporaryDir>
 
 #include <cstdlib>
-#include <sqlite3.h>
-
 namespace {
 
 constexpr int sensores = 20;
@@ -95,28 +94,23 @@ qint64 dias(int a, int m, int d) {
     return era * 146097LL + ano * 365 + ano / 4 - ano / 100 + dia - 719468;
 }
 
-int dois(const unsigned char *t) {
+int dois(const char *t) {
     return (t[0] - '0') * 10 + t[1] - '0';
 }
 
 Pontos comC(const QByteArray &caminho, const QByteArray &inicio, const QByteArray &fim, const QByteArray &id) {
     Pontos p;
-    sqlite3 *bd = nullptr;
-    sqlite3_stmt *s = nullptr;
-    if (sqlite3_open_v2(caminho.constData(), &bd, SQLITE_OPEN_READONLY, nullptr) != SQLITE_OK ||
-        sqlite3_prepare_v2(bd, consulta.toUtf8().constData(), -1, &s, nullptr) != SQLITE_OK)
-        std::abort();
-    sqlite3_bind_text(s, 1, inicio.constData(), -1, SQLITE_STATIC);
-    sqlite3_bind_text(s, 2, fim.constData(), -1, SQLITE_STATIC);
-    sqlite3_bind_text(s, 3, id.constData(), -1, SQLITE_STATIC);
-    while (sqlite3_step(s) == SQLITE_ROW) {
-        const unsigned char *t = sqlite3_column_text(s, 0);
+    nu::Base bd(caminho);
+    nu::Instrucao s = bd.preparar(consulta.toUtf8().constData());
+    s.ligar(1, inicio.constData());
+    s.ligar(2, fim.constData());
+    s.ligar(3, id.constData());
+    while (s.avancar()) {
+        const char *t = s.texto(0);
         const qint64 d = dias(dois(t) * 100 + dois(t + 2), dois(t + 5), dois(t + 8));
         p.x.push_back(double(d * 86400 + dois(t + 11) * 3600 + dois(t + 14) * 60 + dois(t + 17)));
-        p.y.push_back(sqlite3_column_double(s, 1));
+        p.y.push_back(s.real(1));
     }
-    sqlite3_finalize(s);
-    sqlite3_close(bd);
     return p;
 }
 

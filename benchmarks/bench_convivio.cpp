@@ -5,6 +5,7 @@
 #include "core/estado.h"
 #include "core/falha.h"
 #include "core/literais.h"
+#include "data/dialecto.h"
 #include "data/ligacao.h"
 #include "data/recordset.h"
 #include "demo/acaso.h"
@@ -55,10 +56,9 @@ void umaVolta(Ligacao &bd, const QString &id, qint64 volta, Contas &c) {
     if (ultima.isEmpty() || volta % entreNotas != 0)
         return;
     c.temposDeNota.push_back(medidas::segundosDe([&] {
-        bd.executar(
-            u"UPDATE Temperaturas SET flag = ? WHERE rowid = (SELECT rowid FROM Temperaturas WHERE Data = ? AND "
-            "Sensor = ? ORDER BY rowid LIMIT 1)"_s,
-            {u"nota %1"_s.arg(volta), ultima, id});
+        bd.executar(u"UPDATE Temperaturas SET flag = ? WHERE %1 = (SELECT %1 FROM Temperaturas WHERE Data = ? AND "
+                    "Sensor = ? ORDER BY %1 LIMIT 1)"_s.arg(dialecto::ordem),
+                    {u"nota %1"_s.arg(volta), ultima, id});
     }));
     ++c.notas;
 }

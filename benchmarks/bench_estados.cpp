@@ -1,5 +1,6 @@
 // A mission and a register of states from confirm to painted chart, against a bare loop over the same query.
 #include "benchmarks/medidas.h"
+#include "benchmarks/sqlite/nu.h"
 #include "core/datas.h"
 #include "core/estado.h"
 #include "core/literais.h"
@@ -18,8 +19,6 @@
 #include <QPushButton>
 #include <QTemporaryDir>
 
-#include <sqlite3.h>
-
 namespace {
 
 constexpr int voltas = 7;
@@ -35,61 +34,45 @@ constexpr double missaoAberta = 50; // ms, picture included: nobody sees it wait
     std::exit(1);
 }
 
-class Base {
-public:
-    explicit Base(const QByteArray &caminho, int modos) {
-        if (sqlite3_open_v2(caminho.constData(), &m_bd, modos, nullptr) != SQLITE_OK)
-            parar("cannot open the database");
-    }
-    ~Base() { sqlite3_close(m_bd); }
-    Base(const Base &) = delete;
-    Base &operator=(const Base &) = delete;
-    void executar(const QByteArray &sql) {
-        if (sqlite3_exec(m_bd, sql.constData(), nullptr, nullptr, nullptr) != SQLITE_OK)
-            parar(sqlite3_errmsg(m_bd));
-    }
-    // Two vectors of what the query gives, as any program would fill them.
-    double laco(const char *sql, int linhas) {
-        return medidas::segundosDe([&] {
-            sqlite3_stmt *st = nullptr;
-            if (sqlite3_prepare_v2(m_bd, sql, -1, &st, nullptr) != SQLITE_OK)
-                parar(sqlite3_errmsg(m_bd));
-            std::vector<double> x;
-            std::vector<double> y;
-            while (sqlite3_step(st) == SQLITE_ROW) {
-                const auto *texto = reinterpret_cast<const char *>(sqlite3_column_text(st, 0));
-                x.push_back(datas::segundosDe(texto, sqlite3_column_bytes(st, 0)));
-                y.push_back(sqlite3_column_double(st, 1));
-            }
-            sqlite3_finalize(st);
-            if (int(y.size()) != linhas)
-                parar("the bare loop read another number of rows");
-        });
-    }
-
-private:
-    sqlite3 *m_bd = nullptr;
-};
+// Two vectors of what the query gives, as any program would fill them.
+double laco(nu::Base &bd, const char *sql, int linhas) {
+    return medidas::segundosDe([&] {
+        nu::Instrucao st = bd.preparar(sql);
+        std::vector<double> x;
+        std::vector<double> y;
+        while (st.avancar()) {
+            const char *texto = st.texto(0);
+            x.push_back(datas::segundosDe(texto, st.tamanho(0)));
+            y.push_back(st.real(1));
+        }
+        if (int(y.size()) != linhas)
+            parar("the bare loop read another number of rows");
+    });
+}
 
 QByteArray data(int minuto) {
     return datas::textoBD(inicio + minuto * 60.0).toLatin1();
 }
 
 void criar(const QByteArray &caminho, int mudancas) {
-    Base bd(caminho, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+    nu::Base bd(caminho, nu::Base::Modo::Escrever);
     bd.executar(esquemaSQL);
     bd.executar("PRAGMA synchronous = OFF");
     bd.executar("BEGIN");
     for (int i = 0; i < mudancas; ++i)
         for (int n = 1; n <= (i % 10 == 0 ? 1 + outrasEntradas : 1); ++n)
-            bd.executar("INSERT INTO REGISTO_Inputs VALUES ('127.0.0.2', " + QByteArray::number(n) + ", '" + data(i) +
-                        "', '" + (i % 2 == 0 ? "True" : "False") + "', ' ')");
+            bd.executar(QByteArray("INSERT INTO REGISTO_Inputs VALUES ('127.0.0.2', " + QByteArray::number(n) + ", '" +
+                                   data(i) + "', '" + (i % 2 == 0 ? "True" : "False") + "', ' ')")
+                            .constData());
     for (int m = 1; m <= missoesGuardadas; ++m) {
         const QByteArray chave = "'21A', 'Vacinas', 'Rota', '" + QByteArray::number(m).rightJustified(4, '0') + "'";
-        bd.executar("INSERT INTO DS1921head (LoggerID, Nomelogger, DescricaoMissao, NMissao) VALUES (" + chave + ")");
+        bd.executar(
+            QByteArray("INSERT INTO DS1921head (LoggerID, Nomelogger, DescricaoMissao, NMissao) VALUES (" + chave + ")")
+                .constData());
         for (int i = 0; i < (m == missoesGuardadas ? 2 : amostras); ++i)
-            bd.executar("INSERT INTO DS1921 VALUES (" + chave + ", '" + data(m * 20000 + i) + "', " +
-                        QByteArray::number(4 + i % 7 * 0.5) + ", 8, 2, 'FALSE', '')");
+            bd.executar(QByteArray("INSERT INTO DS1921 VALUES (" + chave + ", '" + data(m * 20000 + i) + "', " +
+                                   QByteArray::number(4 + i % 7 * 0.5) + ", 8, 2, 'FALSE', '')")
+                            .constData());
     }
     bd.executar("COMMIT");
 }
@@ -130,7 +113,7 @@ int main(int argc, char *argv[]) {
     registoForms().dono = &principal;
     registarEstados(registoForms());
     registarVistasDosRegistadores(registoForms());
-    Base bd(caminho, SQLITE_OPEN_READONLY);
+    nu::Base bd(caminho);
 
     QWidget *entradas = nullptr;
     const double lista = medidas::segundosDe([&] { entradas = registoForms().abrir(u"frmGraficoInputs"_s); });
@@ -142,9 +125,10 @@ int main(int argc, char *argv[]) {
     const medidas::Par registo = medidas::comparar(
         voltas, [&] { return carregar(entradas, 3, mudancas); },
         [&] {
-            return bd.laco("SELECT Data, Estado, flag FROM REGISTO_Inputs WHERE Data BETWEEN '2019-01-01' AND "
-                           "'2099-01-01' AND DispositivoIP = '127.0.0.2' AND InputNum = 1 ORDER BY Data",
-                           mudancas);
+            return laco(bd,
+                        "SELECT Data, Estado, flag FROM REGISTO_Inputs WHERE Data BETWEEN '2019-01-01' AND "
+                        "'2099-01-01' AND DispositivoIP = '127.0.0.2' AND InputNum = 1 ORDER BY Data",
+                        mudancas);
         });
     bool bem = medidas::dizer("mudanças de uma entrada", registo, limiteDaRazao);
     std::printf("lista de dispositivos e entradas: %.1f ms (até 100)\n", lista * 1e3);
@@ -163,9 +147,10 @@ int main(int argc, char *argv[]) {
         },
         [&] {
             missoes->setLinhaActual(missoes->linhas() - 1);
-            consulta = bd.laco("SELECT Data, Temperatura, flag, Max, Min FROM DS1921 WHERE LoggerID = '21A' AND "
-                               "Nomelogger = 'Vacinas' AND DescricaoMissao = 'Rota' AND NMissao = '0001' ORDER BY Data",
-                               amostras);
+            consulta = laco(bd,
+                            "SELECT Data, Temperatura, flag, Max, Min FROM DS1921 WHERE LoggerID = '21A' AND "
+                            "Nomelogger = 'Vacinas' AND DescricaoMissao = 'Rota' AND NMissao = '0001' ORDER BY Data",
+                            amostras);
             return carregar(missao, 0, 2);
         });
     std::printf("missão de %d amostras: %.1f ms (até %.0f), com duas %.1f ms, a consulta %.1f ms\n", amostras,

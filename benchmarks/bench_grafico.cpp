@@ -1,5 +1,6 @@
 // From confirm to painted chart, against a bare loop over the same query that fills two vectors; memory by point.
 #include "benchmarks/medidas.h"
+#include "benchmarks/sqlite/nu.h"
 #include "core/datas.h"
 #include "core/estado.h"
 #include "core/modINI.h"
@@ -18,8 +19,6 @@
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QTimer>
-
-#include <sqlite3.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -41,64 +40,47 @@ QByteArray id(int n) {
     std::exit(1);
 }
 
-void executar(sqlite3 *bd, const char *sql) {
-    if (sqlite3_exec(bd, sql, nullptr, nullptr, nullptr) != SQLITE_OK)
-        parar(sqlite3_errmsg(bd));
-}
-
 // The other sensors have a tenth of the readings, or making them would take longer than everything else.
 void criarBase(const QByteArray &caminho, int leituras) {
-    sqlite3 *bd = nullptr;
-    if (sqlite3_open(caminho.constData(), &bd) != SQLITE_OK)
-        parar("cannot make the database");
-    executar(bd, esquemaSQL);
-    executar(bd, "PRAGMA synchronous = OFF");
-    executar(bd, "BEGIN");
+    nu::Base bd(caminho, nu::Base::Modo::Escrever);
+    bd.executar(esquemaSQL);
+    bd.executar("PRAGMA synchronous = OFF");
+    bd.executar("BEGIN");
     for (int s = 1; s <= sensoresIntercalados; ++s)
-        executar(bd, QByteArray("INSERT INTO Sensores (SensorID, Tipo, Descricao, Seleccionado) VALUES ('" + id(s) +
-                                "', 'P 1250C', 'Sensor', 'SIM')")
-                         .constData());
-    sqlite3_stmt *st = nullptr;
-    sqlite3_prepare_v2(bd, "INSERT INTO Temperaturas VALUES (?, ?, 'Sensor', ?, '30XXX5', ' ')", -1, &st, nullptr);
+        bd.executar(QByteArray("INSERT INTO Sensores (SensorID, Tipo, Descricao, Seleccionado) VALUES ('" + id(s) +
+                               "', 'P 1250C', 'Sensor', 'SIM')")
+                        .constData());
+    nu::Instrucao st = bd.preparar("INSERT INTO Temperaturas VALUES (?, ?, 'Sensor', ?, '30XXX5', ' ')");
     for (int i = 0; i < leituras; ++i)
         for (int s = 1; s <= (i % 10 == 0 ? sensoresIntercalados : 1); ++s) {
             const QByteArray data = datas::textoBD(inicio + double(i) * passo).toLatin1();
             const QByteArray sensor = id(s);
-            sqlite3_bind_text(st, 1, data.constData(), -1, SQLITE_TRANSIENT);
-            sqlite3_bind_text(st, 2, sensor.constData(), -1, SQLITE_TRANSIENT);
-            sqlite3_bind_double(st, 3, 20 + (i % 997) / 50.0);
-            if (sqlite3_step(st) != SQLITE_DONE)
-                parar(sqlite3_errmsg(bd));
-            sqlite3_reset(st);
+            st.copiar(1, data);
+            st.copiar(2, sensor);
+            st.ligar(3, 20 + (i % 997) / 50.0);
+            st.gravar();
         }
-    sqlite3_finalize(st);
-    executar(bd, "COMMIT");
-    sqlite3_close(bd);
+    bd.executar("COMMIT");
 }
 
 double lacoSimples(const QByteArray &caminho, int leituras) {
-    sqlite3 *bd = nullptr;
-    sqlite3_open_v2(caminho.constData(), &bd, SQLITE_OPEN_READONLY, nullptr);
+    nu::Base bd(caminho);
     QElapsedTimer relogio;
     relogio.start();
-    sqlite3_stmt *st = nullptr;
     const QByteArray sql = "SELECT Data, Temperatura, flag, Observacoes FROM Temperaturas WHERE Data BETWEEN "
                            "'2000-01-01 00:00:00' AND '2099-12-31 23:59:59' AND Sensor = '" +
                            id(1) + "' ORDER BY Data";
-    if (sqlite3_prepare_v2(bd, sql.constData(), -1, &st, nullptr) != SQLITE_OK)
-        parar(sqlite3_errmsg(bd));
+    nu::Instrucao st = bd.preparar(sql.constData());
     std::vector<double> x;
     std::vector<double> y;
-    while (sqlite3_step(st) == SQLITE_ROW) {
-        const auto *texto = reinterpret_cast<const char *>(sqlite3_column_text(st, 0));
-        x.push_back(datas::segundosDe(texto, sqlite3_column_bytes(st, 0)));
-        y.push_back(sqlite3_column_double(st, 1));
+    while (st.avancar()) {
+        const char *texto = st.texto(0);
+        x.push_back(datas::segundosDe(texto, st.tamanho(0)));
+        y.push_back(st.real(1));
     }
     const double ms = double(relogio.nsecsElapsed()) / 1e6;
     if (int(y.size()) != leituras)
         parar("the bare loop read another number of rows");
-    sqlite3_finalize(st);
-    sqlite3_close(bd);
     return ms;
 }
 

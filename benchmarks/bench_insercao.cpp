@@ -1,6 +1,7 @@
 // The maker of the demonstration against a bare loop of one prepared INSERT in one transaction into the same schema,
 // both without a journal, per row.
 #include "benchmarks/medidas.h"
+#include "benchmarks/sqlite/nu.h"
 #include "core/falha.h"
 #include "core/literais.h"
 #include "data/criarBD.h"
@@ -12,27 +13,15 @@
 #include <QTemporaryDir>
 
 #include <cstdlib>
-#include <sqlite3.h>
-
 namespace {
-
-void verificar(bool bem, sqlite3 *bd) {
-    if (bem)
-        return;
-    std::fprintf(stderr, "%s\n", sqlite3_errmsg(bd));
-    std::exit(1);
-}
 
 void cicloSimples(const QString &caminho, qint64 linhas) {
     criarBD(caminho);
-    sqlite3 *bd = nullptr;
-    sqlite3_stmt *s = nullptr;
-    verificar(sqlite3_open(QFile::encodeName(caminho).constData(), &bd) == SQLITE_OK, bd);
+    nu::Base bd(QFile::encodeName(caminho), nu::Base::Modo::Escrever);
     for (const char *sql :
          {"PRAGMA journal_mode = OFF", "PRAGMA synchronous = OFF", "PRAGMA cache_size = -65536", "BEGIN"})
-        verificar(sqlite3_exec(bd, sql, nullptr, nullptr, nullptr) == SQLITE_OK, bd);
-    verificar(
-        sqlite3_prepare_v2(bd, "INSERT INTO Temperaturas VALUES (?, ?, ?, ?, ?, ?)", -1, &s, nullptr) == SQLITE_OK, bd);
+        bd.executar(sql);
+    nu::Instrucao s = bd.preparar("INSERT INTO Temperaturas VALUES (?, ?, ?, ?, ?, ?)");
     constexpr int sensores = 60;
     constexpr qint64 primeira = 1'600'000'000;
     QByteArray data;
@@ -43,18 +32,15 @@ void cicloSimples(const QString &caminho, qint64 linhas) {
             data = demonstracao::textoData(primeira + n / sensores * 300);
         id[14] = char('0' + sensor / 10);
         id[15] = char('0' + sensor % 10);
-        sqlite3_bind_text(s, 1, data.constData(), 19, SQLITE_STATIC);
-        sqlite3_bind_text(s, 2, id, 16, SQLITE_STATIC);
-        sqlite3_bind_text(s, 3, "Frigorifico Vacinas", 19, SQLITE_STATIC);
-        sqlite3_bind_double(s, 4, double(n * 7919 % 130) / 10);
-        sqlite3_bind_text(s, 5, "8XXX2", 5, SQLITE_STATIC);
-        sqlite3_bind_text(s, 6, " ", 1, SQLITE_STATIC);
-        verificar(sqlite3_step(s) == SQLITE_DONE, bd);
-        sqlite3_reset(s);
+        s.ligar(1, data.constData(), 19);
+        s.ligar(2, id, 16);
+        s.ligar(3, "Frigorifico Vacinas", 19);
+        s.ligar(4, double(n * 7919 % 130) / 10);
+        s.ligar(5, "8XXX2", 5);
+        s.ligar(6, " ", 1);
+        s.gravar();
     }
-    sqlite3_finalize(s);
-    verificar(sqlite3_exec(bd, "COMMIT", nullptr, nullptr, nullptr) == SQLITE_OK, bd);
-    sqlite3_close(bd);
+    bd.executar("COMMIT");
 }
 
 } // namespace

@@ -1,11 +1,13 @@
 // What is done with a million readings once they are seen: counting, writing out, listing; each against a bare loop
 // over the engine's C interface in the same run.
 #include "benchmarks/medidas.h"
+#include "benchmarks/sqlite/nu.h"
 #include "core/datas.h"
 #include "core/estado.h"
 #include "core/falha.h"
 #include "core/literais.h"
 #include "data/criarBD.h"
+#include "data/dialecto.h"
 #include "data/insercao.h"
 #include "data/ligacao.h"
 #include "data/recordset.h"
@@ -19,8 +21,6 @@
 
 #include <cstdlib>
 #include <cstring>
-#include <sqlite3.h>
-
 namespace {
 
 constexpr int linhas = 1'000'000;
@@ -46,34 +46,19 @@ void encher(const QString &caminho) {
     tudo.confirmar();
 }
 
-struct Nu {
-    explicit Nu(const QString &caminho) {
-        if (sqlite3_open_v2(QFile::encodeName(caminho).constData(), &bd, SQLITE_OPEN_READONLY, nullptr) != SQLITE_OK)
-            std::abort();
-    }
-    ~Nu() { sqlite3_close(bd); }
-    sqlite3_stmt *preparar(const char *sql) {
-        sqlite3_stmt *s = nullptr;
-        if (sqlite3_prepare_v2(bd, sql, -1, &s, nullptr) != SQLITE_OK)
-            std::abort();
-        return s;
-    }
-    sqlite3 *bd = nullptr;
-};
-
 constexpr const char *porSensor = "SELECT Temperatura FROM Medias WHERE Data BETWEEN '2000' AND '2100' AND "
                                   "Sensor = '0010000000001000'";
 constexpr const char *paraCSV = "SELECT Data, Sensor, NomeSensor, Temperatura, Observacoes FROM Medias WHERE Data "
                                 "BETWEEN '2000' AND '2100' AND Sensor = '0010000000001000' ORDER BY Data";
-constexpr const char *cem = "SELECT Sensor, NomeSensor, Data, Temperatura, Flag, rowid FROM Medias WHERE Data BETWEEN "
-                            "'2000' AND '2100' AND Sensor = '0010000000001000' ORDER BY Data DESC LIMIT 100";
+const QByteArray cem = "SELECT Sensor, NomeSensor, Data, Temperatura, Flag, " + dialecto::ordem.toLatin1() +
+                       " FROM Medias WHERE Data BETWEEN '2000' AND '2100' AND Sensor = '0010000000001000' "
+                       "ORDER BY Data DESC LIMIT 100";
 
-double varrer(Nu &m) {
+double varrer(nu::Base &m) {
     double soma = 0;
-    sqlite3_stmt *s = m.preparar(porSensor);
-    while (sqlite3_step(s) == SQLITE_ROW)
-        soma += sqlite3_column_double(s, 0);
-    sqlite3_finalize(s);
+    nu::Instrucao s = m.preparar(porSensor);
+    while (s.avancar())
+        soma += s.real(0);
     return soma;
 }
 
@@ -86,21 +71,20 @@ size_t contar(const QString &passo) {
 }
 
 // The same bytes with stdio: day, month and year swapped, a comma for the point.
-void csvSimples(Nu &m, const QString &caminho) {
+void csvSimples(nu::Base &m, const QString &caminho) {
     std::FILE *f = std::fopen(QFile::encodeName(caminho).constData(), "wb");
-    sqlite3_stmt *s = m.preparar(paraCSV);
-    while (sqlite3_step(s) == SQLITE_ROW) {
-        const char *d = reinterpret_cast<const char *>(sqlite3_column_text(s, 0));
+    nu::Instrucao s = m.preparar(paraCSV);
+    while (s.avancar()) {
+        const char *d = s.texto(0);
         char numero[32];
-        std::snprintf(numero, sizeof numero, "%.15g", sqlite3_column_double(s, 3));
+        std::snprintf(numero, sizeof numero, "%.15g", s.real(3));
         if (char *ponto = std::strchr(numero, '.'))
             *ponto = ',';
-        const char *o = reinterpret_cast<const char *>(sqlite3_column_text(s, 4));
+        const char *o = s.texto(4);
         const char *x = std::strstr(o, "XXX");
-        std::fprintf(f, "%.2s/%.2s/%.4s %s;%s;%s;%s;%.*s;%s\r\n", d + 8, d + 5, d, d + 11, sqlite3_column_text(s, 1),
-                     sqlite3_column_text(s, 2), numero, int(x - o), o, x + 3);
+        std::fprintf(f, "%.2s/%.2s/%.4s %s;%s;%s;%s;%.*s;%s\r\n", d + 8, d + 5, d, d + 11, s.texto(1), s.texto(2),
+                     numero, int(x - o), o, x + 3);
     }
-    sqlite3_finalize(s);
     std::fclose(f);
 }
 
@@ -120,7 +104,7 @@ int main(int argc, char **argv) {
     try {
         encher(caminho);
         ligacaoPartilhada().abrir(caminho);
-        Nu motor(caminho);
+        nu::Base motor(QFile::encodeName(caminho));
         for (const QString &passo : {u"0.5"_s, u"0.11"_s, u"50.0"_s}) {
             const auto par = medidas::comparar(
                 7, [&] { return medidas::segundosDe([&] { contar(passo); }); },
@@ -161,11 +145,10 @@ int main(int argc, char **argv) {
             },
             [&] {
                 return medidas::segundosDe([&] {
-                    sqlite3_stmt *s = motor.preparar(cem);
-                    while (sqlite3_step(s) == SQLITE_ROW)
+                    nu::Instrucao s = motor.preparar(cem.constData());
+                    while (s.avancar())
                         for (int c = 0; c < 6; ++c)
-                            sqlite3_column_text(s, c);
-                    sqlite3_finalize(s);
+                            s.texto(c);
                 });
             });
         bem &= medidas::dizer("listagem de 1 M, 100 linhas / consulta de 100", pagina, 2.0);

@@ -4,6 +4,7 @@
 // without a pass of events.
 #include "benchmarks/logGrande.h"
 #include "benchmarks/medidas.h"
+#include "benchmarks/sqlite/nu.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -11,7 +12,6 @@
 
 #include <cstdlib>
 #include <malloc.h>
-#include <sqlite3.h>
 #include <unistd.h>
 
 using namespace logGrande;
@@ -51,13 +51,6 @@ Medicao nosso(const QByteArray &log, const QString &guarda) {
     return m;
 }
 
-void verificar(bool bem, sqlite3 *bd) {
-    if (bem)
-        return;
-    std::fprintf(stderr, "%s\n", sqlite3_errmsg(bd));
-    std::exit(1);
-}
-
 // The statements and the order of the rows are those of the log, table by table.
 struct Tabela {
     const char *sql;
@@ -71,13 +64,11 @@ constexpr Tabela tabelas[] = {
 };
 
 qint64 cicloSimples(const QString &caminho, qint64 linhas) {
-    sqlite3 *bd = nullptr;
-    verificar(sqlite3_open(QFile::encodeName(caminho).constData(), &bd) == SQLITE_OK, bd);
-    verificar(sqlite3_exec(bd, "BEGIN", nullptr, nullptr, nullptr) == SQLITE_OK, bd);
+    nu::Base bd(QFile::encodeName(caminho), nu::Base::Modo::Escrever);
+    bd.executar("BEGIN");
     qint64 inseridas = 0;
     for (const Tabela &tabela : tabelas) {
-        sqlite3_stmt *s = nullptr;
-        verificar(sqlite3_prepare_v2(bd, tabela.sql, -1, &s, nullptr) == SQLITE_OK, bd);
+        nu::Instrucao s = bd.preparar(tabela.sql);
         char id[] = "0020000000000000";
         char data[20] = {};
         for (qint64 n = tabela.passo - 1; n < linhas; n += tabela.passo) {
@@ -87,21 +78,18 @@ qint64 cicloSimples(const QString &caminho, qint64 linhas) {
             strftime(data, sizeof data, "%Y-%m-%d %H:%M:%S", &partes);
             for (int c = tabela.primeiro; c < tabela.ultimo; ++c) {
                 id[15] = char('0' + c);
-                sqlite3_bind_text(s, 1, data, 19, SQLITE_STATIC);
-                sqlite3_bind_text(s, 2, id, 16, SQLITE_STATIC);
-                sqlite3_bind_text(s, 3, "Frigorífico 0", -1, SQLITE_STATIC);
-                sqlite3_bind_double(s, 4, decimosDe(n, c) / 10.0 + 0.5);
-                sqlite3_bind_text(s, 5, "30XXX5", 6, SQLITE_STATIC);
-                sqlite3_bind_null(s, 6);
-                verificar(sqlite3_step(s) == SQLITE_DONE, bd);
-                sqlite3_reset(s);
+                s.ligar(1, data, 19);
+                s.ligar(2, id, 16);
+                s.ligar(3, "Frigorífico 0");
+                s.ligar(4, decimosDe(n, c) / 10.0 + 0.5);
+                s.ligar(5, "30XXX5", 6);
+                s.nulo(6);
+                s.gravar();
                 ++inseridas;
             }
         }
-        sqlite3_finalize(s);
     }
-    verificar(sqlite3_exec(bd, "COMMIT", nullptr, nullptr, nullptr) == SQLITE_OK, bd);
-    sqlite3_close(bd);
+    bd.executar("COMMIT");
     return inseridas;
 }
 

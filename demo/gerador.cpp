@@ -5,6 +5,7 @@
 #include "core/falha.h"
 #include "core/literais.h"
 #include "data/criarBD.h"
+#include "data/dialecto.h"
 #include "data/ligacao.h"
 #include "data/recordset.h"
 #include "demo/historia.h"
@@ -26,12 +27,12 @@ qint64 fimDaHistoria(const Pedido &p) {
 // Tables and rows of the base, for the totals told at the end.
 qint64 contarLinhas(Ligacao &bd) {
     QStringList tabelas;
-    Recordset nomes = bd.consultar(u"SELECT name FROM sqlite_master WHERE type = 'table'"_s);
+    Recordset nomes = bd.consultar(dialecto::tabelas.toString());
     while (nomes.avancar())
         tabelas.append(nomes.texto(0));
     qint64 n = 0;
     for (const QString &t : std::as_const(tabelas)) {
-        Recordset rs = bd.consultar(u"SELECT Max(rowid) FROM "_s + t); // nothing was deleted
+        Recordset rs = bd.consultar(u"SELECT Max("_s + dialecto::ordem + u") FROM " + t); // nothing was deleted
         n += rs.avancar() ? rs.inteiro(0) : 0;
     }
     return n;
@@ -41,7 +42,7 @@ qint64 contarLinhas(Ligacao &bd) {
 QStringList largarIndices(Ligacao &bd) {
     QStringList nomes, guiao;
     {
-        Recordset rs = bd.consultar(u"SELECT name, sql FROM sqlite_master WHERE type = 'index' AND sql IS NOT NULL"_s);
+        Recordset rs = bd.consultar(dialecto::indices.toString());
         while (rs.avancar()) {
             nomes.append(rs.texto(0));
             guiao.append(rs.texto(1));

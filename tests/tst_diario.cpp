@@ -52,7 +52,7 @@ private Q_SLOTS:
     }
     void recolhido() {
         QFETCH(QString, leitor);
-        const Recolha::Medidas aTodos{1, 0, std::chrono::milliseconds(1)};
+        const MedidasDeRecolha aTodos{1, 0, std::chrono::milliseconds(1)};
         const QString caminho = m_inst->caminhoBD();
         ligacaoPartilhada().fechar();
         if (leitor == u"killed") {
@@ -156,7 +156,7 @@ private Q_SLOTS:
     }
 
 private:
-    void cnBDPartilhadaCom(const Recolha::Medidas &medidas) const {
+    void cnBDPartilhadaCom(const MedidasDeRecolha &medidas) const {
         ligacaoPartilhada().definirRecolha(medidas);
         ligacaoPartilhada().abrir(m_inst->caminhoBD());
     }

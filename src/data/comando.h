@@ -1,15 +1,13 @@
 #pragma once
 
-#include "data/celula.h"
+#include "data/motor.h"
 
 #include <QByteArrayView>
 #include <QString>
 
 #include <memory>
 
-struct sqlite3_stmt;
 class Ligacao;
-struct Motor;
 
 // One statement without a result, prepared once and run many times. Values stay bound until they are bound anew.
 // Positions count from 1. Runs only as part of what the connection has open: once its transaction was undone, or the
@@ -30,8 +28,8 @@ public:
     qint64 executar();                             // rows changed
 
 private:
-    void verificar(int codigo);
+    Instrucao &livre();
     std::shared_ptr<Motor> m_motor;
-    sqlite3_stmt *m_instrucao = nullptr;
+    std::unique_ptr<Instrucao> m_instrucao; // gone before its engine
     bool m_emTransaccao;
 };

@@ -5,10 +5,8 @@
 #include "core/ficheiroInteiro.h"
 #include "core/literais.h"
 #include "core/modTraducoes.h"
-#include "data/ligacao_interno.h"
-
-#include <SQLiteCpp/Backup.h>
-#include <SQLiteCpp/Exception.h>
+#include "data/ligacao.h"
+#include "data/motor.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -17,14 +15,10 @@
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
-#include <sqlite3.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
-
-constexpr int paginasPorPasso = 128; // half a megabyte: a few milliseconds on a slow disk
-constexpr int esperaOcupadaMs = 5000;
 
 QString texto(const QString &chave, const QString &omissao) {
     return modTraducoes::texto(u"KelvarkAUX"_s, chave, omissao);
@@ -44,7 +38,6 @@ public:
     }
     ~FicheiroParcial() {
         QFile::remove(m_caminho);
-        QFile::remove(m_caminho + u"-journal"_s);
         ::close(m_ficheiro);
     }
     FicheiroParcial(const FicheiroParcial &) = delete;
@@ -96,28 +89,6 @@ void verificarEspaco(const QString &pasta, qint64 necessario) {
                         .arg(megabytes(necessario), megabytes(disco.bytesAvailable())));
 }
 
-std::string nomeNativo(const QString &caminho) {
-    return QFile::encodeName(caminho).toStdString();
-}
-
-void copiar(SQLite::Database &origem, const QString &destino, const Vigia &vigia,
-            const std::function<void(int, int)> &progresso) {
-    SQLite::Database copia(nomeNativo(destino), SQLite::OPEN_READWRITE, esperaOcupadaMs);
-    copia.exec("PRAGMA synchronous = OFF"); // concluir() does it in pieces
-    SQLite::Backup passos(copia, origem);
-    int codigo = SQLITE_OK;
-    while (codigo != SQLITE_DONE) {
-        codigo = passos.executeStep(paginasPorPasso);
-        if (codigo == SQLITE_BUSY || codigo == SQLITE_LOCKED)
-            throw Falha(erros::motorBD + codigo,
-                        texto(u"BDOcupada"_s, u"A base de dados está bloqueada por outro programa"_s) + u'.');
-        const int total = passos.getTotalPageCount();
-        if (progresso)
-            progresso(total - passos.getRemainingPageCount(), total);
-        vigia.passar();
-    }
-}
-
 } // namespace
 
 QString copiaDatada(const Vigia &vigia, const std::function<void(int, int)> &progresso) {
@@ -125,21 +96,12 @@ QString copiaDatada(const Vigia &vigia, const std::function<void(int, int)> &pro
     const QString nome = nomeLivre(original);
     cnBD().exigirNoLugar(); // a copy of another file would be no copy
     FicheiroParcial parcial(original, nome);
-    try {
-        // A connection of its own, whose read transaction holds one moment of the database for the whole copy:
-        // otherwise each write of another program would start it over again, perhaps for ever.
-        SQLite::Database origem(nomeNativo(original.absoluteFilePath()), SQLite::OPEN_READONLY, esperaOcupadaMs);
-        origem.exec("BEGIN");
-        const qint64 paginas = origem.execAndGet("PRAGMA page_count").getInt64();
-        verificarEspaco(original.absolutePath(), paginas * origem.execAndGet("PRAGMA page_size").getInt64());
-        copiar(origem, parcial.caminho(), vigia, progresso);
-    } catch (const SQLite::Exception &e) {
-        const QString motivo = e.getErrorCode() == SQLITE_FULL ? texto(u"CopiaDiscoCheio"_s, u"o disco está cheio"_s)
-                                                               : QString::fromUtf8(e.what());
-        throw Falha(e.getErrorCode() > 0 ? erros::motorBD + e.getErrorCode() : erros::falhaDoFicheiro,
-                    texto(u"CopiaFalhou"_s, u"A cópia da base de dados em \"%1\" falhou: %2."_s)
-                        .arg(original.absolutePath(), motivo));
-    }
+    cnBD().copiarPara(parcial.caminho(), {[&](qint64 bytes) { verificarEspaco(original.absolutePath(), bytes); },
+                                          [&](int feitas, int total) {
+                                              if (progresso)
+                                                  progresso(feitas, total);
+                                              vigia.passar();
+                                          }});
     parcial.concluir(vigia);
     return nome;
 }

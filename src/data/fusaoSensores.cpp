@@ -2,6 +2,7 @@
 
 #include "core/eventos.h"
 #include "core/literais.h"
+#include "data/dialecto.h"
 #include "data/ligacao.h"
 #include "data/recordset.h"
 
@@ -56,8 +57,8 @@ public:
     Lotes(const Vigia &vigia, const Progresso &progresso) : m_vigia(vigia), m_progresso(progresso) {}
 
     void correr(const QString &instrucao, const TabelaComSensor &t, const QString &antigo, const QString &novo = {}) {
-        const QString sql = u"%1 WHERE rowid IN (SELECT rowid FROM %2 WHERE %3 = ?1 LIMIT %4)"_s.arg(
-            instrucao, t.tabela, t.coluna, QString::number(linhasPorLote));
+        const QString sql = instrucao + u" WHERE "_s +
+                            dialecto::algumas(t.tabela, t.coluna + u" = "_s + dialecto::marca(1), linhasPorLote);
         qint64 linhas = 0;
         do {
             linhas = novo.isEmpty() ? cnBD().executar(sql, {antigo}) : cnBD().executar(sql, {antigo, novo});
@@ -70,7 +71,7 @@ public:
 
     void fundir(const TabelaComSensor &t, const QString &antigo, const QString &novo) {
         if (t.muda)
-            correr(u"UPDATE %1 SET %2 = ?2"_s.arg(t.tabela, t.coluna), t, antigo, novo);
+            correr(u"UPDATE %1 SET %2 = %3"_s.arg(t.tabela, t.coluna, dialecto::marca(2)), t, antigo, novo);
         else
             eliminar(t, antigo);
     }

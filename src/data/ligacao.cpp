@@ -5,40 +5,28 @@
 #include "core/falha.h"
 #include "core/literais.h"
 #include "core/modTraducoes.h"
+#include "data/avarias.h"
 #include "data/esquema.h"
-#include "data/ficheiroBD.h"
-#include "data/ligacao_interno.h"
 #include "data/recordset.h"
 
-#include <SQLiteCpp/Exception.h>
-
 #include <QElapsedTimer>
-#include <QFile>
 #include <QThread>
 
-#include <fcntl.h>
-#include <sqlite3.h>
-#include <unistd.h>
-
-#include <atomic>
 #include <thread>
 #include <utility>
 
 namespace {
 
-constexpr int esperaOcupadaMs = 5000;
-// A page that leaves the cache and is changed again makes the commit read the whole log anew, so hot pages must stay
-// while something is written; reading needs no more than the engine's own measure.
-constexpr const char *memoriaParaEscrever = "PRAGMA cache_size = -16384";
-constexpr const char *memoriaParaLer = "PRAGMA cache_size = -2000";
+constexpr int esperaPelaRecolhaMs = 5000; // a reader that holds it back is not waited for longer
 
-int ligarTexto(sqlite3_stmt *instrucao, int posicao, const QByteArray &t) {
-    return sqlite3_bind_text(instrucao, posicao, t.constData(), int(t.size()), SQLITE_TRANSIENT);
+QString texto(const QString &chave, const QString &omissao) {
+    return modTraducoes::texto(u"KelvarkAUX"_s, chave, omissao);
 }
 
-int ligar(sqlite3_stmt *instrucao, int posicao, const QVariant &valor) {
+void ligar(Instrucao &instrucao, int posicao, const QVariant &valor) {
+    using enum Instrucao::Bytes;
     if (valor.isNull())
-        return sqlite3_bind_null(instrucao, posicao);
+        return instrucao.ligarNulo(posicao);
     switch (valor.typeId()) {
     case QMetaType::Bool:
     case QMetaType::Int:
@@ -46,172 +34,52 @@ int ligar(sqlite3_stmt *instrucao, int posicao, const QVariant &valor) {
     case QMetaType::Short:
     case QMetaType::LongLong:
     case QMetaType::ULongLong:
-        return sqlite3_bind_int64(instrucao, posicao, valor.toLongLong());
+        return instrucao.ligarInteiro(posicao, valor.toLongLong());
     case QMetaType::Float:
     case QMetaType::Double:
-        return sqlite3_bind_double(instrucao, posicao, valor.toDouble());
+        return instrucao.ligarReal(posicao, valor.toDouble());
     case QMetaType::QDateTime: {
         const QDateTime d = valor.toDateTime();
-        return d.isValid() ? ligarTexto(instrucao, posicao, datas::textoBD(d).toUtf8())
-                           : sqlite3_bind_null(instrucao, posicao);
+        return d.isValid() ? instrucao.ligarTexto(posicao, datas::textoBD(d).toUtf8(), Copiados)
+                           : instrucao.ligarNulo(posicao);
     }
     default:
         if (valor.typeId() == qMetaTypeId<Cru>()) {
             const Cru cru = valor.value<Cru>();
-            if (!cru.blob)
-                return ligarTexto(instrucao, posicao, cru.bytes);
-            // No address would bind Null.
-            return sqlite3_bind_blob(instrucao, posicao, cru.bytes.isEmpty() ? "" : cru.bytes.constData(),
-                                     int(cru.bytes.size()), SQLITE_TRANSIENT);
+            return cru.blob ? instrucao.ligarBloco(posicao, cru.bytes)
+                            : instrucao.ligarTexto(posicao, cru.bytes, Copiados);
         }
-        return ligarTexto(instrucao, posicao, valor.toString().toUtf8());
+        return instrucao.ligarTexto(posicao, valor.toString().toUtf8(), Copiados);
     }
 }
 
-// What the engine's commonest failures mean to the person who reads them.
-struct Explicacao {
-    int codigo;
-    QStringView chave;
-    QStringView omissao;
-};
-constexpr Explicacao explicacoes[] = {
-    {SQLITE_BUSY, u"BDOcupada", u"A base de dados está bloqueada por outro programa"},
-    {SQLITE_LOCKED, u"BDOcupadaAqui", u"A base de dados está bloqueada por outra consulta"},
-    {SQLITE_READONLY, u"BDSoLeitura", u"A base de dados só pode ser lida"},
-    {SQLITE_FULL, u"BDDiscoCheio", u"Não há espaço no disco da base de dados"},
-    {SQLITE_IOERR, u"BDDisco", u"Falha de leitura ou escrita no disco da base de dados"},
-    {SQLITE_CANTOPEN, u"BDNaoAbriu", u"Não é possível abrir a base de dados"},
-    {SQLITE_PERM, u"BDSemPermissao", u"Sem permissão de acesso à base de dados"},
-    {SQLITE_CONSTRAINT, u"BDRegra", u"O registo não respeita as regras da tabela"},
-    {SQLITE_CORRUPT, u"BDDanificada", u"A base de dados está danificada"},
-    {SQLITE_NOTADB, u"BDDanificada", u"A base de dados está danificada"},
-};
-
-QString texto(const QString &chave, const QString &omissao) {
-    return modTraducoes::texto(u"KelvarkAUX"_s, chave, omissao);
-}
-
-[[noreturn]] void falharFechada() {
-    throw Falha(erros::objectoFechado, texto(u"BDFechada"_s, u"A base de dados não está aberta."_s));
-}
-
-QString textoDeTrocada(const QString &caminho) {
-    return texto(u"BDTrocada"_s,
-                 u"O ficheiro da base de dados \"%1\" foi apagado ou substituído enquanto estava aberto. O "
-                 "que se vê é do anterior, e o que se alterar não fica gravado. Feche as janelas e abra "
-                 "a base de dados de novo em \"Configurações\"."_s)
-        .arg(caminho);
-}
-
-QString explicar(int codigo) {
-    for (const Explicacao &e : explicacoes)
-        if (e.codigo == codigo)
-            return texto(e.chave.toString(), e.omissao.toString());
-    return texto(u"BDRecusou"_s, u"A base de dados recusou o pedido"_s);
+// Statements that every engine has.
+QString ponto(QStringView verbo, int nivel) {
+    return verbo + u" n"_s + QString::number(nivel);
 }
 
 } // namespace
 
-QString Motor::examinar() {
-    // The check reads the whole file, minutes on a large one: it is stopped after a moment, and made only once.
-    constexpr qint64 maximoMs = 1000;
-    constexpr int instrucoesEntreOlhares = 1000;
-    constexpr auto passouDoTempo = [](void *relogio) -> int {
-        return static_cast<QElapsedTimer *>(relogio)->elapsed() > maximoMs ? 1 : 0;
-    };
-    sqlite3 *motor = bd.getHandle();
-    QElapsedTimer relogio;
-    relogio.start();
-    sqlite3_progress_handler(motor, instrucoesEntreOlhares, passouDoTempo, &relogio);
-    QString achados;
-    sqlite3_stmt *exame = nullptr;
-    int codigo = sqlite3_prepare_v2(motor, "PRAGMA quick_check(3)", -1, &exame, nullptr);
-    while (codigo == SQLITE_OK || codigo == SQLITE_ROW) {
-        codigo = sqlite3_step(exame);
-        if (codigo == SQLITE_ROW)
-            achados += u' ' + QString::fromUtf8(reinterpret_cast<const char *>(sqlite3_column_text(exame, 0)));
-    }
-    if (codigo == SQLITE_INTERRUPT)
-        achados += u' ' + texto(u"BDExameInterrompido"_s, u"(exame interrompido)"_s);
-    else if (codigo != SQLITE_DONE)
-        achados += u' ' + QString::fromUtf8(sqlite3_errmsg(motor));
-    sqlite3_finalize(exame);
-    sqlite3_progress_handler(motor, 0, nullptr, nullptr);
-    return achados.trimmed();
-}
-
-void Motor::falhar(int codigo, const QString &contexto) {
-    const int primario = codigo & 0xFF;
-    QString descricao = u"%1 (%2)."_s.arg(explicar(primario), QString::fromUtf8(sqlite3_errmsg(bd.getHandle())));
-    if (!contexto.isEmpty())
-        descricao += u" [%1]"_s.arg(contexto.left(200));
-    if (primario == SQLITE_CORRUPT || primario == SQLITE_NOTADB) {
-        if (exame.isEmpty())
-            exame = examinar();
-        descricao += u' ' + texto(u"BDExame"_s, u"Ficheiro: \"%1\". Exame: %2"_s).arg(caminho, exame);
-    }
-    throw Falha(erros::motorBD + codigo, descricao);
-}
-
-void Motor::exigirNoLugar() {
-    if (!lugar || lugar->mantem())
-        return;
-    avisada = true;
-    throw Falha(erros::falhaDoFicheiro, textoDeTrocada(caminho));
-}
-
-void Motor::exigirSemPasso() const {
-    if (transaccoes > 0 && profundidadeDosEventos() > profundidade)
-        throw Falha(erros::falhaDoFicheiro,
-                    texto(u"BDEmPasso"_s, u"Estão a ser guardados outros dados, e esta alteração não foi gravada. "
-                                          "Repita-a quando esse trabalho terminar."_s));
-}
-
-void Motor::falharAnulada() {
-    throw Falha(erros::falhaDoFicheiro,
-                texto(u"BDAnulada"_s, u"A alteração foi anulada pela base de dados; nada foi gravado."_s));
-}
-
-sqlite3_stmt *Motor::preparar(const QString &sql, const Parametros &valores) {
-    // The engine undoes a transaction by itself on some failures; what follows would then be stored without one.
-    if (transaccoes > 0 && sqlite3_get_autocommit(bd.getHandle()) != 0)
-        falharAnulada();
-    const QByteArray utf8 = sql.toUtf8();
-    sqlite3_stmt *instrucao = nullptr;
-    const char *resto = nullptr;
-    int codigo = sqlite3_prepare_v2(bd.getHandle(), utf8.constData(), int(utf8.size()) + 1, &instrucao, &resto);
-    if (codigo != SQLITE_OK)
-        falhar(codigo, sql);
-    if (!instrucao || sqlite3_bind_parameter_count(instrucao) != valores.size() ||
-        !QByteArray(resto).trimmed().isEmpty()) {
-        sqlite3_finalize(instrucao);
+std::unique_ptr<Instrucao> Ligacao::preparar(Motor &motor, const QString &sql, Motor::Uso uso,
+                                             const Parametros *valores) {
+    // What follows a transaction that the engine has undone by itself would be stored without one.
+    if (motor.transaccoes > 0 && !motor.emTransaccao())
+        avarias::falharAnulada();
+    std::unique_ptr<Instrucao> instrucao = motor.preparar(sql, uso);
+    if (!instrucao || (valores && instrucao->valores() != valores->size()))
         throw Falha(erros::chamadaInvalida,
-                    u"A consulta não é uma só instrução com %1 valores: %2"_s.arg(valores.size()).arg(sql.left(200)));
-    }
-    if (sqlite3_stmt_readonly(instrucao) == 0) {
-        try {
-            exigirSemPasso();
-        } catch (...) {
-            sqlite3_finalize(instrucao);
-            throw;
-        }
-    }
+                    u"A consulta não é uma só instrução com %1 valores: %2"_s.arg(valores ? valores->size() : 0)
+                        .arg(sql.left(200)));
+    if (instrucao->escreve())
+        motor.exigirSemPasso();
     int posicao = 0;
-    for (const QVariant &valor : valores) {
-        codigo = ligar(instrucao, ++posicao, valor);
-        if (codigo != SQLITE_OK) {
-            sqlite3_finalize(instrucao);
-            falhar(codigo, sql);
-        }
-    }
+    if (valores)
+        for (const QVariant &valor : *valores)
+            ligar(*instrucao, ++posicao, valor);
     return instrucao;
 }
 
-int Motor::executarDirecto(const QByteArray &sql) {
-    return sqlite3_exec(bd.getHandle(), sql.constData(), nullptr, nullptr, nullptr);
-}
-
-Ligacao::Ligacao() : m_esperaMs(esperaOcupadaMs) {}
+Ligacao::Ligacao() = default;
 
 Ligacao::~Ligacao() {
     if (aberta())
@@ -221,59 +89,40 @@ Ligacao::~Ligacao() {
 bool Ligacao::aberta() const {
     return m_motor != nullptr;
 }
+
 bool Ligacao::soLeitura() const {
-    return aberta() && m_motor->soLeitura;
+    return aberta() && m_motor->soLeitura();
 }
+
 QString Ligacao::caminho() const {
     return m_caminho;
 }
 
 void Ligacao::definirEspera(int ms) {
-    m_esperaMs = ms;
+    m_abertura.esperaMs = ms;
     if (aberta())
-        sqlite3_busy_timeout(motor().bd.getHandle(), ms);
+        motor().definirEspera(ms);
 }
 
 Motor &Ligacao::motor() const {
     if (!aberta())
-        falharFechada();
+        avarias::falharFechada();
     m_motor->esperar();
     return *m_motor;
 }
 
 void Ligacao::fechar() {
-    if (!aberta())
-        falharFechada();
     // A cursor may keep the file open for a while; the write lock must not stay with it.
     if (motor().transaccoes > 0)
-        m_motor->executarDirecto("ROLLBACK");
+        m_motor->anular();
     m_motor.reset();
 }
 
 void Ligacao::abrir(const QString &caminho) {
     if (aberta())
         throw Falha(erros::objectoAberto, u"A base de dados já está aberta."_s);
-    const FicheiroBD ficheiro = examinarFicheiroBD(caminho);
-    const QByteArray nome = QFile::encodeName(caminho);
-    // One thread: the engine's own lock, taken for every column read, would be paid for nothing.
-    int modo = (ficheiro.gravavel ? SQLite::OPEN_READWRITE : SQLite::OPEN_READONLY) | SQLite::OPEN_NOMUTEX;
-    QByteArray endereco = nome;
-    if (ficheiro.imutavel) {
-        modo |= SQLite::OPEN_URI;
-        endereco = "file:" + nome.toPercentEncoding("/") + "?immutable=1";
-    }
-    std::shared_ptr<Motor> novo;
-    try {
-        novo = std::make_shared<Motor>(caminho, endereco.toStdString(), modo, m_esperaMs);
-    } catch (const SQLite::Exception &e) {
-        throw Falha(
-            erros::motorBD + e.getErrorCode(),
-            texto(u"BDNaoAbre"_s, u"Não é possível abrir \"%1\" (%2)."_s).arg(caminho, QString::fromUtf8(e.what())));
-    }
-    novo->soLeitura = !ficheiro.gravavel;
-    novo->imutavel = ficheiro.imutavel;
-    Recordset rs(novo, novo->preparar(u"PRAGMA user_version"_s, {}));
-    const qint64 versao = rs.avancar() ? rs.inteiro(0) : 0;
+    std::shared_ptr<Motor> novo = fabricaDe(caminho).abrir(caminho, m_abertura);
+    const qint64 versao = novo->versaoDoEsquema();
     if (versao > versaoDoEsquema)
         throw Falha(erros::falhaDoFicheiro,
                     texto(u"BDMaisRecente"_s, u"\"%1\" foi criada por uma versão mais recente (esquema %2; esta versão "
@@ -281,12 +130,7 @@ void Ligacao::abrir(const QString &caminho) {
                         .arg(caminho)
                         .arg(versao)
                         .arg(versaoDoEsquema));
-    rs.fechar();
-    novo->lugar.emplace(nome); // once it was read its log is there, too
-    if (ficheiro.gravavel)
-        novo->recolha.emplace(
-            novo->bd.getHandle(), nome, [&lugar = *novo->lugar] { return lugar.mantem(); }, m_recolha);
-    m_motor = novo;
+    m_motor = std::move(novo);
     m_caminho = caminho;
 }
 
@@ -297,58 +141,57 @@ void Ligacao::exigirNoLugar() const {
 QString Ligacao::novidadeDoLugar() {
     if (!aberta() || m_motor->transaccoes > 0 || m_motor->emConfirmacao) // its confirmation will say so
         return {};
-    const bool mantem = m_motor->lugar->mantem();
+    const bool mantem = m_motor->noLugar();
     const bool novidade = !mantem && !m_motor->avisada;
     m_motor->avisada = !mantem;
-    return novidade ? textoDeTrocada(m_caminho) : QString();
+    return novidade ? avarias::textoDeTrocada(m_caminho) : QString();
 }
 
-void Ligacao::definirRecolha(const Recolha::Medidas &medidas) {
-    m_recolha = medidas;
+void Ligacao::definirRecolha(const MedidasDeRecolha &medidas) {
+    m_abertura.recolha = medidas;
 }
 
 Recordset Ligacao::consultar(const QString &sql, const Parametros &valores) {
-    // A file read without locks must be opened again once somebody starts to write to it.
-    if (motor().imutavel && QFile::exists(m_caminho + u"-wal"_s)) {
+    if (motor().desactualizado()) {
         fechar();
         abrir(m_caminho);
     }
-    return {m_motor, motor().preparar(sql, valores)};
+    return {m_motor, preparar(motor(), sql, Motor::Uso::UmaVez, &valores)};
 }
 
 qint64 Ligacao::executar(const QString &sql, const Parametros &valores) {
     Recordset rs = consultar(sql, valores);
-    sqlite3 *bd = motor().bd.getHandle();
-    const bool sozinha = rs.escreve() && sqlite3_get_autocommit(bd) != 0; // in a transaction its end is looked at
+    const bool sozinha = rs.escreve() && !motor().emTransaccao(); // in a transaction its end is looked at
     if (sozinha)
         motor().exigirNoLugar();
-    const qint64 antes = sqlite3_total_changes64(bd);
-    while (rs.avancar()) {
-    }
-    if (sozinha && sqlite3_get_autocommit(bd) != 0)
+    const qint64 alteradas = rs.m_instrucao->executar();
+    if (sozinha && !motor().emTransaccao())
         motor().exigirNoLugar();
-    return sqlite3_total_changes64(bd) - antes;
+    return alteradas;
 }
 
 void Ligacao::executarGuiao(const QString &sql) {
     motor().exigirNoLugar();
     motor().exigirSemPasso();
-    const int codigo = motor().executarDirecto(sql.toUtf8());
-    if (codigo != SQLITE_OK)
-        motor().falhar(codigo, sql);
+    motor().executarGuiao(sql);
     motor().exigirNoLugar();
 }
 
+void Ligacao::copiarPara(const QString &destino, const AoCopiar &acompanhar) {
+    const std::shared_ptr<Motor> copiado = (motor(), m_motor); // also when events close the connection
+    copiado->copiarPara(destino, acompanhar);
+}
+
 Transaccao::Transaccao(Ligacao &ligacao) : m_ligacao(ligacao) {
-    m_ligacao.motor().exigirSemPasso();
-    int &nivel = m_ligacao.motor().transaccoes;
-    if (nivel == 0) {
-        m_ligacao.motor().executarDirecto(memoriaParaEscrever);
-        m_ligacao.motor().profundidade = profundidadeDosEventos();
-    }
-    // The outermost one takes the write lock at once, so that it cannot fail half way for want of it.
-    m_ligacao.executar(nivel == 0 ? u"BEGIN IMMEDIATE"_s : u"SAVEPOINT n%1"_s.arg(nivel));
-    ++nivel;
+    Motor &motor = m_ligacao.motor();
+    motor.exigirSemPasso();
+    if (motor.transaccoes == 0) {
+        motor.exigirNoLugar();
+        motor.iniciar();
+        motor.profundidade = profundidadeDosEventos();
+    } else
+        m_ligacao.executar(ponto(u"SAVEPOINT", motor.transaccoes));
+    ++motor.transaccoes;
     m_motor = m_ligacao.m_motor;
 }
 
@@ -358,15 +201,21 @@ void Transaccao::confirmar() {
         throw Falha(
             erros::objectoFechado,
             texto(u"BDFechadaAMeio"_s, u"A base de dados foi fechada a meio da alteração; nada foi gravado."_s));
+    motor->esperar();
     const int nivel = motor->transaccoes - 1;
-    if (nivel == 0)
-        motor->exigirNoLugar(); // undone otherwise
-    m_ligacao.executar(nivel == 0 ? u"COMMIT"_s : u"RELEASE n%1"_s.arg(nivel));
-    motor->transaccoes = nivel;
-    m_pendente = false;
-    if (nivel > 0)
+    if (nivel > 0) {
+        m_ligacao.executar(ponto(u"RELEASE", nivel));
+        motor->transaccoes = nivel;
+        m_pendente = false;
         return;
-    motor->executarDirecto(memoriaParaLer);
+    }
+    motor->exigirNoLugar(); // undone otherwise
+    if (!motor->emTransaccao())
+        avarias::falharAnulada();
+    if (const int codigo = motor->confirmar())
+        motor->falhar(codigo, u"COMMIT"_s);
+    motor->transaccoes = 0;
+    m_pendente = false;
     motor->exigirNoLugar();
 }
 
@@ -375,23 +224,15 @@ void Transaccao::confirmar(const std::function<void()> &passar) {
     if (!motor || motor != m_ligacao.m_motor || motor->transaccoes > 1)
         return confirmar();
     motor->exigirNoLugar();
-    int codigo = SQLITE_OK;
+    int codigo = 0;
     const auto gravar = [&, antes = estado().ambiente.aoConfirmar] {
         if (antes)
             antes();
-        // Most of it before the commit itself, during which other programs cannot write.
-        sqlite3_db_cacheflush(motor->bd.getHandle());
-        const int diario =
-            ::open(QByteArray(QFile::encodeName(motor->caminho) + "-wal").constData(), O_RDONLY | O_CLOEXEC);
-        if (diario >= 0) {
-            ::fdatasync(diario);
-            ::close(diario);
-        }
-        codigo = motor->executarDirecto("COMMIT");
-        if (codigo == SQLITE_OK) {
+        motor->adiantarConfirmacao();
+        codigo = motor->confirmar();
+        if (codigo == 0) {
             motor->transaccoes = 0;
             m_pendente = false;
-            motor->executarDirecto(memoriaParaLer);
         }
         motor->emConfirmacao = false;
         motor->emConfirmacao.notify_all();
@@ -404,12 +245,12 @@ void Transaccao::confirmar(const std::function<void()> &passar) {
             QThread::msleep(1);
         }
     }
-    if (codigo != SQLITE_OK)
+    if (codigo != 0)
         motor->falhar(codigo, u"COMMIT"_s);
     motor->exigirNoLugar();
-    QElapsedTimer desdeAConfirmacao; // a reader that holds the log back is not waited for longer
+    QElapsedTimer desdeAConfirmacao;
     desdeAConfirmacao.start();
-    while (motor->recolha && motor->recolha->atrasada() && desdeAConfirmacao.elapsed() < esperaOcupadaMs) {
+    while (motor->porRecolher() && desdeAConfirmacao.elapsed() < esperaPelaRecolhaMs) {
         passar();
         QThread::msleep(1);
     }
@@ -420,12 +261,14 @@ Transaccao::~Transaccao() {
     if (!m_pendente || !motor || motor != m_ligacao.m_motor) // closing has undone it
         return;
     const int nivel = --motor->transaccoes;
-    // A failure here means that the engine has undone it by itself already.
-    const QByteArray ponto = QByteArray("n") + QByteArray::number(nivel);
-    motor->executarDirecto(nivel == 0 ? QByteArray("ROLLBACK")
-                                      : QByteArray("ROLLBACK TO " + ponto + "; RELEASE " + ponto));
-    if (nivel == 0)
-        motor->executarDirecto(memoriaParaLer);
+    if (nivel == 0) {
+        motor->anular();
+        return;
+    }
+    try {
+        motor->executarGuiao(ponto(u"ROLLBACK TO", nivel) + u"; "_s + ponto(u"RELEASE", nivel));
+    } catch (const Falha &) { // the engine has undone it by itself already
+    }
 }
 
 Ligacao &ligacaoPartilhada() {
@@ -437,6 +280,6 @@ Ligacao &ligacaoPartilhada() {
 Ligacao &cnBD() {
     Ligacao &ligacao = ligacaoPartilhada();
     if (!ligacao.aberta())
-        falharFechada();
+        avarias::falharFechada();
     return ligacao;
 }

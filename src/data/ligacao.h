@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/estado.h"
-#include "data/recolha.h"
+#include "data/motor.h"
 
 #include <QDateTime>
 #include <QString>
@@ -12,7 +12,6 @@
 #include <memory>
 
 class Recordset;
-struct Motor;
 
 // The values of a statement, in the order of its "?". Written in place, {a, b}, or a list made before.
 class Parametros {
@@ -47,20 +46,22 @@ public:
     void exigirNoLugar() const;
     // What the user has to be told when the file was deleted or replaced meanwhile; once, and empty otherwise.
     QString novidadeDoLugar();
-    void definirRecolha(const Recolha::Medidas &medidas); // for the next opening
+    void definirRecolha(const MedidasDeRecolha &medidas); // for the next opening
 
     Recordset consultar(const QString &sql, const Parametros &valores = {});
     qint64 executar(const QString &sql, const Parametros &valores = {}); // rows changed
     void executarGuiao(const QString &sql);                              // several statements, no values
+    void copiarPara(const QString &destino, const AoCopiar &acompanhar); // the state of one moment
 
 private:
     friend class Transaccao;
     friend class Comando;
     Motor &motor() const;
+    static std::unique_ptr<Instrucao> preparar(Motor &motor, const QString &sql, Motor::Uso uso,
+                                               const Parametros *valores = nullptr);
     std::shared_ptr<Motor> m_motor;
     QString m_caminho;
-    int m_esperaMs;
-    Recolha::Medidas m_recolha;
+    Abertura m_abertura{.recolha = MedidasDeRecolha()};
 };
 
 // A batch that clears and rewrites: undone as a whole unless confirmar() is reached. May be nested.

@@ -1,6 +1,7 @@
 #include "data/nomes.h"
 
 #include "core/literais.h"
+#include "data/dialecto.h"
 #include "data/ligacao.h"
 #include "data/recordset.h"
 
@@ -20,7 +21,7 @@ QString inicio(const QString &texto, qsizetype maximo) {
 Registo::Registo() {
     QStringList partes;
     for (const Tabela &t : tabelas)
-        partes += u"SELECT %2 FROM %1 WHERE typeof(%2) = 'text'"_s.arg(t.tabela, t.coluna);
+        partes += u"SELECT %2 FROM %1 WHERE %3"_s.arg(t.tabela, t.coluna, dialecto::eTexto(t.coluna));
     Recordset rs = cnBD().consultar(partes.join(u" UNION ALL "_s));
     while (rs.avancar())
         juntar(rs.texto(0));

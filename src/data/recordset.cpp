@@ -5,19 +5,15 @@
 #include "core/literais.h"
 #include "core/modDoubleTratamento.h"
 #include "core/modTraducoes.h"
-#include "data/ligacao_interno.h"
-
-#include <sqlite3.h>
 
 #include <cstring>
 #include <limits>
 #include <utility>
 
-Recordset::Recordset(std::shared_ptr<Motor> motor, sqlite3_stmt *instrucao)
-    : m_motor(std::move(motor)), m_instrucao(instrucao) {}
+Recordset::Recordset(std::shared_ptr<Motor> motor, std::unique_ptr<Instrucao> instrucao)
+    : m_motor(std::move(motor)), m_instrucao(std::move(instrucao)) {}
 
-Recordset::Recordset(Recordset &&outro) noexcept
-    : m_motor(std::move(outro.m_motor)), m_instrucao(std::exchange(outro.m_instrucao, nullptr)), m_fim(outro.m_fim) {}
+Recordset::Recordset(Recordset &&outro) noexcept = default;
 
 Recordset &Recordset::operator=(Recordset &&outro) noexcept {
     std::swap(m_motor, outro.m_motor);
@@ -33,7 +29,7 @@ Recordset::~Recordset() {
 void Recordset::fechar() {
     if (m_motor)
         m_motor->esperar();
-    sqlite3_finalize(std::exchange(m_instrucao, nullptr));
+    m_instrucao.reset();
     m_motor.reset();
 }
 
@@ -43,86 +39,87 @@ bool Recordset::avancar() {
     if (m_fim) // one more step would run the query again
         return false;
     m_motor->esperar();
-    const int codigo = sqlite3_step(m_instrucao);
-    m_fim = codigo != SQLITE_ROW;
-    if (m_fim && codigo != SQLITE_DONE)
-        m_motor->falhar(codigo, QString::fromUtf8(sqlite3_sql(m_instrucao)));
+    m_fim = true; // also when the step fails
+    m_fim = !m_instrucao->avancar();
     return !m_fim;
 }
 
 bool Recordset::escreve() const {
-    return m_instrucao && sqlite3_stmt_readonly(m_instrucao) == 0;
+    const Instrucao *linha = actual();
+    return linha && linha->escreve();
 }
 
 int Recordset::colunas() const {
-    return sqlite3_column_count(m_instrucao);
+    const Instrucao *linha = actual();
+    return linha ? linha->colunas() : 0;
 }
 
 QString Recordset::nome(int coluna) const {
-    return m_instrucao ? QString::fromUtf8(sqlite3_column_name(m_instrucao, coluna)) : QString();
+    const Instrucao *linha = actual();
+    return linha ? QString::fromUtf8(linha->nome(coluna)) : QString();
 }
 
 int Recordset::coluna(const QString &procurado) const {
     for (int i = 0; i < colunas(); ++i)
-        if (QAnyStringView::compare(QUtf8StringView(sqlite3_column_name(m_instrucao, i)), procurado,
-                                    Qt::CaseInsensitive) == 0)
+        if (QAnyStringView::compare(QUtf8StringView(actual()->nome(i)), procurado, Qt::CaseInsensitive) == 0)
             return i;
     throw Falha(erros::chamadaInvalida,
                 modTraducoes::texto(u"KelvarkAUX"_s, u"BDSemColuna"_s, u"A consulta não tem a coluna \"%1\"."_s)
                     .arg(procurado));
 }
 
-bool Recordset::nulo(int coluna) const {
-    return sqlite3_column_type(m_instrucao, coluna) == SQLITE_NULL;
+Celula::Tipo Recordset::tipo(int coluna) const {
+    const Instrucao *linha = actual();
+    return linha ? linha->tipo(coluna) : Celula::Tipo::Nulo;
 }
 
 bool Recordset::eNumero(int coluna) const {
-    const int tipo = sqlite3_column_type(m_instrucao, coluna);
-    return tipo == SQLITE_FLOAT || tipo == SQLITE_INTEGER;
+    const Celula::Tipo t = tipo(coluna);
+    return t == Celula::Tipo::Real || t == Celula::Tipo::Inteiro;
 }
 
 double Recordset::real(int coluna) const {
-    return sqlite3_column_double(m_instrucao, coluna);
+    const Instrucao *linha = actual();
+    return linha ? linha->real(coluna) : 0;
 }
 
 qint64 Recordset::inteiro(int coluna) const {
-    return sqlite3_column_int64(m_instrucao, coluna);
+    const Instrucao *linha = actual();
+    return linha ? linha->inteiro(coluna) : 0;
 }
 
 const char *Recordset::utf8(int coluna, int &tamanho) const {
-    const auto *bytes = reinterpret_cast<const char *>(sqlite3_column_text(m_instrucao, coluna));
-    tamanho = bytes ? sqlite3_column_bytes(m_instrucao, coluna) : 0;
-    return bytes;
+    tamanho = 0;
+    const Instrucao *linha = actual();
+    return linha ? linha->texto(coluna, tamanho) : nullptr;
 }
 
 const char *Recordset::utf8(int coluna) const {
-    const auto *bytes = reinterpret_cast<const char *>(sqlite3_column_text(m_instrucao, coluna));
+    int tamanho = 0;
+    const char *bytes = utf8(coluna, tamanho);
     return bytes ? bytes : "";
 }
 
 Celula Recordset::celula(int coluna) const {
     Celula c;
-    const auto bytes = [&](const void *inicio) {
-        return QByteArray(static_cast<const char *>(inicio), sqlite3_column_bytes(m_instrucao, coluna));
-    };
-    switch (sqlite3_column_type(m_instrucao, coluna)) {
-    case SQLITE_INTEGER:
-        c.tipo = Celula::Tipo::Inteiro;
+    c.tipo = tipo(coluna);
+    switch (c.tipo) {
+    case Celula::Tipo::Nulo:
+        break;
+    case Celula::Tipo::Inteiro:
         c.inteiro = inteiro(coluna);
         break;
-    case SQLITE_FLOAT:
-        c.tipo = Celula::Tipo::Real;
+    case Celula::Tipo::Real:
         c.real = real(coluna);
         break;
-    case SQLITE_TEXT:
-        c.tipo = Celula::Tipo::Texto;
-        c.bytes = bytes(sqlite3_column_text(m_instrucao, coluna));
+    case Celula::Tipo::Texto: {
+        int tamanho = 0;
+        const char *bytes = utf8(coluna, tamanho);
+        c.bytes = QByteArray(bytes, tamanho);
         break;
-    case SQLITE_BLOB:
-        c.tipo = Celula::Tipo::Bloco;
-        c.bytes = bytes(sqlite3_column_blob(m_instrucao, coluna));
-        break;
-    default:
+    }
+    case Celula::Tipo::Bloco:
+        c.bytes = actual()->bloco(coluna).toByteArray();
         break;
     }
     return c;
@@ -147,7 +144,7 @@ QVariant Recordset::guardado(int coluna) const {
 }
 
 QString Recordset::texto(int coluna) const {
-    if (sqlite3_column_type(m_instrucao, coluna) == SQLITE_FLOAT)
+    if (tipo(coluna) == Celula::Tipo::Real)
         return modDoubleTratamento::NumeroParaTexto(real(coluna));
     int tamanho = 0;
     const char *bytes = utf8(coluna, tamanho);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "data/celula.h"
+#include "data/motor.h"
 
 #include <QByteArray>
 #include <QDateTime>
@@ -11,9 +11,7 @@
 
 #include <memory>
 
-struct sqlite3_stmt;
 class Ligacao;
-struct Motor;
 
 // A stored value that no text can carry there and back: a blob, or a text whose bytes are no UTF-8.
 struct Cru {
@@ -38,7 +36,8 @@ public:
     QString nome(int coluna) const;
     int coluna(const QString &nome) const; // compared without case; Falha when absent
 
-    bool nulo(int coluna) const;
+    // A column that is none, and any of a closed cursor, reads as Null.
+    bool nulo(int coluna) const { return tipo(coluna) == Celula::Tipo::Nulo; }
     bool eNumero(int coluna) const; // stored as a number
     double real(int coluna) const;  // the stored number, no conversion of texts
     qint64 inteiro(int coluna) const;
@@ -58,8 +57,18 @@ public:
 
 private:
     friend class Ligacao;
-    Recordset(std::shared_ptr<Motor> motor, sqlite3_stmt *instrucao);
+    Recordset(std::shared_ptr<Motor> motor, std::unique_ptr<Instrucao> instrucao);
+
+    // None once it was closed. Reading a value may convert it in place, so that, too, waits for a commit on the other
+    // thread.
+    const Instrucao *actual() const {
+        if (m_instrucao)
+            m_motor->esperar();
+        return m_instrucao.get();
+    }
+    Celula::Tipo tipo(int coluna) const;
+
     std::shared_ptr<Motor> m_motor;
-    sqlite3_stmt *m_instrucao;
+    std::unique_ptr<Instrucao> m_instrucao; // gone before its engine
     bool m_fim = false;
 };

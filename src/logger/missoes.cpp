@@ -2,6 +2,7 @@
 
 #include "core/datas.h"
 #include "core/literais.h"
+#include "data/dialecto.h"
 #include "data/insercao.h"
 #include "data/ligacao.h"
 #include "data/recordset.h"
@@ -93,8 +94,9 @@ int juntarAmostras(const ChaveMissao &chave, const std::vector<Amostra> &amostra
 }
 
 int UltimoNumeroMissaoDoRegistador(const QString &LoggerID, const QString &Nomelogger, const QString &DescricaoMissao) {
-    Recordset rs = cnBD().consultar(u"SELECT MAX(CAST(NMissao AS INTEGER)) AS Maxi FROM DS1921head WHERE LoggerID = ? "
-                                    "AND Nomelogger = ? AND DescricaoMissao = ?"_s,
+    Recordset rs = cnBD().consultar(u"SELECT MAX("_s + dialecto::comoInteiro(u"NMissao") +
+                                        u") AS Maxi FROM DS1921head WHERE LoggerID = ? "
+                                        "AND Nomelogger = ? AND DescricaoMissao = ?"_s,
                                     {LoggerID, Nomelogger, DescricaoMissao});
     return rs.avancar() && !rs.nulo(0) ? int(rs.inteiro(0)) : 0;
 }

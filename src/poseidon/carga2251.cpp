@@ -1,3 +1,4 @@
+#include "data/dialecto.h"
 #include "poseidon/modTratamentoDados2251.h"
 
 // What the treatment of a log reads of the database before its first line.
@@ -57,7 +58,8 @@ void TratamentoDados2251::CarregarVariaveis(const QString &ip) {
 
 void TratamentoDados2251::CarregarSensoresDoPoseidon(const QString &ip) {
     Recordset rs = cnBD().consultar(u"SELECT * FROM Sensores INNER JOIN Calibracoes ON Sensores.SensorID = "
-                                    "Calibracoes.SondaID ORDER BY Sensores.rowid, Calibracoes.rowid"_s);
+                                    "Calibracoes.SondaID ORDER BY Sensores."_s +
+                                    dialecto::ordem + u", Calibracoes." + dialecto::ordem);
     const int unidade = rs.coluna(u"PoseidonIP"_s);
     const int maximo = rs.coluna(u"SensUIMax"_s);
     const int minimo = rs.coluna(u"SensUIMin"_s);
@@ -85,7 +87,8 @@ void TratamentoDados2251::CarregarEscalasSensUI() {
         u"SELECT Sensores.SensorID, SensUI_Escalas.Maximo, SensUI_Escalas.Minimo, SensUI_Escalas.NomeEscala "
         "FROM SensUI_Relacoes INNER JOIN Sensores ON Sensores.SensorID = SensUI_Relacoes.SensorID "
         "INNER JOIN SensUI_Escalas ON SensUI_Relacoes.EscalaID = SensUI_Escalas.EscalaID "
-        "ORDER BY SensUI_Relacoes.rowid"_s);
+        "ORDER BY SensUI_Relacoes."_s +
+        dialecto::ordem);
     while (rs.avancar()) {
         try {
             const Gama gama{numeroOu(rs, 1, 0), numeroOu(rs, 2, 0)};
@@ -99,8 +102,8 @@ void TratamentoDados2251::CarregarEscalasSensUI() {
 }
 
 void TratamentoDados2251::CarregarInputsSpider(const QString &ip) {
-    Recordset rs =
-        cnBD().consultar(u"SELECT InputID FROM PoseidonInputsSpider WHERE PoseidonIP = ? ORDER BY rowid"_s, {ip});
+    Recordset rs = cnBD().consultar(
+        u"SELECT InputID FROM PoseidonInputsSpider WHERE PoseidonIP = ? ORDER BY "_s + dialecto::ordem, {ip});
     while (rs.avancar())
         vInputsSpider.push_back({int(rs.inteiro(0)), QString::number(rs.inteiro(0)), estadoDesconhecido});
 }

@@ -3,6 +3,7 @@
 #include "core/falha.h"
 #include "core/literais.h"
 #include "data/comando.h"
+#include "data/dialecto.h"
 #include "data/ligacao.h"
 #include "data/recordset.h"
 #include "poseidon/mensagens2251.h"
@@ -40,7 +41,7 @@ constexpr Tabela tabelas[] = {
 
 struct Linha {
     Especie especie = Especie::Ficou;
-    qint64 rowid = 0;
+    qint64 lugar = 0; // in the order of storing
     std::optional<Celula> flag;
     std::vector<Celula> celulas;
 };
@@ -108,7 +109,7 @@ private:
         if (c.size() < 2 || c[0].size() != 1 || !especies.contains(c[0][0]))
             estragado();
         l.especie = Especie(c[0][0]);
-        l.rowid = c[1].toLongLong(&numero);
+        l.lugar = c[1].toLongLong(&numero);
         qsizetype primeira = 2;
         const auto celula = [&](qsizetype i) {
             Celula lida;
@@ -142,7 +143,7 @@ public:
         QStringList marcas, atribuicoes;
         for (int i = 0; i < rs.colunas(); ++i) {
             m_colunas += rs.nome(i);
-            marcas += u'?' + QString::number(i + 2);
+            marcas += dialecto::marca(i + 2);
             atribuicoes += m_colunas.last() + u" = "_s + marcas.last();
             if (i + 1 >= cabeca.size() || QString::fromUtf8(cabeca[i + 1]) != m_colunas.last())
                 leitor.estragado();
@@ -155,32 +156,33 @@ public:
             if (!c.isEmpty())
                 m_canal.push_back(lugar(c));
         const QString colunas = m_colunas.join(u", "_s);
-        m_inserir.emplace(cnBD(),
-                          u"INSERT INTO %1 (rowid, %2) VALUES (?1, %3)"_s.arg(m_nome, colunas, marcas.join(u", "_s)));
-        m_mudar.emplace(cnBD(), u"UPDATE %1 SET %2 WHERE rowid = ?1"_s.arg(m_nome, atribuicoes.join(u", "_s)));
-        m_apagar.emplace(cnBD(), u"DELETE FROM "_s + m_nome + u" WHERE rowid = ?1");
+        m_inserir.emplace(cnBD(), u"INSERT INTO %1 (%2, %3) VALUES (%4, %5)"_s.arg(
+                                      m_nome, dialecto::ordem, colunas, dialecto::marca(1), marcas.join(u", "_s)));
+        const QString esta = u" WHERE "_s + dialecto::ordem + u" = " + dialecto::marca(1);
+        m_mudar.emplace(cnBD(), u"UPDATE %1 SET %2"_s.arg(m_nome, atribuicoes.join(u", "_s)) + esta);
+        m_apagar.emplace(cnBD(), u"DELETE FROM "_s + m_nome + esta);
     }
 
     void iniciarGrupo() { m_contadas.clear(); }
 
     void repor(const Linha &l) {
         if (l.especie == Especie::Ficou) {
-            m_contadas.insert(l.rowid);
+            m_contadas.insert(l.lugar);
             return;
         }
         if (l.celulas.size() != size_t(m_colunas.size()))
             m_leitor.estragado();
-        const std::optional<std::vector<Celula>> agora = ler(l.rowid);
+        const std::optional<std::vector<Celula>> agora = ler(l.lugar);
         if (l.especie == Especie::Junta)
             return retirar(l, agora);
-        if (agora && mesmoLugar(*agora, l.celulas) && !m_contadas.contains(l.rowid))
+        if (agora && mesmoLugar(*agora, l.celulas) && !m_contadas.contains(l.lugar))
             return devolver(l, *agora);
         if (jaLa(l))
             return;
-        escrever(*m_inserir, agora ? std::nullopt : std::optional(l.rowid), l.celulas);
+        escrever(*m_inserir, agora ? std::nullopt : std::optional(l.lugar), l.celulas);
         ++m_resultado.repostas;
         if (!agora)
-            m_contadas.insert(l.rowid);
+            m_contadas.insert(l.lugar);
     }
 
 private:
@@ -190,8 +192,8 @@ private:
                 return i;
         return -1;
     }
-    std::optional<std::vector<Celula>> ler(qint64 rowid) const {
-        Recordset rs = cnBD().consultar(u"SELECT * FROM "_s + m_nome + u" WHERE rowid = ?", {rowid});
+    std::optional<std::vector<Celula>> ler(qint64 lugar) const {
+        Recordset rs = cnBD().consultar(u"SELECT * FROM "_s + m_nome + u" WHERE " + dialecto::ordem + u" = ?", {lugar});
         if (!rs.avancar())
             return std::nullopt;
         return linha(rs, 0);
@@ -222,7 +224,7 @@ private:
     }
     // What stands in the row's place becomes the row again.
     void devolver(const Linha &l, const std::vector<Celula> &agora) {
-        m_contadas.insert(l.rowid);
+        m_contadas.insert(l.lugar);
         std::vector<Celula> antes = l.celulas;
         const Celula &flag = agora[size_t(m_flag)];
         const bool desdeEntao = flag != antes[size_t(m_flag)] && !(l.flag && flag == *l.flag) && anotada(agora);
@@ -234,7 +236,7 @@ private:
             ++m_resultado.jaEstavam;
             return;
         }
-        escrever(*m_mudar, l.rowid, antes);
+        escrever(*m_mudar, l.lugar, antes);
         ++m_resultado.repostas;
     }
     // True when the row stands elsewhere, as after the log that first brought it was imported again.
@@ -247,7 +249,8 @@ private:
             const Celula &v = l.celulas[size_t(c)];
             valores += v.numero() ? QVariant(v.inteiro) : QVariant(QString::fromUtf8(v.bytes));
         }
-        Recordset rs = cnBD().consultar(u"SELECT rowid, * FROM "_s + m_nome + u" WHERE " + onde, valores);
+        Recordset rs =
+            cnBD().consultar(u"SELECT "_s + dialecto::ordem + u", * FROM " + m_nome + u" WHERE " + onde, valores);
         while (rs.avancar())
             if (!m_contadas.contains(rs.inteiro(0)) && igualSemFlag(linha(rs, 1), l.celulas)) {
                 m_contadas.insert(rs.inteiro(0));
@@ -257,19 +260,19 @@ private:
         return false;
     }
     void retirar(const Linha &l, const std::optional<std::vector<Celula>> &agora) {
-        if (!agora || m_contadas.contains(l.rowid) || !igualSemFlag(*agora, l.celulas))
+        if (!agora || m_contadas.contains(l.lugar) || !igualSemFlag(*agora, l.celulas))
             return;
         if (anotada(*agora)) {
             ++m_resultado.notas;
             return;
         }
-        m_apagar->inteiro(1, l.rowid);
+        m_apagar->inteiro(1, l.lugar);
         m_apagar->executar();
         ++m_resultado.retiradas;
     }
-    static void escrever(Comando &comando, std::optional<qint64> rowid, const std::vector<Celula> &celulas) {
-        if (rowid)
-            comando.inteiro(1, *rowid);
+    static void escrever(Comando &comando, std::optional<qint64> lugar, const std::vector<Celula> &celulas) {
+        if (lugar)
+            comando.inteiro(1, *lugar);
         else
             comando.nulo(1);
         for (size_t i = 0; i < celulas.size(); ++i)

@@ -3,6 +3,7 @@
 #include "core/datas.h"
 #include "core/literais.h"
 #include "data/comando.h"
+#include "data/dialecto.h"
 #include "data/ligacao.h"
 #include "data/recordset.h"
 #include "poseidon/substituidas2251.h"
@@ -49,12 +50,13 @@ qint64 segundoDe(const Celula &data) {
 Substituicao::Substituicao(const Passo &passo, Novas &novas, bool completo, substituidas2251::Escritor *guarda,
                            const std::function<void()> &passar)
     : m_passo(passo), m_novas(novas), m_completo(completo), m_guarda(guarda), m_passar(passar) {
-    const QString onde = u" WHERE rowid = ?"_s + QString::number(posicaoDaLinha);
+    const QString onde = u" WHERE "_s + dialecto::ordem + u" = " + dialecto::marca(posicaoDaLinha);
     const QString mudar = u"UPDATE "_s + passo.tabela + u" SET ";
     const auto comando = [](const QString &sql) { return std::make_unique<Comando>(cnBD(), sql); };
-    m_inserir = comando(u"INSERT INTO %1 (rowid, %2) VALUES (?8, %3)"_s.arg(
+    m_inserir = comando(u"INSERT INTO %1 (%4, %2) VALUES (%5, %3)"_s.arg(
         passo.tabela, lista({&passo.chaves, &passo.valores, &passo.fixas}, nomeDe),
-        lista({&passo.chaves, &passo.valores, &passo.fixas}, valorDe)));
+        lista({&passo.chaves, &passo.valores, &passo.fixas}, valorDe), dialecto::ordem,
+        dialecto::marca(posicaoDaLinha)));
     m_actualizar = comando(mudar + lista({&passo.valores}, atribuicao) + onde);
     m_substituir = comando(mudar + lista({&passo.chaves, &passo.valores, &passo.fixas}, atribuicao) + onde);
     m_apagar = comando(u"DELETE FROM "_s + passo.tabela + onde);
@@ -113,7 +115,7 @@ void Substituicao::ordenar() {
     }
     if (lugares == 0)
         return;
-    Recordset rs = cnBD().consultar(u"SELECT MAX(rowid) FROM "_s + m_passo.tabela);
+    Recordset rs = cnBD().consultar(u"SELECT MAX("_s + dialecto::ordem + u") FROM " + m_passo.tabela);
     if (rs.avancar())
         m_atrasDe = rs.inteiro(0);
     rs.fechar();
@@ -198,16 +200,16 @@ void Substituicao::lerColunas(const Recordset &rs) {
 // Rows of one channel by their moment. No event runs between this and what is done to them.
 std::vector<Antiga> Substituicao::lerPagina(const QVariantList &chave, const QByteArray &desde, bool inclusive,
                                             const QByteArray &ate, int quantas) {
-    Recordset rs = cnBD().consultar(u"SELECT rowid, * FROM "_s + m_passo.tabela + u" WHERE " + onde() + u"Data " +
-                                        (inclusive ? u">= ?" : u"> ?") + u" AND Data <= ? ORDER BY Data LIMIT " +
-                                        QString::number(quantas),
+    Recordset rs = cnBD().consultar(u"SELECT "_s + dialecto::ordem + u", * FROM " + m_passo.tabela + u" WHERE " +
+                                        onde() + u"Data " + (inclusive ? u">= ?" : u"> ?") +
+                                        u" AND Data <= ? ORDER BY Data LIMIT " + QString::number(quantas),
                                     chave + QVariantList{QString::fromUtf8(desde), QString::fromUtf8(ate)});
     if (m_nomes.isEmpty())
         lerColunas(rs);
     std::vector<Antiga> pagina;
     while (rs.avancar()) {
         Antiga &a = pagina.emplace_back();
-        a.rowid = rs.inteiro(0);
+        a.lugar = rs.inteiro(0);
         a.celulas.reserve(size_t(rs.colunas()) - 1);
         for (int i = 1; i < rs.colunas(); ++i)
             a.celulas.push_back(rs.celula(i));
@@ -274,7 +276,7 @@ std::vector<Substituicao::Accao> Substituicao::decidir(Grupo antigas, Indices no
 void Substituicao::tratarGrupo(Grupo antigas, Indices novas) {
     if (novas.empty() && !m_completo)
         return;
-    std::sort(antigas.begin(), antigas.end(), [](const Antiga &a, const Antiga &b) { return a.rowid < b.rowid; });
+    std::sort(antigas.begin(), antigas.end(), [](const Antiga &a, const Antiga &b) { return a.lugar < b.lugar; });
     std::deque<quint32> sobram;
     const std::vector<Accao> accoes = decidir(antigas, novas, sobram);
     const auto fica = [](const Accao &a) { return a.que == Que::Ficar || a.que == Que::FicarSo; };
@@ -283,7 +285,7 @@ void Substituicao::tratarGrupo(Grupo antigas, Indices novas) {
         m_guarda->iniciarGrupo();
         for (const Accao &a : accoes)
             if (fica(a))
-                m_guarda->linha(substituidas2251::Ficou, a.antiga->rowid, {});
+                m_guarda->linha(substituidas2251::Ficou, a.antiga->lugar, {});
     }
     for (const Accao &a : accoes)
         executar(a);
@@ -295,7 +297,7 @@ void Substituicao::tratarGrupo(Grupo antigas, Indices novas) {
 void Substituicao::executar(const Accao &accao) {
     const Antiga &antiga = *accao.antiga;
     const auto mudar = [&](Comando &comando, const Celula *flag) {
-        comando.inteiro(posicaoDaLinha, antiga.rowid);
+        comando.inteiro(posicaoDaLinha, antiga.lugar);
         m_novas.ligar(comando, accao.nova, flag);
         comando.executar();
         m_feitas[accao.nova] = true;
@@ -303,7 +305,7 @@ void Substituicao::executar(const Accao &accao) {
     const auto guardarSubstituida = [&] {
         const Celula flag = accao.nota ? *accao.nota : m_novas.flag(accao.nova);
         if (m_guarda)
-            m_guarda->linha(substituidas2251::Substituida, antiga.rowid, antiga.celulas, &flag);
+            m_guarda->linha(substituidas2251::Substituida, antiga.lugar, antiga.celulas, &flag);
     };
     m_balanco.substituidas += accao.que == Que::Substituir || accao.que == Que::Apagar ? 1 : 0;
     m_balanco.notas += accao.nota || (accao.que == Que::Ficar && antiga.nota) ? 1 : 0;
@@ -326,8 +328,8 @@ void Substituicao::executar(const Accao &accao) {
         return mudar(*m_substituir, accao.nota);
     case Que::Apagar:
         if (m_guarda)
-            m_guarda->linha(substituidas2251::Apagada, antiga.rowid, antiga.celulas);
-        m_apagar->inteiro(posicaoDaLinha, antiga.rowid);
+            m_guarda->linha(substituidas2251::Apagada, antiga.lugar, antiga.celulas);
+        m_apagar->inteiro(posicaoDaLinha, antiga.lugar);
         m_apagar->executar();
         return;
     case Que::FicarSo:
@@ -339,8 +341,8 @@ void Substituicao::executar(const Accao &accao) {
 void Substituicao::juntar(quint32 nova) {
     inserir(nova);
     m_feitas[nova] = true;
-    Recordset rs =
-        cnBD().consultar(u"SELECT rowid, * FROM "_s + m_passo.tabela + u" WHERE rowid = last_insert_rowid()");
+    Recordset rs = cnBD().consultar(u"SELECT "_s + dialecto::ordem + u", * FROM " + m_passo.tabela + u" WHERE " +
+                                    dialecto::ultimaGuardada());
     if (!rs.avancar())
         return;
     std::vector<Celula> celulas;

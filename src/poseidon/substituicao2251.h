@@ -28,7 +28,7 @@ class Escritor;
 namespace substituicao2251 {
 
 struct Antiga {
-    qint64 rowid = 0;
+    qint64 lugar = 0;            // in the order of storing
     std::vector<Celula> celulas; // of all columns
     bool nota = false;
     bool tomada = false; // what becomes of it is decided

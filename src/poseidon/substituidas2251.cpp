@@ -153,9 +153,9 @@ void Escritor::iniciarGrupo() {
     juntar(QByteArray(grupo) + '\n');
 }
 
-void Escritor::linha(Especie especie, qint64 rowid, const std::vector<Celula> &celulas, const Celula *flag) {
+void Escritor::linha(Especie especie, qint64 lugar, const std::vector<Celula> &celulas, const Celula *flag) {
     QByteArray texto(1, char(especie));
-    texto += '\t' + QByteArray::number(rowid);
+    texto += '\t' + QByteArray::number(lugar);
     if (flag)
         texto += '\t' + escrita(*flag);
     for (const Celula &celula : celulas)

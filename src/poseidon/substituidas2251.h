@@ -44,7 +44,7 @@ public:
 
     void iniciarSeccao(const QString &tabela, const QStringList &colunas);
     void iniciarGrupo();
-    void linha(Especie especie, qint64 rowid, const std::vector<Celula> &celulas, const Celula *flag = nullptr);
+    void linha(Especie especie, qint64 lugar, const std::vector<Celula> &celulas, const Celula *flag = nullptr);
     void despejar();       // what is gathered goes to the file, events run
     void terminarSeccao(); // on the disk, with its end
     QString nome() const;  // of the file; empty while there is none

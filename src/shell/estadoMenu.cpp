@@ -2,6 +2,7 @@
 
 #include "core/literais.h"
 #include "core/rotina.h"
+#include "data/dialecto.h"
 #include "data/ligacao.h"
 #include "data/recordset.h"
 #include "views/nomesDasVistas.h"
@@ -68,7 +69,8 @@ void BuscarEstadoMenu(QSet<QString> &estados) {
 
 bool VerificaSeTabelaExiste_MaskListaAlarmes() {
     return Rotina("frmMain.VerificaSeTabelaExiste_MaskListaAlarmes", [] {
-        Recordset rs = cnBD().consultar(u"SELECT DataI FROM MaskListaAlarmes ORDER BY rowid LIMIT 1"_s);
+        Recordset rs =
+            cnBD().consultar(u"SELECT DataI FROM MaskListaAlarmes ORDER BY "_s + dialecto::ordem + u" LIMIT 1");
         return rs.avancar() && rs.dataHora(0).isValid();
     });
 }

@@ -58,10 +58,8 @@ CursorListagem::CursorListagem(const ConsultaListagem &consulta, const QString &
         m_cursores.push_back(consultar(consulta, todos.subspan(i, std::min(maximoDeRamos, todos.size() - i)), desde));
 }
 
-// Rows of one date always come in the same order, so that a page begins where it began before.
 bool CursorListagem::depois(size_t a, size_t b) const {
-    const int ordem = comparar(m_cursores[a], m_cursores[b], m_colunaData);
-    return ordem < 0 || (ordem == 0 && a > b);
+    return comparar(m_cursores[a], m_cursores[b], m_colunaData) < 0;
 }
 
 bool CursorListagem::avancar() {

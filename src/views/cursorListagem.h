@@ -21,7 +21,8 @@ struct ConsultaListagem {
         QString inicio; // range of dates, both ends included; empty: no bound
         QString fim;
     };
-    QString colunas;  // select list; its last column is the row's number in its table
+    QString tabela;   // of all branches
+    QString colunas;  // select list; its last column is the row's place in the order of storing
     int visiveis = 0; // how many of them the listing shows, from the first
     QString data;     // name of the date column that orders the rows, newest first
     int colunaData = 0;
@@ -30,15 +31,15 @@ struct ConsultaListagem {
     std::function<QString(const QString &guardado, int coluna)> celula; // how a cell is shown; none: as stored
     std::function<void(const Recordset &, Ilegiveis &)> examinar;       // what of a row cannot be read; none: all can
     int colunaAEsquerda = -1;                                           // aligned to the left; all others are centred
-    // Where notes can be written: their column (-1: nowhere) and table, and the columns that a row is known by.
+    // Where notes can be written: their column (-1: nowhere), and the columns that a row is known by.
     int colunaEditavel = -1;
-    QString tabela;
     QList<std::pair<int, QString>> identidade;
 
     QString mostrado(const QString &guardado, int coluna) const { return celula ? celula(guardado, coluna) : guardado; }
 };
 
-// The rows of a query, newest first. The engine merges so many branches at once; the cursors of more are merged here.
+// The rows of a query, newest first; those of one date come in any order, since the engine would have to sort to give
+// them in another than its index has. The engine merges so many branches at once; the cursors of more are merged here.
 class CursorListagem {
 public:
     // From the rows of that date on; without one from the newest.

@@ -7,6 +7,7 @@
 #include "core/literais.h"
 #include "core/modDoubleTratamento.h"
 #include "core/modTraducoes.h"
+#include "data/dialecto.h"
 #include "data/ligacao.h"
 #include "data/recordset.h"
 #include "views/estados.h"
@@ -214,7 +215,8 @@ qint64 escreverCSV(const PedidoCSV &pedido, const std::function<void()> &passar)
     for (const ColunaCSV &coluna : formato.colunas)
         colunas.append(coluna.coluna.toString());
     const QString sql = u"SELECT "_s + colunas.join(u", "_s) + u" FROM " + t.nome + u" WHERE " + t.data +
-                        u" BETWEEN ? AND ? AND " + escolhas::condicao(t.chave) + u" ORDER BY " + formato.ordem;
+                        u" BETWEEN ? AND ? AND " + escolhas::condicao(t.chave) + u" ORDER BY " +
+                        (formato.porData ? u"Data, "_s : QString()) + dialecto::ordem;
     qint64 escritas = 0;
     for (const QStringList &chave : pedido.chaves) {
         Recordset rs = cnBD().consultar(sql, QVariantList{pedido.intervalo.inicio, pedido.intervalo.fim} +

@@ -24,7 +24,7 @@ struct ColunaCSV {
 };
 struct FormatoCSV {
     std::span<const ColunaCSV> colunas;
-    QStringView ordem = u"Data, rowid"; // those of one second as they were written
+    bool porData = true; // and those of one second as they were written; otherwise all of them as written
 };
 
 struct PedidoCSV {

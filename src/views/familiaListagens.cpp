@@ -4,6 +4,7 @@
 #include "core/falha.h"
 #include "core/literais.h"
 #include "core/modDoubleTratamento.h"
+#include "data/dialecto.h"
 #include "data/recordset.h"
 #include "views/ilegiveis.h"
 #include "views/nomesDasVistas.h"
@@ -205,6 +206,61 @@ QString textoDoValor(const QString &guardado, int casas) {
     return valor ? modDoubleTratamento::NumeroParaTexto(*valor, casas) : guardado;
 }
 
+QString colunasDe(const MembroListagem &membro) {
+    QStringList colunas;
+    for (const ColunaListagem &coluna : membro.colunas)
+        colunas.append(coluna.campo.toString());
+    if (membro.comMedias)
+        colunas.append(u"MediaSync"_s);
+    // The capture service owns the tables of alarms: what stands beside sensor and date is known by its place alone.
+    if (membro.ligacao == LigacaoListagem::Alarmes)
+        colunas = {u"*"_s};
+    colunas.append(dialecto::ordem.toString());
+    return colunas.join(u", "_s);
+}
+
+QList<ConsultaListagem::Ramo> ramosDe(const MembroListagem &membro, const listagens::Pedido &pedido) {
+    const QString filtro = membro.filtro.isEmpty() ? QString() : u" AND "_s + membro.filtro;
+    const QString onde = membro.tabela + u" WHERE "_s + escolhas::condicao(membro.chave) + filtro;
+    QList<ConsultaListagem::Ramo> ramos;
+    for (const QStringList &chave : pedido.chaves) {
+        // Without parentheses round the sensors, the date test of the alarms binds the first one only. It stays so.
+        if (membro.ligacao == LigacaoListagem::Alarmes && !ramos.isEmpty())
+            ramos.append({onde, escolhas::valores(chave), {}, {}});
+        else
+            ramos.append({onde, escolhas::valores(chave), pedido.intervalo.inicio, pedido.intervalo.fim});
+    }
+    return ramos;
+}
+
+// Tested row by row: a search for rare notes inside the engine would hold the window still.
+std::function<bool(const Recordset &)> filtroDe(const MembroListagem &membro, const listagens::Pedido &pedido) {
+    const int nota = posicaoDe(membro, u"Flag");
+    const int medias = membro.comMedias ? int(membro.colunas.size()) : -1;
+    return [nota, medias, soComNota = pedido.soComNota && nota >= 0, soAlarmes = membro.soComNota && nota >= 0,
+            soMedias = pedido.soMedias && medias >= 0](const Recordset &rs) {
+        // To the check box a lone blank is a note too. It is no alarm: most readings are stored with one.
+        int tamanho = 0;
+        if ((soComNota && (rs.utf8(nota, tamanho), tamanho == 0)) || (soAlarmes && !temNota(rs, nota)))
+            return false;
+        return !soMedias || rs.texto(medias).compare(u"TRUE", Qt::CaseInsensitive) == 0;
+    };
+}
+
+// For the first column of limits.
+std::function<void(const Recordset &, Ilegiveis &)> exameDe(const MembroListagem &membro, int data) {
+    for (size_t i = 0; i < membro.colunas.size(); ++i)
+        if (membro.colunas[i].forma != ColunaListagem::Forma::ComoEsta)
+            return
+                [&membro, i = int(i), data, cache = CacheLimites()](const Recordset &rs, Ilegiveis &ilegiveis) mutable {
+                    int tamanho = 0;
+                    const char *bytes = rs.utf8(i, tamanho);
+                    if (cache.de(bytes, tamanho).ilegivel)
+                        ilegiveis.juntar(membro.tabela, rs.texto(0), rs.texto(data), rs.texto(i));
+                };
+    return {};
+}
+
 } // namespace
 
 std::span<const MembroListagem> familiaListagens() {
@@ -215,42 +271,13 @@ namespace listagens {
 
 ConsultaListagem consulta(const MembroListagem &membro, const Pedido &pedido) {
     ConsultaListagem c;
-    const QString nome = membro.tabela.toString();
-    QStringList colunas;
-    for (const ColunaListagem &coluna : membro.colunas)
-        colunas.append(coluna.campo.toString());
-    if (membro.comMedias)
-        colunas.append(u"MediaSync"_s);
-    // The capture service owns the tables of alarms: what stands beside sensor and date is known by its place alone.
-    if (membro.ligacao == LigacaoListagem::Alarmes)
-        colunas = {u"*"_s};
-    colunas.append(u"rowid"_s);
-    c.colunas = colunas.join(u", "_s);
+    c.tabela = membro.tabela.toString();
+    c.colunas = colunasDe(membro);
     c.visiveis = int(membro.colunas.size());
     c.data = u"Data"_s;
     c.colunaData = posicaoDe(membro, u"Data");
-
-    const QString filtro = membro.filtro.isEmpty() ? QString() : u" AND "_s + membro.filtro;
-    const QString onde = nome + u" WHERE " + escolhas::condicao(membro.chave) + filtro;
-    for (const QStringList &chave : pedido.chaves) {
-        // Without parentheses round the sensors, the date test of the alarms binds the first one only. It stays so.
-        if (membro.ligacao == LigacaoListagem::Alarmes && !c.ramos.isEmpty())
-            c.ramos.append({onde, escolhas::valores(chave), {}, {}});
-        else
-            c.ramos.append({onde, escolhas::valores(chave), pedido.intervalo.inicio, pedido.intervalo.fim});
-    }
-
-    const int nota = posicaoDe(membro, u"Flag");
-    const int medias = membro.comMedias ? c.visiveis : -1;
-    // Tested row by row: a search for rare notes inside the engine would hold the window still.
-    c.aceita = [nota, medias, soComNota = pedido.soComNota && nota >= 0, soAlarmes = membro.soComNota && nota >= 0,
-                soMedias = pedido.soMedias && medias >= 0](const Recordset &rs) {
-        // To the check box a lone blank is a note too. It is no alarm: most readings are stored with one.
-        int tamanho = 0;
-        if ((soComNota && (rs.utf8(nota, tamanho), tamanho == 0)) || (soAlarmes && !temNota(rs, nota)))
-            return false;
-        return !soMedias || rs.texto(medias).compare(u"TRUE", Qt::CaseInsensitive) == 0;
-    };
+    c.ramos = ramosDe(membro, pedido);
+    c.aceita = filtroDe(membro, pedido);
     c.celula = [&membro, data = c.colunaData](const QString &guardado, int coluna) {
         const ColunaListagem::Forma forma = membro.colunas[size_t(coluna)].forma;
         if (const int casas = membro.colunas[size_t(coluna)].casas; casas >= 0)
@@ -260,18 +287,9 @@ ConsultaListagem consulta(const MembroListagem &membro, const Pedido &pedido) {
         const double instante = coluna == data ? datas::segundosDe(guardado) : semData;
         return std::isnan(instante) ? guardado : datas::textoDataHora(datas::instanteDe(instante));
     };
-    for (size_t i = 0; i < membro.colunas.size() && !c.examinar; ++i)
-        if (membro.colunas[i].forma != ColunaListagem::Forma::ComoEsta)
-            c.examinar = [&membro, i = int(i), data = c.colunaData,
-                          cache = CacheLimites()](const Recordset &rs, Ilegiveis &ilegiveis) mutable {
-                int tamanho = 0;
-                const char *bytes = rs.utf8(i, tamanho);
-                if (cache.de(bytes, tamanho).ilegivel)
-                    ilegiveis.juntar(membro.tabela, rs.texto(0), rs.texto(data), rs.texto(i));
-            };
+    c.examinar = exameDe(membro, c.colunaData);
     if (membro.edita) {
-        c.colunaEditavel = nota;
-        c.tabela = nome;
+        c.colunaEditavel = posicaoDe(membro, u"Flag");
         for (const QStringView campo : membro.chave)
             if (const int posicao = posicaoDe(membro, campo); posicao >= 0 && !campo.isEmpty())
                 c.identidade.append({posicao, campo.toString()});
@@ -283,12 +301,13 @@ ConsultaListagem consulta(const MembroListagem &membro, const Pedido &pedido) {
 
 ConsultaListagem consultaVerificados(const MembroListagem &membro, const Intervalo &intervalo, const QString &ip) {
     ConsultaListagem c;
+    c.tabela = membro.tabela.toString();
     QStringList colunas;
     for (const ColunaListagem &coluna : membro.colunas)
         colunas.append(coluna.campo == campoDescricao && ip.isEmpty()
-                           ? u"'[' || ifnull(IP_Nome, '') || '] > ' || ifnull(Descricao, '')"_s
+                           ? u"'[' || coalesce(IP_Nome, '') || '] > ' || coalesce(Descricao, '')"_s
                            : coluna.campo.toString());
-    colunas.append(u"rowid"_s);
+    colunas.append(dialecto::ordem.toString());
     c.colunas = colunas.join(u", "_s);
     c.visiveis = int(membro.colunas.size());
     c.data = u"DataI"_s;

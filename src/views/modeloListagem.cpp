@@ -3,6 +3,8 @@
 #include "core/eventos.h"
 #include "core/rotina.h"
 #include "core/textoMostrado.h"
+#include "data/dialecto.h"
+#include "data/ligacao.h"
 #include "views/ilegiveis.h"
 
 #include <algorithm>
@@ -73,18 +75,33 @@ void ModeloListagem::fechar() {
     endResetModel();
 }
 
+// The query gives the rows of one date as its index has them.
+void ModeloListagem::ordenarDesde(Pagina &pagina, size_t primeira) {
+    if (pagina.size() - primeira > 1)
+        std::stable_sort(pagina.begin() + qsizetype(primeira), pagina.end(),
+                         [](const Linha &a, const Linha &b) { return a.numero > b.numero; });
+}
+
+bool ModeloListagem::aceita(const Recordset &rs) const {
+    return rs.inteiro(m_colunaDoNumero) <= m_ultima && (!m_consulta.aceita || m_consulta.aceita(rs));
+}
+
 void ModeloListagem::abrir(const ConsultaListagem &consulta) {
     fechar();
     m_consulta = consulta;
     if (consulta.ramos.isEmpty())
         return;
+    Recordset ultima = cnBD().consultar(u"SELECT Max("_s + dialecto::ordem + u") FROM " + m_consulta.tabela);
+    m_ultima = ultima.avancar() ? ultima.inteiro(0) : 0;
+    ultima.fechar();
     CursorListagem rs(m_consulta);
-    const bool ha = rs.avancar(); // from here on the count sees the database as it is now
+    const bool ha = rs.avancar();
     m_contagem.reset(new Contagem{std::move(rs), ha, 0, 0, {}, 0, false, {}});
     beginResetModel();
     m_colunas = consulta.visiveis;
     m_colunaDoNumero = m_contagem->rs.colunas() - 1; // a star may stand for any number of columns
     endResetModel();
+    m_primeira.emplace().reserve(linhasPorPagina);
     contarFatia(linhasPorPagina);
     if (m_contagem)
         m_relogio.start();
@@ -118,6 +135,8 @@ void ModeloListagem::contarFatia(int linhas) {
             c.ha = c.rs.avancar();
         }
     }
+    if (m_primeira)
+        acabarPrimeira(fatia);
     const int total = c.linhas;
     const bool terminada = !c.ha;
     Ilegiveis ilegiveis;
@@ -133,16 +152,43 @@ void ModeloListagem::contarFatia(int linhas) {
     ilegiveis.relatar("ModeloListagem.contarFatia");
 }
 
+// The first page is wanted at once, and its rows are at hand: all of its last date, whose order is known only then.
+// When that would take too long, the page is read as any other.
+void ModeloListagem::acabarPrimeira(Fatia &fatia) {
+    Contagem &c = *m_contagem;
+    const auto meioDeUmaData = [&] { return c.ha && bytesDe(c.rs.linha(), m_consulta.colunaData) == c.ultimaData; };
+    while (meioDeUmaData() && !fatia.gasta(1)) {
+        contarLinha();
+        c.ha = c.rs.avancar();
+    }
+    if (!m_primeira->empty() && !meioDeUmaData()) {
+        const auto data = [&](const Linha &l) { return l.celula(m_consulta.colunaData); };
+        Pagina ordenada;
+        for (size_t i = 0, grupo = 0; i < m_primeira->size(); ++i) {
+            if (i > 0 && data((*m_primeira)[i]) != data((*m_primeira)[i - 1])) {
+                ordenarDesde(ordenada, grupo);
+                grupo = i;
+            }
+            ordenada.push_back((*m_primeira)[i]);
+            if (i + 1 == m_primeira->size())
+                ordenarDesde(ordenada, grupo);
+        }
+        if (m_ancoras.size() > 1)
+            ordenada.resize(size_t(m_ancoras[1].linha));
+        m_paginas.insert(0, std::move(ordenada));
+        m_recentes.push_back(0);
+    }
+    m_primeira.reset();
+}
+
 void ModeloListagem::contarLinha() {
     Contagem &c = *m_contagem;
     const Recordset &rs = c.rs.linha();
     ++c.lidasNaPagina;
-    if (m_consulta.aceita && !m_consulta.aceita(rs))
+    if (!aceita(rs))
         return;
     if (m_consulta.examinar)
         m_consulta.examinar(rs, c.ilegiveis);
-    // The first page is wanted at once, and its rows are at hand.
-    const bool primeira = m_ancoras.size() <= 1 && c.linhas < linhasPorPagina;
     const QByteArrayView data = bytesDe(rs, m_consulta.colunaData);
     const bool igual = c.linhas > 0 && data == c.ultimaData;
     c.iguais = igual ? c.iguais + 1 : 0;
@@ -152,18 +198,12 @@ void ModeloListagem::contarLinha() {
         m_ancoras.push_back({c.linhas, c.ultimaData, c.iguais});
         c.lidasNaPagina = 0;
     }
-    if (primeira && m_ancoras.size() == 1) {
-        Pagina &pagina = m_paginas[0];
-        if (c.linhas == 0) {
-            m_recentes.push_back(0);
-            pagina.reserve(linhasPorPagina);
-        }
-        pagina.push_back(lerLinha(rs));
-    }
+    if (m_primeira)
+        m_primeira->push_back(lerLinha(rs));
     ++c.linhas;
 }
 
-// From the last row that was counted. Rows that have come since are newer and lie before it.
+// From the last row that was counted.
 void ModeloListagem::retomarContagem() {
     Contagem &c = *m_contagem;
     c.rs = CursorListagem(m_consulta, QString::fromUtf8(c.ultimaData));
@@ -172,7 +212,7 @@ void ModeloListagem::retomarContagem() {
     for (int iguais = c.linhas > 0 ? c.iguais + 1 : 0; c.ha && iguais > 0; c.ha = c.rs.avancar()) {
         if (bytesDe(c.rs.linha(), m_consulta.colunaData) != c.ultimaData)
             break;
-        iguais -= !m_consulta.aceita || m_consulta.aceita(c.rs.linha()) ? 1 : 0;
+        iguais -= aceita(c.rs.linha()) ? 1 : 0;
     }
 }
 
@@ -210,21 +250,32 @@ ModeloListagem::Pagina ModeloListagem::lerPagina(size_t numero) const {
     Pagina lida;
     lida.reserve(linhas);
     QByteArray data = ancora.data;
-    int iguais = 0;
+    size_t grupo = 0; // where the rows of the date begin
+    size_t saltar = 0;
+    const auto fecharGrupo = [&] {
+        ordenarDesde(lida, grupo);
+        if (proxima && data == proxima->data)
+            lida.resize(std::min(lida.size(), grupo + size_t(proxima->iguais)));
+        if (data == ancora.data)
+            saltar = std::min(lida.size(), size_t(ancora.iguais));
+        grupo = lida.size();
+    };
     CursorListagem cursor(m_consulta, QString::fromUtf8(ancora.data));
-    while (lida.size() < linhas && cursor.avancar()) {
+    while (cursor.avancar()) {
         const Recordset &rs = cursor.linha();
-        if (m_consulta.aceita && !m_consulta.aceita(rs))
+        if (!aceita(rs))
             continue;
-        const QByteArray desta = bytesDe(rs, m_consulta.colunaData).toByteArray();
-        iguais = desta == data ? iguais : 0;
-        data = desta;
-        if (proxima && (data < proxima->data || (data == proxima->data && iguais >= proxima->iguais)))
-            break;
-        if (data != ancora.data || iguais >= ancora.iguais)
-            lida.push_back(lerLinha(rs));
-        ++iguais;
+        if (const QByteArrayView desta = bytesDe(rs, m_consulta.colunaData); desta != data) {
+            fecharGrupo();
+            if (lida.size() - saltar >= linhas || (proxima && desta < proxima->data))
+                break;
+            data = desta.toByteArray();
+        }
+        lida.push_back(lerLinha(rs));
     }
+    fecharGrupo();
+    lida.erase(lida.begin(), lida.begin() + qsizetype(saltar));
+    lida.resize(std::min(lida.size(), linhas));
     return lida;
 }
 

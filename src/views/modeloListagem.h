@@ -12,8 +12,11 @@
 #include <optional>
 #include <vector>
 
+class Fatia;
+
 // A listing that holds only the pages in sight and one anchor a page; rows are found and counted in the background, a
-// slice at a time. What is written after it was opened does not move its rows.
+// slice at a time. They are ordered by date, those of one date by when they were stored, newest first. What is stored
+// after it was opened is none of its rows.
 class ModeloListagem : public QAbstractTableModel {
     Q_OBJECT
 public:
@@ -39,7 +42,7 @@ Q_SIGNALS:
     void contagemTerminada(int linhas);
 
 private:
-    // Where a page begins: at its first row, reached by skipping the accepted rows of the same date before it.
+    // Where a page begins: at its first row, reached by skipping the rows of the same date before it.
     struct Ancora {
         int linha = 0;
         QByteArray data;
@@ -62,6 +65,8 @@ private:
     using Pagina = std::vector<Linha>;
     struct Contagem;
 
+    bool aceita(const Recordset &rs) const;
+    static void ordenarDesde(Pagina &pagina, size_t primeira);
     notas::Linha comoMostrada(const Linha &linha) const;
     void retomarContagem();
     Pagina lerPagina(size_t numero) const;
@@ -70,13 +75,16 @@ private:
     Linha lerLinha(const Recordset &rs) const;
     void contarFatia(int linhas);
     void contarLinha();
+    void acabarPrimeira(Fatia &fatia);
     void linhasConhecidas(int linhas);
 
     ConsultaListagem m_consulta;
     int m_linhas = 0;
     int m_colunas = 0;
     int m_colunaDoNumero = 0;
+    qint64 m_ultima = 0; // the row stored last when the listing was opened
     std::vector<Ancora> m_ancoras;
+    std::optional<Pagina> m_primeira; // while the first rows are counted: the page that is wanted at once
     mutable QHash<size_t, Pagina> m_paginas;
     mutable std::vector<size_t> m_recentes;                // pages held, oldest first
     mutable std::optional<std::pair<int, Linha>> m_aberta; // the row whose note was last given out to be edited

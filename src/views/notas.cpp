@@ -4,6 +4,7 @@
 #include "core/estado.h"
 #include "core/literais.h"
 #include "core/modTraducoes.h"
+#include "data/dialecto.h"
 #include "data/ligacao.h"
 #include "data/recordset.h"
 
@@ -16,13 +17,16 @@ QString textoAUX(const QString &chave, const QString &omissao) {
 }
 
 QString condicao(const notas::Linha &linha) {
-    return linha.colunas.join(u" IS ? AND "_s) + u" IS ?";
+    QStringList partes;
+    for (const QString &coluna : linha.colunas)
+        partes.append(dialecto::mesmo(coluna, u"?"));
+    return partes.join(u" AND "_s);
 }
 
 // The row itself while it stands under its number, otherwise one that is the same in all else.
 QString escolher(const notas::Linha &linha, const QString &que) {
-    return u"SELECT %1 FROM %2 WHERE %3 ORDER BY rowid <> ?, flag COLLATE BINARY IS NOT ?, rowid LIMIT 1"_s.arg(
-        que, linha.tabela, condicao(linha));
+    return u"SELECT %1 FROM %2 WHERE %3 ORDER BY %4 <> ?, %5, %4 LIMIT 1"_s.arg(
+        que, linha.tabela, condicao(linha), dialecto::ordem, dialecto::outro(dialecto::aLetra(u"flag"), u"?"));
 }
 
 QVariantList valoresParaEscolher(const notas::Linha &linha) {
@@ -42,9 +46,9 @@ std::optional<Linha> procurar(const Lugar &lugar) {
             linha.colunas.append(coluna.toString());
     if (!lugar.colunaValor.isEmpty())
         linha.colunas.append(lugar.colunaValor.toString());
-    Recordset rs = cnBD().consultar(u"SELECT "_s + linha.colunas.join(u", "_s) + u", flag, rowid FROM " + linha.tabela +
-                                        u" WHERE " + lugar.colunaData + u" = ? AND " +
-                                        escolhas::condicao(lugar.colunas) + u" ORDER BY rowid",
+    Recordset rs = cnBD().consultar(u"SELECT "_s + linha.colunas.join(u", "_s) + u", flag, " + dialecto::ordem +
+                                        u" FROM " + linha.tabela + u" WHERE " + lugar.colunaData + u" = ? AND " +
+                                        escolhas::condicao(lugar.colunas) + u" ORDER BY " + dialecto::ordem,
                                     QVariantList{datas::textoBD(lugar.data)} + escolhas::valores(lugar.chave));
     const int quantas = int(linha.colunas.size());
     while (rs.avancar()) {
@@ -65,13 +69,13 @@ QString texto(const Linha &linha) {
 }
 
 Resultado gravar(const Linha &linha, const QString &nota) {
-    const qint64 alteradas =
-        cnBD().executar(u"UPDATE "_s + linha.tabela + u" SET flag = ? WHERE rowid = (" + escolher(linha, u"rowid"_s) +
-                            u") AND flag COLLATE BINARY IS ?",
-                        QVariantList{nota} + valoresParaEscolher(linha) + QVariantList{linha.nota});
+    const qint64 alteradas = cnBD().executar(
+        u"UPDATE "_s + linha.tabela + u" SET flag = ? WHERE " + dialecto::ordem + u" = (" +
+            escolher(linha, dialecto::ordem.toString()) + u") AND " + dialecto::mesmo(dialecto::aLetra(u"flag"), u"?"),
+        QVariantList{nota} + valoresParaEscolher(linha) + QVariantList{linha.nota});
     if (alteradas == 1)
         return Resultado::Gravada;
-    Recordset rs = cnBD().consultar(escolher(linha, u"rowid"_s), valoresParaEscolher(linha));
+    Recordset rs = cnBD().consultar(escolher(linha, dialecto::ordem.toString()), valoresParaEscolher(linha));
     return rs.avancar() ? Resultado::Alterada : Resultado::SemLinha;
 }
 

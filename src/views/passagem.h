@@ -1,5 +1,6 @@
 #pragma once
 
+#include "data/dialecto.h"
 #include "data/recordset.h"
 #include "views/leituras.h"
 
@@ -80,7 +81,7 @@ template <typename Ler>
 void Passagem::comNumeros(const Ler &ler, const AoLer &aoLer) {
     std::vector<Numerada> doSegundo;
     m_pedido.intervalo.inicio = QString::fromStdString(m_desde);
-    Recordset rs = linhasPorData(m_pedido, m_colunas + u", rowid");
+    Recordset rs = linhasPorData(m_pedido, m_colunas + u", "_s + dialecto::ordem);
     const auto deFora = [&](const QString &texto) { m_pedido.deFora(rs.texto(0), texto); };
     const int numero = rs.colunas() - 1;
     while (rs.avancar()) {

@@ -1,5 +1,7 @@
 #include "tests/apoio/hostil.h"
 
+#include "data/dialecto.h"
+
 #include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QAction>
@@ -173,9 +175,10 @@ void estragar(const Instalacao &instalacao) {
          {u"Temperaturas"_s, u"TemperaturasPull"_s, u"Medias"_s, u"Humidade"_s, u"HumidadePull"_s, u"Pressao"_s,
           u"PressaoPull"_s, u"Pontoorvalho"_s, u"PontoorvalhoPull"_s, u"SensUI_Leituras"_s, u"SensUI_LeiturasPull"_s,
           u"DS1921"_s, u"REGISTO_Inputs"_s, u"REGISTO_Outputs"_s})
-        instalacao.executar(u"UPDATE %1 SET flag = "_s.arg(tabela) +
-                            escolha(u"CASE WHEN rowid % 4850 THEN rowid / 97 % 6 ELSE 6 + rowid / 4850 % 2 END"_s, {}) +
-                            u" WHERE rowid % 97 = 0");
+        instalacao.executar(
+            u"UPDATE %1 SET flag = "_s.arg(tabela) +
+            escolha(u"CASE WHEN %1 % 4850 THEN %1 / 97 % 6 ELSE 6 + %1 / 4850 % 2 END"_s.arg(dialecto::ordem), {}) +
+            u" WHERE " + dialecto::ordem + u" % 97 = 0");
 }
 
 QStringList queixas(QWidget *janela) {

@@ -3,68 +3,59 @@
 #include "core/datas.h"
 #include "core/perfil.h"
 #include "data/esquema.h"
+#include "data/ligacao.h"
 #include "data/modMain.h"
+#include "data/motor.h"
 
-#include <sqlite3.h>
+#include <QDir>
+#include <QFile>
 
 #include <stdexcept>
 
 namespace {
 
-// Rows are put in through a connection of their own, so that a test sees what another program would have written.
+// Rows are put in through an engine of their own, so that a test sees what another program would have written.
 class Escritor {
 public:
-    explicit Escritor(const QString &caminho, int modo = SQLITE_OPEN_READWRITE) {
-        verificar(sqlite3_open_v2(QFile::encodeName(caminho).constData(), &m_bd, modo, nullptr));
-        executar("PRAGMA synchronous = OFF");
+    explicit Escritor(const QString &caminho) : m_motor(fabricaDe(caminho).abrir(caminho, Abertura())) {
+        executar(u"PRAGMA synchronous = OFF"_s);
     }
-    ~Escritor() {
-        sqlite3_finalize(m_instrucao);
-        sqlite3_close(m_bd);
-    }
-    Escritor(const Escritor &) = delete;
-    Escritor &operator=(const Escritor &) = delete;
-
-    void executar(const char *sql) { verificar(sqlite3_exec(m_bd, sql, nullptr, nullptr, nullptr)); }
+    void executar(const QString &sql) { m_motor->executarGuiao(sql); }
     void preparar(const QString &sql) {
-        sqlite3_finalize(std::exchange(m_instrucao, nullptr));
-        verificar(sqlite3_prepare_v2(m_bd, sql.toUtf8().constData(), -1, &m_instrucao, nullptr));
+        m_instrucao.reset();
+        m_instrucao = m_motor->preparar(sql, Motor::Uso::Muitas);
+        if (!m_instrucao)
+            throw std::runtime_error("fixture: not one statement: " + sql.toStdString());
     }
-    bool passo(const QVariantList &valores = {}) {
-        sqlite3_reset(m_instrucao);
+    void passo(const QVariantList &valores = {}) {
         for (int i = 0; i < valores.size(); ++i)
-            verificar(ligar(i + 1, valores[i]));
-        const int codigo = sqlite3_step(m_instrucao);
-        if (codigo != SQLITE_ROW && codigo != SQLITE_DONE)
-            verificar(codigo);
-        return codigo == SQLITE_ROW;
+            ligar(i + 1, valores[i]);
+        m_instrucao->executar();
     }
-    QVariantList linha() const {
+    QVariantList linha() {
         QVariantList celulas;
-        for (int i = 0; i < sqlite3_column_count(m_instrucao); ++i) {
-            const auto *texto = reinterpret_cast<const char *>(sqlite3_column_text(m_instrucao, i));
+        if (!m_instrucao->avancar())
+            return celulas;
+        for (int i = 0; i < m_instrucao->colunas(); ++i) {
+            int tamanho = 0;
+            const char *texto = m_instrucao->texto(i, tamanho);
             celulas.append(texto ? QVariant(QString::fromUtf8(texto)) : QVariant());
         }
         return celulas;
     }
 
 private:
-    int ligar(int posicao, const QVariant &valor) {
+    void ligar(int posicao, const QVariant &valor) {
         if (valor.isNull())
-            return sqlite3_bind_null(m_instrucao, posicao);
+            return m_instrucao->ligarNulo(posicao);
         if (valor.typeId() == QMetaType::Double)
-            return sqlite3_bind_double(m_instrucao, posicao, valor.toDouble());
+            return m_instrucao->ligarReal(posicao, valor.toDouble());
         if (valor.typeId() == QMetaType::Int || valor.typeId() == QMetaType::LongLong)
-            return sqlite3_bind_int64(m_instrucao, posicao, valor.toLongLong());
-        const QByteArray t = valor.toString().toUtf8();
-        return sqlite3_bind_text(m_instrucao, posicao, t.constData(), int(t.size()), SQLITE_TRANSIENT);
+            return m_instrucao->ligarInteiro(posicao, valor.toLongLong());
+        m_instrucao->ligarTexto(posicao, valor.toString().toUtf8(), Instrucao::Bytes::Copiados);
     }
-    void verificar(int codigo) const {
-        if (codigo != SQLITE_OK)
-            throw std::runtime_error(std::string("fixture: ") + sqlite3_errmsg(m_bd));
-    }
-    sqlite3 *m_bd = nullptr;
-    sqlite3_stmt *m_instrucao = nullptr;
+    std::shared_ptr<Motor> m_motor;
+    std::unique_ptr<Instrucao> m_instrucao; // gone before its engine
 };
 
 } // namespace
@@ -124,7 +115,7 @@ void Instalacao::criarBase(const QString &caminho) const {
     static const QByteArray modelo = [] {
         QTemporaryDir pasta;
         const QString ficheiro = pasta.filePath(u"modelo"_s);
-        Escritor(ficheiro, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE).executar(esquemaSQL);
+        criarBD(ficheiro);
         return lerFicheiro(ficheiro);
     }();
     escreverFicheiro(caminho, modelo);
@@ -171,23 +162,23 @@ void Instalacao::sensor(const Sensor &s) const {
 
 void Instalacao::sensores(const QList<Sensor> &lista) const {
     Escritor e(caminhoBD());
-    e.executar("BEGIN IMMEDIATE");
+    e.executar(u"BEGIN IMMEDIATE"_s);
     e.preparar(u"INSERT INTO Sensores (SensorID, ID, Nlinha, Tipo, Descricao, Seleccionado, Grupo, Fonte, PoseidonIP, "
                "UltTemp, SensUIMax, SensUIMin) VALUES (?,' ',(SELECT COUNT(*) + 1 FROM Sensores),?,?,?,?,?,?,"
                "-999.9,20,4)"_s);
     for (const Sensor &s : lista)
         e.passo({s.SensorID, s.Tipo, s.Descricao, s.Seleccionado, s.Grupo, s.Fonte, s.PoseidonIP});
-    e.executar("COMMIT");
+    e.executar(u"COMMIT"_s);
 }
 
 void Instalacao::leituras(const QString &tabela, const QString &sensor, const QList<Leitura> &linhas) const {
     Escritor e(caminhoBD());
-    e.executar("BEGIN IMMEDIATE");
+    e.executar(u"BEGIN IMMEDIATE"_s);
     e.preparar(u"INSERT INTO %1 (Data, Sensor, NomeSensor, %2, Observacoes, flag) VALUES (?1, ?2, COALESCE((SELECT "
                "Descricao FROM Sensores WHERE SensorID = ?2), ?2), ?3, ?4, ?5)"_s.arg(tabela, colunaDoValor(tabela)));
     for (const Leitura &l : linhas)
         e.passo({l.Data, sensor, l.valor, l.Observacoes, l.flag});
-    e.executar("COMMIT");
+    e.executar(u"COMMIT"_s);
 }
 
 void Instalacao::leituras(const QString &tabela, const QString &sensor, const QString &inicio, int passoSegundos,
@@ -211,5 +202,5 @@ void Instalacao::executar(const QString &sql, const QVariantList &valores) const
 QVariantList Instalacao::linha(const QString &sql) const {
     Escritor e(caminhoBD());
     e.preparar(sql);
-    return e.passo() ? e.linha() : QVariantList();
+    return e.linha();
 }

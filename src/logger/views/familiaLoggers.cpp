@@ -1,6 +1,7 @@
 #include "logger/views/familiaLoggers.h"
 
 #include "core/literais.h"
+#include "data/dialecto.h"
 #include "data/ligacao.h"
 #include "data/recordset.h"
 
@@ -10,7 +11,7 @@ namespace {
 
 constexpr ColunasChave chave{u"LoggerID", u"Nomelogger", u"DescricaoMissao", u"NMissao"};
 // The limits in force stand in columns of their own.
-constexpr QStringView limites = u"ifnull(Max, 'NA') || 'XXX' || ifnull(Min, 'NA')";
+constexpr QStringView limites = u"coalesce(Max, 'NA') || 'XXX' || coalesce(Min, 'NA')";
 constexpr TabelaLeituras amostras{u"DS1921", u"Temperatura", u"Data", chave, limites};
 
 constexpr MembroPontos pontos{.form = u"frmOpccoesLoggersPontos",
@@ -138,7 +139,8 @@ QList<Registador> registadores(const Vigia &vigia) {
 QList<Missao> missoesDe(const Registador &registador, const Vigia &vigia) {
     QList<Missao> lista;
     Recordset rs = cnBD().consultar(
-        u"SELECT DescricaoMissao, NMissao FROM DS1921head WHERE LoggerID = ? AND Nomelogger = ? ORDER BY rowid"_s,
+        u"SELECT DescricaoMissao, NMissao FROM DS1921head WHERE LoggerID = ? AND Nomelogger = ? ORDER BY "_s +
+            dialecto::ordem,
         {registador.LoggerID, registador.Nomelogger});
     while (rs.avancar()) {
         lista.append({rs.texto(0), rs.texto(1)});

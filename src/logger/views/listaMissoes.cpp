@@ -3,6 +3,7 @@
 #include "core/datas.h"
 #include "core/estado.h"
 #include "core/literais.h"
+#include "data/dialecto.h"
 #include "data/ligacao.h"
 #include "data/recordset.h"
 
@@ -40,7 +41,8 @@ void VerificarMissoesConcluidas() {
     QList<std::pair<qint64, QVariant>> terminadas;
     {
         const QDateTime agora = estado().ambiente.agora();
-        Recordset rs = cnBD().consultar(u"SELECT rowid, DataFimMissao FROM DS1921head WHERE Flag = 'NC'"_s);
+        Recordset rs =
+            cnBD().consultar(u"SELECT "_s + dialecto::ordem + u", DataFimMissao FROM DS1921head WHERE Flag = 'NC'"_s);
         while (rs.avancar())
             if (const QDateTime fim = rs.dataHora(1); fim.isValid() && fim < agora)
                 terminadas.append({rs.inteiro(0), rs.guardado(1)});
@@ -50,7 +52,8 @@ void VerificarMissoesConcluidas() {
     Transaccao transaccao(cnBD());
     // Its number alone may be another mission's by now.
     for (const auto &[linha, fim] : terminadas)
-        cnBD().executar(u"UPDATE DS1921head SET flag = 'C' WHERE rowid = ? AND Flag = 'NC' AND DataFimMissao IS ?"_s,
+        cnBD().executar(u"UPDATE DS1921head SET flag = 'C' WHERE "_s + dialecto::ordem + u" = ? AND Flag = 'NC' AND " +
+                            dialecto::mesmo(u"DataFimMissao"_s, u"?"),
                         {linha, fim});
     transaccao.confirmar();
 }

@@ -10,6 +10,7 @@
 #include "core/modTraducoes.h"
 #include "core/rotina.h"
 #include "core/textoMostrado.h"
+#include "data/dialecto.h"
 #include "data/ligacao.h"
 #include "data/recordset.h"
 #include "platform/chart/TChart.h"
@@ -141,7 +142,7 @@ void FormHistograma::lerLinhas(const Escolha &escolha, bool comLimites, const Vi
 FormHistograma::Regra FormHistograma::regraDe(const QStringList &chave) {
     const TabelaLeituras &t = m_membro.tabela;
     Recordset rs = cnBD().consultar(u"SELECT "_s + t.limites + u", " + t.data + u" FROM " + t.nome + u" WHERE " +
-                                        escolhas::condicao(t.chave) + u" ORDER BY rowid LIMIT 1",
+                                        escolhas::condicao(t.chave) + u" ORDER BY " + dialecto::ordem + u" LIMIT 1",
                                     escolhas::valores(chave));
     if (!rs.avancar())
         return {};

@@ -21,7 +21,10 @@
 #include <QPushButton>
 #include <QTableView>
 
+#include <algorithm>
+#include <functional>
 #include <optional>
+#include <vector>
 
 namespace {
 
@@ -52,7 +55,8 @@ QString celulaParaColar(QString texto) {
 class LinhasDaListagem : public FonteDeRelatorio {
 public:
     LinhasDaListagem(const ModeloListagem &modelo, const MembroListagem &membro)
-        : m_consulta(modelo.consulta()), m_total(modelo.rowCount()), m_membro(membro), m_cursor(m_consulta) {}
+        : m_consulta(modelo.consulta()), m_total(modelo.rowCount()), m_membro(membro), m_cursor(m_consulta),
+          m_ha(m_cursor.avancar()) {}
     QStringList campos() const override {
         QStringList nomes;
         for (const ColunaListagem &coluna : m_membro.colunas)
@@ -61,18 +65,38 @@ public:
     }
     qint64 total() const override { return m_total; }
     bool seguinte() override {
-        while (m_cursor.avancar())
-            if (!m_consulta.aceita || m_consulta.aceita(m_cursor.linha()))
-                return true;
-        return false;
+        m_linha = m_linha + 1 < m_daData.size() ? m_linha + 1 : (lerData(), 0);
+        return !m_daData.empty();
     }
-    QString texto(int campo) const override { return m_consulta.mostrado(m_cursor.linha().texto(campo), campo); }
+    QString texto(int campo) const override { return m_consulta.mostrado(m_daData[m_linha].second[campo], campo); }
 
 private:
+    // The rows of the next date, in the order in which the listing has them.
+    void lerData() {
+        m_daData.clear();
+        QString data;
+        for (; m_ha; m_ha = m_cursor.avancar()) {
+            const Recordset &rs = m_cursor.linha();
+            if (m_consulta.aceita && !m_consulta.aceita(rs))
+                continue;
+            QStringList textos;
+            for (int i = 0; i < m_consulta.visiveis; ++i)
+                textos.append(rs.texto(i));
+            if (!m_daData.empty() && textos[m_consulta.colunaData] != data)
+                break;
+            data = textos[m_consulta.colunaData];
+            m_daData.emplace_back(rs.inteiro(rs.colunas() - 1), textos);
+        }
+        std::ranges::stable_sort(m_daData, std::greater(), &std::pair<qint64, QStringList>::first);
+    }
+
     const ConsultaListagem m_consulta;
     const qint64 m_total;
     const MembroListagem &m_membro;
     CursorListagem m_cursor;
+    bool m_ha;                                            // the cursor stands on a row
+    std::vector<std::pair<qint64, QStringList>> m_daData; // places in the order of storing, texts as stored
+    size_t m_linha = 0;
 };
 
 } // namespace

@@ -1,9 +1,10 @@
 #pragma once
 
+#include "data/motor.h"
+
 #include <QByteArray>
 
 #include <atomic>
-#include <chrono>
 #include <condition_variable>
 #include <functional>
 #include <mutex>
@@ -16,11 +17,7 @@ struct sqlite3;
 // Nobody is waited for: what a reader still needs, of whatever program, is left for the next look.
 class Recolha {
 public:
-    struct Medidas {
-        int paginas = 1000;      // in the log after a commit: worth a turn; the engine's own measure
-        qint64 bytes = 16 << 20; // of the log's file: worth being cut
-        std::chrono::milliseconds entreOlhares{1000}; // at a log that others, too, let grow
-    };
+    using Medidas = MedidasDeRecolha; // pages of the log after a commit, bytes of its file
     // `noLugar` says whether the file is still the one that was opened; asked on the thread.
     Recolha(sqlite3 *bd, const QByteArray &caminho, std::function<bool()> noLugar, const Medidas &medidas);
     ~Recolha(); // stops what is under way

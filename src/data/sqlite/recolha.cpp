@@ -1,4 +1,4 @@
-#include "data/recolha.h"
+#include "data/sqlite/recolha.h"
 
 #include <QStringBuilder>
 

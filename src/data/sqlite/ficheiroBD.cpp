@@ -1,4 +1,4 @@
-#include "data/ficheiroBD.h"
+#include "data/sqlite/ficheiroBD.h"
 
 #include "core/falha.h"
 #include "core/literais.h"

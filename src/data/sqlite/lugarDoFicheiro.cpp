@@ -1,4 +1,4 @@
-#include "data/lugarDoFicheiro.h"
+#include "data/sqlite/lugarDoFicheiro.h"
 
 #include <QStringBuilder>
 
