@@ -1,4 +1,5 @@
 #include "tests/cenaGrafico.h"
+#include "views/forms/painelSensores.h"
 
 namespace {
 
