@@ -1,5 +1,6 @@
 #pragma once
 
+#include "data/dialecto.h"
 #include "data/ligacao.h"
 #include "data/recordset.h"
 #include "poseidon/modTratamentoDados2251.h"
@@ -32,7 +33,7 @@ inline QStringList conteudo(const QString &consulta) {
 }
 
 inline QStringList tabela(const QString &nome) {
-    return conteudo(u"SELECT * FROM %1 ORDER BY rowid"_s.arg(nome));
+    return conteudo(u"SELECT * FROM %1 ORDER BY %2"_s.arg(nome, dialecto::ordem));
 }
 
 struct Canal {

@@ -1,6 +1,7 @@
 #include "core/datas.h"
 #include "core/modDoubleTratamento.h"
 #include "core/modINI.h"
+#include "data/dialecto.h"
 #include "data/modMain.h"
 #include "demo/captura.h"
 #include "demo/gerador.h"
@@ -86,7 +87,7 @@ private Q_SLOTS:
             u"Temperaturas WHERE Temperatura = 'ND'"_s,
             u"Humidade WHERE MediaSync = 'TRUE'"_s,
             // The first row's date decides whether the verified alarms are offered at all.
-            u"(SELECT DataI FROM MaskListaAlarmes ORDER BY rowid LIMIT 1) WHERE DataI <> ''"_s,
+            u"(SELECT DataI FROM MaskListaAlarmes ORDER BY %1 LIMIT 1) WHERE DataI <> ''"_s.arg(dialecto::ordem),
             u"DS1921head WHERE Flag = 'C'"_s,
             u"DS1921head WHERE Flag = 'NC'"_s,
         };
@@ -157,7 +158,8 @@ private Q_SLOTS:
                          QStringList(u"%1|%2"_s.arg(canal[0].section(u';', 5, 5).toDouble())
                                          .arg(canal[0].section(u';', 6, 6).toDouble())));
             Recordset rs = m_bd.consultar(
-                u"SELECT * FROM %1 WHERE Sensor = ? ORDER BY rowid DESC LIMIT 50"_s.arg(tabela), {s.SensorID});
+                u"SELECT * FROM %1 WHERE Sensor = ? ORDER BY %2 DESC LIMIT 50"_s.arg(tabela, dialecto::ordem),
+                {s.SensorID});
             while (rs.avancar()) {
                 if (!rs.eNumero(3))
                     continue;
@@ -329,7 +331,7 @@ private Q_SLOTS:
         aMeio.fechar();
         QCOMPARE(leituras(), antes + 100);
         QCOMPARE(coluna(leitor, u"SELECT Temperatura = UltTemp FROM Temperaturas t JOIN Sensores ON SensorID = Sensor "
-                                "ORDER BY t.rowid DESC LIMIT 1"_s),
+                                "ORDER BY t.%1 DESC LIMIT 1"_s.arg(dialecto::ordem)),
                  QStringList{u"1"_s});
         const QString recentes = u" WHERE Data >= '%1'"_s.arg(datas::textoBD(fim));
         QCOMPARE(contar(leitor, u"Alarmes"_s + recentes) + contar(leitor, u"AlarmesHum"_s + recentes),

@@ -1,5 +1,6 @@
 #include "core/estado.h"
 #include "core/modINI.h"
+#include "data/dialecto.h"
 #include "tests/apoio/tabela.h"
 #include "tests/cenaGrafico.h"
 
@@ -306,10 +307,12 @@ private Q_SLOTS:
         QTest::addColumn<QString>("media");
         const QString qual =
             u"de fora: 1. O primeiro: tabela Temperaturas, sensor %1, data 2024-03-15 10:04:00, \"%2\""_s;
-        QTest::newRow("a limit that is none") << u"UPDATE Temperaturas SET Observacoes = 'trintaXXX5' WHERE rowid = 5"_s
-                                              << qual.arg(id(1), u"trintaXXX5"_s) << 5 << u"Média = 30 °C"_s;
-        QTest::newRow("a value that is none") << u"UPDATE Temperaturas SET Temperatura = 'abc' WHERE rowid = 5"_s
-                                              << qual.arg(id(1), u"abc"_s) << 4 << u"Média = 25 °C"_s;
+        QTest::newRow("a limit that is none")
+            << u"UPDATE Temperaturas SET Observacoes = 'trintaXXX5' WHERE %1 = 5"_s.arg(dialecto::ordem)
+            << qual.arg(id(1), u"trintaXXX5"_s) << 5 << u"Média = 30 °C"_s;
+        QTest::newRow("a value that is none")
+            << u"UPDATE Temperaturas SET Temperatura = 'abc' WHERE %1 = 5"_s.arg(dialecto::ordem)
+            << qual.arg(id(1), u"abc"_s) << 4 << u"Média = 25 °C"_s;
         QTest::newRow("no table") << u"DROP TABLE Temperaturas"_s << u"Temperaturas"_s << 0 << QString();
     }
 
