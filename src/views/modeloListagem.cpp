@@ -89,7 +89,11 @@ void ModeloListagem::retirarPosteriores(Pagina &pagina, size_t quantas) const {
     const auto novas = size_t(std::ranges::count_if(pagina, [this](const Linha &l) { return posterior(l); }));
     size_t ficam = quantas - std::min(quantas, pagina.size() - novas);
     if (novas > ficam)
-        std::erase_if(pagina, [&](const Linha &l) { return posterior(l) && (ficam == 0 || ficam-- == 0); });
+        std::erase_if(pagina, [&](const Linha &l) {
+            const bool sai = posterior(l) && ficam == 0;
+            ficam -= posterior(l) && !sai ? 1 : 0;
+            return sai;
+        });
     if (pagina.size() > quantas)
         pagina.resize(quantas);
 }
