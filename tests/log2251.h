@@ -30,7 +30,7 @@ inline QStringList conteudo(const QString &consulta) {
 }
 
 inline QStringList tabela(const QString &nome) {
-    return conteudo(u"SELECT * FROM %1 ORDER BY rowid"_s.arg(nome));
+    return conteudo(u"SELECT * FROM %1 ORDER BY %2"_s.arg(nome, dialecto::ordem));
 }
 
 struct Canal {

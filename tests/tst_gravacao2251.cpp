@@ -1,3 +1,4 @@
+#include "data/dialecto.h"
 #include "tests/log2251.h"
 
 using namespace log2251;
@@ -9,7 +10,8 @@ private Q_SLOTS:
         BaseRapida inst;
         spider(2);
         QVERIFY(descarregar({linha(1, u"1;1;2;1"_s, 3), linha(0, u"2;10"_s), linha(5, u"2;0"_s)}));
-        QCOMPARE(conteudo(u"SELECT InputNum, substr(Data, 15, 2), Estado FROM REGISTO_Inputs ORDER BY rowid"_s),
+        QCOMPARE(conteudo(u"SELECT InputNum, substr(Data, 15, 2), Estado FROM REGISTO_Inputs ORDER BY %1"_s.arg(
+                     dialecto::ordem)),
                  QStringList({u"1|01|True"_s, u"2|00|True"_s, u"2|05|False"_s}));
     }
 

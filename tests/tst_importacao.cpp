@@ -29,7 +29,7 @@ Resultado importar(const QString &xml, const QString &endereco = ip) {
 }
 
 QStringList descricoes() {
-    return conteudo(u"SELECT Descricao FROM Sensores ORDER BY rowid"_s);
+    return conteudo(u"SELECT Descricao FROM Sensores ORDER BY %1"_s.arg(dialecto::ordem));
 }
 
 // Everything that an import may touch.
@@ -210,7 +210,7 @@ private Q_SLOTS:
         for (int vez = 0; vez < 3; ++vez) {
             const Resultado r = importar(documento(canais));
             QVERIFY2(r.importado && r.motivo.isEmpty(), qPrintable(r.motivo));
-            const QStringList nomes = conteudo(consulta + u" ORDER BY rowid"_s);
+            const QStringList nomes = conteudo(consulta + u" ORDER BY %1"_s.arg(dialecto::ordem));
             QCOMPARE(QSet<QString>(nomes.begin(), nomes.end()).size(), 1000);
             QTEST(nomes.last(), "ultimo");
         }

@@ -1,4 +1,5 @@
 #include "data/criarBD.h"
+#include "data/dialecto.h"
 #include "data/insercao.h"
 #include "tests/apoio/instalacao.h"
 #include "tests/falhaDe.h"
@@ -22,7 +23,8 @@ private Q_SLOTS:
         QCOMPARE(
             inst.linha(
                 u"SELECT Data, Sensor, group_concat(Temperatura), group_concat(typeof(Temperatura)), "
-                "count(Observacoes), count(DISTINCT flag), flag FROM (SELECT * FROM Temperaturas ORDER BY rowid)"_s),
+                "count(Observacoes), count(DISTINCT flag), flag FROM (SELECT * FROM Temperaturas ORDER BY %1)"_s.arg(
+                    dialecto::ordem)),
             (QVariantList{u"2025-01-02 03:04:05"_s, u"S'1"_s, u"21.5,ND,7"_s, u"real,text,integer"_s, u"0"_s, u"1"_s,
                           u"Nota d'água"_s}));
     }

@@ -135,7 +135,7 @@ private Q_SLOTS:
         BaseRapida inst;
         canal({u"S1"_s, u"101"_s});
         QVERIFY(descarregar(log));
-        QCOMPARE(conteudo(u"SELECT Data FROM Temperaturas ORDER BY rowid"_s), lidas);
+        QCOMPARE(conteudo(u"SELECT Data FROM Temperaturas ORDER BY %1"_s.arg(dialecto::ordem)), lidas);
     }
 
     void linhas_data() {
@@ -162,7 +162,8 @@ private Q_SLOTS:
             canal({QString::fromLatin1(sensor), QString::number(id)});
         cnBD().executar(u"UPDATE Sensores SET PoseidonIP = '2127.0.0.21' WHERE SensorID = 'alheio'"_s);
         QVERIFY(descarregar({linha}));
-        QCOMPARE(conteudo(u"SELECT Sensor, Temperatura FROM Temperaturas ORDER BY rowid"_s), lista(leituras));
+        QCOMPARE(conteudo(u"SELECT Sensor, Temperatura FROM Temperaturas ORDER BY %1"_s.arg(dialecto::ordem)),
+                 lista(leituras));
     }
 
     void medias_data() {
@@ -189,7 +190,8 @@ private Q_SLOTS:
                 log += linha(int(log.size()), u"101;%1;102;500"_s.arg(bruto));
             QVERIFY(descarregar(log, n));
             QCOMPARE(
-                conteudo(u"SELECT substr(Data, 15, 2), Temperatura, Observacoes, flag FROM Medias ORDER BY rowid"_s),
+                conteudo(u"SELECT substr(Data, 15, 2), Temperatura, Observacoes, flag FROM Medias ORDER BY %1"_s.arg(
+                    dialecto::ordem)),
                 lista(local(medias)));
         }
     }
@@ -217,7 +219,8 @@ private Q_SLOTS:
         for (int vez = 0; vez < 2; ++vez) { // what lies beyond the count stands once too
             QVERIFY(descarregar(log));
             QCOMPARE(conteudo(u"SELECT substr(Data, 15, 2), %1Num, Estado FROM REGISTO_%1s "
-                              "WHERE DispositivoIP = '%2' AND flag = ' ' ORDER BY rowid"_s.arg(registo, unidade)),
+                              "WHERE DispositivoIP = '%2' AND flag = ' ' ORDER BY %3"_s.arg(registo, unidade,
+                                                                                            dialecto::ordem)),
                      lista(linhas));
         }
     }
@@ -229,7 +232,8 @@ private Q_SLOTS:
         for (const int id : {201, 202, 203, 204})
             spider(id);
         QVERIFY(descarregar({linha(1, u"201;10;202;-9999;203;10;204;5;0203;10"_s), linha(2, u"203;0;204;10"_s)}));
-        QCOMPARE(conteudo(u"SELECT DispositivoIP, InputNum, Data, Estado, flag FROM REGISTO_Inputs ORDER BY rowid"_s),
+        QCOMPARE(conteudo(u"SELECT DispositivoIP, InputNum, Data, Estado, flag FROM REGISTO_Inputs ORDER BY %1"_s.arg(
+                     dialecto::ordem)),
                  lista(u"127.0.0.2|203|2011-03-01 00:01:00|True| /127.0.0.2|203|2011-03-01 00:02:00|False| /"
                        "127.0.0.2|204|2011-03-01 00:02:00|True| "_s));
         QCOMPARE(tabela(u"Temperaturas"_s), QStringList());

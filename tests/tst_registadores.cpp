@@ -221,7 +221,8 @@ private Q_SLOTS:
         c.abrir(u"frmListagemLoggers"_s);
         auto *grelha = controlo<Grelha>(c.form, u"DataGrid"_s);
         QCOMPARE(grelha->linhas(), 1); // in progress; what ended a second ago is concluded
-        QCOMPARE(c.linha(u"SELECT group_concat(flag, '') FROM (SELECT flag FROM DS1921head ORDER BY rowid)"_s),
+        QCOMPARE(c.linha(u"SELECT group_concat(flag, '') FROM (SELECT flag FROM DS1921head ORDER BY %1)"_s.arg(
+                     dialecto::ordem)),
                  QVariantList({u"CCNCC"_s}));
         clicar(c.form, opcao);
         clicar(c.form, u"chkConcluidas"_s);

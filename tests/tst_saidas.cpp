@@ -341,7 +341,7 @@ private Q_SLOTS:
         Cena c(u"frmListagemObservacoesTemp"_s);
         constexpr int linhas = 6000;
         c.leituras(temperaturas, id(1), u"2024-03-15 00:00:00"_s, 1, QList<double>(linhas, 4.5));
-        c.executar(u"UPDATE Temperaturas SET flag = CASE WHEN rowid % 100 THEN '' ELSE 'nota' END"_s);
+        c.executar(u"UPDATE Temperaturas SET flag = CASE WHEN %1 % 100 THEN '' ELSE 'nota' END"_s.arg(dialecto::ordem));
         c.abrir(1);
         c.confirmar();
         bool outra = false;

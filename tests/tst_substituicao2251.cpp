@@ -38,7 +38,7 @@ Guardado guardar(const Instalacao &inst, const QStringList &log, std::function<v
 QMap<QString, QStringList> tudoComLugar() {
     QMap<QString, QStringList> t;
     for (const QString &nome : tabelasDoLog)
-        t[nome] = conteudo(u"SELECT rowid, * FROM %1 ORDER BY rowid"_s.arg(nome));
+        t[nome] = conteudo(u"SELECT %2, * FROM %1 ORDER BY %2"_s.arg(nome, dialecto::ordem));
     return t;
 }
 
@@ -136,7 +136,8 @@ private Q_SLOTS:
                 {{instante(c[0]), c[1].toDouble(), u"30XXX10"_s, c[2] == u"~" ? QVariant() : QVariant(c[2])}});
         }
         const auto agora = [] {
-            return conteudo(u"SELECT substr(Data, 15, 2), Temperatura, flag FROM Temperaturas ORDER BY Data, rowid"_s);
+            return conteudo(u"SELECT substr(Data, 15, 2), Temperatura, flag FROM Temperaturas ORDER BY Data, %1"_s.arg(
+                dialecto::ordem));
         };
         QStringList log;
         for (const QString &b : brutos.split(u' '))

@@ -275,21 +275,24 @@ private Q_SLOTS:
     void notaEntretanto_data() {
         const Tabela<QString, int, QString> caso("entretanto", "resultado", "notasDepois");
         const QString linha = u"('2024-03-10 10:00:00', '%1', 'n', %2, '', 'velha', '')"_s;
-        const QString apagar = u"DELETE FROM Humidade WHERE rowid = 1; "_s;
+        const QString apagar = u"DELETE FROM Humidade WHERE %1 = 1; "_s.arg(dialecto::ordem);
         const QString repor = u"INSERT INTO Humidade VALUES "_s + linha.arg(sensorA, u"50"_s);
         caso("nothing", {}, 0, u"nova|alheia"_s);
         caso("row gone", apagar, 1, u"alheia"_s);
         caso("row rewritten", apagar + repor, 0, u"alheia|nova"_s);
         caso("its number is another sensor's",
-             apagar + u"INSERT INTO Humidade (rowid, Data, Sensor, Percentagem, flag) "
-                      "VALUES (1, '2024-03-10 10:00:00', 'outro', 50, 'velha')",
+             apagar + u"INSERT INTO Humidade (%1, Data, Sensor, Percentagem, flag) "
+                      "VALUES (1, '2024-03-10 10:00:00', 'outro', 50, 'velha')"_s.arg(dialecto::ordem),
              1, u"velha|alheia"_s);
-        caso("value rewritten", u"UPDATE Humidade SET Percentagem = 52 WHERE rowid = 1"_s, 1, u"velha|alheia"_s);
-        caso("note changed", u"UPDATE Humidade SET flag = 'do colega' WHERE rowid = 1"_s, 2, u"do colega|alheia"_s);
-        caso("note changed in case only", u"UPDATE Humidade SET flag = 'Velha' WHERE rowid = 1"_s, 2,
+        caso("value rewritten", u"UPDATE Humidade SET Percentagem = 52 WHERE %1 = 1"_s.arg(dialecto::ordem), 1,
+             u"velha|alheia"_s);
+        caso("note changed", u"UPDATE Humidade SET flag = 'do colega' WHERE %1 = 1"_s.arg(dialecto::ordem), 2,
+             u"do colega|alheia"_s);
+        caso("note changed in case only", u"UPDATE Humidade SET flag = 'Velha' WHERE %1 = 1"_s.arg(dialecto::ordem), 2,
              u"Velha|alheia"_s);
         caso("changed, and a twin bears the old one",
-             u"UPDATE Humidade SET flag = 'do colega' WHERE rowid = 1; "_s + repor, 2, u"do colega|alheia|velha"_s);
+             u"UPDATE Humidade SET flag = 'do colega' WHERE %1 = 1; "_s.arg(dialecto::ordem) + repor, 2,
+             u"do colega|alheia|velha"_s);
     }
     // Between the moment when a note is shown and the one when it is stored.
     void notaEntretanto() {
@@ -304,7 +307,8 @@ private Q_SLOTS:
         const notas::Linha mostrada = *notas::procurar(onde);
         cnBD().executarGuiao(entretanto);
         QCOMPARE(int(notas::gravar(mostrada, u"nova"_s)), resultado);
-        QCOMPARE(inst.linha(u"SELECT group_concat(flag, '|') FROM (SELECT flag FROM Humidade ORDER BY rowid)"_s)
+        QCOMPARE(inst.linha(u"SELECT group_concat(flag, '|') FROM (SELECT flag FROM Humidade ORDER BY %1)"_s.arg(
+                                dialecto::ordem))
                      .value(0)
                      .toString(),
                  notasDepois);

@@ -76,10 +76,26 @@ void ModeloListagem::fechar() {
 }
 
 // The query gives the rows of one date as its index has them.
-void ModeloListagem::ordenarDesde(Pagina &pagina, size_t primeira) {
+void ModeloListagem::ordenarDesde(Pagina &pagina, size_t primeira) const {
     if (pagina.size() - primeira > 1)
-        std::stable_sort(pagina.begin() + qsizetype(primeira), pagina.end(),
-                         [](const Linha &a, const Linha &b) { return a.numero > b.numero; });
+        std::stable_sort(pagina.begin() + qsizetype(primeira), pagina.end(), [this](const Linha &a, const Linha &b) {
+            return posterior(a) != posterior(b) ? posterior(b) : a.numero > b.numero;
+        });
+}
+
+// What was stored since would move the rows that follow; it only fills the places of rows that have gone, since a row
+// that was stored anew has another number.
+void ModeloListagem::retirarPosteriores(Pagina &pagina, size_t quantas) const {
+    const auto novas = size_t(std::ranges::count_if(pagina, [this](const Linha &l) { return posterior(l); }));
+    size_t ficam = quantas - std::min(quantas, pagina.size() - novas);
+    if (novas > ficam)
+        std::erase_if(pagina, [&](const Linha &l) {
+            const bool sai = posterior(l) && ficam == 0;
+            ficam -= posterior(l) && !sai ? 1 : 0;
+            return sai;
+        });
+    if (pagina.size() > quantas)
+        pagina.resize(quantas);
 }
 
 bool ModeloListagem::aceita(const Recordset &rs) const {
@@ -251,7 +267,7 @@ ModeloListagem::Pagina ModeloListagem::lerPagina(size_t numero) const {
     lida.reserve(linhas);
     QByteArray data = ancora.data;
     size_t grupo = 0; // where the rows of the date begin
-    size_t saltar = 0;
+    size_t saltar = 0, daContagem = 0;
     const auto fecharGrupo = [&] {
         ordenarDesde(lida, grupo);
         if (proxima && data == proxima->data)
@@ -263,19 +279,20 @@ ModeloListagem::Pagina ModeloListagem::lerPagina(size_t numero) const {
     CursorListagem cursor(m_consulta, QString::fromUtf8(ancora.data));
     while (cursor.avancar()) {
         const Recordset &rs = cursor.linha();
-        if (!aceita(rs))
+        if (m_consulta.aceita && !m_consulta.aceita(rs))
             continue;
         if (const QByteArrayView desta = bytesDe(rs, m_consulta.colunaData); desta != data) {
             fecharGrupo();
-            if (lida.size() - saltar >= linhas || (proxima && desta < proxima->data))
+            if (daContagem >= linhas + saltar || (proxima && desta < proxima->data))
                 break;
             data = desta.toByteArray();
         }
         lida.push_back(lerLinha(rs));
+        daContagem += posterior(lida.back()) ? 0 : 1;
     }
     fecharGrupo();
     lida.erase(lida.begin(), lida.begin() + qsizetype(saltar));
-    lida.resize(std::min(lida.size(), linhas));
+    retirarPosteriores(lida, linhas);
     return lida;
 }
 

@@ -16,7 +16,7 @@ class Fatia;
 
 // A listing that holds only the pages in sight and one anchor a page; rows are found and counted in the background, a
 // slice at a time. They are ordered by date, those of one date by when they were stored, newest first. What is stored
-// after it was opened is none of its rows.
+// after it was opened moves none of its rows.
 class ModeloListagem : public QAbstractTableModel {
     Q_OBJECT
 public:
@@ -66,7 +66,9 @@ private:
     struct Contagem;
 
     bool aceita(const Recordset &rs) const;
-    static void ordenarDesde(Pagina &pagina, size_t primeira);
+    bool posterior(const Linha &linha) const { return linha.numero > m_ultima; }
+    void ordenarDesde(Pagina &pagina, size_t primeira) const;
+    void retirarPosteriores(Pagina &pagina, size_t quantas) const;
     notas::Linha comoMostrada(const Linha &linha) const;
     void retomarContagem();
     Pagina lerPagina(size_t numero) const;

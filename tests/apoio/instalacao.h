@@ -4,6 +4,7 @@
 #include "core/falha.h"
 #include "core/literais.h"
 #include "core/modINI.h"
+#include "data/dialecto.h"
 #include "data/ligacao.h"
 #include "data/recordset.h"
 #include "tests/apoio/duplos.h"
