@@ -146,12 +146,8 @@ private Q_SLOTS:
             ++canais;
             const QStringList canal = argumentos.filter(u"--canal=%1;%2;"_s.arg(s.ID, s.Descricao));
             QVERIFY2(canal.size() == 1, qPrintable(s.Descricao));
-            const QString tabela = s.letra == 'C'   ? u"Temperaturas"_s
-                                   : s.letra == '%' ? u"Humidade"_s
-                                   : s.letra == 'K' ? u"Pressao"_s
-                                   : s.letra == 'D' ? u"Pontoorvalho"_s
-                                                    : u"SensUI_Leituras"_s;
-            if (s.letra != 'K' && s.letra != 'D')
+            const QString tabela = s.mede->grandeza.leituras.toString();
+            if (s.mede->importada)
                 QCOMPARE(coluna(m_bd, u"SELECT coalesce(Minimo, MinimoHum) || '|' || coalesce(Maximo, MaximoHum) FROM "
                                       "Calibracoes WHERE SondaID = '%1'"_s.arg(s.SensorID)),
                          QStringList(u"%1|%2"_s.arg(canal[0].section(u';', 5, 5).toDouble())
