@@ -137,21 +137,17 @@ void gravarSensores(Historia &h) {
         const double ultimo = std::isnan(h.ultimos[i]) ? -999.9 : h.ultimos[i];
         linhas.append({s.SensorID, s.ID, int(i) + 1, s.Tipo, s.Descricao, s.activo ? u"SIM"_s : u"NAO"_s, s.grupo,
                        s.Fonte, s.PoseidonIP, ultimo, s.SensUIMax, s.SensUIMin});
-        const bool humidade = s.letra == '%';
-        const bool analogico = s.letra == 'V' || s.letra == 'A';
+        const bool humidade = s.mede->limitesDaHumidade;
         const QVariant maximo = s.temMaximo() ? QVariant(s.maximo) : QVariant(u"NA"_s);
         const QVariant minimo = s.temMinimo() ? QVariant(s.minimo) : QVariant(u"NA"_s);
         calibracoes.append({s.SensorID, humidade ? nenhum : maximo, humidade ? nenhum : minimo,
-                            humidade ? maximo : nenhum, humidade ? minimo : nenhum,
-                            analogico  ? u"SENSUI"_s
-                            : humidade ? u"HUMTMP"_s
-                                       : u"TMP"_s,
+                            humidade ? maximo : nenhum, humidade ? minimo : nenhum, s.mede->calibracao.toString(),
                             u"NA"_s, u"NA"_s, i % 5 == 3 ? QString(u"-0"_s + s.separador() + u"3"_s) : u"0"_s});
         if (s.ordem < 2)
             visores.append({s.SensorID});
         if (s.letra == 'C' && s.ordem < 4)
             comEntradas.append({s.SensorID});
-        if (analogico && s.ordem == 0)
+        if (s.mede->comEscala && s.ordem == 0)
             comSaidas.append({s.SensorID});
     }
     inserir(h.bd, u"Sensores"_s,

@@ -40,14 +40,15 @@ void Captura::carregarSensores(quint64 semente) {
         "ORDER BY S.Nlinha"_s);
     while (rs.avancar()) {
         const QChar letra = rs.texto(2).trimmed().right(1).isEmpty() ? QChar() : rs.texto(2).trimmed().back();
-        const bool humidade = letra == u'%';
-        if (!humidade && !QStringView(u"CT05E").contains(letra))
+        const Medida *mede = medidaDe(letra);
+        if (!mede || !mede->captada)
             continue;
+        const int limites = mede->limitesDaHumidade ? 6 : 4;
         Canal c{.id = rs.texto(0),
                 .nome = rs.texto(1),
-                .humidade = humidade,
-                .maximo = limiteDe(rs, humidade ? 6 : 4),
-                .minimo = limiteDe(rs, humidade ? 7 : 5),
+                .mede = mede,
+                .maximo = limiteDe(rs, limites),
+                .minimo = limiteDe(rs, limites + 1),
                 .observacoes = {},
                 .separador = rs.texto(3).startsWith(u'2') ? u',' : u'.',
                 .local = Local::Laboratorio,
@@ -67,8 +68,7 @@ void Captura::carregarSensores(quint64 semente) {
 
 double Captura::valorDe(const Canal &c, const QDateTime &agora) const {
     const Momento m = m_clima.momento(qint64(datas::segundosDe(agora)));
-    const double v = c.humidade ? m_clima.humidade(c.local, c.lugar, m) : m_clima.temperatura(c.local, c.lugar, m);
-    return std::round(v * 10) / 10;
+    return std::round(c.mede->valor(m_clima, c.local, c.lugar, m) * c.mede->porUnidade) / c.mede->porUnidade;
 }
 
 void Captura::passo(const QDateTime &agora) {
@@ -86,17 +86,14 @@ void Captura::passo(const QDateTime &agora) {
     const auto ou = [](const std::optional<double> &v) { return v ? QVariant(*v) : QVariant(u"NA"_s); };
 
     Transaccao tudo(m_bd);
-    if (c.humidade)
-        m_bd.executar(u"INSERT INTO Humidade (Data, Sensor, NomeSensor, Percentagem, Observacoes, flag, MediaSync) "
-                      "VALUES (?, ?, ?, ?, ?, ?, ' ')"_s,
-                      {agora, c.id, c.nome, valor, c.observacoes, QString::fromUtf8(aviso)});
-    else
-        m_bd.executar(u"INSERT INTO Temperaturas (Data, Sensor, NomeSensor, Temperatura, Observacoes, flag) "
-                      "VALUES (?, ?, ?, ?, ?, ?)"_s,
-                      {agora, c.id, c.nome, valor, c.observacoes, QString::fromUtf8(aviso)});
+    const Grandeza &g = c.mede->grandeza;
+    const bool comMedias = g.filtroDeMedias; // and this is none
+    m_bd.executar(u"INSERT INTO "_s + g.leituras + u" (Data, Sensor, NomeSensor, " + g.valor + u", Observacoes, flag" +
+                      (comMedias ? u", MediaSync) VALUES (?, ?, ?, ?, ?, ?, ' ')" : u") VALUES (?, ?, ?, ?, ?, ?)"),
+                  {agora, c.id, c.nome, valor, c.observacoes, QString::fromUtf8(aviso)});
     m_bd.executar(u"UPDATE Sensores SET UltTemp = ? WHERE SensorID = ?"_s, {valor, c.id});
     if (aviso != " ")
-        m_bd.executar((c.humidade ? u"INSERT INTO AlarmesHum"_s : u"INSERT INTO Alarmes"_s) +
+        m_bd.executar(u"INSERT INTO "_s + g.alarmes +
                           u" (SondaID, Nome, Data, Maximo, Minimo, Valor) VALUES (?, ?, ?, ?, ?, ?)",
                       {c.id, c.nome, agora, ou(c.maximo), ou(c.minimo), valor});
     tudo.confirmar();

@@ -24,7 +24,7 @@ public:
 private:
     struct Canal {
         QString id, nome;
-        bool humidade;
+        const Medida *mede;
         std::optional<double> maximo, minimo;
         QString observacoes;
         QChar separador;

@@ -145,17 +145,21 @@ struct Familia {
     QStringView tipo;
     int primeiroID; // of the unit's channels; 0: a 1-Wire device of the capture service
     std::span<const Linha> linhas;
+    QStringView unidade{}; // as a network unit calls it; empty: the virtual ones have no such channel
+    double SensUIMax = 20, SensUIMin = 4;
 };
 constexpr Familia familias[] = {
-    {'C', 6, u"P 1250C", 101, linhasC}, {'T', 1, u"1WIRE T", 0, linhasT},   {'%', 6, u"P 1250%", 131, linhasHR},
-    {'K', 4, u"P 1250K", 161, linhasK}, {'D', 4, u"P 1250D", 191, linhasD}, {'V', 4, u"P 1250V", 202, linhasV},
-    {'A', 4, u"P 1250A", 231, linhasA}, {'0', 1, u"P 1250", 501, linhas0},  {'5', 1, u"P RS485", 28201, linhas5},
+    {'C', 6, u"P 1250C", 101, linhasC, u"C"},
+    {'T', 1, u"1WIRE T", 0, linhasT},
+    {'%', 6, u"P 1250%", 131, linhasHR, u"%RH"},
+    {'K', 4, u"P 1250K", 161, linhasK, u"kPa"},
+    {'D', 4, u"P 1250D", 191, linhasD, u"Td"},
+    {'V', 4, u"P 1250V", 202, linhasV, u"V", 15, 0},
+    {'A', 4, u"P 1250A", 231, linhasA, u"mA", 25, 0},
+    {'0', 1, u"P 1250", 501, linhas0},
+    {'5', 1, u"P RS485", 28201, linhas5},
     {'E', 1, u"P 1WIRE", 0, linhasE},
 };
-
-double meio(double v) {
-    return std::round(v * 2) / 2;
-}
 
 bool deUnidadeVirtual(const Sensor &s) {
     return unidadeVirtual(QStringView(s.PoseidonIP).mid(1));
@@ -165,34 +169,16 @@ bool deUnidadeVirtual(const Sensor &s) {
 void escolherLimites(Sensor &s, int &semUnidade) {
     constexpr std::array ciclo = {Limite::Ambos,    Limite::Ambos,  Limite::SoMaximo,
                                   Limite::SoMinimo, Limite::Nenhum, Limite::Nulo};
-    const bool daUnidade = deUnidadeVirtual(s) && QStringView(u"C%VA").contains(QLatin1Char(s.letra));
+    const bool daUnidade = deUnidadeVirtual(s) && s.mede->importada;
     s.limite = daUnidade ? Limite::Ambos : ciclo[size_t(semUnidade++) % ciclo.size()];
-    const PerfilLocal &p = perfilDe(s.local);
-    switch (s.letra) {
-    case '%':
-        s.maximo = p.hrMax;
-        s.minimo = p.hrMin;
-        break;
-    case 'K':
-        s.maximo = 102.2;
-        s.minimo = 100.5;
-        break;
-    case 'D':
-        s.maximo = meio(pontoDeOrvalho(p.maximo - 0.5, std::min(99.0, p.humidade + p.humidadeVariacao * 0.6)));
-        s.minimo = meio(pontoDeOrvalho(p.base - p.epoca - p.dia, p.humidade - p.humidadeVariacao));
-        break;
-    case 'V':
-    case 'A': {
+    const auto [maximo, minimo] = s.mede->limites(perfilDe(s.local));
+    const auto naEscala = [&s](double parte) {
         const double de = s.escala ? s.escala->minimo : s.SensUIMin;
         const double ate = s.escala ? s.escala->maximo : s.SensUIMax;
-        s.maximo = std::round((de + p.hrMax * (ate - de)) * 10) / 10;
-        s.minimo = std::round((de + p.hrMin * (ate - de)) * 10) / 10;
-        break;
-    }
-    default:
-        s.maximo = p.maximo;
-        s.minimo = p.minimo;
-    }
+        return std::round((de + parte * (ate - de)) * 10) / 10;
+    };
+    s.maximo = s.mede->comEscala ? naEscala(maximo) : maximo;
+    s.minimo = s.mede->comEscala ? naEscala(minimo) : minimo;
 }
 
 void identificar(Sensor &s, const Familia &f, const Unidade &u, int ordemNaUnidade, quint64 semente) {
@@ -248,6 +234,8 @@ std::vector<Sensor> sensores(quint64 semente) {
         for (const Linha &l : f.linhas) {
             Sensor s;
             s.letra = f.letra;
+            s.mede = medidaDe(QLatin1Char(f.letra));
+            s.unidade = f.unidade;
             s.ordem = ordem++;
             s.principal = s.ordem < f.principais;
             s.Tipo = f.tipo.toString();
@@ -259,8 +247,8 @@ std::vector<Sensor> sensores(quint64 semente) {
             s.recente = s.ordem == 9;
             s.semLeituras = f.letra == 'E' && s.ordem == 11;
             s.escala = l.escala > 0 ? &asEscalas[l.escala - 1] : nullptr;
-            s.SensUIMax = f.letra == 'V' ? 15 : f.letra == 'A' ? 25 : 20;
-            s.SensUIMin = f.letra == 'V' || f.letra == 'A' ? 0 : 4;
+            s.SensUIMax = f.SensUIMax;
+            s.SensUIMin = f.SensUIMin;
             int unidade = osGrupos[l.grupo - 1].unidade;
             if (f.primeiroID == 0 && unidadeVirtual(asUnidades[unidade].endereco))
                 unidade = unidadeDoBarramento; // no log of a unit can hold them

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "demo/clima.h"
+#include "demo/grandezas.h"
 
 #include <QByteArray>
 #include <QString>
@@ -50,7 +50,9 @@ struct Sensor {
     QString SensorID, ID, Tipo, Descricao, Fonte, PoseidonIP;
     QString antigo; // the name it once had; empty: none
     char letra = 'C';
-    int ordem = 0; // among those of its letter
+    const Medida *mede = nullptr;
+    QStringView unidade; // as a network unit calls it
+    int ordem = 0;       // among those of its letter
     int grupo = 0;
     int lugar = 0;
     Local local = Local::Armazem;

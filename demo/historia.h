@@ -3,6 +3,7 @@
 #include "demo/catalogo.h"
 
 #include <functional>
+#include <map>
 #include <vector>
 
 class Ligacao;
@@ -38,7 +39,7 @@ struct Historia {
     Prazos prazos;
     std::function<void(const QString &)> aoAvancar;
 
-    std::vector<Alarme> alarmesTemperatura{}, alarmesHumidade{}, alarmesPressao{}, alarmesOrvalho{};
+    std::map<const Medida *, std::vector<Alarme>> alarmes{};
     std::vector<Episodio> episodios{};
     std::vector<double> ultimos{}; // by sensor; NaN: no reading
 
@@ -46,13 +47,11 @@ struct Historia {
 };
 
 void gravarCadastro(Historia &h); // units, groups, sensors, rules, scales, users
-void gravarLeituras(Historia &h); // the eleven tables of readings
+void gravarLeituras(Historia &h); // all tables of readings
 void gravarAlarmes(Historia &h);
 void gravarRegistos(Historia &h);
 void gravarMissoes(Historia &h);
 
-// What a sensor measures, unrounded; of a voltage or a current the share of its range.
-double medida(const Clima &clima, const Sensor &sensor, const Momento &m);
 // The state of an input's contact; what hangs nowhere rests.
 bool ligado(const Clima &clima, QStringView endereco, int numero, qint64 t);
 

@@ -6,6 +6,7 @@
 #include "data/insercao.h"
 #include "data/ligacao.h"
 #include "demo/acaso.h"
+#include "views/nomesDasVistas.h"
 
 #include <algorithm>
 #include <array>
@@ -18,28 +19,29 @@ namespace demonstracao {
 
 namespace {
 
-enum class Grandeza { Temperatura, Humidade, Pressao, Orvalho, SensUI };
+constexpr int passoDoPull = 3600; // seconds
 
+// One table of readings: those of a quantity that come by themselves, or those that were asked for.
 struct Tabela {
-    QStringView nome, coluna;
-    Grandeza grandeza;
-    std::string_view letras;
-    int passo; // seconds
+    const Medida &medida;
     bool pull;
+
+    QString nome() const {
+        return QStringView(nomesDasVistas::tabela(medida.grandeza, pull ? Origem::Pull : Origem::Leituras)).toString();
+    }
+    int passo() const { return pull ? passoDoPull : medida.passo; }
+    bool comMedias() const { return !pull && medida.grandeza.tem(Origem::Medias); }
+    bool tem(const Sensor &s) const { return s.mede == &medida && !s.semLeituras; }
 };
-constexpr std::string_view deTemperatura = "CT05E";
-constexpr Tabela tabelas[] = {
-    {u"Temperaturas", u"Temperatura", Grandeza::Temperatura, deTemperatura, 300, false},
-    {u"Humidade", u"Percentagem", Grandeza::Humidade, "%", 300, false},
-    {u"Pressao", u"Leitura", Grandeza::Pressao, "K", 900, false},
-    {u"Pontoorvalho", u"Leitura", Grandeza::Orvalho, "D", 900, false},
-    {u"SensUI_Leituras", u"Leitura", Grandeza::SensUI, "VA", 900, false},
-    {u"TemperaturasPull", u"Temperatura", Grandeza::Temperatura, deTemperatura, 3600, true},
-    {u"HumidadePull", u"Percentagem", Grandeza::Humidade, "%", 3600, true},
-    {u"PressaoPull", u"Leitura", Grandeza::Pressao, "K", 3600, true},
-    {u"PontoorvalhoPull", u"Leitura", Grandeza::Orvalho, "D", 3600, true},
-    {u"SensUI_LeiturasPull", u"Leitura", Grandeza::SensUI, "VA", 3600, true},
-};
+
+std::vector<Tabela> tabelas() {
+    std::vector<Tabela> todas;
+    for (const bool pull : {false, true})
+        for (const Medida &m : medidas())
+            todas.push_back({m, pull});
+    return todas;
+}
+
 constexpr int leiturasPorMedia = 6;
 constexpr double perdidas = 0.985; // the share of readings that gaps leave
 
@@ -50,8 +52,8 @@ constexpr const char *notas[] = {
     "Ver relatório; aguarda técnico"};
 
 qint64 linhasPorSensor(const Tabela &t, double dias) {
-    double n = dias * 86400 / t.passo;
-    if (t.nome == u"Temperaturas")
+    double n = dias * 86400 / t.passo();
+    if (t.comMedias())
         n += n / leiturasPorMedia;
     return qint64(n * perdidas);
 }
@@ -67,13 +69,11 @@ bool daUnidadeComLog(const Sensor &s) {
     });
 }
 
-double amostra(const Clima &clima, const Sensor &s, Grandeza g, const Momento &m) {
-    const double v = medida(clima, s, m);
-    if (g != Grandeza::SensUI)
-        return arredondar(v, g == Grandeza::Pressao ? 100 : 10);
+double amostra(const Clima &clima, const Sensor &s, const Momento &m) {
+    const double v = s.mede->valor(clima, s.local, s.lugar, m);
     const double de = s.escala ? s.escala->minimo : s.SensUIMin;
     const double ate = s.escala ? s.escala->maximo : s.SensUIMax;
-    return arredondar(de + v * (ate - de), 100);
+    return arredondar(s.mede->comEscala ? de + v * (ate - de) : v, s.mede->porUnidade);
 }
 
 // One sensor's rows in one table.
@@ -99,16 +99,17 @@ struct Juizo {
 class Escritor {
 public:
     Escritor(Historia &h, const Tabela &t) : m_h(h), m_t(t) {
-        QStringList colunas{u"Data"_s, u"Sensor"_s, u"NomeSensor"_s, t.coluna.toString(), u"Observacoes"_s, u"flag"_s};
-        if (t.grandeza == Grandeza::Humidade)
+        QStringList colunas{u"Data"_s,        u"Sensor"_s, u"NomeSensor"_s, t.medida.grandeza.valor.toString(),
+                            u"Observacoes"_s, u"flag"_s};
+        if (t.medida.grandeza.filtroDeMedias)
             colunas.append(u"MediaSync"_s);
-        if (t.grandeza == Grandeza::SensUI)
+        if (t.medida.comEscala)
             colunas.append({u"Escala"_s, u"Ident"_s});
-        m_linhas = std::make_unique<Insercao>(h.bd, t.nome.toString(), colunas);
-        if (t.nome == u"Temperaturas")
-            m_medias = std::make_unique<Insercao>(h.bd, u"Medias"_s, colunas);
+        m_linhas = std::make_unique<Insercao>(h.bd, t.nome(), colunas);
+        if (t.comMedias())
+            m_medias = std::make_unique<Insercao>(h.bd, t.medida.grandeza.medias.toString(), colunas);
         for (size_t i = 0; i < h.sensores.size(); ++i)
-            if (t.letras.find(h.sensores[i].letra) != std::string_view::npos && !h.sensores[i].semLeituras)
+            if (t.tem(h.sensores[i]))
                 m_series.push_back(serieDe(h.sensores[i], i));
     }
 
@@ -116,7 +117,8 @@ public:
         qint64 t = m_h.fim;
         for (const Serie &s : m_series)
             t = std::min(t, s.inicio);
-        for (t -= t % m_t.passo; t < m_h.fim; t += m_t.passo) {
+        const int passo = m_t.passo();
+        for (t -= t % passo; t < m_h.fim; t += passo) {
             const Momento m = m_h.clima.momento(t);
             if (m.semCorrente)
                 continue;
@@ -160,8 +162,8 @@ private:
         r.observacoes = observacoesDe(s, 0);
         r.observacoesAntigas = observacoesDe(s, 1);
         r.desvio = (daUnidadeComLog(s) ? 0 : int((s.ordem * 7 + s.letra) % 60)) + (m_t.pull ? 120 : 0);
-        if (s.letra == 'V' || s.letra == 'A') {
-            r.escala = s.escala ? s.escala->nome.toUtf8() : QByteArray(s.letra == 'V' ? "V" : "mA");
+        if (s.mede->comEscala) {
+            r.escala = s.escala ? s.escala->nome.toUtf8() : s.unidade.toUtf8();
             for (const double v : {s.SensUIMax, s.SensUIMin, s.escala ? s.escala->maximo : s.SensUIMax,
                                    s.escala ? s.escala->minimo : s.SensUIMin})
                 r.ident += (r.ident.isEmpty() ? "" : "X") + textoNumero(v, 2, s.separador());
@@ -211,16 +213,17 @@ private:
         i.utf8(colData, m_data);
         i.utf8(colSensor, s.id);
         i.utf8(colNome, !s.antigo.isEmpty() && t < s.mudancaDeNome ? s.antigo : s.nome);
-        if (m_t.grandeza == Grandeza::SensUI) {
+        if (m_t.medida.comEscala) {
             i.utf8(colEscala, s.escala);
             if (m_t.pull || s.sensor->separador() == u'.') // the import of a log does not write it
                 i.utf8(colIdent, s.ident);
             else
                 i.nulo(colIdent);
         }
-        if (m_t.grandeza == Grandeza::Humidade) {
+        if (m_t.medida.grandeza.filtroDeMedias) {
             // The capture service's own readings and averages stand in one table; a log holds no averages.
-            const bool media = !m_t.pull && s.sensor->separador() == u'.' && m.t % (leiturasPorMedia * m_t.passo) == 0;
+            const bool media =
+                !m_t.pull && s.sensor->separador() == u'.' && m.t % (leiturasPorMedia * m_t.passo()) == 0;
             i.utf8(colMediaSync, media ? "TRUE" : " ", media ? 4 : 1);
         }
         const quint64 acaso = misturar(s.chave, t);
@@ -231,7 +234,7 @@ private:
             i.gravar();
             return;
         }
-        const double valor = amostra(m_h.clima, *s.sensor, m_t.grandeza, m);
+        const double valor = amostra(m_h.clima, *s.sensor, m);
         if (!m_t.pull)
             m_h.ultimos[s.indice] = valor;
         const Juizo juizo = julgar(s, t, valor);
@@ -279,7 +282,7 @@ private:
     void seguirAlarme(Serie &s, qint64 t, double valor, bool fora) {
         constexpr qint64 entreAvisos = 1800;
         if (fora && t - s.ultimoAlarme >= entreAvisos) {
-            alarmes().push_back({s.sensor, t, valor, maximoEm(s, t)});
+            m_h.alarmes[&m_t.medida].push_back({s.sensor, t, valor, maximoEm(s, t)});
             s.ultimoAlarme = t;
         }
         if (fora && s.episodio < 0) {
@@ -291,24 +294,10 @@ private:
         }
     }
 
-    std::vector<Alarme> &alarmes() {
-        switch (m_t.grandeza) {
-        case Grandeza::Humidade:
-            return m_h.alarmesHumidade;
-        case Grandeza::Pressao:
-            return m_h.alarmesPressao;
-        case Grandeza::Orvalho:
-            return m_h.alarmesOrvalho;
-        default:
-            return m_t.grandeza == Grandeza::SensUI ? m_semTabela : m_h.alarmesTemperatura;
-        }
-    }
-
     Historia &m_h;
     const Tabela &m_t;
     std::unique_ptr<Insercao> m_linhas, m_medias;
     std::vector<Serie> m_series;
-    std::vector<Alarme> m_semTabela;
     QByteArray m_data;
     qint64 m_minuto = 0;
 };
@@ -327,9 +316,9 @@ Prazos prazosPara(qint64 linhas, const std::vector<Sensor> &sensores) {
     };
     const auto total = [&](const Prazos &p) {
         qint64 n = 0;
-        for (const Tabela &t : tabelas)
+        for (const Tabela &t : tabelas())
             for (const Sensor &s : sensores)
-                if (t.letras.find(s.letra) != std::string_view::npos && !s.semLeituras)
+                if (t.tem(s))
                     n += linhasPorSensor(t, s.principal ? p.diasPrincipais
                                                         : p.diasOutros * (s.recente  ? 0.4
                                                                           : s.activo ? 1
@@ -346,27 +335,11 @@ Prazos prazosPara(qint64 linhas, const std::vector<Sensor> &sensores) {
     return prazos(mais);
 }
 
-double medida(const Clima &clima, const Sensor &s, const Momento &m) {
-    switch (s.letra) {
-    case '%':
-        return clima.humidade(s.local, s.lugar, m);
-    case 'K':
-        return clima.pressao(s.lugar, m);
-    case 'D':
-        return pontoDeOrvalho(clima.temperatura(s.local, s.lugar, m), clima.humidade(s.local, s.lugar, m));
-    case 'V':
-    case 'A':
-        return clima.processo(s.local, s.lugar, m);
-    default:
-        return clima.temperatura(s.local, s.lugar, m);
-    }
-}
-
 void gravarLeituras(Historia &h) {
     h.ultimos.assign(h.sensores.size(), std::numeric_limits<double>::quiet_NaN());
-    for (const Tabela &t : tabelas) {
+    for (const Tabela &t : tabelas()) {
         if (h.aoAvancar)
-            h.aoAvancar(t.nome.toString());
+            h.aoAvancar(t.nome());
         Escritor(h, t).escrever();
     }
 }

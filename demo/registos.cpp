@@ -241,10 +241,9 @@ bool ligado(const Clima &clima, QStringView endereco, int numero, qint64 t) {
 }
 
 void gravarAlarmes(Historia &h) {
-    gravarTabelaDeAlarmes(h, u"Alarmes"_s, h.alarmesTemperatura);
-    gravarTabelaDeAlarmes(h, u"AlarmesHum"_s, h.alarmesHumidade);
-    gravarTabelaDeAlarmes(h, u"AlarmesPressao"_s, h.alarmesPressao);
-    gravarTabelaDeAlarmes(h, u"AlarmesPOrv"_s, h.alarmesOrvalho);
+    for (const auto &[medida, alarmes] : h.alarmes)
+        if (const QStringView tabela = medida->grandeza.alarmes; !tabela.isEmpty())
+            gravarTabelaDeAlarmes(h, tabela.toString(), alarmes);
     gravarVerificados(h);
 }
 

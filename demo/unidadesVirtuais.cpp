@@ -15,26 +15,6 @@ namespace {
 
 constexpr QStringView enderecos[] = {u"127.0.0.2", u"127.0.0.3"};
 
-// What a unit calls the quantities that it measures. The workstation passes over the last two.
-QString unidadeDe(char letra) {
-    switch (letra) {
-    case 'C':
-        return u"C"_s;
-    case '%':
-        return u"%RH"_s;
-    case 'V':
-        return u"V"_s;
-    case 'A':
-        return u"mA"_s;
-    case 'K':
-        return u"kPa"_s;
-    case 'D':
-        return u"Td"_s;
-    default:
-        return {};
-    }
-}
-
 QString linhaDoCanal(const QStringList &partes) {
     return u"--canal="_s + partes.join(u';') + u'\n';
 }
@@ -59,8 +39,8 @@ Leituras leiturasDasUnidades(quint64 semente) {
         const Momento m = clima.momento(t);
         if (!s.activo || m.semCorrente || clima.sensorDesligado(s.lugar, t).em(t))
             return std::nullopt;
-        const double v = medida(clima, s, m);
-        return s.letra == 'V' || s.letra == 'A' ? s.SensUIMin + v * (s.SensUIMax - s.SensUIMin) : v;
+        const double v = s.mede->valor(clima, s.local, s.lugar, m);
+        return s.mede->comEscala ? s.SensUIMin + v * (s.SensUIMax - s.SensUIMin) : v;
     };
 }
 
@@ -77,11 +57,11 @@ QString argumentosDasUnidades(quint64 semente) {
                      .arg(portaWebDasUnidades)
                      .arg(portaConsolaDasUnidades);
         for (const Sensor &s : todos) {
-            const QString unidade = unidadeDe(s.letra);
-            if (unidade.isEmpty() || QStringView(s.PoseidonIP).mid(1) != u.endereco)
+            if (s.unidade.isEmpty() || QStringView(s.PoseidonIP).mid(1) != u.endereco)
                 continue;
             // No wave of its own: the climate says what it reads.
-            texto += linhaDoCanal({s.ID, s.Descricao, unidade, u"0"_s, u"0"_s, numero(s.minimo), numero(s.maximo)});
+            texto += linhaDoCanal(
+                {s.ID, s.Descricao, s.unidade.toString(), u"0"_s, u"0"_s, numero(s.minimo), numero(s.maximo)});
         }
         for (const EntradaSpider &e : entradasSpider())
             if (e.endereco == u.endereco)

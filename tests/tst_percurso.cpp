@@ -15,11 +15,13 @@
 #include "tests/apoio/espera.h"
 #include "tests/apoio/hostil.h"
 #include "tests/apoio/widgets.h"
+#include "views/grandezas.h"
 
 namespace {
 
 constexpr qint64 linhasDaDemonstracao = 60'000;
-constexpr int quantasVistas = 48;
+// Three views a table of readings and the alarms of each quantity; the others are of Sens-UI, devices, missions.
+constexpr int quantasVistas = int(3 * grandezas::vistas.size() + std::size(grandezas::tabela)) + 17;
 const QString agora = u"2026-06-15 12:00:00"_s;
 
 template <typename T>

@@ -9,7 +9,7 @@
 // A file that is written whole or not at all: what stood under its name stays until concluir() has seen every byte on
 // the disk. Symbolic links are followed, the permissions of the file that is replaced are kept. Meanwhile the bytes
 // have no name where the file system can do that, and nothing is left of a program that is killed; elsewhere they have
-// a name of ParcialProprio's.
+// one of those names below that the next such write recognises (parciais).
 class FicheiroInteiro : public FicheiroDirecto<QFile> {
 public:
     explicit FicheiroInteiro(const QString &destino);

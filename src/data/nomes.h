@@ -48,7 +48,7 @@ public:
     bool existe(const QString &nome) const { return m_quantos.contains(dobrado(nome)); }
     void juntar(const QString &nome);
     void tirar(const QString &nome);
-    // The first of antes(n), n, depois that nothing bears, from 1 up.
+    // The first free name of the form antes(n) + n + depois, counting n from 1.
     QString comNumero(const std::function<QString(int n)> &antes, QStringView depois = {});
 
 private:

@@ -24,7 +24,8 @@ struct Resultado {
 // Fetches the document; an empty text when it could not be had.
 using Descarregador = std::function<QString(const QString &ip, const QString &porta)>;
 
-// The device row, and everything that its document tells. The texts are the cells of the list.
+// Adds the unit to the table or brings its row up to date, and follows its setup.xml. The arguments are the texts of
+// the cells of its row in the list.
 Resultado CarregarPoseidonParaBD(const QString &ip, const QString &tipoN, const QString &udp, const QString &mac,
                                  const QString &nome, const QString &porta, const QString &seleccionado,
                                  const QString &apagar, const QString &nLeituras, const Descarregador &DescarregarXML,

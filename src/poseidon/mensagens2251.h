@@ -61,7 +61,7 @@ constexpr Mensagem conversao{u"Desc5", u"Dados convertidos incorrectamente"};
 constexpr Mensagem principal{u"Desc10", u"Erro na função principal de transferência"};
 constexpr Mensagem semRegistos{u"Err1", u"O log está vazio ou ocorreu um erro na conversão de dados"};
 
-// By what the unit's clock compared to; 1, in time, has none.
+// What the row says of the unit's clock, by the result of the comparison; 1 means that it is right, and says nothing.
 struct Relogio {
     int resultado;
     Mensagem mensagem;

@@ -50,7 +50,8 @@ struct Balanco {
 
 // Turns the lines of one downloaded log into rows. Everything is gathered in memory, 16 bytes a reading, until
 // GuardarDados gives the rows their place in the tables, each kind in one transaction.
-// Whoever passes events may find the owner gone and throw Interrompido: nothing here is touched on its way out.
+// While <passar> lets events run, the window that owns this may go; <passar> then throws Interrompido, and since this
+// object went with it, no member is touched afterwards.
 class TratamentoDados2251 {
 public:
     explicit TratamentoDados2251(std::function<void()> passar = passarEventos);

@@ -13,7 +13,7 @@ struct MembroPontos {
     QStringView legendaChave = u"Sensor";
     ColunasChave chave{u"Sensor"};
     QStringView data = u"Data";
-    QStringView dataDoZero{}; // of points at height 0, where a row holds two; empty: the same
+    QStringView dataDoZero{}; // column of the end, where a row is a period and its end is drawn at height 0
 };
 
 namespace familiaPontos {

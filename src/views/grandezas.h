@@ -21,7 +21,8 @@ struct PorOrigem {
 // How the left axis is fitted once there is data.
 enum class EixoEsquerdo { Folga, Percentagem, Estados };
 
-// Which sensors temperature leaves to another quantity.
+// What a quantity takes away from temperature, which measures with whatever no other claims: every sensor of its
+// letter, or only channels whose whole type is tipoDaUnidade.
 enum class Reclama { ALetra, SoOTipoDaUnidade };
 
 // What the installations call a view otherwise than the rule does. Empty: as the rule does.

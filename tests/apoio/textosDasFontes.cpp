@@ -43,7 +43,7 @@ QString comSeccoes(QString codigo) {
 // Functions of the file that add the section: name -> section.
 QHash<QString, QString> proprias(const QString &codigo) {
     static const QRegularExpression funcao(QLatin1String(
-        R"re((\w+)(?: = \[[^\]]*\])?\((?:const QString &|QStringView )\w+, (?:const QString &|QStringView )\w+\)[^{};]*\{\s*return modTraducoes::texto\(u"([^"]+)"_s,)re"));
+        R"re((\w+)(?: = \[[^\]]*\])?\((?:const QString &|QStringView )\w+, (?:const QString &|QStringView )\w+\)[^{};]*\{\s*return modTraducoes::(?:texto\(|CarregarLingua\(\w+, )u"([^"]+)"_s,)re"));
     QHash<QString, QString> funcoes;
     for (auto m = funcao.globalMatch(codigo); m.hasNext();) {
         const auto achada = m.next();
@@ -90,7 +90,12 @@ void juntarDirectos(const QString &comComentarios, Textos &usados) {
         {u"DSfrmDS1921"_s, u"\\btexto1921\\("_s, u"\\)"_s},
         {u"frmDescarregar2251"_s, u"\\bMensagem \\w+\\{"_s, u"\\}"_s},
     };
-    const QString codigo = comSeccoes(semComentarios(comComentarios));
+    static const QRegularExpression lista(u"\\b(Mensagem \\w+)\\[\\] = \\{([^;]*)\\};"_s);
+    QString codigo = comSeccoes(semComentarios(comComentarios));
+    for (auto m = lista.globalMatch(codigo); m.hasNext();) { // an array of them as so many single ones
+        const auto achada = m.next();
+        codigo += QString(achada.captured(2)).replace(u"{"_s, achada.captured(1) + u'{');
+    }
     for (auto m = directa.globalMatch(codigo); m.hasNext();) {
         const auto achado = m.next();
         usados[{achado.captured(1), achado.captured(2)}] = juntar(achado.captured(3));
