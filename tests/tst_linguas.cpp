@@ -32,19 +32,6 @@ QString lerTexto(const QString &caminho) {
     return QString::fromUtf8(Instalacao::lerFicheiro(caminho));
 }
 
-// Says yes to everything; nothing a form asks while it opens may stop it.
-class TudoBem : public Dialogos {
-public:
-    void mensagem(const QString &, Estilo) override {}
-    bool pergunta(const QString &) override { return false; }
-    int escolher(const QString &, const QStringList &, int) override { return -1; }
-    QString abrirFicheiro(const QString &, const QString &) override { return {}; }
-    QString gravarFicheiro(const QString &, const QString &, const QString &) override { return {}; }
-    QString escolherPasta(const QString &) override { return {}; }
-    bool mensagemComBotao(const QString &, const QString &) override { return false; }
-    bool abrirPasta(const QString &) override { return true; }
-};
-
 // What was seen while every form was opened: the texts asked for, and which classes each form is made of.
 struct Visto {
     Textos pedidos;
@@ -82,9 +69,8 @@ Visto abrirTudo() {
     Instalacao instalacao;
     instalacao.sensores(
         {{u"A"_s, u"a"_s, u"P 1250C"_s}, {u"B"_s, u"b"_s, u"P 1250R"_s}, {u"C"_s, u"c"_s, u"P 1250K"_s}});
-    TudoBem dialogos;
     ApresentadorQt apresentador;
-    estado().ambiente.dialogos = &dialogos;
+    instalacao.dialogos.tolerante = true; // nothing a form asks while it opens may stop it
     estado().ambiente.apresentador = &apresentador;
     estado().ambiente.textoPedido = [&](const QString &seccao, const QString &chave, const QString &omissao) {
         visto.pedidos[{seccao, chave}] = omissao;

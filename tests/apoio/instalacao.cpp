@@ -16,6 +16,7 @@ class Escritor {
 public:
     explicit Escritor(const QString &caminho, int modo = SQLITE_OPEN_READWRITE) {
         verificar(sqlite3_open_v2(QFile::encodeName(caminho).constData(), &m_bd, modo, nullptr));
+        sqlite3_busy_timeout(m_bd, 60'000); // the log may just be taken into the database
         executar("PRAGMA synchronous = OFF");
     }
     ~Escritor() {
