@@ -4,4 +4,5 @@
 set -eu
 cd "$(dirname "$0")/.."
 VISTREL_OURO=1 ctest --test-dir build/release --output-on-failure "$@"
+git add --intent-to-add tests/ouro
 git --no-pager diff --stat --patch -- tests/ouro

@@ -1,6 +1,5 @@
 #include "logger/forms/registarAjuda.h"
 #include "platform/forms/registoForms.h"
-#include "shell/frmMain.h"
 #include "tests/apoio/botaoDeTeste.h"
 #include "tests/apoio/instalacao.h"
 #include "tests/apoio/widgets.h"
@@ -110,8 +109,11 @@ private Q_SLOTS:
         m.abrir();
         auto *barra = m.form->findChild<QProgressBar *>(u"ProgressBar1Wire"_s);
         auto *botao = m.form->findChild<QPushButton *>(u"cmd1WirePesquisarAuto"_s);
+        QWidget principal; // closed to the user as well
+        registoForms().dono = &principal;
         m.aoTentar = [&] {
             QVERIFY(barra->isVisible() && barra->value() == 0 && !botao->isVisible() && !m.form->isEnabled());
+            QVERIFY(!principal.isEnabled());
         };
         m.instalacao.dialogos.esperarMensagem(u"Ligue-o ao computador"_s);
         m.pesquisar();
@@ -121,7 +123,7 @@ private Q_SLOTS:
             QVERIFY(tipo != 2 && tipo >= 1 && tipo <= 6 && numero >= 1 && numero <= 15);
         QCOMPARE(m.caixas(), QStringList(3, u"0"_s));
         QCOMPARE(Mesa::guardados(), QStringList(4, QString()));
-        QVERIFY(m.form->isEnabled() && botao->isVisible() && !barra->isVisible());
+        QVERIFY(principal.isEnabled() && m.form->isEnabled() && botao->isVisible() && !barra->isVisible());
     }
 
     // The adapter goes away while its net is read.

@@ -31,10 +31,6 @@ void guardarPWD(const QString &valor) {
     modINI::SaveSetting(estado().NomePrograma, u"CONFIGURACOES"_s, u"PWD"_s, valor);
 }
 
-QString lerPWD() {
-    return modINI::GetSetting(estado().NomePrograma, u"CONFIGURACOES"_s, u"PWD"_s, u"(none)"_s);
-}
-
 } // namespace
 
 class tst_cifra : public QObject {
@@ -129,30 +125,6 @@ private Q_SLOTS:
         }
         guardarPWD(modEncriptPrincipal::EncriptarString(u"   "_s));
         QVERIFY(!modPassWord::PassWordCorrecta(u"   "_s)); // blanks never open
-    }
-
-    // The factory password opens as long as none is stored.
-    void alteracao_data() {
-        using modPassWord::Alteracao;
-        const Tabela<QString, QString, QString, Alteracao> caso("actual", "nova", "confirmacao", "esperado");
-        caso("changed", u"Vistrel"_s, u"Nova ç"_s, u"Nova ç"_s, Alteracao::Alterada);
-        caso("no current", {}, u"n"_s, u"n"_s, Alteracao::Incompleta);
-        caso("no confirmation", u"Vistrel"_s, u"n"_s, {}, Alteracao::Incompleta);
-        caso("new of blanks", u"Vistrel"_s, u"  "_s, u"  "_s, Alteracao::Incompleta);
-        caso("wrong current comes first", u"vistrel"_s, u"n"_s, u"m"_s, Alteracao::PassWordInvalida);
-        caso("wrong confirmation", u"Vistrel"_s, u"nova"_s, u"Nova"_s, Alteracao::ConfirmacaoIncorrecta);
-    }
-    void alteracao() {
-        using modPassWord::Alteracao;
-        QFETCH(QString, actual);
-        QFETCH(QString, nova);
-        QFETCH(QString, confirmacao);
-        QFETCH(Alteracao, esperado);
-        const Instalacao inst(Instalacao::Base::Nenhuma);
-        QCOMPARE(modPassWord::AlterarPassWord(actual, nova, confirmacao), esperado);
-        const bool mudou = esperado == Alteracao::Alterada;
-        QCOMPARE(modPassWord::PassWordCorrecta(u"Vistrel"_s), !mudou);
-        QCOMPARE(lerPWD(), mudou ? modEncriptPrincipal::EncriptarString(nova) : u"(none)"_s);
     }
 
     // A settings file that is there and says nothing has lost the password: the factory's must not open in its stead.

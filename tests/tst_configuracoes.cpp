@@ -104,7 +104,8 @@ private Q_SLOTS:
         // campos: present, new, confirmation
         const Tabela<QStringList, QString, QString> caso("campos", "mensagem", "fica");
         caso("not filled", {fabrica, u"Nova"_s, u""_s}, {}, fabrica);
-        caso("wrong", {u"Errada"_s, u"Nova"_s, u"Nova"_s}, u"PassWord Inválida"_s, fabrica);
+        caso("blanks", {fabrica, u"  "_s, u"  "_s}, {}, fabrica);
+        caso("wrong comes first", {u"vistrel"_s, u"Nova"_s, u"nova"_s}, u"PassWord Inválida"_s, fabrica);
         caso("not confirmed", {fabrica, u"Nova"_s, u"nova"_s}, u"A confirmação da nova PassWord está incorrecta"_s,
              fabrica);
         caso("changed", {fabrica, u"Ção-11 car."_s, u"Ção-11 car."_s}, u"PassWord alterada com Sucesso"_s,

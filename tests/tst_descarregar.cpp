@@ -354,7 +354,8 @@ private Q_SLOTS:
         definir(u"PortaConsola"_s, QString::number(u->portaConsola()));
         Janela j;
         j.form->definirTempos({20, 1500, 50});
-        m_instalacao->dialogos.responderPergunta(false, u"serão eliminadas."_s);
+        m_instalacao->dialogos.responderPergunta(
+            false, u"serão eliminadas.\nDispositivo: Unidade 2 (127.0.0.2:%1)\nDeseja continuar?"_s.arg(u->portaWeb()));
         j.clicar(u"cmdActualizar"_s);
         QCOMPARE(u->registo().quantos(), 100);
         m_instalacao->dialogos.responderPergunta(true, u"ATENÇÃO,\nSe actualizar"_s);

@@ -181,6 +181,19 @@ private Q_SLOTS:
         QVERIFY(!registoForms().activo(u"frmConfiguracoes"_s));
     }
 
+    // The entry for the button works without any adapter; the form itself says what is missing.
+    void registadorPeloMenu() {
+        Instalacao instalacao;
+        const std::unique_ptr<frmMain> principal = modMain::Main();
+        utilizador::accao(principal.get(), u"DLoggerDownload"_s);
+        QWidget *form = utilizador::form(u"frmDS1921"_s);
+        QVERIFY(form && form->isVisible());
+        instalacao.dialogos.esperarMensagem(u"DS1921 não encontrado"_s);
+        utilizador::clicar(form, u"cmdLer"_s);
+        utilizador::accao(principal.get(), u"DLoggerDownload"_s); // comes to the front
+        QCOMPARE(utilizador::form(u"frmDS1921"_s), form);
+    }
+
     // Title and icon of the frame are the form's; the frame goes with it, whoever of the two is closed.
     void molduraSegueOForm_data() {
         const Tabela<bool> caso("peloForm");

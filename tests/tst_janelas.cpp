@@ -118,6 +118,23 @@ private Q_SLOTS:
         QCOMPARE(modINI::GetSetting(u"Vistrel"_s, u"FORMS"_s, u"frmXWIDTH"_s), u"6000"_s);
     }
 
+    // No dialog, yet nothing goes on behind it; a password is asked for in such a one.
+    void janelaModal() {
+        Janelas janelas;
+        bool modal = false;
+        const auto fabrica = [&](QWidget *dono) {
+            auto *w = new QWidget(dono, Qt::Dialog);
+            QTimer::singleShot(0, w, [&modal, w] {
+                modal = w->isModal() && registoForms().activo(u"frmX"_s);
+                w->close();
+            });
+            return w;
+        };
+        registoForms().registar(u"frmX"_s, fabrica, RegistoForms::Modo::Modal);
+        registoForms().abrir(u"frmX"_s);
+        QVERIFY(modal && !registoForms().activo(u"frmX"_s));
+    }
+
     void erroUmaSoJanela() {
         Janelas janelas;
         QApplication::setOverrideCursor(Qt::WaitCursor); // as a routine that failed left it

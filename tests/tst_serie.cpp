@@ -204,53 +204,6 @@ private Q_SLOTS:
         QVERIFY_THROWS_EXCEPTION(Falha, t->procurar(0x21, true));
     }
 
-    // Another program's reading of the same button: number, memory, log.
-    void testemunha() {
-        const QString owserver = QStandardPaths::findExecutable(u"owserver"_s);
-        const QString owread = QStandardPaths::findExecutable(u"owread"_s);
-        if (owserver.isEmpty() || owread.isEmpty())
-            QSKIP("owserver is not installed");
-        Mesa m;
-        m.leitor.linha->temperatura = [](qint64 s) { return 2.0 + double(s / 60 % 50) / 4.0; };
-        m.fazer(Variante::Z);
-        QCOMPARE(m.controlo.ActualizarEstado(), qint16(1));
-        m.controlo.IntervaloAmostra = 1;
-        QCOMPARE(m.controlo.ProgramarMissao(), qint16(1));
-        m.serie.comALinha([&] { m.leitor.andar(62); });
-        std::vector<DS1921::Amostra> amostras;
-        const auto n = size_t(m.controlo.ContarAmostras(amostras));
-        QVERIFY(n > 60);
-        const onewire::Rom rom = BotaoDeTeste::rom(Variante::Z);
-        const std::array<quint8, 8> texto{'W', 'i', 't', 'n', 'e', 's', 's', '.'};
-        const QByteArray pacote = onewire::fazerPacote(texto, 2);
-        QVERIFY(onewire::Memoria1921(*onewire::abrirPorto(1, 5), rom)
-                    .escrever(2 * 32, {reinterpret_cast<const quint8 *>(pacote.constData()), size_t(pacote.size())}));
-
-        QTcpServer livre;
-        QVERIFY(livre.listen(QHostAddress::LocalHost));
-        const QString onde = u"127.0.0.1:%1"_s.arg(livre.serverPort());
-        livre.close();
-        QProcess servidor;
-        servidor.start(owserver, {u"--foreground"_s, u"--nozero"_s, u"-d"_s, m.serie.caminho(), u"-p"_s, onde});
-        QVERIFY(servidor.waitForStarted());
-        const auto ler = [&](const QString &caminho) {
-            QProcess p;
-            p.start(owread, {u"-s"_s, onde, caminho});
-            p.waitForFinished(20'000);
-            return p.readAllStandardOutput();
-        };
-        const QString numero = simulador::textoDoRom(rom);
-        const QString botao = u"/uncached/21."_s + numero.mid(2, 12);
-        QTRY_COMPARE_WITH_TIMEOUT(ler(botao + u"/address"_s).trimmed(), numero.toLatin1(), 30'000);
-        QCOMPARE(ler(botao + u"/pages/page.2"_s).mid(1, 8), QByteArray("Witness."));
-        const auto lidas = ler(botao + u"/log/temperature.ALL"_s).split(',');
-        QVERIFY(size_t(lidas.size()) >= n);
-        for (size_t i = 0; i < n; ++i)
-            QCOMPARE(lidas.at(qsizetype(i)).trimmed().toDouble(), amostras[i].Temperatura);
-        servidor.kill();
-        servidor.waitForFinished(5000);
-    }
-
     // The program: a button is made, put on the reader, programmed over its port, and is the same afterwards.
     void programa() {
         Instalacao instalacao(Instalacao::Base::Nenhuma);

@@ -152,17 +152,6 @@ private Q_SLOTS:
         QCOMPARE(vistas, esperadas);
     }
 
-    // Data for everything, but only one form built: its branch alone is offered.
-    void ramosSemFormsConstruidos() {
-        Instalacao instalacao;
-        instalacao.sensores({{u"1"_s, u"a"_s}, {u"2"_s, u"b"_s, u"P 1250%"_s}});
-        instalacao.executar(u"INSERT INTO DS1921head (LoggerID) VALUES ('1')"_s);
-        registoForms().registar(u"frmHistogramaLoggers"_s, criarForm);
-        const frmMain shell;
-        QCOMPARE(oferecidas(shell), (QStringList{u"Graficos"_s, u"Registador"_s, u"RegistadorHistograma"_s,
-                                                 u"RegistadorHistogramaLeituras"_s}));
-    }
-
     void estadosSoSobem() {
         Instalacao instalacao;
         registarTodos();

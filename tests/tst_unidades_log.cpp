@@ -57,6 +57,39 @@ qint64 memoriaDoProcesso() { // bytes in physical memory
     return f.open(QIODevice::ReadOnly) ? f.readAll().split(' ').value(1).toLongLong() * 4096 : 0;
 }
 
+// Sanitizers slow the program down and keep freed memory: what is measured under them says little.
+#ifdef __SANITIZE_ADDRESS__
+constexpr bool medidasContam = false;
+#else
+constexpr bool medidasContam = true;
+#endif
+constexpr double paragemMaxima = medidasContam ? 150 : 500; // milliseconds; a million lines in one piece take longer
+
+// The longest work between two turns of the event loop, in milliseconds of this thread's own time, so that a busy
+// machine does not count.
+class MedidorDeParagens {
+public:
+    MedidorDeParagens() {
+        m_ultima = agora();
+        QObject::connect(&m_pulso, &QTimer::timeout, &m_pulso, [this] {
+            m_maior = maior();
+            m_ultima = agora();
+        });
+        m_pulso.start(1);
+    }
+    double maior() const { return std::max(m_maior, agora() - m_ultima); }
+
+private:
+    static double agora() {
+        timespec t{};
+        clock_gettime(CLOCK_THREAD_CPUTIME_ID, &t);
+        return double(t.tv_sec) * 1e3 + double(t.tv_nsec) / 1e6;
+    }
+    QTimer m_pulso;
+    double m_ultima = 0;
+    double m_maior = 0;
+};
+
 } // namespace
 
 class tst_unidades_log : public QObject {

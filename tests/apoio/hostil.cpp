@@ -20,34 +20,15 @@ constexpr int linhasVistas = 16;         // twice as many as there are kinds of 
 constexpr qsizetype maximoEmLinha = 600; // more is no text to read in one line
 constexpr int larguraMaxima = 2000;
 
-struct Coluna {
-    QString tabela, nome;
-};
-
-QList<Coluna> nomes() {
-    QList<Coluna> lista;
-    const auto juntar = [&](const QString &tabela, const QStringList &colunas) {
-        for (const QString &c : colunas)
-            lista.append({tabela, c});
-    };
-    for (const QString &tabela :
-         {u"Sensores"_s, u"Grupos"_s, u"CMDGrupos"_s, u"PoseidonInputs"_s, u"PoseidonInputsSpider"_s,
-          u"PoseidonOutputs"_s, u"DamoclesInputs"_s, u"DamoclesOutputs"_s, u"IOcontrollers"_s, u"IOcontrollersInputs"_s,
-          u"IOcontrollersOutputs"_s, u"PortBox"_s, u"MaskListaAlarmes"_s})
-        juntar(tabela, {u"Descricao"_s});
-    juntar(u"Poseidons"_s, {u"Nome"_s, u"Mac"_s});
-    juntar(u"Damocles"_s, {u"Nome"_s});
-    juntar(u"MaskListaAlarmes"_s, {u"IP_Nome"_s});
-    juntar(u"MaskUtilizadores"_s, {u"Nome"_s});
-    juntar(u"SensUI_Escalas"_s, {u"NomeEscala"_s, u"Ident"_s});
-    juntar(u"REGRAS_CondicoesGruposHead"_s, {u"Nome"_s, u"Descricao"_s});
-    juntar(u"REGRAS_CondicoesInputs"_s, {u"NomeCondicao"_s});
-    juntar(u"REGRAS_CondicoesSensores"_s, {u"NomeCondicao"_s});
-    for (const QString &tabela : {u"Alarmes"_s, u"AlarmesHum"_s, u"AlarmesPressao"_s, u"AlarmesPOrv"_s})
-        juntar(tabela, {u"Nome"_s});
-    for (const QString &tabela : {u"DS1921head"_s, u"DS1921"_s})
-        juntar(tabela, {u"Nomelogger"_s, u"DescricaoMissao"_s});
-    return lista;
+// Tables and columns of names, found in the database itself: "table.column".
+QStringList nomes(const Instalacao &instalacao) {
+    return instalacao
+        .linha(u"SELECT group_concat(m.name || '.' || c.name) FROM sqlite_master m, pragma_table_info(m.name) c WHERE "
+               "m.type = 'table' AND (c.name IN ('Descricao', 'Nome', 'Mac', 'IP_Nome', 'NomeEscala', 'NomeCondicao', "
+               "'Nomelogger', 'DescricaoMissao') OR m.name || c.name = 'SensUI_EscalasIdent')"_s)
+        .value(0)
+        .toString()
+        .split(u',');
 }
 
 // Halves of pairs as three bytes each, which no encoder writes.
@@ -159,10 +140,12 @@ void estragar(const Instalacao &instalacao) {
         return sql + u" END";
     };
     // Alike wherever it stands, and with its old name at the end.
-    for (const Coluna &c : nomes())
-        instalacao.executar(u"UPDATE %1 SET %2 = "_s.arg(c.tabela, c.nome) +
-                            escolha(u"length(%1) + unicode(substr(%1, -1))"_s.arg(c.nome), u" || "_s + c.nome) +
-                            u" WHERE %1 <> ''"_s.arg(c.nome));
+    for (const QString &onde : nomes(instalacao)) {
+        const QString nome = onde.section(u'.', 1);
+        instalacao.executar(u"UPDATE %1 SET %2 = "_s.arg(onde.section(u'.', 0, 0), nome) +
+                            escolha(u"length(%1) + unicode(substr(%1, -1))"_s.arg(nome), u" || "_s + nome) +
+                            u" WHERE %1 <> ''"_s.arg(nome));
+    }
     for (const auto &[tabela, coluna] :
          {std::pair(u"Poseidons"_s, u"PoseidonIP"_s), std::pair(u"Sensores"_s, u"PoseidonIP"_s),
           std::pair(u"PoseidonInputs"_s, u"PoseidonIP"_s), std::pair(u"PoseidonInputsSpider"_s, u"PoseidonIP"_s),

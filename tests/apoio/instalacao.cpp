@@ -17,7 +17,8 @@ namespace {
 // Rows are put in through an engine of their own, so that a test sees what another program would have written.
 class Escritor {
 public:
-    explicit Escritor(const QString &caminho) : m_motor(fabricaDe(caminho).abrir(caminho, Abertura())) {
+    explicit Escritor(const QString &caminho)
+        : m_motor(fabricaDe(caminho).abrir(caminho, {.esperaMs = 60'000})) { // the log may just be taken in
         executar(u"PRAGMA synchronous = OFF"_s);
     }
     void executar(const QString &sql) { m_motor->executarGuiao(sql); }
