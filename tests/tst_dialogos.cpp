@@ -8,6 +8,7 @@
 #include <QApplication>
 #include <QFileDialog>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QMessageBox>
 #include <QTreeView>
 
@@ -122,6 +123,25 @@ private Q_SLOTS:
                 pasta ? dialogos.escolherPasta(onde) : dialogos.abrirFicheiro(QString::fromUtf8(filtroBD), onde);
             });
         QCOMPARE(presos(), "held held");
+    }
+
+    // With nothing marked beforehand nothing looks chosen, and the arrow keys begin at the first.
+    void escolherSemMarca() {
+        const Instalacao inst(Instalacao::Base::Nenhuma);
+        DialogosQt dialogos;
+        QTimer::singleShot(0, qApp, [&] {
+            QWidget *caixa = QApplication::activeModalWidget();
+            QVERIFY(caixa && QTest::qWaitForWindowActive(caixa));
+            auto *lista = caixa->findChild<QListWidget *>();
+            QTRY_VERIFY(lista->hasFocus());
+            QCOMPARE(lista->currentRow(), -1);
+            QTest::keyClick(lista, Qt::Key_Return);
+            QVERIFY(caixa->isVisible());
+            QTest::keyClick(lista, Qt::Key_Down);
+            QTest::keyClick(lista, Qt::Key_Return);
+            caixa->close();
+        });
+        QCOMPARE(dialogos.escolher(u"Qual?"_s, {u"um"_s, u"dois"_s}, -1), 0);
     }
 
     void mensagemComBotao_data() {

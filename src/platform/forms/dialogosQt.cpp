@@ -110,6 +110,18 @@ private:
     QFileDialog m_dialogo;
 };
 
+// The list's own way would frame the first row as soon as it has the keyboard, as if that were chosen, and the first
+// arrow key would pass it by.
+class Opcoes : public QListWidget {
+protected:
+    void focusInEvent(QFocusEvent *evento) override {
+        const int antes = currentRow();
+        QListWidget::focusInEvent(evento);
+        if (antes < 0)
+            setCurrentRow(antes, QItemSelectionModel::NoUpdate);
+    }
+};
+
 } // namespace
 
 DialogosQt::DialogosQt() {
@@ -141,7 +153,7 @@ int DialogosQt::escolher(const QString &texto, const QStringList &opcoes, int ac
     dialogo.setWindowTitle(estado().NomePrograma);
     auto *pedido = new QLabel(textoMostrado::paragrafos(texto));
     pedido->setTextFormat(Qt::PlainText);
-    auto *lista = new QListWidget;
+    auto *lista = new Opcoes;
     lista->setObjectName(u"lstOpcoes"_s);
     lista->setAccessibleName(texto);
     for (const QString &opcao : opcoes)
