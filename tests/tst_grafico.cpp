@@ -265,7 +265,8 @@ private Q_SLOTS:
         const Tabela<QString, QString, int, QString> caso("estrago", "relato", "pontos", "media");
         const QString qual =
             u"de fora: 1. O primeiro: tabela Temperaturas, sensor %1, data 2024-03-15 10:04:00, \"%2\""_s;
-        caso("a limit that is none", u"UPDATE Temperaturas SET Observacoes = 'trintaXXX5' WHERE %1 = 5"_s.arg(dialecto::ordem),
+        caso("a limit that is none",
+             u"UPDATE Temperaturas SET Observacoes = 'trintaXXX5' WHERE %1 = 5"_s.arg(dialecto::ordem),
              qual.arg(id(1), u"trintaXXX5"_s), 5, u"Média = 30 °C"_s);
         caso("a value that is none", u"UPDATE Temperaturas SET Temperatura = 'abc' WHERE %1 = 5"_s.arg(dialecto::ordem),
              qual.arg(id(1), u"abc"_s), 4, u"Média = 25 °C"_s);
