@@ -52,8 +52,8 @@ constexpr exportacao::ColunaCSV colunasDasSaidas[] = {{u"Data", FormaCSV::Data},
                                                       {u"OutputNum", FormaCSV::Texto},
                                                       {u"Estado", FormaCSV::Estado}};
 // Files keep the order of the table.
-constexpr exportacao::FormatoCSV csvDasEntradas{.colunas = colunasDasEntradas, .porData = false};
-constexpr exportacao::FormatoCSV csvDasSaidas{.colunas = colunasDasSaidas, .porData = false};
+constexpr exportacao::FormatoCSV csvDasEntradas{colunasDasEntradas, exportacao::OrdemCSV::Escrita};
+constexpr exportacao::FormatoCSV csvDasSaidas{colunasDasSaidas, exportacao::OrdemCSV::Escrita};
 
 constexpr Especie tabela[] = {
     {.grafico = {.form = u"frmGraficoInputs",

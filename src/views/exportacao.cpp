@@ -182,6 +182,18 @@ namespace exportacao {
 
 namespace {
 
+QString ordemDe(OrdemCSV ordem) {
+    switch (ordem) {
+    case OrdemCSV::Data:
+        return u"Data, "_s + dialecto::ordem;
+    case OrdemCSV::DoFim:
+        return u"Data DESC"_s;
+    case OrdemCSV::Escrita:
+        break;
+    }
+    return dialecto::ordem.toString();
+}
+
 int posicaoDe(const FormatoCSV &formato, FormaCSV forma) {
     for (size_t i = 0; i < formato.colunas.size(); ++i)
         if (formato.colunas[i].forma == forma)
@@ -215,8 +227,7 @@ qint64 escreverCSV(const PedidoCSV &pedido, const std::function<void()> &passar)
     for (const ColunaCSV &coluna : formato.colunas)
         colunas.append(coluna.coluna.toString());
     const QString sql = u"SELECT "_s + colunas.join(u", "_s) + u" FROM " + t.nome + u" WHERE " + t.data +
-                        u" BETWEEN ? AND ? AND " + escolhas::condicao(t.chave) + u" ORDER BY " +
-                        (formato.porData ? u"Data, "_s : QString()) + dialecto::ordem;
+                        u" BETWEEN ? AND ? AND " + escolhas::condicao(t.chave) + u" ORDER BY " + ordemDe(formato.ordem);
     qint64 escritas = 0;
     for (const QStringList &chave : pedido.chaves) {
         Recordset rs = cnBD().consultar(sql, QVariantList{pedido.intervalo.inicio, pedido.intervalo.fim} +

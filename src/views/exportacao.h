@@ -22,9 +22,14 @@ struct ColunaCSV {
     QStringView coluna; // or expression
     FormaCSV forma;
 };
+enum class OrdemCSV : quint8 {
+    Data,    // those of one second as they were written
+    DoFim,   // the latest date first
+    Escrita, // as they were written
+};
 struct FormatoCSV {
     std::span<const ColunaCSV> colunas;
-    bool porData = true; // and those of one second as they were written; otherwise all of them as written
+    OrdemCSV ordem = OrdemCSV::Data;
 };
 
 struct PedidoCSV {

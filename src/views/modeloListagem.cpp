@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 namespace {
 
@@ -17,6 +18,7 @@ constexpr size_t paginasGuardadas = 24;
 constexpr int fatiaMs = 12;
 // A filter may pass few rows: a page also ends after so many rows read, so that any page is read in a few milliseconds.
 constexpr int lidasPorPagina = 20000;
+constexpr qint64 porAnotar = std::numeric_limits<qint64>::max();
 
 } // namespace
 
@@ -67,6 +69,7 @@ void ModeloListagem::fechar() {
     m_relogio.stop();
     beginResetModel();
     m_contagem.reset();
+    m_primeira.reset();
     m_linhas = 0;
     m_ancoras.clear();
     m_paginas.clear();
@@ -76,11 +79,20 @@ void ModeloListagem::fechar() {
 }
 
 // The query gives the rows of one date as its index has them.
-void ModeloListagem::ordenarDesde(Pagina &pagina, size_t primeira) const {
-    if (pagina.size() - primeira > 1)
-        std::stable_sort(pagina.begin() + qsizetype(primeira), pagina.end(), [this](const Linha &a, const Linha &b) {
-            return posterior(a) != posterior(b) ? posterior(b) : a.numero > b.numero;
-        });
+void ModeloListagem::ordenar(Pagina &pagina, size_t primeira, size_t fim) const {
+    if (fim - primeira > 1)
+        std::stable_sort(pagina.begin() + qsizetype(primeira), pagina.begin() + qsizetype(fim),
+                         [this](const Linha &a, const Linha &b) {
+                             return posterior(a) != posterior(b) ? posterior(b) : a.numero > b.numero;
+                         });
+}
+
+// Not before the first rows are there, which it would delay.
+void ModeloListagem::anotarUltima() {
+    if (m_ultima != porAnotar)
+        return;
+    Recordset rs = cnBD().consultar(u"SELECT Max("_s + dialecto::ordem + u") FROM " + m_consulta.tabela);
+    m_ultima = rs.avancar() ? rs.inteiro(0) : 0;
 }
 
 // What was stored since would move the rows that follow; it only fills the places of rows that have gone, since a row
@@ -107,9 +119,7 @@ void ModeloListagem::abrir(const ConsultaListagem &consulta) {
     m_consulta = consulta;
     if (consulta.ramos.isEmpty())
         return;
-    Recordset ultima = cnBD().consultar(u"SELECT Max("_s + dialecto::ordem + u") FROM " + m_consulta.tabela);
-    m_ultima = ultima.avancar() ? ultima.inteiro(0) : 0;
-    ultima.fechar();
+    m_ultima = porAnotar;
     CursorListagem rs(m_consulta);
     const bool ha = rs.avancar();
     m_contagem.reset(new Contagem{std::move(rs), ha, 0, 0, {}, 0, false, {}});
@@ -144,6 +154,8 @@ void ModeloListagem::contarFatia(int linhas) {
     Contagem &c = *m_contagem;
     if (c.largada)
         retomarContagem();
+    if (!m_primeira)
+        anotarUltima();
     const int ate = linhas < std::numeric_limits<int>::max() - c.linhas ? c.linhas + linhas : linhas;
     while (c.ha && c.linhas < ate && !fatia.gasta(linhasPorPagina)) {
         for (int i = 0; c.ha && i < linhasPorPagina; ++i) {
@@ -159,6 +171,7 @@ void ModeloListagem::contarFatia(int linhas) {
     if (terminada) {
         m_relogio.stop();
         ilegiveis = c.ilegiveis;
+        anotarUltima();
         m_contagem.reset(); // gives the read lock back
     }
     linhasConhecidas(total);
@@ -178,20 +191,14 @@ void ModeloListagem::acabarPrimeira(Fatia &fatia) {
         c.ha = c.rs.avancar();
     }
     if (!m_primeira->empty() && !meioDeUmaData()) {
-        const auto data = [&](const Linha &l) { return l.celula(m_consulta.colunaData); };
-        Pagina ordenada;
-        for (size_t i = 0, grupo = 0; i < m_primeira->size(); ++i) {
-            if (i > 0 && data((*m_primeira)[i]) != data((*m_primeira)[i - 1])) {
-                ordenarDesde(ordenada, grupo);
-                grupo = i;
-            }
-            ordenada.push_back((*m_primeira)[i]);
-            if (i + 1 == m_primeira->size())
-                ordenarDesde(ordenada, grupo);
-        }
+        Pagina &primeira = *m_primeira;
+        const auto data = [&](size_t i) { return primeira[i].celula(m_consulta.colunaData); };
+        for (size_t i = 1, grupo = 0; i <= primeira.size(); ++i)
+            if (i == primeira.size() || data(i) != data(grupo))
+                ordenar(primeira, std::exchange(grupo, i), i);
         if (m_ancoras.size() > 1)
-            ordenada.resize(size_t(m_ancoras[1].linha));
-        m_paginas.insert(0, std::move(ordenada));
+            primeira.resize(size_t(m_ancoras[1].linha));
+        m_paginas.insert(0, std::move(primeira));
         m_recentes.push_back(0);
     }
     m_primeira.reset();
@@ -269,7 +276,7 @@ ModeloListagem::Pagina ModeloListagem::lerPagina(size_t numero) const {
     size_t grupo = 0; // where the rows of the date begin
     size_t saltar = 0, daContagem = 0;
     const auto fecharGrupo = [&] {
-        ordenarDesde(lida, grupo);
+        ordenar(lida, grupo, lida.size());
         if (proxima && data == proxima->data)
             lida.resize(std::min(lida.size(), grupo + size_t(proxima->iguais)));
         if (data == ancora.data)

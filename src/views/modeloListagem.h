@@ -67,7 +67,8 @@ private:
 
     bool aceita(const Recordset &rs) const;
     bool posterior(const Linha &linha) const { return linha.numero > m_ultima; }
-    void ordenarDesde(Pagina &pagina, size_t primeira) const;
+    void ordenar(Pagina &pagina, size_t primeira, size_t fim) const;
+    void anotarUltima();
     void retirarPosteriores(Pagina &pagina, size_t quantas) const;
     notas::Linha comoMostrada(const Linha &linha) const;
     void retomarContagem();
@@ -84,7 +85,7 @@ private:
     int m_linhas = 0;
     int m_colunas = 0;
     int m_colunaDoNumero = 0;
-    qint64 m_ultima = 0; // the row stored last when the listing was opened
+    qint64 m_ultima = 0; // the row stored last when the listing was opened; the largest number until it is asked for
     std::vector<Ancora> m_ancoras;
     std::optional<Pagina> m_primeira; // while the first rows are counted: the page that is wanted at once
     mutable QHash<size_t, Pagina> m_paginas;

@@ -27,7 +27,7 @@ constexpr exportacao::ColunaCSV colunasCSV[] = {{u"Data", FormaCSV::Data},
                                                 {u"Nomelogger", FormaCSV::Texto},
                                                 {u"Temperatura", FormaCSV::Numero},
                                                 {limites, FormaCSV::Limites}};
-constexpr exportacao::FormatoCSV csv{colunasCSV, u"Data DESC"};
+constexpr exportacao::FormatoCSV csv{colunasCSV, exportacao::OrdemCSV::DoFim};
 
 constexpr MembroGrafico tabelaGraficos[] = {
     {.form = u"frmGraficoLoggers",
