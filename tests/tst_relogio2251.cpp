@@ -78,6 +78,7 @@ private Q_SLOTS:
             QCOMPARE(dita.texto, texto);
             QCOMPARE(dita.critica, critica);
         }
+        QCOMPARE(mensagemDoAcerto({}).texto, u"Erro desconhecido ao actualizar a data\\hora"_s);
     }
 };
 

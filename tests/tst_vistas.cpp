@@ -264,6 +264,8 @@ private Q_SLOTS:
         notas::Lugar onde = lugar(u"Medias", instante(u"2024-03-10 10:00:00"_s));
         for (const QString &nota : {u"primeira"_s, u"outra"_s})
             QCOMPARE(notas::gravar(*notas::procurar(onde), nota), Resultado::Gravada);
+        QCOMPARE(notas::texto(*notas::procurar(onde)), u"outra"_s);
+        QVERIFY(!notas::procurar(lugar(u"Medias", instante(u"2024-03-10 10:00:03"_s))));
         onde.colunaValor = u"Temperatura";
         onde.eDoPonto = [](const Recordset &rs, int coluna) { return valorNaAltura(rs, coluna, 1.5); };
         QCOMPARE(notas::gravar(*notas::procurar(onde), u"a segunda"_s), Resultado::Gravada);
