@@ -20,6 +20,13 @@ constexpr int linhasVistas = 16;         // twice as many as there are kinds of 
 constexpr qsizetype maximoEmLinha = 600; // more is no text to read in one line
 constexpr int larguraMaxima = 2000;
 
+QStringList leituras() {
+    return {u"Temperaturas"_s,    u"TemperaturasPull"_s,   u"Medias"_s,
+            u"Humidade"_s,        u"HumidadePull"_s,       u"Pressao"_s,
+            u"PressaoPull"_s,     u"Pontoorvalho"_s,       u"PontoorvalhoPull"_s,
+            u"SensUI_Leituras"_s, u"SensUI_LeiturasPull"_s};
+}
+
 // Tables and columns of names, found in the database itself: "table.column".
 QStringList nomes(const Instalacao &instalacao) {
     return instalacao
@@ -133,18 +140,20 @@ QStringList textos() {
 
 void estragar(const Instalacao &instalacao) {
     const QStringList maus = textos();
-    const auto escolha = [&](const QString &qual, const QString &fim) -> QString { // one of them by a number
-        QString sql = u"CASE (%1) % %2"_s.arg(qual).arg(maus.size());
-        for (qsizetype i = 0; i < maus.size(); ++i)
+    // One of them by a number, the first so many.
+    const auto escolha = [&](const QString &qual, const QString &fim, qsizetype quantos) -> QString {
+        QString sql = u"CASE (%1) % %2"_s.arg(qual).arg(quantos);
+        for (qsizetype i = 0; i < quantos; ++i)
             sql += u" WHEN %1 THEN CAST(x'%2' AS TEXT)%3"_s.arg(i).arg(bytesDe(maus[i]), fim);
         return sql + u" END";
     };
     // Alike wherever it stands, and with its old name at the end.
     for (const QString &onde : nomes(instalacao)) {
         const QString nome = onde.section(u'.', 1);
-        instalacao.executar(u"UPDATE %1 SET %2 = "_s.arg(onde.section(u'.', 0, 0), nome) +
-                            escolha(u"length(%1) + unicode(substr(%1, -1))"_s.arg(nome), u" || "_s + nome) +
-                            u" WHERE %1 <> ''"_s.arg(nome));
+        instalacao.executar(
+            u"UPDATE %1 SET %2 = "_s.arg(onde.section(u'.', 0, 0), nome) +
+            escolha(u"length(%1) + unicode(substr(%1, -1))"_s.arg(nome), u" || "_s + nome, maus.size()) +
+            u" WHERE %1 <> ''"_s.arg(nome));
     }
     for (const auto &[tabela, coluna] :
          {std::pair(u"Poseidons"_s, u"PoseidonIP"_s), std::pair(u"Sensores"_s, u"PoseidonIP"_s),
@@ -153,14 +162,16 @@ void estragar(const Instalacao &instalacao) {
           std::pair(u"REGISTO_Inputs"_s, u"DispositivoIP"_s), std::pair(u"REGISTO_Outputs"_s, u"DispositivoIP"_s)})
         instalacao.executar(u"UPDATE %1 SET %2 = %2 || ? WHERE length(%2) > 6"_s.arg(tabela, coluna),
                             QVariantList{QString(maus[0] + maus[3])});
+    for (const QString &tabela : leituras())
+        instalacao.executar(u"UPDATE %1 SET Observacoes = "_s.arg(tabela) +
+                            escolha(u"%1 / 89"_s.arg(dialecto::ordem), u" || coalesce(Observacoes, '')"_s, 6) + u" WHERE " +
+                            dialecto::ordem + u" % 89 = 0");
     // A long one is many pages: one or two in a listing are enough.
-    for (const QString &tabela :
-         {u"Temperaturas"_s, u"TemperaturasPull"_s, u"Medias"_s, u"Humidade"_s, u"HumidadePull"_s, u"Pressao"_s,
-          u"PressaoPull"_s, u"Pontoorvalho"_s, u"PontoorvalhoPull"_s, u"SensUI_Leituras"_s, u"SensUI_LeiturasPull"_s,
-          u"DS1921"_s, u"REGISTO_Inputs"_s, u"REGISTO_Outputs"_s})
+    for (const QString &tabela : leituras() + QStringList{u"DS1921"_s, u"REGISTO_Inputs"_s, u"REGISTO_Outputs"_s})
         instalacao.executar(
             u"UPDATE %1 SET flag = "_s.arg(tabela) +
-            escolha(u"CASE WHEN %1 % 4850 THEN %1 / 97 % 6 ELSE 6 + %1 / 4850 % 2 END"_s.arg(dialecto::ordem), {}) +
+            escolha(u"CASE WHEN %1 % 4850 THEN %1 / 97 % 6 ELSE 6 + %1 / 4850 % 2 END"_s.arg(dialecto::ordem), {},
+                    maus.size()) +
             u" WHERE " + dialecto::ordem + u" % 97 = 0");
 }
 
