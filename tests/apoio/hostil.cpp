@@ -164,8 +164,8 @@ void estragar(const Instalacao &instalacao) {
                             QVariantList{QString(maus[0] + maus[3])});
     for (const QString &tabela : leituras())
         instalacao.executar(u"UPDATE %1 SET Observacoes = "_s.arg(tabela) +
-                            escolha(u"%1 / 89"_s.arg(dialecto::ordem), u" || coalesce(Observacoes, '')"_s, 6) + u" WHERE " +
-                            dialecto::ordem + u" % 89 = 0");
+                            escolha(u"%1 / 89"_s.arg(dialecto::ordem), u" || coalesce(Observacoes, '')"_s, 6) +
+                            u" WHERE " + dialecto::ordem + u" % 89 = 0");
     // A long one is many pages: one or two in a listing are enough.
     for (const QString &tabela : leituras() + QStringList{u"DS1921"_s, u"REGISTO_Inputs"_s, u"REGISTO_Outputs"_s})
         instalacao.executar(

@@ -2,6 +2,7 @@
 
 #include "core/datas.h"
 #include "core/perfil.h"
+#include "data/criarBD.h"
 #include "data/esquema.h"
 #include "data/ligacao.h"
 #include "data/modMain.h"
@@ -18,7 +19,7 @@ namespace {
 class Escritor {
 public:
     explicit Escritor(const QString &caminho)
-        : m_motor(fabricaDe(caminho).abrir(caminho, {.esperaMs = 60'000})) { // the log may just be taken in
+        : m_motor(fabricaDe(caminho).abrir(caminho, {60'000, {}})) { // the log may just be taken in
         executar(u"PRAGMA synchronous = OFF"_s);
     }
     void executar(const QString &sql) { m_motor->executarGuiao(sql); }
