@@ -33,6 +33,10 @@ void encher(const QString &caminho, qint64 quantas) {
     criarBD(caminho);
     Ligacao bd;
     bd.abrir(caminho);
+    // Opened again, as the log that goes would pass for one that somebody took away.
+    bd.consultar(u"PRAGMA journal_mode = DELETE"_s).avancar();
+    bd.fechar();
+    bd.abrir(caminho);
     bd.executar(u"PRAGMA synchronous = OFF"_s);
     bd.executar(u"PRAGMA cache_size = -262144"_s);
     bd.executar(u"PRAGMA journal_mode = OFF"_s);

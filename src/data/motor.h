@@ -42,6 +42,8 @@ public:
     virtual Celula::Tipo tipo(int coluna) const = 0;
     virtual qint64 inteiro(int coluna) const = 0;
     virtual double real(int coluna) const = 0;
+    virtual bool numero(int coluna, double &valor) const = 0;      // whether it is stored as one, and which
+    virtual const char *texto(int coluna) const = 0;               // up to its first zero; no address for Null
     virtual const char *texto(int coluna, int &tamanho) const = 0; // of every type; no address for Null
     virtual QByteArrayView bloco(int coluna) const = 0;
 };

@@ -68,36 +68,9 @@ int Recordset::coluna(const QString &procurado) const {
                     .arg(procurado));
 }
 
-Celula::Tipo Recordset::tipo(int coluna) const {
-    const Instrucao *linha = actual();
-    return linha ? linha->tipo(coluna) : Celula::Tipo::Nulo;
-}
-
 bool Recordset::eNumero(int coluna) const {
     const Celula::Tipo t = tipo(coluna);
     return t == Celula::Tipo::Real || t == Celula::Tipo::Inteiro;
-}
-
-double Recordset::real(int coluna) const {
-    const Instrucao *linha = actual();
-    return linha ? linha->real(coluna) : 0;
-}
-
-qint64 Recordset::inteiro(int coluna) const {
-    const Instrucao *linha = actual();
-    return linha ? linha->inteiro(coluna) : 0;
-}
-
-const char *Recordset::utf8(int coluna, int &tamanho) const {
-    tamanho = 0;
-    const Instrucao *linha = actual();
-    return linha ? linha->texto(coluna, tamanho) : nullptr;
-}
-
-const char *Recordset::utf8(int coluna) const {
-    int tamanho = 0;
-    const char *bytes = utf8(coluna, tamanho);
-    return bytes ? bytes : "";
 }
 
 Celula Recordset::celula(int coluna) const {
@@ -152,8 +125,9 @@ QString Recordset::texto(int coluna) const {
 }
 
 double Recordset::numero(int coluna) const {
-    if (eNumero(coluna))
-        return real(coluna);
+    double valor = 0;
+    if (const Instrucao *linha = actual(); linha && linha->numero(coluna, valor))
+        return valor;
     const QString t = texto(coluna);
     if (modDoubleTratamento::eND(t))
         return std::numeric_limits<double>::quiet_NaN();

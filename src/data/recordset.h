@@ -39,16 +39,30 @@ public:
     // A column that is none, and any of a closed cursor, reads as Null.
     bool nulo(int coluna) const { return tipo(coluna) == Celula::Tipo::Nulo; }
     bool eNumero(int coluna) const; // stored as a number
-    double real(int coluna) const;  // the stored number, no conversion of texts
-    qint64 inteiro(int coluna) const;
-    QVariant guardado(int coluna) const;              // exactly what is stored; bound again, it finds its like
-    QString texto(int coluna) const;                  // "" for Null
-    double numero(int coluna) const;                  // through the number normaliser; NaN for "ND"
-    double segundos(int coluna) const;                // a date as datas::segundosDe; NaN when it is none
-    QDateTime dataHora(int coluna) const;             // invalid when it is none
-    const char *utf8(int coluna, int &tamanho) const; // the raw bytes; valid until the next step
-    const char *utf8(int coluna) const;               // the same up to their first zero; "" for Null
-    Celula celula(int coluna) const;                  // no conversion of any kind
+    double real(int coluna) const { // the stored number, no conversion of texts
+        const Instrucao *linha = actual();
+        return linha ? linha->real(coluna) : 0;
+    }
+    qint64 inteiro(int coluna) const {
+        const Instrucao *linha = actual();
+        return linha ? linha->inteiro(coluna) : 0;
+    }
+    QVariant guardado(int coluna) const;               // exactly what is stored; bound again, it finds its like
+    QString texto(int coluna) const;                   // "" for Null
+    double numero(int coluna) const;                   // through the number normaliser; NaN for "ND"
+    double segundos(int coluna) const;                 // a date as datas::segundosDe; NaN when it is none
+    QDateTime dataHora(int coluna) const;              // invalid when it is none
+    const char *utf8(int coluna, int &tamanho) const { // the raw bytes; valid until the next step
+        tamanho = 0;
+        const Instrucao *linha = actual();
+        return linha ? linha->texto(coluna, tamanho) : nullptr;
+    }
+    const char *utf8(int coluna) const { // the same up to their first zero; "" for Null
+        const Instrucao *linha = actual();
+        const char *bytes = linha ? linha->texto(coluna) : nullptr;
+        return bytes ? bytes : "";
+    }
+    Celula celula(int coluna) const; // no conversion of any kind
 
     bool nulo(const QString &c) const { return nulo(coluna(c)); }
     QString texto(const QString &c) const { return texto(coluna(c)); }
@@ -66,7 +80,10 @@ private:
             m_motor->esperar();
         return m_instrucao.get();
     }
-    Celula::Tipo tipo(int coluna) const;
+    Celula::Tipo tipo(int coluna) const {
+        const Instrucao *linha = actual();
+        return linha ? linha->tipo(coluna) : Celula::Tipo::Nulo;
+    }
 
     std::shared_ptr<Motor> m_motor;
     std::unique_ptr<Instrucao> m_instrucao; // gone before its engine

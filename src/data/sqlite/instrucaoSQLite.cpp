@@ -94,6 +94,18 @@ double InstrucaoSQLite::real(int coluna) const {
     return sqlite3_column_double(m_instrucao, coluna);
 }
 
+bool InstrucaoSQLite::numero(int coluna, double &valor) const {
+    const int tipo = sqlite3_column_type(m_instrucao, coluna);
+    if (tipo != SQLITE_FLOAT && tipo != SQLITE_INTEGER)
+        return false;
+    valor = sqlite3_column_double(m_instrucao, coluna);
+    return true;
+}
+
+const char *InstrucaoSQLite::texto(int coluna) const {
+    return reinterpret_cast<const char *>(sqlite3_column_text(m_instrucao, coluna));
+}
+
 const char *InstrucaoSQLite::texto(int coluna, int &tamanho) const {
     const auto *bytes = reinterpret_cast<const char *>(sqlite3_column_text(m_instrucao, coluna));
     tamanho = bytes ? sqlite3_column_bytes(m_instrucao, coluna) : 0;

@@ -26,6 +26,8 @@ public:
     Celula::Tipo tipo(int coluna) const override;
     qint64 inteiro(int coluna) const override;
     double real(int coluna) const override;
+    bool numero(int coluna, double &valor) const override;
+    const char *texto(int coluna) const override;
     const char *texto(int coluna, int &tamanho) const override;
     QByteArrayView bloco(int coluna) const override;
 
